@@ -1,0 +1,161 @@
+#include "platform/dbset/data_set.h"
+
+#include "platform/dbset/data_set_impl.h"
+
+namespace QvPlatform {
+
+TQvDataBuffer::TQvDataBuffer() = default;
+TQvDataBuffer::~TQvDataBuffer() = default;
+
+void TQvDataBuffer::Close() {}
+
+void TQvDataBuffer::SetSortField(int index, bool descending, bool /*rebuild: done at Open*/) {
+  sortField_ = index;
+  descending_ = descending;
+}
+
+void TQvDataBuffer::SetFilter(int index, int value, TQvDbIntFilter::TFilterOp /*op: the only one*/,
+                              bool /*rebuild: done at Open*/) {
+  filterField_ = index;
+  filterValue_ = value;
+}
+
+void TQvDataBuffer::ClearFilter(bool /*rebuild: done at Open*/) {
+  filterField_ = -1;
+  filterValue_ = 0;
+}
+
+TQvDataSet::TQvDataSet(TQvDataBuffer& buffer)
+    : DataBuff(&buffer), impl_(std::make_unique<DataSetImpl>(buffer)) {}
+TQvDataSet::~TQvDataSet() = default;
+
+void TQvDataSet::Open() {
+  impl_->Open();
+}
+void TQvDataSet::Close() {
+  impl_->Close();
+}
+bool TQvDataSet::GetActive() const {
+  return impl_->Active();
+}
+DataSetState TQvDataSet::State() const {
+  return impl_->State();
+}
+
+void TQvDataSet::First() {
+  impl_->First();
+}
+void TQvDataSet::Last() {
+  impl_->Last();
+}
+void TQvDataSet::Next() {
+  impl_->Next();
+}
+void TQvDataSet::Prior() {
+  impl_->Prior();
+}
+bool TQvDataSet::Eof() const {
+  return impl_->Eof();
+}
+bool TQvDataSet::Bof() const {
+  return impl_->Bof();
+}
+int TQvDataSet::RecordCount() const {
+  return impl_->Count();
+}
+int TQvDataSet::Position() const {
+  return impl_->Position();
+}
+void TQvDataSet::MoveTo(int position) {
+  impl_->MoveTo(position);
+}
+void TQvDataSet::MoveBehindLast() {
+  impl_->MoveBehindLast();
+}
+
+void TQvDataSet::Append() {
+  impl_->Append();
+}
+void TQvDataSet::Edit() {
+  impl_->Edit();
+}
+void TQvDataSet::Post() {
+  impl_->Post();
+}
+void TQvDataSet::Cancel() {
+  impl_->Cancel();
+}
+void TQvDataSet::Delete() {
+  impl_->Delete();
+}
+
+void TQvDataSet::DisableControls() {
+  impl_->DisableControls();
+}
+void TQvDataSet::EnableControls() {
+  impl_->EnableControls();
+}
+bool TQvDataSet::ControlsDisabled() const {
+  return impl_->ControlsDisabled();
+}
+
+int TQvDataSet::FieldCount() const {
+  return impl_->Active() ? static_cast<int>(impl_->Fields().size()) : 0;
+}
+
+TField* TQvDataSet::FindField(std::string_view name) {
+  return impl_->FindField(name);
+}
+
+TField& TQvDataSet::FieldByName(std::string_view name) {
+  TField* field = impl_->FindField(name);
+  if (field == nullptr) {
+    throw DataSetError("\"" + DataBuff->StreamName + "\" has no field \"" + std::string(name) +
+                       "\"");
+  }
+  return *field;
+}
+
+TField& TQvDataSet::Fields(int index) {
+  if (index < 0 || index >= FieldCount()) {
+    throw DataSetError("\"" + DataBuff->StreamName + "\" has no field " + std::to_string(index));
+  }
+  return impl_->Fields()[static_cast<std::size_t>(index)];
+}
+
+const TQvDbHeader& TQvDataSet::Header() const {
+  return impl_->Header();
+}
+
+TRowView TQvDataSet::CurrentRow() const {
+  return impl_->CurrentRow();
+}
+TRowView TQvDataSet::Row(int position) const {
+  return impl_->RowAt(position);
+}
+
+TRowView TQvDataSet::FindFirst(std::span<const TMatch> matches) const {
+  return impl_->FindFirst(matches);
+}
+
+TRowView TQvDataSet::FindFirst(std::initializer_list<TMatch> matches) const {
+  return impl_->FindFirst({matches.begin(), matches.size()});
+}
+
+std::vector<TRowView> TQvDataSet::FindAll(std::initializer_list<TMatch> matches,
+                                          TRowScope scope) const {
+  return impl_->FindAll({matches.begin(), matches.size()}, scope);
+}
+
+int TQvDataSet::PositionOf(TRowView row) const {
+  return impl_->PositionOf(row);
+}
+
+bool TQvDataSet::MoveTo(TRowView row) {
+  const int position = impl_->PositionOf(row);
+  if (position < 0) return false;
+  impl_->MoveTo(position);
+  return true;
+}
+
+}  // namespace QvPlatform

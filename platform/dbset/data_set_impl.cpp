@@ -1,0 +1,366 @@
+#include "platform/dbset/data_set_impl.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/storage/table_format.h"
+#include "platform/text/text.h"
+
+namespace QvPlatform {
+
+using detail::Cell;
+using detail::Row;
+using detail::RowSet;
+
+/// What a buffer keeps of a closed table.
+struct DataSetImpl::CachedTable {
+  QvDataBufferType type;
+  std::string name;
+  std::string state;
+  std::unique_ptr<RowSet> rows;
+};
+
+DataSetImpl::~DataSetImpl() {
+  if (group_ != nullptr) group_->Forget(this);
+  for (TDataSource* source : sources_)
+    source->dataSet_ = nullptr;
+  // The buffer may be gone already; what it keeps stays as it is.
+  LetGo();
+}
+
+void DataSetImpl::RequireActive() const {
+  if (!Active()) throw DataSetError("the data set \"" + buffer_.StreamName + "\" is not open");
+}
+
+detail::Arrangement DataSetImpl::WantedArrangement() const {
+  return {buffer_.sortField_, buffer_.descending_, buffer_.filterField_, buffer_.filterValue_,
+          UserLocaleVersion()};
+}
+
+void DataSetImpl::LetGo() noexcept {
+  if (store_ != nullptr) store_->SetUndoHandler(nullptr);
+  store_.reset();
+  rows_.reset();
+}
+
+void DataSetImpl::LoadRows() {
+  detail::LoadedTable table = store_->Load();
+  rows_ = std::make_unique<RowSet>(std::move(table.header), WantedArrangement());
+  for (auto& row : table.rows)
+    rows_->AddLoaded(std::move(row));
+  rows_->Arrange(WantedArrangement());
+}
+
+void DataSetImpl::TakeOverOrLoad() {
+  const auto cached = std::static_pointer_cast<CachedTable>(std::exchange(buffer_.cache_, nullptr));
+  // A store is still there where the data set was closed inside a group of changes.
+  if (store_ == nullptr || storeName_ != buffer_.StreamName) {
+    LetGo();
+    storeName_ = buffer_.StreamName;
+    store_ = detail::OpenTableStore(buffer_.GetDataBufferType(), storeName_);
+    store_->SetUndoHandler([this] { ReloadAfterUndo(); });
+    const bool known = cached != nullptr && cached->name == storeName_ &&
+                       cached->type == buffer_.GetDataBufferType();
+    if (known && store_->TakeOver(cached->state, cached->rows->Header())) {
+      rows_ = std::move(cached->rows);
+    }
+  }
+  if (rows_ == nullptr) LoadRows();
+  const detail::Arrangement wanted = WantedArrangement();
+  if (rows_->Arranged() != wanted) rows_->Arrange(wanted);
+}
+
+void DataSetImpl::MakeFields() {
+  header_ = rows_->Header();
+  // Pointers to fields live on as long as the table has the same number of them.
+  fields_.resize(header_.Fields().size());
+  for (std::size_t i = 0; i < fields_.size(); ++i) {
+    fields_[i].owner_ = this;
+    fields_[i].index_ = static_cast<int>(i);
+  }
+}
+
+void DataSetImpl::Open() {
+  if (Active()) return;
+  try {
+    TakeOverOrLoad();
+  } catch (...) {
+    LetGo();
+    throw;
+  }
+  MakeFields();
+  state_ = DataSetState::kBrowse;
+  Place(0);
+  bof_ = true;
+  TellReset();
+}
+
+void DataSetImpl::Close() {
+  if (!Active()) return;
+  state_ = DataSetState::kInactive;
+  position_ = -1;
+  bof_ = eof_ = true;
+  if (group_ == nullptr) Park();
+  TellReset();
+}
+
+void DataSetImpl::Park() {
+  std::string state = store_->MirroredState();
+  if (!state.empty() && rows_ != nullptr) {
+    buffer_.cache_ = std::make_shared<CachedTable>(
+        CachedTable{buffer_.GetDataBufferType(), storeName_, std::move(state), std::move(rows_)});
+  }
+  LetGo();
+}
+
+void DataSetImpl::LeaveGroup() {
+  group_.reset();
+  if (!Active() && store_ != nullptr) Park();
+}
+
+void DataSetImpl::ReloadAfterUndo() noexcept {
+  try {
+    if (!Active()) {
+      rows_.reset();
+      return;
+    }
+    const int position = position_;
+    const std::int64_t id = position_ >= 0 ? rows_->At(position_)->id : 0;
+    state_ = DataSetState::kBrowse;
+    LoadRows();
+    const Row* row = rows_->FindById(id);
+    const int place = row != nullptr ? rows_->PositionOf(row) : -1;
+    Place(place >= 0 ? place : position);
+    TellReset();
+  } catch (...) {
+    // A table that cannot be read again must not show what was undone.
+    state_ = DataSetState::kInactive;
+    position_ = -1;
+    bof_ = eof_ = true;
+    rows_.reset();
+  }
+}
+
+// --- cursor -----------------------------------------------------------------------------------
+
+void DataSetImpl::Place(int position) {
+  position_ = std::min(std::max(position, 0), rows_->Count() - 1);
+  bof_ = eof_ = position_ < 0;
+}
+
+void DataSetImpl::MoveCursor(int position, bool bof, bool eof) {
+  const int before = position_;
+  Place(position);
+  bof_ = bof_ || bof;
+  eof_ = eof_ || eof;
+  if (position_ != before) TellMoved();
+}
+
+void DataSetImpl::First() {
+  RequireActive();
+  Cancel();
+  MoveCursor(0, true, false);
+}
+
+void DataSetImpl::Last() {
+  RequireActive();
+  Cancel();
+  MoveCursor(rows_->Count() - 1, false, true);
+}
+
+void DataSetImpl::Next() {
+  RequireActive();
+  Cancel();
+  const bool atEnd = position_ + 1 >= rows_->Count();
+  MoveCursor(atEnd ? position_ : position_ + 1, false, atEnd);
+}
+
+void DataSetImpl::Prior() {
+  RequireActive();
+  Cancel();
+  const bool atStart = position_ <= 0;
+  MoveCursor(atStart ? position_ : position_ - 1, atStart, false);
+}
+
+void DataSetImpl::MoveTo(int position) {
+  RequireActive();
+  if (position < 0 || position >= rows_->Count()) {
+    throw DataSetError("the table has no row at the place " + std::to_string(position));
+  }
+  Cancel();
+  MoveCursor(position, false, false);
+}
+
+void DataSetImpl::MoveBehindLast() {
+  Last();
+}
+
+const Row* DataSetImpl::Current() const {
+  if (Changing()) return &pending_;
+  return Active() && position_ >= 0 ? rows_->At(position_) : nullptr;
+}
+
+TRowView DataSetImpl::View(const Row* row) {
+  TRowView view;
+  view.row_ = row;
+  return view;
+}
+
+TRowView DataSetImpl::RowAt(int position) const {
+  return position >= 0 && position < Count() ? View(rows_->At(position)) : TRowView();
+}
+
+TRowView DataSetImpl::FindFirst(std::span<const TMatch> matches) const {
+  return Active() ? View(rows_->FindFirst(matches)) : TRowView();
+}
+
+std::vector<TRowView> DataSetImpl::FindAll(std::span<const TMatch> matches, TRowScope scope) const {
+  std::vector<TRowView> views;
+  if (!Active()) return views;
+  for (const Row* row : rows_->FindAll(matches, scope))
+    views.push_back(View(row));
+  return views;
+}
+
+int DataSetImpl::PositionOf(TRowView row) const {
+  if (!Active() || !row) return -1;
+  if (row.row_ == &pending_) return state_ == DataSetState::kEdit ? position_ : -1;
+  return rows_->PositionOf(static_cast<const Row*>(row.row_));
+}
+
+// --- fields -----------------------------------------------------------------------------------
+
+TField* DataSetImpl::FindField(std::string_view name) {
+  if (!Active()) return nullptr;
+  for (std::size_t i = 0; i < fields_.size(); ++i) {
+    if (detail::EqualNames(header_.Fields()[i].name, name)) return &fields_[i];
+  }
+  return nullptr;
+}
+
+const TQvDbField& DataSetImpl::Definition(int field) const {
+  return header_.Fields()[static_cast<std::size_t>(field)];
+}
+
+const Cell& DataSetImpl::Content(int field) const {
+  static const Cell kEmpty;
+  const Row* row = Current();
+  return row != nullptr ? row->At(field) : kEmpty;
+}
+
+void DataSetImpl::SetContent(int field, Cell content) {
+  if (!Changing()) {
+    throw DataSetError("the field \"" + Definition(field).name +
+                       "\" can be written in edit or append state only");
+  }
+  pending_.cells[static_cast<std::size_t>(field)] = std::move(content);
+}
+
+// --- changes ----------------------------------------------------------------------------------
+
+void DataSetImpl::Append() {
+  RequireActive();
+  Cancel();
+  pending_ = Row();
+  pending_.cells.resize(header_.Fields().size());
+  state_ = DataSetState::kInsert;
+}
+
+void DataSetImpl::Edit() {
+  RequireActive();
+  if (Changing()) return;
+  if (position_ < 0) throw DataSetError("an empty table has no record to edit");
+  const Row* row = rows_->At(position_);
+  pending_.cells = row->cells;
+  pending_.id = row->id;
+  pending_.version = row->version;
+  state_ = DataSetState::kEdit;
+}
+
+void DataSetImpl::Cancel() {
+  if (Changing()) state_ = DataSetState::kBrowse;
+}
+
+void DataSetImpl::BeforeWrite() {
+  if (group_ != nullptr) group_->Transaction().BeforeWrite();
+}
+
+void DataSetImpl::FillMandatory() {
+  for (std::size_t i = 0; i < pending_.cells.size(); ++i) {
+    const TQvDbField& field = header_.Fields()[i];
+    const bool unset = std::holds_alternative<std::monostate>(pending_.cells[i]);
+    if (unset && field.need == FieldNeed::kMandatory) {
+      pending_.cells[i] = detail::EmptyContent(field.type);
+    }
+  }
+}
+
+void DataSetImpl::Post() {
+  RequireActive();
+  if (!Changing()) throw DataSetError("there is no change to post");
+  FillMandatory();
+  BeforeWrite();
+  if (state_ == DataSetState::kInsert) {
+    PostInsert();
+  } else {
+    PostEdit();
+  }
+}
+
+void DataSetImpl::PostInsert() {
+  auto row = std::make_unique<Row>();
+  row->cells = pending_.cells;
+  store_->Insert(row.get());
+  state_ = DataSetState::kBrowse;
+  RowSet::Move move;
+  move.to = rows_->Insert(std::move(row));
+  Place(move.to >= 0 ? move.to : position_);
+  TellPlaces(move);
+}
+
+void DataSetImpl::PostEdit() {
+  Row* row = rows_->At(position_);
+  Row content;
+  content.cells = pending_.cells;
+  content.version = pending_.version;
+  if (!store_->Update(pending_.id, &content)) ShowStaleRow(row, "change");
+  state_ = DataSetState::kBrowse;
+  const RowSet::Move move = rows_->Change(row, std::move(content));
+  Place(move.to >= 0 ? move.to : position_);
+  TellPlaces(move);
+}
+
+void DataSetImpl::ShowStaleRow(Row* row, const char* what) {
+  state_ = DataSetState::kBrowse;
+  const std::unique_ptr<Row> stored = store_->ReadRow(row->id);
+  RowSet::Move move;
+  if (stored != nullptr) {
+    move = rows_->Change(row, std::move(*stored));
+  } else {
+    move.from = rows_->Remove(row);
+  }
+  Place(move.to >= 0 ? move.to : position_);
+  TellPlaces(move);
+  throw StaleRecordError("\"" + storeName_ + "\": the record to " + what + " was " +
+                         (stored != nullptr ? "changed" : "deleted") +
+                         " by somebody else in the meantime");
+}
+
+void DataSetImpl::Delete() {
+  RequireActive();
+  if (state_ == DataSetState::kInsert) {
+    Cancel();
+    return;
+  }
+  Cancel();
+  if (position_ < 0) throw DataSetError("an empty table has no record to delete");
+  BeforeWrite();
+  Row* row = rows_->At(position_);
+  if (!store_->Delete(row->id, row->version)) ShowStaleRow(row, "delete");
+  RowSet::Move move;
+  move.from = rows_->Remove(row);
+  Place(position_);
+  TellPlaces(move);
+}
+
+}  // namespace QvPlatform

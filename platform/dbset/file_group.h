@@ -1,0 +1,30 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/dbset/sqlite_store.h"
+
+namespace QvPlatform::detail {
+
+/// One connection to several table files, so that SQLite writes them in one transaction.
+class FileGroup {
+ public:
+  /// `paths` sorted and without doubles, so that all processes lock the files in one order.
+  explicit FileGroup(const std::vector<std::string>& paths);
+
+  [[nodiscard]] bool IsFor(const std::vector<std::string>& paths) const;
+  [[nodiscard]] Session& Transactions() { return *session_; }
+  [[nodiscard]] TableLink* LinkTo(const std::string& path);
+  /// Gives up the connection, since one of the files is being closed.
+  void Close();
+
+ private:
+  // The links hold statements of the session's connection, and go before it.
+  std::unique_ptr<Session> session_;
+  std::map<std::string, std::unique_ptr<TableLink>> links_;
+};
+
+}  // namespace QvPlatform::detail

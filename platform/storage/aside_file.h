@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace QvPlatform::detail {
+
+/// A file that is written under a name of its own and then takes its place at once, so that a
+/// reader sees the old content or the new, whatever happens on the way. Dropped without Publish.
+class AsideFile {
+ public:
+  enum class Place { kReplace, kMustBeFree };
+
+  /// Throws StorageError where the file could not be put: its folder is missing or closed to
+  /// writing, the path is that of a folder, or what stands there must not be written.
+  explicit AsideFile(const std::string& path);
+  ~AsideFile();
+  AsideFile(const AsideFile&) = delete;
+  AsideFile& operator=(const AsideFile&) = delete;
+
+  void Write(const void* data, std::size_t size);
+  /// The content is on the medium under the path when this returns. Throws StorageError.
+  void Publish(Place place);
+
+ private:
+  [[noreturn]] void Fail(const char* doing) const;
+  void Sync();
+  void TakeFreePlace();
+  void Close() noexcept;
+
+  std::string path_;
+  std::string aside_;
+  int descriptor_ = -1;
+};
+
+}  // namespace QvPlatform::detail

@@ -1,0 +1,128 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include "platform/storage/aside_file.h"
+#include "platform/storage/file_use.h"
+#include "platform/storage/stream.h"
+
+namespace QvPlatform {
+
+namespace {
+
+constexpr std::size_t kReadPiece = std::size_t{1} << 20;
+
+}  // namespace
+
+std::string TQvStream::ReadAll() {
+  std::string bytes;
+  std::size_t filled = 0;
+  // The size is only a hint: a file may grow while it is read.
+  bytes.resize(static_cast<std::size_t>(Size()) + 1);
+  for (;;) {
+    if (filled == bytes.size()) bytes.resize(filled + kReadPiece);
+    const std::size_t count = Read(bytes.data() + filled, bytes.size() - filled);
+    if (count == 0) break;
+    filled += count;
+  }
+  bytes.resize(filled);
+  return bytes;
+}
+
+std::uint32_t Crc32(std::string_view bytes) {
+  return static_cast<std::uint32_t>(
+      crc32_z(0, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()));
+}
+
+struct TQvFileStream::Impl {
+  std::string path;
+  int descriptor = -1;
+  std::unique_ptr<detail::AsideFile> target;
+
+  void OpenForReading();
+  void Close() noexcept {
+    if (descriptor >= 0) detail::CloseBesideConnections(std::exchange(descriptor, -1));
+    target.reset();
+  }
+  [[noreturn]] void Fail(const std::string& reason) const {
+    throw StorageError("\"" + path + "\" cannot be read: " + reason);
+  }
+};
+
+void TQvFileStream::Impl::OpenForReading() {
+  // Without blocking, for a name may be that of a pipe to which nobody writes.
+  descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (descriptor < 0) Fail(std::strerror(errno));
+  struct stat status {};
+  if (fstat(descriptor, &status) != 0) Fail(std::strerror(errno));
+  if (!S_ISREG(status.st_mode)) {
+    Close();
+    Fail("it is no plain file");
+  }
+}
+
+TQvFileStream::TQvFileStream() : impl_(std::make_unique<Impl>()) {}
+
+TQvFileStream::~TQvFileStream() {
+  impl_->Close();
+}
+
+bool TQvFileStream::Open(const std::string& path, QvOpenMode mode) {
+  Close();
+  lastError_.clear();
+  impl_->path = path;
+  try {
+    if (mode == QvOpenMode::kCreate) {
+      impl_->target = std::make_unique<detail::AsideFile>(path);
+    } else {
+      impl_->OpenForReading();
+    }
+    return true;
+  } catch (const StorageError& error) {
+    lastError_ = error.what();
+    return false;
+  }
+}
+
+std::size_t TQvFileStream::Read(void* buffer, std::size_t size) {
+  if (impl_->descriptor < 0) impl_->Fail("it is not open for reading");
+  for (;;) {
+    const ssize_t count = read(impl_->descriptor, buffer, std::min(size, kReadPiece));
+    if (count >= 0) return static_cast<std::size_t>(count);
+    if (errno != EINTR) impl_->Fail(std::strerror(errno));
+  }
+}
+
+void TQvFileStream::Write(const void* data, std::size_t size) {
+  if (impl_->target == nullptr) {
+    throw StorageError("\"" + impl_->path + "\" is not open for writing");
+  }
+  impl_->target->Write(data, size);
+}
+
+std::uint64_t TQvFileStream::Size() const {
+  struct stat status {};
+  if (impl_->descriptor < 0) impl_->Fail("it is not open for reading");
+  if (fstat(impl_->descriptor, &status) != 0) impl_->Fail(std::strerror(errno));
+  return static_cast<std::uint64_t>(status.st_size);
+}
+
+void TQvFileStream::Commit() {
+  if (impl_->target == nullptr) {
+    throw StorageError("\"" + impl_->path + "\" is not open for writing");
+  }
+  impl_->target->Publish(detail::AsideFile::Place::kReplace);
+  impl_->target.reset();
+}
+
+void TQvFileStream::Close() noexcept {
+  impl_->Close();
+}
+
+}  // namespace QvPlatform

@@ -1,0 +1,182 @@
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "platform/storage/container.h"
+#include "platform/storage/stream.h"
+
+namespace QvPlatform {
+
+namespace {
+
+using detail::Container;
+
+}  // namespace
+
+struct TQvResourceSession::Impl {
+  enum class State { kClosed, kReading, kWriting };
+
+  State state = State::kClosed;
+  std::string name;
+  Container::Place place;
+  std::shared_ptr<Container> container;
+
+  // Reading. A table's bytes are all in `bytes`, of a blob the part that was read last.
+  Container::Blob blob;
+  bool isBlob = false;
+  std::uint64_t size = 0;
+  std::uint64_t position = 0;
+  std::uint64_t loadedPart = 0;
+  std::string bytes;
+
+  void OpenForReading();
+  void OpenForWriting();
+  void LoadPartAt(std::uint64_t at);
+  void Close() noexcept;
+  [[noreturn]] void Fail(const std::string& reason) const {
+    throw StorageError("\"" + name + "\" " + reason);
+  }
+};
+
+void TQvResourceSession::Impl::OpenForReading() {
+  if (!place.exists) Fail("cannot be read: there is no such container");
+  container = Container::Open(place.path);
+  isBlob = container->FindBlob(place.resource, &blob);
+  if (isBlob) {
+    size = blob.size;
+    if (size > 0) {
+      bytes = container->ReadPart(blob, 0);
+      loadedPart = 0;
+    }
+  } else if (container->HasTable(place.resource)) {
+    bytes = container->ReadTable(place.resource);
+    size = bytes.size();
+  } else {
+    Fail("cannot be read: the container has no such resource");
+  }
+  state = State::kReading;
+}
+
+void TQvResourceSession::Impl::OpenForWriting() {
+  if (detail::IsReservedResource(place.resource)) {
+    Fail("cannot be written: the name is reserved");
+  }
+  if (place.exists) {
+    container = Container::Open(place.path);
+    if (container->Transactions().Db().IsReadOnly("main")) {
+      Fail("cannot be written: the container is open for reading only");
+    }
+  } else {
+    const std::filesystem::path folder = std::filesystem::path(place.path).parent_path();
+    if (access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) != 0) {
+      Fail("cannot be created: " + std::string(std::strerror(errno)));
+    }
+  }
+  state = State::kWriting;
+}
+
+void TQvResourceSession::Impl::LoadPartAt(std::uint64_t at) {
+  const std::uint64_t part = at / Container::kPartSize;
+  if (part == loadedPart) return;
+  bytes = container->ReadPart(blob, part);
+  loadedPart = part;
+}
+
+void TQvResourceSession::Impl::Close() noexcept {
+  state = State::kClosed;
+  container.reset();
+  bytes.clear();
+  bytes.shrink_to_fit();
+  blob = {};
+  isBlob = false;
+  size = 0;
+  position = 0;
+  loadedPart = 0;
+}
+
+TQvResourceSession::TQvResourceSession() : impl_(std::make_unique<Impl>()) {}
+
+TQvResourceSession::~TQvResourceSession() = default;
+
+bool TQvResourceSession::Open(const std::string& name, QvOpenMode mode) {
+  Close();
+  lastError_.clear();
+  impl_->name = name;
+  try {
+    impl_->place = Container::Resolve(name);
+    if (mode == QvOpenMode::kCreate) {
+      impl_->OpenForWriting();
+    } else {
+      impl_->OpenForReading();
+    }
+    return true;
+  } catch (const StorageError& error) {
+    Close();
+    lastError_ = error.what();
+    return false;
+  }
+}
+
+std::size_t TQvResourceSession::Read(void* buffer, std::size_t size) {
+  Impl& impl = *impl_;
+  if (impl.state != Impl::State::kReading) impl.Fail("is not open for reading");
+  if (impl.position >= impl.size || size == 0) return 0;
+  std::size_t from = static_cast<std::size_t>(impl.position);
+  if (impl.isBlob) {
+    impl.LoadPartAt(impl.position);
+    from = static_cast<std::size_t>(impl.position % Container::kPartSize);
+  }
+  if (from >= impl.bytes.size()) impl.Fail("is cut short");
+  const std::size_t count = std::min(size, impl.bytes.size() - from);
+  std::memcpy(buffer, impl.bytes.data() + from, count);
+  impl.position += count;
+  return count;
+}
+
+void TQvResourceSession::Write(const void* data, std::size_t size) {
+  if (impl_->state != Impl::State::kWriting) impl_->Fail("is not open for writing");
+  impl_->bytes.append(static_cast<const char*>(data), size);
+}
+
+std::uint64_t TQvResourceSession::Size() const {
+  if (impl_->state != Impl::State::kReading) impl_->Fail("is not open for reading");
+  return impl_->size;
+}
+
+void TQvResourceSession::Commit() {
+  Impl& impl = *impl_;
+  if (impl.state != Impl::State::kWriting) impl.Fail("is not open for writing");
+  if (impl.container == nullptr) impl.container = Container::OpenOrCreate(impl.place.path);
+  impl.container->Write(impl.place.resource, impl.bytes);
+  impl.Close();
+}
+
+void TQvResourceSession::Close() noexcept {
+  impl_->Close();
+}
+
+bool TQvResourceSession::Exists(const std::string& name) {
+  try {
+    const Container::Place place = Container::Resolve(name);
+    if (!place.exists) return false;
+    const std::shared_ptr<Container> container = Container::Open(place.path);
+    Container::Blob blob;
+    return container->HasTable(place.resource) || container->FindBlob(place.resource, &blob);
+  } catch (const StorageError&) {
+    return false;
+  }
+}
+
+bool TQvResourceSession::Delete(const std::string& name) {
+  try {
+    const Container::Place place = Container::Resolve(name);
+    return place.exists && Container::Open(place.path)->Delete(place.resource);
+  } catch (const StorageError&) {
+    return false;
+  }
+}
+
+}  // namespace QvPlatform

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/storage/sqlite.h"
+
+namespace QvPlatform::detail {
+
+/// Hears how a transaction in which it wrote has ended.
+class TransactionListener {
+ public:
+  virtual ~TransactionListener() = default;
+  virtual void OnCommitted() = 0;
+  /// Part or all of what it wrote since the transaction began is undone.
+  virtual void OnRolledBack() noexcept = 0;
+};
+
+/// A connection and the transaction that may be open on it.
+class Session {
+ public:
+  /// `schemas` are the files whose place on the medium is checked before each transaction.
+  Session(Connection connection, std::vector<std::string> schemas);
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  [[nodiscard]] Connection& Db() { return connection_; }
+  /// True between Begin and the end of the transaction, also of one that SQLite has given up.
+  [[nodiscard]] bool Active() const { return active_; }
+
+  /// Takes the locks of a writer at once. Throws StorageError.
+  void Begin();
+  /// Throws StorageError after everything has been rolled back.
+  void Commit();
+  void Rollback() noexcept;
+  /// Marks inside the transaction, numbered from 1, to which it can be rolled back.
+  void PushMark();
+  void ReleaseMark();
+  void RollbackToMark() noexcept;
+  /// The same, for a change that no listener has taken for made yet.
+  void DropToMark() noexcept;
+  /// Throws if SQLite has given up the transaction, as it does when a medium is full.
+  void CheckAlive() const;
+
+  /// The listener hears of the end of the open transaction, once.
+  void Join(TransactionListener* listener);
+  void Leave(TransactionListener* listener) noexcept;
+
+ private:
+  [[nodiscard]] std::string MarkName() const;
+  void TellRolledBack(bool ended) noexcept;
+
+  Connection connection_;
+  std::vector<std::string> schemas_;
+  std::vector<TransactionListener*> listeners_;
+  int marks_ = 0;
+  bool active_ = false;
+};
+
+/// One change that is durable when Done returns, or that belongs to the transaction that was open
+/// already. Without Done it is undone.
+class WriteScope {
+ public:
+  /// A scope of several statements inside an open transaction is undone as a whole.
+  explicit WriteScope(Session& session, bool severalStatements = false);
+  ~WriteScope();
+  WriteScope(const WriteScope&) = delete;
+  WriteScope& operator=(const WriteScope&) = delete;
+  void Done(TransactionListener* listener);
+
+ private:
+  Session& session_;
+  bool own_;
+  bool mark_;
+  bool done_ = false;
+};
+
+/// A read transaction, unless one of any kind is open already.
+class ReadScope {
+ public:
+  explicit ReadScope(Session& session);
+  ~ReadScope();
+  ReadScope(const ReadScope&) = delete;
+  ReadScope& operator=(const ReadScope&) = delete;
+
+ private:
+  Session& session_;
+  bool own_;
+};
+
+}  // namespace QvPlatform::detail

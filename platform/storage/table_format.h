@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/storage/sqlite.h"
+
+/// How record tables lie in SQLite, the same in a table file and in a container: the records in a
+/// table of their own, whose fields a row each in `qv_fields` describes.
+namespace QvPlatform::detail {
+
+/// Marks of the two kinds of file, in SQLite's application id: "QvTb" and "QvDb".
+constexpr std::uint32_t kTableFileId = 0x51765462;
+constexpr std::uint32_t kContainerId = 0x51764462;
+/// Version of both layouts, in SQLite's user version.
+constexpr int kFormatVersion = 1;
+
+/// The one record table of a table file.
+constexpr const char* kRecordTable = "records";
+/// Identity of the records of a table without a generated key.
+constexpr const char* kHiddenKey = "ROW_ID";
+/// Raised by each change of a record.
+constexpr const char* kVersionColumn = "ROW_VERSION";
+
+/// One row of `qv_fields`; the numbers are those of the table's declaration.
+struct FieldDescription {
+  std::string name;
+  int type = 0;
+  int need = 0;
+  int length = 0;
+  bool operator==(const FieldDescription&) const = default;
+};
+
+/// Letters, digits and "_", no digit in front, at most 64 characters.
+[[nodiscard]] bool IsIdentifier(std::string_view name);
+/// Equal without regard to the case of ASCII letters, as SQLite compares names.
+[[nodiscard]] bool EqualNames(std::string_view a, std::string_view b);
+
+/// Column that identifies a record: the generated key, or the hidden one.
+[[nodiscard]] std::string KeyColumn(const std::vector<FieldDescription>& fields);
+
+void CreateDescriptions(Connection& connection);
+void CreateRecordTable(Connection& connection, const std::string& table,
+                       const std::vector<FieldDescription>& fields);
+[[nodiscard]] bool HasRecordTable(Connection& connection, const std::string& table);
+void DropRecordTable(Connection& connection, const std::string& table);
+/// Throws StorageError unless the description is there, sound, and that of the table's columns.
+[[nodiscard]] std::vector<FieldDescription> ReadFields(Connection& connection,
+                                                       const std::string& table);
+/// Copies a table with its keys, its record versions and the last key that it gave away.
+void CopyRecordTable(Connection& from, const std::string& fromTable, Connection& to,
+                     const std::string& toTable);
+
+/// Throws StorageError unless the open file begins as a file of this kind. Takes no lock.
+void CheckMark(const Connection& connection, std::uint32_t applicationId, std::string_view kind);
+/// Throws StorageError unless a file with the right mark is of the right version and whole.
+void CheckFile(Connection& connection, std::string_view kind);
+
+/// Bytes of a table file without records.
+[[nodiscard]] std::string MakeTableImage(const std::vector<FieldDescription>& fields);
+/// Bytes of a container that holds nothing.
+[[nodiscard]] std::string MakeContainerImage();
+/// Bytes of a table file with the records of a table of a container.
+[[nodiscard]] std::string MakeTableImage(Connection& from, const std::string& table);
+/// A connection to such bytes, which have to outlive it; null if they are no sound table file.
+[[nodiscard]] std::unique_ptr<Connection> OpenTableImage(std::string_view bytes);
+/// The mark of an SQLite file, from its first bytes; 0 if it is none.
+[[nodiscard]] std::uint32_t ApplicationIdOf(std::string_view header);
+
+}  // namespace QvPlatform::detail

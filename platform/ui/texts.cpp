@@ -1,0 +1,92 @@
+#include "platform/ui/texts.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace QvPlatform {
+
+namespace {
+
+struct TextRow {
+  TextId id;
+  std::string_view text;
+};
+
+constexpr std::array kTexts = {
+    TextRow{TextId::kNotFound, "\"%s\" not found"},
+    TextRow{TextId::kConfirmDelete, "Do you really want to delete"},
+    TextRow{TextId::kAllFiles, "All files"},
+    TextRow{TextId::kXmlFilter,
+            "|Coordinate systems in XML format (*.x-ref-system)|*.x-ref-system|"},
+    TextRow{TextId::kSaveTitle, "Save coordinate system"},
+    TextRow{TextId::kLoadTitle, "Load coordinate system"},
+    TextRow{TextId::kSelect, "Select"},
+    TextRow{TextId::kView, "View"},
+    TextRow{TextId::kImportFailed, "Import failed"},
+    TextRow{TextId::kColumnObjectType, "Object type"},
+    TextRow{TextId::kColumnName, "Name"},
+    TextRow{TextId::kColumnDescription, "Description"},
+    TextRow{TextId::kInfoName, "Name"},
+    TextRow{TextId::kInfoDescription, "Description"},
+    TextRow{TextId::kInfoAbbreviation, "Abbreviation"},
+    TextRow{TextId::kInfoLongitude, "Longitude"},
+    TextRow{TextId::kExportFolder, "Export folder"},
+    TextRow{TextId::kScaleUnit, "scale unit"},
+    TextRow{TextId::kDatum, "datum"},
+    TextRow{TextId::kDatumShift, "datum shift"},
+    TextRow{TextId::kDatumShiftType, "datum shift type"},
+    TextRow{TextId::kEllipsoid, "ellipsoid"},
+    TextRow{TextId::kLinearUnit, "linear unit"},
+    TextRow{TextId::kMapProjection, "map projection"},
+    TextRow{TextId::kMapProjectionType, "map projection type"},
+    TextRow{TextId::kPrimeMeridian, "prime meridian"},
+    TextRow{TextId::kReferenceSystem, "reference system"},
+    TextRow{TextId::kReferenceSystemType, "reference system type"},
+    TextRow{TextId::kAngularUnit, "angular unit"},
+    TextRow{TextId::kVerticalReferenceSystem, "vertical reference system"},
+    TextRow{TextId::kConversion, "Reference systems database conversion"},
+    TextRow{TextId::kCannotOpenTable, "Cannot open table"},
+    TextRow{TextId::kCannotOpenDatabase, "Cannot open database"},
+    TextRow{TextId::kCannotCreateFile, "Cannot create file"},
+    TextRow{TextId::kCannotCreateResource, "Cannot create resource"},
+    TextRow{TextId::kUnderEditing, "The object is under editing now!"},
+    TextRow{TextId::kUsedBy, "The object cannot be deleted because it is used by:"},
+    TextRow{TextId::kObjectList, "Object list"},
+    TextRow{TextId::kViewButton, "View..."},
+    TextRow{TextId::kNoParameterCalculation,
+            "Map projection parameters calculation is not implemented yet!"},
+    TextRow{TextId::kNoLatitudeLongitude,
+            "Current version does not support latitude/longitude georeference"},
+    TextRow{TextId::kLinearUnits, "Units"},
+    TextRow{TextId::kAngularUnits, "Latitude & longitude units"},
+    TextRow{TextId::kHeightUnits, "Height units"},
+    TextRow{TextId::kCannotWriteDatabase, "Cannot write to the database"},
+};
+
+static_assert(std::ranges::adjacent_find(kTexts, std::ranges::greater_equal{}, &TextRow::id) ==
+                  kTexts.end(),
+              "texts are found by binary search");
+
+std::function<std::string(std::string_view)>& Translator() {
+  static std::function<std::string(std::string_view)> translator;
+  return translator;
+}
+
+}  // namespace
+
+std::string_view SourceText(TextId id) {
+  const auto row = std::ranges::lower_bound(kTexts, id, {}, &TextRow::id);
+  return row != kTexts.end() && row->id == id ? row->text : std::string_view();
+}
+
+std::string SystemText(TextId id) {
+  const std::string_view source = SourceText(id);
+  return Translator() && !source.empty() ? Translator()(source) : std::string(source);
+}
+
+void SetTextTranslator(std::function<std::string(std::string_view source)> translator) {
+  Translator() = std::move(translator);
+}
+
+}  // namespace QvPlatform

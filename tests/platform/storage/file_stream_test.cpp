@@ -1,0 +1,90 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "platform/storage/stream.h"
+#include "tests/platform/storage/test_folder.h"
+
+namespace {
+
+using namespace QvPlatform;
+using namespace platform_tests;
+using testing::HasSubstr;
+
+TEST(FileStreams, GiveBackWhatWasWritten) {
+  const TestFolder folder;
+  const std::string bytes = std::string("a\0b\r\n", 5) + std::string(3000000, 'x');
+  Save<TQvFileStream>(folder.Path("f"), bytes);
+  EXPECT_EQ(Load<TQvFileStream>(folder.Path("f")), bytes);
+  EXPECT_EQ(folder.FileCount(), 1U);
+}
+
+TEST(FileStreams, KeepTheOldContentUntilCommit) {
+  const TestFolder folder;
+  const std::string path = folder.Path("f");
+  WriteFile(path, "old");
+  {
+    TQvFileStream stream;
+    ASSERT_TRUE(stream.Open(path, QvOpenMode::kCreate));
+    stream.Write("new", 3);
+    EXPECT_EQ(ReadFile(path), "old");
+    stream.Close();
+    EXPECT_EQ(ReadFile(path), "old");
+    EXPECT_EQ(folder.FileCount(), 1U);
+    EXPECT_THROW(stream.Commit(), StorageError);
+    ASSERT_TRUE(stream.Open(path, QvOpenMode::kCreate));
+    stream.Write("new", 3);
+  }
+  EXPECT_EQ(ReadFile(path), "old") << "destroyed without commit";
+  EXPECT_EQ(folder.FileCount(), 1U);
+}
+
+TEST(FileStreams, KeepTheRightsAndTheLinkOfWhatTheyReplace) {
+  const TestFolder folder;
+  WriteFile(folder.Path("real"), "old");
+  chmod(folder.Path("real").c_str(), 0640);
+  std::filesystem::create_symlink("real", folder.Path("link"));
+  Save<TQvFileStream>(folder.Path("link"), "new");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.Path("link")));
+  EXPECT_EQ(ReadFile(folder.Path("real")), "new");
+  struct stat status {};
+  ASSERT_EQ(stat(folder.Path("real").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0640U);
+}
+
+TEST(FileStreams, TellWhyTheyDoNotOpen) {
+  const TestFolder folder;
+  WriteFile(folder.Path("file"), "x");
+  TQvFileStream stream;
+  EXPECT_FALSE(stream.Open(folder.Path("none"), QvOpenMode::kRead));
+  EXPECT_THAT(stream.LastError(), HasSubstr("none"));
+  EXPECT_FALSE(stream.Open(folder.Path(), QvOpenMode::kRead)) << "a folder";
+  EXPECT_FALSE(stream.Open(folder.Path(), QvOpenMode::kCreate)) << "a folder";
+  EXPECT_FALSE(stream.Open(folder.Path("file/f"), QvOpenMode::kCreate)) << "below a file";
+  EXPECT_FALSE(stream.Open(folder.Path("no/f"), QvOpenMode::kCreate)) << "in no folder";
+  EXPECT_FALSE(std::filesystem::exists(folder.Path("no"))) << "reading and writing make no folders";
+  EXPECT_FALSE(stream.Open("/proc/refframe", QvOpenMode::kCreate)) << "where nothing can be made";
+  EXPECT_THROW(stream.Write("x", 1), StorageError);
+  EXPECT_EQ(folder.FileCount(), 1U);
+}
+
+TEST(FileStreams, DoNotWaitAtAPipe) {
+  const TestFolder folder;
+  ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
+  TQvFileStream stream;
+  EXPECT_FALSE(stream.Open(folder.Path("pipe"), QvOpenMode::kRead));
+  EXPECT_FALSE(stream.Open(folder.Path("pipe"), QvOpenMode::kCreate));
+}
+
+TEST(FileStreams, ReportAFullMedium) {
+  if (!std::filesystem::exists("/dev/full")) GTEST_SKIP();
+  TQvFileStream stream;
+  EXPECT_FALSE(stream.Open("/dev/full", QvOpenMode::kCreate)) << "a device is no plain file";
+}
+
+TEST(Checksums, AreThoseOfTheStandard) {
+  EXPECT_EQ(Crc32("123456789"), 0xCBF43926U);
+  EXPECT_EQ(Crc32(""), 0U);
+}
+
+}  // namespace

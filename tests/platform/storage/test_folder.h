@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+
+#include "platform/storage/stream.h"
+
+namespace platform_tests {
+
+/// A folder that goes with its test.
+class TestFolder {
+ public:
+  TestFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "refframe-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for a test");
+    path_ = name;
+  }
+  ~TestFolder() {
+    std::error_code error;
+    std::filesystem::remove_all(path_, error);
+  }
+  TestFolder(const TestFolder&) = delete;
+  TestFolder& operator=(const TestFolder&) = delete;
+
+  [[nodiscard]] std::string Path(const std::string& name = {}) const {
+    return name.empty() ? path_.string() : (path_ / name).string();
+  }
+  [[nodiscard]] std::size_t FileCount() const {
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(path_),
+                                                  std::filesystem::directory_iterator()));
+  }
+
+ private:
+  std::filesystem::path path_;
+};
+
+inline std::string ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+inline void WriteFile(const std::string& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+/// Writes a whole stream; the reason if it cannot be opened.
+template <typename Stream>
+void Save(const std::string& name, const std::string& bytes) {
+  Stream stream;
+  if (!stream.Open(name, QvPlatform::QvOpenMode::kCreate)) {
+    throw std::runtime_error(stream.LastError());
+  }
+  stream.Write(bytes.data(), bytes.size());
+  stream.Commit();
+}
+
+template <typename Stream>
+std::string Load(const std::string& name) {
+  Stream stream;
+  if (!stream.Open(name, QvPlatform::QvOpenMode::kRead)) {
+    throw std::runtime_error(stream.LastError());
+  }
+  return stream.ReadAll();
+}
+
+}  // namespace platform_tests

@@ -1,0 +1,225 @@
+#include "platform/text/text.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <ctime>
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace {
+
+using namespace QvPlatform;
+
+/// Sets the user's locale for one test.
+class LocaleScope {
+ public:
+  explicit LocaleScope(const std::string& name) { SetUserLocale(name); }
+  ~LocaleScope() { SetUserLocale("en-US"); }
+  LocaleScope(const LocaleScope&) = delete;
+  LocaleScope& operator=(const LocaleScope&) = delete;
+};
+
+TEST(Trimming, TakesBlanksAndControlCharactersOffBothEndsOnly) {
+  EXPECT_EQ(TrimView(" \t\r\n\x01 a b \x1F"), "a b");
+  EXPECT_EQ(TrimView(std::string_view("\0x\0", 3)), "x");
+  EXPECT_EQ(TrimView(" \t "), "");
+  // A no-break space is a character, and the bytes of UTF-8 are no control characters.
+  EXPECT_EQ(TrimView("\xC2\xA0"), "\xC2\xA0");
+  EXPECT_TRUE(IsBlank(""));
+  EXPECT_FALSE(IsBlank(" x "));
+}
+
+struct UpperRow {
+  const char* locale;
+  const char* text;
+  const char* upper;
+};
+
+class UpperCasing : public testing::TestWithParam<UpperRow> {};
+
+TEST_P(UpperCasing, FollowsTheUsersLanguage) {
+  const LocaleScope locale(GetParam().locale);
+  EXPECT_EQ(UpperCase(GetParam().text), GetParam().upper);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, UpperCasing,
+    testing::Values(UpperRow{"en-US", "wgs 84 / utm zone 32n", "WGS 84 / UTM ZONE 32N"},
+                    UpperRow{"de_DE.UTF-8", "straße äöü", "STRASSE ÄÖÜ"},
+                    UpperRow{"tr-TR", "istanbul ı", "İSTANBUL I"},
+                    UpperRow{"tr_TR.UTF-8", "istanbul", "İSTANBUL"},
+                    UpperRow{"az_AZ", "bakı i", "BAKI İ"}, UpperRow{"el_GR", "ελλάς", "ΕΛΛΑΣ"},
+                    UpperRow{"ru_RU", "пулково", "ПУЛКОВО"}, UpperRow{"C", "abc é", "ABC É"}));
+
+TEST(UpperCasingOfBadText, PutsTheReplacementCharacterForMalformedBytes) {
+  EXPECT_EQ(UpperCase("a\xFFz"), "A\xEF\xBF\xBDZ");
+  EXPECT_EQ(UpperCase("é\xC3"), "É\xEF\xBF\xBD");
+}
+
+TEST(UpperCasingOfLongText, GrowsWithTheResult) {
+  std::string text;
+  std::string upper;
+  for (int i = 0; i < 5000; ++i) {
+    text += "ΐ";  // One letter, whose upper case is three.
+    upper += "\u0399\u0308\u0301";
+  }
+  EXPECT_EQ(UpperCase(text), upper);
+}
+
+TEST(FoldedNames, AreEqualWhateverTheirCaseAndTheBlanksAroundThem) {
+  EXPECT_EQ(FoldName("  Krüger\t"), FoldName("KRÜGER"));
+  EXPECT_NE(FoldName("Kruger"), FoldName("Krüger"));
+}
+
+TEST(Collation, SortsAsReadersOfTheLanguageDo) {
+  const LocaleScope locale("sv-SE");
+  EXPECT_LT(CollationKey("a"), CollationKey("B"));
+  EXPECT_LT(CollationKey("B"), CollationKey("c"));
+  // Swedish has its own letters at the end, German sorts them with their base letters.
+  EXPECT_LT(CollationKey("zebra"), CollationKey("ärta"));
+  const LocaleScope german("de-DE");
+  EXPECT_LT(CollationKey("ärta"), CollationKey("zebra"));
+}
+
+TEST(Collation, OfNoLanguageIsThatOfPeopleAndNotOfBytes) {
+  const LocaleScope locale("POSIX");
+  EXPECT_LT(CollationKey("apple"), CollationKey("Banana"));
+}
+
+TEST(Collation, HasNoLimitOfLength) {
+  const std::string text(100000, 'x');
+  EXPECT_LT(CollationKey(text), CollationKey(text + "a"));
+}
+
+TEST(LocaleVersion, ChangesWithTheLocale) {
+  const unsigned before = UserLocaleVersion();
+  const LocaleScope locale("de-DE");
+  EXPECT_NE(UserLocaleVersion(), before);
+}
+
+struct NumberRow {
+  double value;
+  const char* text;
+};
+
+class NumberTexts : public testing::TestWithParam<NumberRow> {};
+
+TEST_P(NumberTexts, AreTheShortestInTheirNotation) {
+  EXPECT_EQ(DoubleToText(GetParam().value), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Values, NumberTexts,
+    testing::Values(NumberRow{6378137.0, "6378137"}, NumberRow{100000.0, "100000"},
+                    NumberRow{0.9996, "0.9996"}, NumberRow{0.0001, "0.0001"},
+                    NumberRow{1e-7, "0.0000001"}, NumberRow{9.9e-8, "9.9e-08"},
+                    NumberRow{9007199254740993.0, "9007199254740992"}, NumberRow{1e16, "1e+16"},
+                    NumberRow{-0.1, "-0.1"}, NumberRow{0.0, "0"},
+                    NumberRow{298.257223563, "298.257223563"},
+                    NumberRow{std::numeric_limits<double>::infinity(), "inf"}));
+
+TEST(NumberTextsOfAnyValue, ReadBackAsTheSameDouble) {
+  std::mt19937_64 random(20240131);
+  for (int i = 0; i < 20000; ++i) {
+    const std::uint64_t bits = random();
+    double value = 0;
+    static_assert(sizeof value == sizeof bits);
+    std::memcpy(&value, &bits, sizeof value);
+    if (!std::isfinite(value)) continue;
+    double back = 0;
+    ASSERT_TRUE(TextToDouble(DoubleToText(value), &back)) << DoubleToText(value);
+    ASSERT_EQ(back, value);
+  }
+}
+
+TEST(ReadingNumbers, TakesOneSignAndBlanksAround) {
+  double value = 0;
+  EXPECT_TRUE(TextToDouble(" +1.5e3\t", &value));
+  EXPECT_EQ(value, 1500.0);
+  EXPECT_TRUE(TextToDouble(".5", &value));
+  EXPECT_EQ(value, 0.5);
+  int integer = 0;
+  EXPECT_TRUE(TextToInteger(" +2147483647 ", &integer));
+  EXPECT_EQ(integer, 2147483647);
+}
+
+TEST(ReadingNumbers, LeavesTheResultAloneWhenItRefuses) {
+  for (const char* text : {"", " ", "+", "-", "+-1", "--1", "inf", "nan", "1e400", "-1e999",
+                           "1e-400", "1,5", "1.5x", "1 2", "0x10", "١"}) {
+    double value = 7;
+    EXPECT_FALSE(TextToDouble(text, &value)) << text;
+    EXPECT_EQ(value, 7) << text;
+  }
+  for (const char* text : {"", "2147483648", "-2147483649", "1.0", "+-1", "1e3"}) {
+    int value = 7;
+    EXPECT_FALSE(TextToInteger(text, &value)) << text;
+    EXPECT_EQ(value, 7) << text;
+  }
+  std::int64_t wide = 0;
+  EXPECT_TRUE(TextToInteger64("-9223372036854775808", &wide));
+  EXPECT_FALSE(TextToInteger64("9223372036854775808", &wide));
+}
+
+TEST(Numbers, DoNotFollowTheProcessLocale) {
+  const std::string before = std::setlocale(LC_ALL, nullptr);
+  bool found = false;
+  for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "ru_RU.UTF-8"}) {
+    found = found || std::setlocale(LC_ALL, name) != nullptr;
+  }
+  if (!found) GTEST_SKIP() << "no locale with a decimal comma is installed";
+  double value = 0;
+  const bool read = TextToDouble("1.5", &value);
+  const std::string text = DoubleToText(2.5);
+  std::setlocale(LC_ALL, before.c_str());
+  EXPECT_TRUE(read);
+  EXPECT_EQ(value, 1.5);
+  EXPECT_EQ(text, "2.5");
+}
+
+TEST(Escapes, AreUndoneByDecoding) {
+  const std::string text = "a\tb\nc\rd\\e\\t";
+  EXPECT_EQ(Encode(text), "a\\tb\\nc\\rd\\\\e\\\\t");
+  std::mt19937 random(7);
+  const std::string letters = "tnr\\\t\n\r x";
+  for (int i = 0; i < 2000; ++i) {
+    std::string any;
+    for (auto n = random() % 12; n > 0; --n)
+      any += letters[random() % letters.size()];
+    ASSERT_EQ(Decode(Encode(any)), any);
+    ASSERT_EQ(Encode(any).find_first_of("\t\n\r"), std::string::npos);
+  }
+}
+
+TEST(Escapes, ThatAreUnknownOrCutStandForThemselves) {
+  EXPECT_EQ(Decode("\\x\\"), "\\x\\");
+  EXPECT_EQ(Decode("\\\\t"), "\\t");
+}
+
+TEST(Utf8, IsToldFromOtherBytes) {
+  EXPECT_TRUE(IsUtf8("plain"));
+  EXPECT_TRUE(IsUtf8("Ω é 𝄞"));
+  // Cut, overlong, surrogate, beyond the last character, and a Latin-1 letter.
+  for (const char* bytes : {"\xC3", "\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80",
+                            "Gr\xFC"
+                            "ger"}) {
+    EXPECT_FALSE(IsUtf8(bytes)) << bytes;
+  }
+}
+
+TEST(Moments, CountDaysOfLocalTime) {
+  const double now = CurrentMoment();
+  const std::time_t whole = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&whole, &local);
+  const double ofDay = (local.tm_hour * 60 + local.tm_min) * 60 + local.tm_sec;
+  // 2020-01-01 is day 43831 of the count.
+  EXPECT_GT(now, 43831);
+  EXPECT_NEAR(std::fmod(now, 1.0) * 86400, ofDay, 3);
+}
+
+}  // namespace
