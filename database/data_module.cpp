@@ -1,0 +1,261 @@
+#include "database/data_module.h"
+
+#include <exception>
+#include <filesystem>
+#include <stdexcept>
+
+#include "platform/text/text.h"
+#include "platform/ui/texts.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::MessageButtons;
+using QvPlatform::MessageKind;
+using QvPlatform::QvDataBufferType;
+using QvPlatform::SystemText;
+using QvPlatform::TextId;
+using QvPlatform::TQvDataBuffer;
+using QvPlatform::TQvDataSet;
+
+TdatamoduleQvRfData* datamoduleQvRfData = nullptr;
+
+namespace {
+
+constexpr char kSeparator = '/';
+
+std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
+
+// The path as the database goes by it: a folder ends in a separator, a container in ".".
+std::string NormalisedPath(const std::string& path, bool resourceForm) {
+  std::string result = QvPlatform::Trim(path);
+  const char last = resourceForm ? '.' : kSeparator;
+  if (resourceForm ? (result.empty() || result.back() != last)
+                   : (!result.empty() && result.back() != last)) {
+    result += last;
+  }
+  return result;
+}
+
+// A file under a table's name that is another table is refused here, not met later at a field that
+// it lacks. Of the reference systems an older layout, without heights and what follows them, is
+// told apart from a foreign table.
+void RequireFields(const TableSpec& table, TQvDataSet& dataSet) {
+  for (const FieldSpec& field : table.fields) {
+    if (table.id == TableId::kRefSystem && field.name == "VERT_SYSTEM_AUTOKEY") return;
+    QvPlatform::TField* found = dataSet.FindField(field.name);
+    if (found == nullptr) {
+      throw std::runtime_error("the table has no field " + std::string(field.name));
+    }
+    if (found->Definition().type != field.type) {
+      throw std::runtime_error("field " + std::string(field.name) + " is of another type");
+    }
+  }
+}
+
+}  // namespace
+
+TdatamoduleQvRfData::TdatamoduleQvRfData(QvPlatform::TUserInterface& ui,
+                                         ProcessorMaker makeProcessors)
+    : ui_(ui), makeProcessors_(std::move(makeProcessors)) {
+  for (const TableSpec& table : TableCatalogue()) {
+    TQvDataBuffer& buffer = DataBuffer(table.id);
+    buffer.Tag = table.tag;
+    buffer.StreamName = table.streamName;
+    if (table.sortField >= 0) buffer.SetSortField(table.sortField, false, true);
+  }
+}
+
+TdatamoduleQvRfData::~TdatamoduleQvRfData() { CloseDatabase(); }
+
+TQvDataSet& TdatamoduleQvRfData::DataSet(TableId id) {
+  switch (id) {
+#define REFFRAME_TABLE_CASE(stem) \
+  case TableId::k##stem:          \
+    return dataset##stem;
+    REFFRAME_TABLES(REFFRAME_TABLE_CASE)
+#undef REFFRAME_TABLE_CASE
+    case TableId::kNone:
+      break;
+  }
+  throw std::out_of_range("no such table");
+}
+
+TQvDataBuffer& TdatamoduleQvRfData::DataBuffer(TableId id) { return *DataSet(id).DataBuff; }
+
+QvPlatform::TDataSource& TdatamoduleQvRfData::Source(TableId id) {
+  switch (id) {
+#define REFFRAME_TABLE_CASE(stem) \
+  case TableId::k##stem:          \
+    return datasrc##stem;
+    REFFRAME_TABLES(REFFRAME_TABLE_CASE)
+#undef REFFRAME_TABLE_CASE
+    case TableId::kNone:
+      break;
+  }
+  throw std::out_of_range("no such table");
+}
+
+std::vector<TQvDataSet*> TdatamoduleQvRfData::WritableTables() {
+  return {&datasetAngularUnit, &datasetLinearUnit,    &datasetScaleUnit, &datasetPrimeMeridian,
+          &datasetEllipsoid,   &datasetDatumShift,    &datasetDatum,     &datasetMapProj,
+          &datasetRefSystem,   &datasetParamValue,    &datasetVerticalRefSystem};
+}
+
+bool TdatamoduleQvRfData::OpenTables(std::string* currentTable) {
+  for (const TableSpec& table : TableCatalogue()) {
+    TQvDataBuffer& buffer = DataBuffer(table.id);
+    if (buffer.Tag == kUnopenedTag) continue;
+    buffer.SetDataBufferType(ResourceForm ? QvDataBufferType::kResource
+                                          : QvDataBufferType::dtFileStream);
+    // Of a container's resource name the part behind the last "." is the table's.
+    const std::string name =
+        ExtractTableBaseName(StorageShortName(std::string(table.streamName), false));
+    *currentTable = ResourceForm ? name : name + ".dat";
+    buffer.StreamName = DatabasePath + *currentTable;
+    if (!StorageFileOpens(buffer.StreamName, ResourceForm) &&
+        !CreateTable(buffer.StreamName, ResourceForm, table.tag, ui_)) {
+      return false;
+    }
+    TQvDataSet& dataSet = DataSet(table.id);
+    dataSet.Open();
+    if (!dataSet.GetActive()) return false;
+    RequireFields(table, dataSet);
+    currentTable->clear();
+  }
+  return true;
+}
+
+void TdatamoduleQvRfData::ReportOpening(const std::string& path, const std::string& currentTable,
+                                        const char* reason) {
+  lastError_ = reason;
+  const bool ofTable = !currentTable.empty();
+  ui_.ShowMessage(MessageKind::kError,
+                  SystemText(ofTable ? TextId::kCannotOpenTable : TextId::kCannotOpenDatabase) +
+                      " " + Quoted(ofTable ? currentTable : path),
+                  MessageButtons::kOk);
+}
+
+bool TdatamoduleQvRfData::OpenDatabase(const std::string& path, signed char dialogMode,
+                                       bool resourceForm) {
+  if (DatabasePath.empty()) {
+    NotActive = true;
+    return false;
+  }
+  ResourceForm = resourceForm;
+  lastError_.clear();
+  bool opened = false;
+  std::string currentTable;
+  try {
+    DatabasePath = NormalisedPath(path, resourceForm);
+    opened = OpenTables(&currentTable);
+    if (opened && !HasVerticalFields()) {
+      throw std::runtime_error("the reference system table is of an older layout");
+    }
+    if (opened) processors_ = makeProcessors_(*this);
+  } catch (const std::exception& error) {
+    opened = false;
+    DropProcessors();
+    ReportOpening(path, currentTable, error.what());
+  }
+  NotActive = !opened;
+  DialogMode = dialogMode;
+  return opened;
+}
+
+void TdatamoduleQvRfData::CloseDatabase() {
+  // Processors go first: they hold nothing, but look at the tables.
+  DropProcessors();
+  for (const TableSpec& table : TableCatalogue()) {
+    DataBuffer(table.id).Close();
+    DataSet(table.id).Close();
+  }
+  NotActive = true;
+}
+
+void TdatamoduleQvRfData::DropProcessors() {
+  processors_.reset();
+  DatumShiftProcessor = nullptr;
+  DatumShiftTypeProcessor = nullptr;
+  DatumProcessor = nullptr;
+  LinearUnitProcessor = nullptr;
+  AngularUnitProcessor = nullptr;
+  ScaleUnitProcessor = nullptr;
+  MapProjProcessor = nullptr;
+  MapProjTypeProcessor = nullptr;
+  PrimeMeridianProcessor = nullptr;
+  EllipsoidProcessor = nullptr;
+  RefSystemTypeProcessor = nullptr;
+  RefSystemProcessor = nullptr;
+  VerticalRefSystemProcessor = nullptr;
+}
+
+std::string TdatamoduleQvRfData::GetDatabaseRoot() const {
+  const std::string& name = databufAngularUnit.StreamName;
+  if (ResourceForm) return name.substr(0, name.rfind('.') + 1);
+  const std::filesystem::path expanded = std::filesystem::absolute(name).lexically_normal();
+  return expanded.parent_path().string() + kSeparator;
+}
+
+std::string TdatamoduleQvRfData::GetHeightsPrefix() const {
+  return GetDatabaseRoot() + "Heights" + (ResourceForm ? '.' : kSeparator);
+}
+
+std::string TdatamoduleQvRfData::GetBackupPrefix() const {
+  return GetDatabaseRoot() + "Backup" + (ResourceForm ? '.' : kSeparator);
+}
+
+bool TdatamoduleQvRfData::HasVerticalFields() {
+  return datasetRefSystem.FindField("VERT_SYSTEM_AUTOKEY") != nullptr &&
+         datasetRefSystem.FindField("VERT_SYSTEM_CODE") != nullptr;
+}
+
+namespace {
+
+// The layout that CreateTable makes under a tag; null for tables that are only ever delivered.
+const TableSpec* CreatableTable(int tag) {
+  switch (tag) {
+    case 1:
+      return &TableOf(TableId::kRefSystem);
+    case 16:
+      return &TableOf(TableId::kVerticalRefSystem);
+    case kTransformCreateTag:
+      return &TableOf(TableId::kRefsystemTransform);
+    default:
+      return nullptr;
+  }
+}
+
+// A null table still tries the target, so that an unwritable place is told; nothing is left there.
+bool CreateFrom(const std::string& name, bool resourceForm, const TableSpec* table,
+                QvPlatform::TUserInterface& ui) {
+  auto stream = MakeStream(resourceForm);
+  if (!stream->Open(name, QvPlatform::QvOpenMode::kCreate)) {
+    ui.ShowMessage(MessageKind::kError,
+                   SystemText(resourceForm ? TextId::kCannotCreateResource
+                                           : TextId::kCannotCreateFile) +
+                       " " + name,
+                   MessageButtons::kOk);
+    return false;
+  }
+  if (table == nullptr) return false;
+  const QvPlatform::TQvDbHeader header = HeaderOf(*table);
+  QvPlatform::TFixedRecordFile file(header, header.GetRecordSize());
+  if (!file.CreateNew(stream.get(), true)) return false;
+  (void)stream.release();  // now the file's
+  file.Close();
+  return true;
+}
+
+}  // namespace
+
+bool CreateCatalogueTable(const std::string& name, bool resourceForm, const TableSpec& table,
+                          QvPlatform::TUserInterface& ui) {
+  return CreateFrom(name, resourceForm, &table, ui);
+}
+
+bool CreateTable(const std::string& name, bool resourceForm, int tag,
+                 QvPlatform::TUserInterface& ui) {
+  return CreateFrom(name, resourceForm, CreatableTable(tag), ui);
+}
+
+}  // namespace QvRefSystem

@@ -1,0 +1,128 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "database/storage_files.h"
+#include "database/table_catalogue.h"
+#include "platform/dbset/data_set.h"
+#include "platform/ui/user_interface.h"
+
+namespace QvRefSystem {
+
+class TQvRfAngularUnitDataProcessor;
+class TQvRfDatumDataProcessor;
+class TQvRfDatumShiftDataProcessor;
+class TQvRfDatumShiftTypeDataProcessor;
+class TQvRfEllipsoidDataProcessor;
+class TQvRfLinearUnitDataProcessor;
+class TQvRfMapProjDataProcessor;
+class TQvRfMapProjTypeDataProcessor;
+class TQvRfPrimeMeridianDataProcessor;
+class TQvRfRefSystemDataProcessor;
+class TQvRfRefSystemTypeDataProcessor;
+class TQvRfScaleUnitDataProcessor;
+class TQvRfVerticalRefSystemDataProcessor;
+class TdatamoduleQvRfData;
+
+/// Makes the processors over an open data module, sets its processor pointers, and returns what
+/// owns them. The data module itself knows none of their rules.
+using ProcessorMaker = std::function<std::shared_ptr<void>(TdatamoduleQvRfData&)>;
+
+/// Values of DialogMode.
+enum : signed char { kSimpleMode = 1, kFullMode = 2 };
+
+/// Owns all tables of one database and the processors over them. It opens and closes them and
+/// knows where they lie; it holds no rules of what they mean.
+///
+/// Not thread-safe: one thread works on a database.
+class TdatamoduleQvRfData : public QvPlatform::TComponent {
+ public:
+  TdatamoduleQvRfData(QvPlatform::TUserInterface& ui, ProcessorMaker makeProcessors);
+  ~TdatamoduleQvRfData() override;
+  TdatamoduleQvRfData(const TdatamoduleQvRfData&) = delete;
+  TdatamoduleQvRfData& operator=(const TdatamoduleQvRfData&) = delete;
+
+// Of each table: its buffer, its data set and a source for grids, named by the table's stem.
+#define REFFRAME_TABLE_MEMBERS(stem)                        \
+  QvPlatform::TQvDataBuffer databuf##stem;                  \
+  QvPlatform::TQvDataSet dataset##stem{databuf##stem};      \
+  QvPlatform::TDataSource datasrc##stem{&dataset##stem};
+  REFFRAME_TABLES(REFFRAME_TABLE_MEMBERS)
+#undef REFFRAME_TABLE_MEMBERS
+
+  /// True: the database is a resource container.
+  bool ResourceForm = false;
+  // Owned through the processor maker's result; null while closed.
+  TQvRfDatumShiftDataProcessor* DatumShiftProcessor = nullptr;
+  TQvRfDatumShiftTypeDataProcessor* DatumShiftTypeProcessor = nullptr;
+  TQvRfDatumDataProcessor* DatumProcessor = nullptr;
+  TQvRfLinearUnitDataProcessor* LinearUnitProcessor = nullptr;
+  TQvRfAngularUnitDataProcessor* AngularUnitProcessor = nullptr;
+  TQvRfScaleUnitDataProcessor* ScaleUnitProcessor = nullptr;
+  TQvRfMapProjDataProcessor* MapProjProcessor = nullptr;
+  TQvRfMapProjTypeDataProcessor* MapProjTypeProcessor = nullptr;
+  TQvRfPrimeMeridianDataProcessor* PrimeMeridianProcessor = nullptr;
+  TQvRfEllipsoidDataProcessor* EllipsoidProcessor = nullptr;
+  TQvRfRefSystemTypeDataProcessor* RefSystemTypeProcessor = nullptr;
+  TQvRfRefSystemDataProcessor* RefSystemProcessor = nullptr;
+  TQvRfVerticalRefSystemDataProcessor* VerticalRefSystemProcessor = nullptr;
+  /// 1 simple, 2 full.
+  signed char DialogMode = kFullMode;
+  bool ShowImportExport = false;
+  /// Folder with trailing separator, or container name ending in ".".
+  std::string DatabasePath;
+  /// True until OpenDatabase has succeeded.
+  bool NotActive = true;
+  /// Colour of a refused control, 0x00BBGGRR; 255 is pure red.
+  int ErrorColour = 255;
+
+  /// Opens all tables, makes the two that may be missing, and creates the processors. Failures are
+  /// told to the user, but for an empty DatabasePath and a missing table that is never made.
+  [[nodiscard]] bool OpenDatabase(const std::string& path, signed char dialogMode,
+                                  bool resourceForm);
+  void CloseDatabase();
+  /// Where the tables lie, with the separator behind.
+  [[nodiscard]] std::string GetDatabaseRoot() const;
+  [[nodiscard]] std::string GetHeightsPrefix() const;
+  [[nodiscard]] std::string GetBackupPrefix() const;
+  /// Whether the reference system table has the fields for heights.
+  [[nodiscard]] bool HasVerticalFields();
+
+  [[nodiscard]] QvPlatform::TQvDataSet& DataSet(TableId id);
+  [[nodiscard]] QvPlatform::TQvDataBuffer& DataBuffer(TableId id);
+  [[nodiscard]] QvPlatform::TDataSource& Source(TableId id);
+  [[nodiscard]] QvPlatform::TUserInterface& Ui() { return ui_; }
+  /// Why the last OpenDatabase failed, in the words of what refused; "" where there is no more to
+  /// say than the user was told.
+  [[nodiscard]] const std::string& LastError() const { return lastError_; }
+  /// The tables that objects are written to, as one write group takes them.
+  [[nodiscard]] std::vector<QvPlatform::TQvDataSet*> WritableTables();
+
+ private:
+  [[nodiscard]] bool OpenTables(std::string* currentTable);
+  void ReportOpening(const std::string& path, const std::string& currentTable,
+                     const char* reason);
+  void DropProcessors();
+
+  QvPlatform::TUserInterface& ui_;
+  ProcessorMaker makeProcessors_;
+  std::shared_ptr<void> processors_;
+  std::string lastError_;
+};
+
+/// The one data module of the process between start and stop of the editor; null while there is
+/// none. For the outer edge (editor, dialogs, hosts): core code gets its data module by reference.
+extern TdatamoduleQvRfData* datamoduleQvRfData;
+
+/// Makes an empty table: tag 1 reference systems, 16 vertical systems, 17 transformations. Any
+/// other tag gives false. A target that cannot be opened is told to the user.
+[[nodiscard]] bool CreateTable(const std::string& name, bool resourceForm, int tag,
+                               QvPlatform::TUserInterface& ui);
+/// The same for any table of the catalogue, for those who deliver a database.
+[[nodiscard]] bool CreateCatalogueTable(const std::string& name, bool resourceForm,
+                                        const TableSpec& table, QvPlatform::TUserInterface& ui);
+
+}  // namespace QvRefSystem

@@ -1,0 +1,158 @@
+#include "database/storage_files.h"
+
+#include <filesystem>
+#include <optional>
+#include <system_error>
+
+#include "platform/text/text.h"
+
+namespace QvRefSystem {
+namespace {
+
+namespace fs = std::filesystem;
+using QvPlatform::QvOpenMode;
+using QvPlatform::StorageError;
+using QvPlatform::TQvFileStream;
+using QvPlatform::TQvResourceSession;
+using QvPlatform::TQvStream;
+
+fs::path ToPath(std::string_view utf8) {
+  return {std::u8string(utf8.begin(), utf8.end())};
+}
+
+std::string FromPath(const fs::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
+bool IsDigits(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// Splits "rest<open>number<close>" into rest and number; the number of a name without one is 0.
+struct NumberedName {
+  std::string rest;
+  int number = 0;
+};
+
+NumberedName SplitNumber(std::string_view name, std::size_t earliest, char open,
+                         std::string_view close) {
+  if (name.ends_with(close)) {
+    const std::string_view body = name.substr(0, name.size() - close.size());
+    const std::size_t at = body.rfind(open);
+    int number = 0;
+    if (at != std::string_view::npos && at >= earliest && IsDigits(body.substr(at + 1)) &&
+        QvPlatform::TextToInteger(body.substr(at + 1), &number) && number < 2'000'000'000) {
+      return {std::string(body.substr(0, at)), number};
+    }
+  }
+  return {std::string(name), 0};
+}
+
+}  // namespace
+
+std::unique_ptr<TQvStream> MakeStream(bool resourceForm) {
+  if (resourceForm) return std::make_unique<TQvResourceSession>();
+  return std::make_unique<TQvFileStream>();
+}
+
+std::string ExtractTableBaseName(std::string_view name) {
+  const std::size_t separator = name.find_last_of('/');
+  if (separator != std::string_view::npos) name.remove_prefix(separator + 1);
+  std::string base = QvPlatform::Trim(name);
+  if (base.size() >= 4) {
+    std::string extension = base.substr(base.size() - 4);
+    for (char& c : extension) {
+      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    if (extension == ".dat") base.resize(base.size() - 4);
+  }
+  return base;
+}
+
+bool StorageFileOpens(const std::string& name, bool resourceForm) {
+  const auto stream = MakeStream(resourceForm);
+  return stream->Open(name, QvOpenMode::kRead);
+}
+
+bool StorageFileExists(const std::string& name, bool resourceForm) {
+  if (resourceForm) return TQvResourceSession::Exists(name);
+  std::error_code error;
+  return fs::exists(ToPath(name), error);
+}
+
+bool DeleteStorageFile(const std::string& name, bool resourceForm) {
+  if (resourceForm) return TQvResourceSession::Delete(name);
+  std::error_code error;
+  const fs::path path = ToPath(name);
+  return fs::is_regular_file(path, error) && fs::remove(path, error);
+}
+
+bool LoadStorageFile(const std::string& name, bool resourceForm, std::string* content) {
+  try {
+    const auto stream = MakeStream(resourceForm);
+    if (!stream->Open(name, QvOpenMode::kRead)) return false;
+    std::string bytes = stream->ReadAll();
+    if (bytes.empty()) return false;
+    *content = std::move(bytes);
+    return true;
+  } catch (const StorageError&) {
+    return false;
+  }
+}
+
+bool SaveStorageFile(const std::string& name, bool resourceForm, std::string_view content) {
+  try {
+    if (!resourceForm) {
+      const fs::path folder = ToPath(name).parent_path();
+      std::error_code error;
+      if (!folder.empty()) fs::create_directories(folder, error);
+    }
+    const auto stream = MakeStream(resourceForm);
+    if (!stream->Open(name, QvOpenMode::kCreate)) return false;
+    stream->Write(content.data(), content.size());
+    stream->Commit();
+    return true;
+  } catch (const StorageError&) {
+    return false;
+  }
+}
+
+bool CopyStorageFile(const std::string& from, bool fromResourceForm, const std::string& to,
+                     bool toResourceForm) {
+  std::string content;
+  return LoadStorageFile(from, fromResourceForm, &content) &&
+         SaveStorageFile(to, toResourceForm, content);
+}
+
+std::string StorageShortName(std::string_view name, bool resourceForm) {
+  const std::size_t at = name.find_last_of(resourceForm ? '.' : '/');
+  return std::string(at == std::string_view::npos ? name : name.substr(at + 1));
+}
+
+std::string MakeUniqueStorageName(std::string_view name, bool resourceForm) {
+  const std::string trimmed = QvPlatform::Trim(name);
+  if (resourceForm) {
+    std::string candidate = trimmed;
+    const std::size_t dot = trimmed.rfind('.');
+    NumberedName parts =
+        SplitNumber(trimmed, dot == std::string::npos ? 0 : dot + 1, '_', std::string_view());
+    while (StorageFileExists(candidate, true)) {
+      candidate = parts.rest + "_" + std::to_string(++parts.number);
+    }
+    return candidate;
+  }
+  const fs::path path = ToPath(trimmed);
+  const std::string extension = FromPath(path.extension());
+  const std::string stem = trimmed.substr(0, trimmed.size() - extension.size());
+  const std::size_t separator = stem.rfind('/');
+  std::string candidate = trimmed;
+  NumberedName parts =
+      SplitNumber(stem, separator == std::string::npos ? 0 : separator + 1, '[', "]");
+  while (StorageFileExists(candidate, false)) {
+    candidate = parts.rest + "[" + std::to_string(++parts.number) + "]" + extension;
+  }
+  return candidate;
+}
+
+}  // namespace QvRefSystem

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/storage/stream.h"
+
+/// Whole-file operations over both forms of a database. Each takes a stream name: a path in the
+/// folder form, a resource name in the resource form. No stream stays open between calls.
+namespace QvRefSystem {
+
+/// A new stream of that form, closed.
+[[nodiscard]] std::unique_ptr<QvPlatform::TQvStream> MakeStream(bool resourceForm);
+
+/// The file name part of a path, trimmed, without the extension "dat" in any case.
+[[nodiscard]] std::string ExtractTableBaseName(std::string_view name);
+/// True if the stream opens for reading.
+[[nodiscard]] bool StorageFileOpens(const std::string& name, bool resourceForm);
+/// Asks the file system or the container; opens nothing.
+[[nodiscard]] bool StorageFileExists(const std::string& name, bool resourceForm);
+/// True if the file or resource was there and is gone.
+bool DeleteStorageFile(const std::string& name, bool resourceForm);
+/// Reads the whole stream; reading nothing counts as failure. `content` is unchanged on failure.
+[[nodiscard]] bool LoadStorageFile(const std::string& name, bool resourceForm,
+                                   std::string* content);
+/// Creates the stream, in the folder form after making all missing folders of its path. On failure
+/// what stood under the name still stands.
+[[nodiscard]] bool SaveStorageFile(const std::string& name, bool resourceForm,
+                                   std::string_view content);
+[[nodiscard]] bool CopyStorageFile(const std::string& from, bool fromResourceForm,
+                                   const std::string& to, bool toResourceForm);
+/// The part behind the last "." in the resource form; the file name in the folder form.
+[[nodiscard]] std::string StorageShortName(std::string_view name, bool resourceForm);
+/// The first free name: "Alps", "Alps_1", "Alps_2" in the resource form; "a.txt", "a[1].txt",
+/// "a[2].txt" in the folder form. A number that is there already is raised.
+[[nodiscard]] std::string MakeUniqueStorageName(std::string_view name, bool resourceForm);
+
+}  // namespace QvRefSystem

@@ -1,0 +1,574 @@
+#include "processors/data_processor.h"
+
+#include <algorithm>
+#include <functional>
+
+#include "platform/text/text.h"
+#include "platform/ui/texts.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::DataSetError;
+using QvPlatform::MessageAnswer;
+using QvPlatform::MessageButtons;
+using QvPlatform::MessageKind;
+using QvPlatform::StorageError;
+using QvPlatform::SystemText;
+using QvPlatform::TextId;
+using QvPlatform::TMatch;
+using QvPlatform::TQvDataSet;
+using QvPlatform::TQvWriteGroup;
+using QvPlatform::TRowView;
+using QvPlatform::UsedByRow;
+
+namespace {
+
+// A file may hold its fields in an order of its own; one that it lacks fails when it is used.
+int FieldNumber(TQvDataSet& dataSet, std::string_view name) {
+  const QvPlatform::TField* field = dataSet.FindField(name);
+  return field != nullptr ? field->GetIndex() : -1;
+}
+
+}  // namespace
+
+TQvRfDataProcessor::TQvRfDataProcessor(TdatamoduleQvRfData& data,
+                                       const TObjectDescriptor& descriptor)
+    : ObjectType(static_cast<signed char>(descriptor.type)),
+      TypeName(descriptor.typeName),
+      DataSet(&data.DataSet(descriptor.table)),
+      DataBuffer(DataSet->DataBuff),
+      data_(data),
+      descriptor_(descriptor) {
+  for (const FieldSpec& spec : TableOf(descriptor.table).fields) {
+    columns_.emplace_back(spec.name, FieldNumber(*DataSet, spec.name));
+  }
+  for (const FieldSpec& spec : TableOf(TableId::kParamValue).fields) {
+    paramFields_.push_back(FieldNumber(data.datasetParamValue, spec.name));
+  }
+  for (const TTreeItem& item : descriptor.items) {
+    itemColumns_.push_back(item.column.empty() ? -1 : Column(item.column));
+  }
+  keyField_ = Column(TableOf(descriptor.table).keyField);
+  nameField_ = Column("NAME");
+}
+
+int TQvRfDataProcessor::Column(std::string_view name) const {
+  for (const auto& [column, number] : columns_) {
+    if (column == name && number >= 0) return number;
+  }
+  throw DataSetError("the table of " + TypeName + " has no field " + std::string(name));
+}
+
+int TQvRfDataProcessor::ItemColumn(const TTreeItem& item) const {
+  const auto items = descriptor_.items;
+  const bool ofDescriptor = !std::less<>()(&item, items.data()) &&
+                            std::less<>()(&item, items.data() + items.size());
+  if (ofDescriptor) return itemColumns_[static_cast<std::size_t>(&item - items.data())];
+  return Column(item.column);
+}
+
+int TQvRfDataProcessor::CurrentInteger(std::string_view column) const {
+  const TRowView row = DataSet->CurrentRow();
+  return row ? row.GetInteger(Column(column)) : 0;
+}
+
+const std::string& TQvRfDataProcessor::CurrentText(std::string_view column) const {
+  static const std::string kNone;
+  const TRowView row = DataSet->CurrentRow();
+  return row ? row.GetText(Column(column)) : kNone;
+}
+
+int TQvRfDataProcessor::GetCurrentKey() const {
+  const TRowView row = DataSet->CurrentRow();
+  return row ? row.GetInteger(keyField_) : 0;
+}
+
+bool TQvRfDataProcessor::LocateKey(int key) {
+  if (key != 0 && GetCurrentKey() == key) return true;
+  if (key < 1) return false;
+  const TRowView row = DataSet->FindFirst({TMatch::Integer(keyField_, key)});
+  if (row && DataSet->MoveTo(row)) return true;
+  DataSet->MoveBehindLast();
+  return false;
+}
+
+bool TQvRfDataProcessor::FindByName(std::string_view text, int step) {
+  if (text.empty()) return true;
+  const std::string wanted = QvPlatform::UpperCase(text);
+  const int count = DataSet->RecordCount();
+  for (int at = DataSet->Position() + step; at >= 0 && at < count; at += step) {
+    const std::string name = QvPlatform::UpperCase(DataSet->Row(at).GetText(nameField_));
+    if (name.find(wanted) != std::string::npos) {
+      DataSet->MoveTo(at);
+      return true;
+    }
+  }
+  return false;
+}
+
+bool TQvRfDataProcessor::FindNextByName(std::string_view text) { return FindByName(text, 1); }
+bool TQvRfDataProcessor::FindPriorByName(std::string_view text) { return FindByName(text, -1); }
+
+bool TQvRfDataProcessor::GetInfoLines(TStrings* lines) {
+  const TRowView row = DataSet->CurrentRow();
+  if (!row) return false;
+  lines->clear();
+  for (const TInfoLine& line : descriptor_.infoLines) {
+    lines->push_back(SystemText(line.label) + ": " + row.GetString(Column(line.column)));
+  }
+  return true;
+}
+
+bool TQvRfDataProcessor::CheckNotEditing() {
+  if (!IsUnderEditing()) return true;
+  data_.Ui().ShowMessage(MessageKind::kWarning, SystemText(TextId::kUnderEditing),
+                         MessageButtons::kOk);
+  return false;
+}
+
+signed char TQvRfDataProcessor::GetNames(std::string* typeName, std::string* name) const {
+  if (typeName != nullptr) *typeName = TypeName;
+  if (name != nullptr) *name = CurrentText("NAME");
+  return ObjectType;
+}
+
+signed char TQvRfDataProcessor::GetDisplayNames(std::string* typeText, std::string* name) const {
+  if (typeText != nullptr) *typeText = SystemText(descriptor_.displayName);
+  return GetNames(nullptr, name);
+}
+
+int TQvRfDataProcessor::GetNeighbourKey(int key) {
+  const TControlsGuard guard(*DataSet);
+  const int position = DataSet->Position();
+  const int neighbour = position + 1 < DataSet->RecordCount() ? position + 1
+                                                              : std::max(position - 1, 0);
+  const TRowView row = DataSet->Row(neighbour);
+  const int neighbourKey = row ? row.GetInteger(keyField_) : 0;
+  LocateKey(key);
+  return neighbourKey;
+}
+
+int TQvRfDataProcessor::GetLastUsedKey() {
+  const int lastUse = Column("LAST_USE");
+  double latest = 0;
+  int key = 0;
+  for (int at = 0; at < DataSet->RecordCount(); ++at) {
+    const TRowView row = DataSet->Row(at);
+    if (row.GetFloat(lastUse) > latest) {
+      latest = row.GetFloat(lastUse);
+      key = row.GetInteger(keyField_);
+    }
+  }
+  if (key != 0) {
+    LocateKey(key);
+  } else {
+    DataSet->MoveBehindLast();
+  }
+  return key;
+}
+
+void TQvRfDataProcessor::Reopen() {
+  const int key = GetCurrentKey();
+  DataSet->Close();
+  DataBuffer->Close();
+  DataSet->Open();
+  LocateKey(key);
+}
+
+void TQvRfDataProcessor::PushEditKey() { EditKeys.push_back(GetCurrentKey()); }
+
+void TQvRfDataProcessor::PopEditKey() {
+  const auto at = std::ranges::find(EditKeys, GetCurrentKey());
+  if (at != EditKeys.end()) EditKeys.erase(at);
+}
+
+bool TQvRfDataProcessor::IsUnderEditing() const {
+  return std::ranges::find(EditKeys, GetCurrentKey()) != EditKeys.end();
+}
+
+void TQvRfDataProcessor::ReleaseControls() {
+  while (DataSet->ControlsDisabled()) {
+    DataSet->EnableControls();
+    ++SuspendedControls;
+  }
+}
+
+void TQvRfDataProcessor::RestoreControls() {
+  for (; SuspendedControls > 0; --SuspendedControls) DataSet->DisableControls();
+}
+
+bool TQvRfDataProcessor::IsFileDatabase() const {
+  return DataBuffer->GetDataBufferType() == QvPlatform::QvDataBufferType::dtFileStream;
+}
+
+TQvRfDataProcessor& TQvRfDataProcessor::ProcessorOf(TObjectType type) const {
+  TQvRfDataProcessor* processor = ProcessorFor(data_, static_cast<int>(type));
+  if (processor == nullptr) throw InvalidTypeError("there is no processor of this object type");
+  return *processor;
+}
+
+void TQvRfDataProcessor::ReportStorage(const std::exception& error) {
+  data_.Ui().ShowMessage(MessageKind::kError,
+                         SystemText(TextId::kCannotWriteDatabase) + " (" + error.what() + ")",
+                         MessageButtons::kOk);
+}
+
+// Deletion and its check.
+
+std::vector<UsedByRow> TQvRfDataProcessor::CollectUsers(int key) const {
+  std::vector<UsedByRow> rows;
+  for (const TUsedByScan& scan : descriptor_.usedBy) {
+    const TObjectDescriptor& user = DescriptorOf(scan.object);
+    TQvDataSet& table = data_.DataSet(user.table);
+    const int column = table.FieldByName(scan.column).GetIndex();
+    const int userKey = table.FieldByName("AUTOKEY").GetIndex();
+    const int name = table.FieldByName("NAME").GetIndex();
+    const int description = table.FieldByName("DESCRIPTION").GetIndex();
+    // Rows that a filter hides refer to the object all the same.
+    for (const TRowView row :
+         table.FindAll({TMatch::Integer(column, key)}, QvPlatform::TRowScope::kAll)) {
+      rows.push_back({std::string(user.typeName), row.GetText(name), row.GetText(description),
+                      static_cast<int>(scan.object), row.GetInteger(userKey)});
+    }
+  }
+  return rows;
+}
+
+bool TQvRfDataProcessor::CheckNotUsed(TComponent* owner) {
+  if (!CheckNotEditing()) return false;
+  const int key = GetCurrentKey();
+  for (;;) {
+    const std::vector<UsedByRow> users = CollectUsers(key);
+    if (users.empty()) break;
+    const QvPlatform::UsedByAnswer answer =
+        data_.Ui().ShowUsedBy(owner, users, data_.DialogMode != kSimpleMode);
+    if (answer == QvPlatform::UsedByAnswer::kClosed) {
+      LocateKey(key);
+      return false;
+    }
+  }
+  // A record that was viewed meanwhile may be of this table and be current now.
+  return LocateKey(key);
+}
+
+bool TQvRfDataProcessor::ConfirmDelete() {
+  std::string typeText;
+  std::string name;
+  GetDisplayNames(&typeText, &name);
+  const std::string question = SystemText(TextId::kConfirmDelete) + " \"" + name + "\"(" +
+                               typeText + ")?";
+  return data_.Ui().ShowMessage(MessageKind::kConfirmation, question, MessageButtons::kYesNo) ==
+         MessageAnswer::kYes;
+}
+
+void TQvRfDataProcessor::RemoveCurrent() {
+  const int key = GetCurrentKey();
+  const int neighbour = GetNeighbourKey(key);
+  TQvWriteGroup group(data_.WritableTables());
+  LocateKey(key);
+  DeleteBeside(key);
+  if (LocateKey(key)) {
+    DataSet->Delete();
+    LocateKey(neighbour);
+  }
+  group.Commit();
+}
+
+bool TQvRfDataProcessor::DeleteRecord(TComponent* owner) {
+  const TControlsGuard guard(*DataSet);
+  if (!CheckNotUsed(owner)) return false;
+  if (!ConfirmDelete()) return true;
+  try {
+    RemoveCurrent();
+    return true;
+  } catch (const std::runtime_error& error) {
+    ReportStorage(error);
+    return false;
+  }
+}
+
+void TQvRfDataProcessor::DeleteIfUsedOnce(TObjectType object, std::string_view column) {
+  const int key = CurrentInteger(column);
+  const auto users = DataSet->FindAll({TMatch::Integer(Column(column), key)},
+                                      QvPlatform::TRowScope::kAll);
+  TQvRfDataProcessor& processor = ProcessorOf(object);
+  if (users.size() == 1 && processor.LocateKey(key)) processor.DataSet->Delete();
+}
+
+// Records to tree.
+
+bool TQvRfDataProcessor::WriteToTree(TStringTree* tree, int id, int index) {
+  if (tree == nullptr) return false;
+  const TControlsGuard guard(*DataSet);
+  if (id == 0) {
+    ClearTree(tree);
+    return WriteContent(tree);
+  }
+  RemoveSubtree(tree, id, index);
+  TStringTree* cursor = tree;
+  return EnsureSubtree(tree, id, index, descriptor_.subtreeLabel) &&
+         EnterSubtree(&cursor, id, index) && WriteContent(cursor);
+}
+
+bool TQvRfDataProcessor::WriteContent(TStringTree* tree) {
+  return WriteItems(tree, descriptor_.items);
+}
+
+bool TQvRfDataProcessor::WriteItems(TStringTree* tree, std::span<const TTreeItem> items) {
+  return std::ranges::all_of(items,
+                             [&](const TTreeItem& item) { return WriteItem(tree, item); });
+}
+
+bool TQvRfDataProcessor::WriteItem(TStringTree* tree, const TTreeItem& item) {
+  const TRowView row = DataSet->CurrentRow();
+  if (!row) return false;
+  switch (item.kind) {
+    case TTreeItem::Kind::kField: {
+      const int column = ItemColumn(item);
+      const std::string& text = row.GetText(column);
+      // Only text fields have a text of their own; the others are put into words.
+      if (!text.empty()) return EnsureField(tree, item.id, item.index, text, item.label);
+      return EnsureField(tree, item.id, item.index, row.GetString(column), item.label);
+    }
+    case TTreeItem::Kind::kSubobject: {
+      const int key = row.GetInteger(ItemColumn(item));
+      return (item.optional && key == 0) || WriteSubobject(tree, item.object, key, item.id);
+    }
+    case TTreeItem::Kind::kCode: {
+      const int key = row.GetInteger(keyField_);
+      const std::string* code = item.blank == TBlankRule::kSkipBlank
+                                    ? FindFilledCode(ObjectType, key, item.tag)
+                                    : FindCode(ObjectType, key, item.tag);
+      // A code is an addition: what becomes of it does not touch the result.
+      if (code != nullptr) EnsureField(tree, item.id, item.index, *code, item.label);
+      return true;
+    }
+    case TTreeItem::Kind::kOwn:
+      return WriteOwnItem(tree, item);
+  }
+  return false;
+}
+
+bool TQvRfDataProcessor::WriteSubobject(TStringTree* tree, TObjectType object, int key, int id) {
+  TQvRfDataProcessor& processor = ProcessorOf(object);
+  return processor.LocateKey(key) && processor.WriteToTree(tree, id, 0);
+}
+
+// Tree to records.
+
+int TQvRfDataProcessor::InsertFromTree(TStringTree* tree) {
+  if (tree == nullptr) return 0;
+  try {
+    TQvWriteGroup group(data_.WritableTables());
+    int key = 0;
+    try {
+      key = StoreFromTree(tree);
+    } catch (const InvalidTypeError&) {
+      // What the sub-objects have added stays, as with any other refusal.
+      group.Commit();
+      throw;
+    }
+    group.Commit();
+    return key;
+  } catch (const StorageError& error) {
+    ReportStorage(error);
+  } catch (const DataSetError& error) {
+    ReportStorage(error);
+  }
+  return 0;
+}
+
+int TQvRfDataProcessor::StoreFromTree(TStringTree* tree) {
+  const TControlsGuard guard(*DataSet);
+  TRecordImage image;
+  if (!ReadContent(tree, &image)) return 0;
+  const TRowView found = FindEqual(image);
+  const bool inserted = !found;
+  int key = 0;
+  if (found) {
+    key = found.GetInteger(keyField_);
+  } else if (CanAppend()) {
+    key = AppendRecord(image);
+    AppendBeside(tree, image, key);
+  }
+  WriteResultNotes(tree, key, inserted);
+  if (key != 0) LocateKey(key);
+  return key;
+}
+
+bool TQvRfDataProcessor::ReadContent(TStringTree* tree, TRecordImage* image) {
+  return ReadItems(tree, descriptor_.items, image);
+}
+
+bool TQvRfDataProcessor::ReadItems(TStringTree* tree, std::span<const TTreeItem> items,
+                                   TRecordImage* image) {
+  // All fields come first, so that a tree that is not whole adds no sub-object.
+  for (const TTreeItem::Kind kind : {TTreeItem::Kind::kField, TTreeItem::Kind::kSubobject}) {
+    for (const TTreeItem& item : items) {
+      if (item.kind == kind && item.reading == TReading::kRequired &&
+          !ReadItem(tree, item, image)) {
+        return false;
+      }
+    }
+  }
+  return true;
+}
+
+bool TQvRfDataProcessor::ReadItem(TStringTree* tree, const TTreeItem& item, TRecordImage* image) {
+  const int column = ItemColumn(item);
+  if (item.kind == TTreeItem::Kind::kSubobject) {
+    int key = 0;
+    if (!StoreSubobject(tree, item.object, item.id, item.optional, &key)) return false;
+    image->SetInteger(column, key);
+    return true;
+  }
+  switch (item.form) {
+    case TValueForm::kText: {
+      std::string text;
+      if (!tree->GetString(item.id, item.index, &text)) return false;
+      image->SetText(column, std::move(text));
+      return true;
+    }
+    case TValueForm::kInteger: {
+      int number = 0;
+      if (!tree->GetInteger(item.id, item.index, &number)) return false;
+      image->SetInteger(column, number);
+      return true;
+    }
+    case TValueForm::kDouble: {
+      double number = 0;
+      if (!tree->GetDouble(item.id, item.index, &number)) return false;
+      image->SetDouble(column, number);
+      return true;
+    }
+  }
+  return false;
+}
+
+bool TQvRfDataProcessor::StoreSubobject(TStringTree* tree, TObjectType object, int id,
+                                        bool optional, int* key) {
+  TStringTree* cursor = tree;
+  if (!EnterSubtree(&cursor, id, 0)) {
+    *key = 0;
+    return optional;
+  }
+  *key = ProcessorOf(object).StoreFromTree(cursor);
+  return *key != 0;
+}
+
+TRowView TQvRfDataProcessor::FindEqual(const TRecordImage& image) const {
+  const TEqualityColumn& first = descriptor_.equality.front();
+  const int column = Column(first.column);
+  const TMatch match = first.compare == TCompare::kFoldedName
+                           ? TMatch::Folded(column, QvPlatform::FoldName(image.Text(column)))
+                           : TMatch::Integer(column, image.Integer(column));
+  for (const TRowView row : DataSet->FindAll({match}, QvPlatform::TRowScope::kAll)) {
+    if (IsEqualRow(image, row)) return row;
+  }
+  return {};
+}
+
+bool TQvRfDataProcessor::IsEqualRow(const TRecordImage& image, TRowView row) const {
+  for (const TEqualityColumn& equality : descriptor_.equality.subspan(1)) {
+    const int column = Column(equality.column);
+    if (!image.Has(column)) continue;
+    bool equal = false;
+    switch (equality.compare) {
+      case TCompare::kFoldedName:
+        equal = QvPlatform::FoldName(row.GetText(column)) ==
+                QvPlatform::FoldName(image.Text(column));
+        break;
+      case TCompare::kText:
+        equal = row.GetText(column) == image.Text(column);
+        break;
+      case TCompare::kTrimmedText:
+        equal = QvPlatform::TrimView(row.GetText(column)) ==
+                QvPlatform::TrimView(image.Text(column));
+        break;
+      case TCompare::kInteger:
+        equal = row.GetInteger(column) == image.Integer(column);
+        break;
+      case TCompare::kDouble:
+        equal = row.GetFloat(column) == image.Double(column);
+        break;
+    }
+    if (!equal) return false;
+  }
+  return IsEqualBeside(image, row);
+}
+
+int TQvRfDataProcessor::AppendRecord(const TRecordImage& image) {
+  DataSet->Append();
+  DataSet->FieldByName("FAVOUR").SetInteger(0);
+  DataSet->FieldByName("LAST_USE").SetFloat(QvPlatform::CurrentMoment());
+  image.Store(*DataSet);
+  DataSet->Post();
+  return GetCurrentKey();
+}
+
+void TQvRfDataProcessor::AppendBeside(TStringTree* tree, const TRecordImage& /*image*/, int key) {
+  for (const TTreeItem& item : descriptor_.items) {
+    if (item.kind != TTreeItem::Kind::kCode) continue;
+    int number = 0;
+    std::string text;
+    if (item.form == TValueForm::kInteger) {
+      if (!tree->GetInteger(item.id, item.index, &number)) continue;
+      text = std::to_string(number);
+    } else if (!tree->GetString(item.id, item.index, &text)) {
+      continue;
+    }
+    AppendParamValue(ObjectType, key, item.tag, 0, 0, text);
+  }
+}
+
+void TQvRfDataProcessor::WriteResultNotes(TStringTree* tree, int key, bool inserted) const {
+  constexpr int kKeyNote = 201001;
+  constexpr int kContentNote = 201002;
+  constexpr int kInsertedNote = 201003;
+  constexpr int kNoteIndex = -1;
+  for (const int id : {kKeyNote, kContentNote, kInsertedNote}) RemoveField(tree, id, kNoteIndex);
+  EnsureField(tree, kKeyNote, kNoteIndex, std::to_string(key),
+              inserted ? "Inserted ID" : "Found ID");
+  EnsureField(tree, kInsertedNote, kNoteIndex, inserted ? "1" : "0", "Inserted");
+  EnsureField(tree, kContentNote, kNoteIndex, std::to_string(ObjectType), "Content");
+}
+
+// Codes and values beside the records.
+
+const std::string* TQvRfDataProcessor::FindCode(int ownerContent, int ownerId,
+                                                TParamTag tag) const {
+  const TRowView row = data_.datasetParamValue.FindFirst(
+      {ParamMatch(kOwnerContent, ownerContent), ParamMatch(kOwnerId, ownerId),
+       ParamMatch(kParamTag, static_cast<int>(tag))});
+  return row ? &row.GetText(ParamField(kValue)) : nullptr;
+}
+
+const std::string* TQvRfDataProcessor::FindFilledCode(int ownerContent, int ownerId,
+                                                      TParamTag tag) const {
+  const std::string* value = FindCode(ownerContent, ownerId, tag);
+  return value != nullptr && !QvPlatform::IsBlank(*value) ? value : nullptr;
+}
+
+void TQvRfDataProcessor::AppendParamValue(int ownerContent, int ownerId, TParamTag tag, int group,
+                                          int code, std::string_view value) {
+  TQvDataSet& values = data_.datasetParamValue;
+  values.Append();
+  values.Fields(ParamField(kOwnerContent)).SetInteger(ownerContent);
+  values.Fields(ParamField(kOwnerId)).SetInteger(ownerId);
+  values.Fields(ParamField(kParamTag)).SetInteger(static_cast<int>(tag));
+  values.Fields(ParamField(kParamGroup)).SetInteger(group);
+  values.Fields(ParamField(kParamCode)).SetInteger(code);
+  values.Fields(ParamField(kValue)).SetString(value);
+  values.Post();
+}
+
+void TQvRfDataProcessor::DeleteParamValues(std::initializer_list<TMatch> matches, bool all) {
+  TQvDataSet& values = data_.datasetParamValue;
+  while (const TRowView row = values.FindFirst(matches)) {
+    values.MoveTo(row);
+    values.Delete();
+    if (!all) return;
+  }
+}
+
+}  // namespace QvRefSystem

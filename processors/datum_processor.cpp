@@ -1,0 +1,20 @@
+#include "processors/datum_processor.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::TMatch;
+
+void TQvRfDatumDataProcessor::DeleteBeside(int /*key*/) {
+  if (data_.DialogMode == kSimpleMode) {
+    DeleteIfUsedOnce(TObjectType::kDatumShift, "DATUM_SHIFT_AUTOKEY");
+  }
+}
+
+bool TQvRfDatumDataProcessor::WriteMifUserDatumEllipsoid(TStringTree* tree) {
+  const std::string* code =
+      FindFilledCode(static_cast<int>(TObjectType::kEllipsoid), CurrentInteger("ELLIPSOID_AUTOKEY"),
+                     TParamTag::kMif);
+  return code != nullptr && EnsureField(tree, 101004, 0, *code, "MIF/MID user datum ellipsoid");
+}
+
+}  // namespace QvRefSystem

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "processors/data_processor.h"
+
+namespace QvRefSystem {
+
+/// Datum shifts: three translations (type 1), or seven parameters (types 2 and 3). The type decides
+/// which members a shift has and in which order they stand.
+class TQvRfDatumShiftDataProcessor final : public TQvRfDataProcessor {
+ public:
+  explicit TQvRfDatumShiftDataProcessor(TdatamoduleQvRfData& data)
+      : TQvRfDataProcessor(data, DescriptorOf(TObjectType::kDatumShift)) {}
+
+ protected:
+  [[nodiscard]] bool WriteContent(TStringTree* tree) override;
+  [[nodiscard]] bool ReadContent(TStringTree* tree, TRecordImage* image) override;
+
+ private:
+  [[nodiscard]] const TTreeItem& ItemOf(int id) const;
+};
+
+}  // namespace QvRefSystem

@@ -1,0 +1,32 @@
+#include "processors/ellipsoid_processor.h"
+
+namespace QvRefSystem {
+
+bool TQvRfEllipsoidDataProcessor::ReadContent(TStringTree* tree, TRecordImage* image) {
+  constexpr int kUseFlattening = 5114;
+  constexpr int kFlattening = 5112;
+  // The flattening is needed only where it tells the shape, and read ahead of the unit, so that a
+  // tree without it adds none.
+  int useFlattening = 0;
+  double flattening = 0;
+  if (!tree->GetInteger(kUseFlattening, 0, &useFlattening)) return false;
+  if (useFlattening != 0 && !tree->GetDouble(kFlattening, 0, &flattening)) return false;
+  image->SetDouble(Column("F"), flattening);
+  return TQvRfDataProcessor::ReadContent(tree, image);
+}
+
+bool TQvRfEllipsoidDataProcessor::IsEqualBeside(const TRecordImage& image,
+                                                QvPlatform::TRowView row) const {
+  const int sphere = Column("SPHEROID");
+  const int useFlattening = Column("USE_F");
+  const int flattening = Column("F");
+  const int minorAxis = Column("B");
+  if (image.Integer(sphere) != 0) return row.GetInteger(sphere) != 0;
+  if (image.Integer(useFlattening) != 0) {
+    return row.GetInteger(useFlattening) != 0 &&
+           row.GetFloat(flattening) == image.Double(flattening);
+  }
+  return row.GetText(minorAxis) == image.Text(minorAxis);
+}
+
+}  // namespace QvRefSystem

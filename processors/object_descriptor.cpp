@@ -1,0 +1,273 @@
+#include "processors/object_descriptor.h"
+
+#include <stdexcept>
+
+namespace QvRefSystem {
+namespace {
+
+using QvPlatform::TextId;
+using enum TObjectType;
+using enum TReading;
+
+template <std::size_t... Sizes>
+constexpr auto Items(const std::array<TTreeItem, Sizes>&... parts) {
+  std::array<TTreeItem, (Sizes + ...)> joined{};
+  std::size_t next = 0;
+  const auto append = [&](const auto& part) {
+    for (const TTreeItem& item : part) joined[next++] = item;
+  };
+  (append(parts), ...);
+  return joined;
+}
+
+constexpr TEqualityColumn kByFoldedName{"NAME", TCompare::kFoldedName};
+constexpr std::array kByType{TEqualityColumn{"TYPE", TCompare::kInteger}};
+
+// Units. The three classes share their fields; the subtree's id tells which kind it is.
+constexpr std::array kUnitFields{IntegerItem(5301, "code", "CODE"),
+                                 IntegerItem(5312, "type", "TYPE"),
+                                 DoubleItem(5310, "f_b", "FACTOR_B"),
+                                 DoubleItem(5311, "f_c", "FACTOR_C"),
+                                 TextItem(5320, "name", "NAME"),
+                                 TextItem(5321, "abbr", "ABBREVIATION"),
+                                 TextItem(5322, "desc", "DESCRIPTION")};
+constexpr auto kLinearUnitItems = Items(
+    kUnitFields, std::array{CodeItem(102002, "GeoTIFF linear unit", TParamTag::kGeoTiff),
+                            CodeItem(101002, "MIF/MID unit name", TParamTag::kMif,
+                                     TValueForm::kText, TBlankRule::kWriteBlank)});
+constexpr auto kAngularUnitItems =
+    Items(kUnitFields,
+          std::array{CodeItem(102003, "GeoTIFF angular unit", TParamTag::kGeoTiff)});
+constexpr std::array kUnitEquality{kByFoldedName, TEqualityColumn{"CODE", TCompare::kInteger},
+                                   TEqualityColumn{"FACTOR_B", TCompare::kDouble},
+                                   TEqualityColumn{"FACTOR_C", TCompare::kDouble}};
+constexpr std::array kAngularUnitInfo{TInfoLine{TextId::kInfoName, "NAME"},
+                                      TInfoLine{TextId::kInfoDescription, "DESCRIPTION"},
+                                      TInfoLine{TextId::kInfoAbbreviation, "ABBREVIATION"}};
+constexpr std::array kLinearUnitUsers{TUsedByScan{kReferenceSystem, "LINEAR_UNIT_AUTOKEY"},
+                                      TUsedByScan{kEllipsoid, "UNIT_AUTOKEY"},
+                                      TUsedByScan{kDatumShift, "LINEAR_UNIT_AUTOKEY"},
+                                      TUsedByScan{kMapProjection, "LINEAR_UNIT_AUTOKEY"},
+                                      TUsedByScan{kVerticalReferenceSystem, "VDATA_UNIT_AUTOKEY"}};
+constexpr std::array kAngularUnitUsers{TUsedByScan{kReferenceSystem, "ANGULAR_UNIT_AUTOKEY"},
+                                       TUsedByScan{kPrimeMeridian, "UNIT_AUTOKEY"},
+                                       TUsedByScan{kDatumShift, "ANGULAR_UNIT_AUTOKEY"},
+                                       TUsedByScan{kMapProjection, "ANGULAR_UNIT_AUTOKEY"}};
+constexpr std::array kScaleUnitUsers{TUsedByScan{kMapProjection, "SCALE_UNIT_AUTOKEY"},
+                                     TUsedByScan{kDatumShift, "SCALE_UNIT_AUTOKEY"}};
+
+// Ellipsoids. Which column gives the shape depends on the tree's flags.
+constexpr std::array kEllipsoidItems{
+    TextItem(5120, "name", "NAME"),
+    TextItem(5121, "desc", "DESCRIPTION"),
+    TextItem(5110, "A", "A"),
+    TextItem(5111, "B", "B"),
+    With(DoubleItem(5112, "f", "F"), kByRule),
+    IntegerItem(5114, "use_f", "USE_F"),
+    IntegerItem(5115, "spheroid", "SPHEROID"),
+    SubobjectItem(5113, kLinearUnit, "UNIT_AUTOKEY"),
+    CodeItem(102004, "GeoTIFF ellipsoid", TParamTag::kGeoTiff),
+    CodeItem(101004, "MIFMID ellipsoid", TParamTag::kMif)};
+constexpr std::array kEllipsoidEquality{kByFoldedName,
+                                        TEqualityColumn{"UNIT_AUTOKEY", TCompare::kInteger},
+                                        TEqualityColumn{"A", TCompare::kText}};
+constexpr std::array kEllipsoidUsers{TUsedByScan{kReferenceSystem, "ELLIPSOID_AUTOKEY"},
+                                     TUsedByScan{kDatum, "ELLIPSOID_AUTOKEY"}};
+
+constexpr std::array kPrimeMeridianItems{
+    TextItem(5220, "name", "NAME"), TextItem(5221, "desc", "DESCRIPTION"),
+    TextItem(5210, "long", "LONGITUDE"), SubobjectItem(5211, kAngularUnit, "UNIT_AUTOKEY"),
+    CodeItem(102009, "GeoTIFF prime meridian", TParamTag::kGeoTiff)};
+constexpr std::array kPrimeMeridianEquality{kByFoldedName,
+                                            TEqualityColumn{"UNIT_AUTOKEY", TCompare::kInteger},
+                                            TEqualityColumn{"LONGITUDE", TCompare::kText}};
+constexpr std::array kPrimeMeridianUsers{TUsedByScan{kReferenceSystem, "PRIME_MERIDIAN_AUTOKEY"}};
+
+constexpr std::array kDatumItems{
+    TextItem(5620, "name", "NAME"),
+    TextItem(5621, "desc", "DESCRIPTION"),
+    TextItem(5622, "abbr", "ABBREVIATION"),
+    CodeItem(102006, "GeoTIFF datum", TParamTag::kGeoTiff),
+    CodeItem(101003, "MIF/MID datum code", TParamTag::kMif, TValueForm::kInteger,
+             TBlankRule::kWriteBlank),
+    SubobjectItem(1102, kDatumShift, "DATUM_SHIFT_AUTOKEY"),
+    SubobjectItem(5610, kEllipsoid, "ELLIPSOID_AUTOKEY")};
+constexpr std::array kDatumEquality{kByFoldedName,
+                                    TEqualityColumn{"ELLIPSOID_AUTOKEY", TCompare::kInteger},
+                                    TEqualityColumn{"DATUM_SHIFT_AUTOKEY", TCompare::kInteger}};
+constexpr std::array kDatumUsers{TUsedByScan{kReferenceSystem, "DATUM_AUTOKEY"}};
+
+// Datum shifts. These are the members of the seven-parameter kinds; the kind with three has some
+// of them, in an order of its own.
+constexpr std::array kDatumShiftItems{TextItem(5420, "name", "NAME"),
+                                      TextItem(5421, "desc", "DESCRIPTION"),
+                                      TextItem(5422, "abbr", "ABBREVIATION"),
+                                      TextItem(5461, "Tx", "TX"),
+                                      TextItem(5462, "Ty", "TY"),
+                                      TextItem(5463, "Tz", "TZ"),
+                                      TextItem(5464, "Rx", "RX"),
+                                      TextItem(5465, "Ry", "RY"),
+                                      TextItem(5466, "Rz", "RZ"),
+                                      TextItem(5467, "S", "S"),
+                                      SubobjectItem(5443, kDatumShiftType, "TYPE"),
+                                      SubobjectItem(5440, kLinearUnit, "LINEAR_UNIT_AUTOKEY"),
+                                      SubobjectItem(5441, kAngularUnit, "ANGULAR_UNIT_AUTOKEY"),
+                                      SubobjectItem(5442, kScaleUnit, "SCALE_UNIT_AUTOKEY")};
+constexpr std::array kDatumShiftEquality{
+    kByFoldedName,
+    TEqualityColumn{"TYPE", TCompare::kInteger},
+    TEqualityColumn{"LINEAR_UNIT_AUTOKEY", TCompare::kInteger},
+    TEqualityColumn{"ANGULAR_UNIT_AUTOKEY", TCompare::kInteger},
+    TEqualityColumn{"SCALE_UNIT_AUTOKEY", TCompare::kInteger},
+    TEqualityColumn{"TX", TCompare::kText},
+    TEqualityColumn{"TY", TCompare::kText},
+    TEqualityColumn{"TZ", TCompare::kText},
+    TEqualityColumn{"RX", TCompare::kText},
+    TEqualityColumn{"RY", TCompare::kText},
+    TEqualityColumn{"RZ", TCompare::kText},
+    TEqualityColumn{"S", TCompare::kText}};
+constexpr std::array kDatumShiftUsers{TUsedByScan{kDatum, "DATUM_SHIFT_AUTOKEY"}};
+
+constexpr std::array kDatumShiftTypeItems{IntegerItem(5701, "type", "TYPE"),
+                                          TextItem(5702, "name", "NAME"),
+                                          TextItem(5703, "desc", "DESCRIPTION")};
+
+// Map projections. The parameters stand between the axes and the units, as the data of the type
+// says; swap and sign stand twice, and only the first of each is read back.
+constexpr std::array kMapProjectionItems{
+    IntegerItem(6001, "type", "TYPE"),
+    TextItem(6020, "name", "NAME"),
+    TextItem(6021, "description", "DESCRIPTION"),
+    TextItem(6022, "coord abbr", "COORD1_ABBR", 0),
+    TextItem(6022, "coord abbr", "COORD2_ABBR", 1),
+    TextItem(6023, "coord desc", "COORD1_DESC", 0),
+    TextItem(6023, "coord desc", "COORD2_DESC", 1),
+    IntegerItem(6024, "coord sign", "COORD1_SIGN", 0),
+    IntegerItem(6024, "coord sign", "COORD2_SIGN", 1),
+    IntegerItem(6025, "swap coords", "SWAP_COORDS"),
+    With(SubobjectItem(5800, kMapProjectionType, "TYPE"), kWriteOnly),
+    With(IntegerItem(1400, "swap", "SWAP_COORDS"), kWriteOnly),
+    With(IntegerItem(1401, "sign", "COORD1_SIGN", 0), kWriteOnly),
+    With(IntegerItem(1401, "sign", "COORD2_SIGN", 1), kWriteOnly),
+    OwnItem(kProjectionParameterOwner),
+    SubobjectItem(6091, kLinearUnit, "LINEAR_UNIT_AUTOKEY", true),
+    SubobjectItem(6090, kAngularUnit, "ANGULAR_UNIT_AUTOKEY", true),
+    SubobjectItem(6092, kScaleUnit, "SCALE_UNIT_AUTOKEY", true),
+    CodeItem(102007, "GeoTIFF map projection", TParamTag::kGeoTiff),
+    OwnItem(102008)};
+constexpr std::array kMapProjectionEquality{
+    kByFoldedName,
+    TEqualityColumn{"TYPE", TCompare::kInteger},
+    TEqualityColumn{"LINEAR_UNIT_AUTOKEY", TCompare::kInteger},
+    TEqualityColumn{"ANGULAR_UNIT_AUTOKEY", TCompare::kInteger},
+    TEqualityColumn{"SCALE_UNIT_AUTOKEY", TCompare::kInteger},
+    TEqualityColumn{"COORD1_SIGN", TCompare::kInteger},
+    TEqualityColumn{"COORD2_SIGN", TCompare::kInteger},
+    TEqualityColumn{"SWAP_COORDS", TCompare::kInteger}};
+constexpr std::array kMapProjectionUsers{TUsedByScan{kReferenceSystem, "MAP_PROJ_AUTOKEY"}};
+
+constexpr std::array kMapProjectionTypeItems{
+    IntegerItem(5801, "type", "TYPE"), With(TextItem(5802, "name", "NAME"), kWriteOnly),
+    With(TextItem(5803, "desc", "DESCRIPTION"), kWriteOnly), OwnItem(5830)};
+
+constexpr std::array kReferenceSystemTypeItems{
+    IntegerItem(2001, "type", "TYPE"),       TextItem(2002, "name", "NAME"),
+    TextItem(2003, "desc", "DESCRIPTION"),   TextItem(2004, "coord", "COORD1_ABBR", 0),
+    TextItem(2004, "coord", "COORD2_ABBR", 1), TextItem(2004, "coord", "COORD3_ABBR", 2),
+    IntegerItem(2005, "swap", "SWAP_COORDS")};
+
+// Reference systems. This is the head that all kinds share; the kinds' bodies stand with the
+// processor. Each kind compares the columns that it has.
+constexpr std::array kReferenceSystemItems{
+    TextItem(1020, "name", "NAME"), TextItem(1021, "desc", "DESCRIPTION"),
+    TextItem(1022, "abbr", "ABBREVIATION"), IntegerItem(1100, "type", "TYPE"),
+    With(SubobjectItem(2000, kReferenceSystemType, "TYPE"), kWriteOnly)};
+constexpr std::array kReferenceSystemEquality{
+    kByFoldedName,
+    TEqualityColumn{"TYPE", TCompare::kInteger},
+    TEqualityColumn{"LINEAR_UNIT_AUTOKEY", TCompare::kInteger},
+    TEqualityColumn{"ANGULAR_UNIT_AUTOKEY", TCompare::kInteger},
+    TEqualityColumn{"PRIMARY_REFSYSTEM_AUTOKEY", TCompare::kInteger},
+    TEqualityColumn{"MAP_PROJ_AUTOKEY", TCompare::kInteger},
+    TEqualityColumn{"DATUM_AUTOKEY", TCompare::kInteger},
+    TEqualityColumn{"PRIME_MERIDIAN_AUTOKEY", TCompare::kInteger},
+    TEqualityColumn{"ELLIPSOID_AUTOKEY", TCompare::kInteger},
+    TEqualityColumn{"SWAP_COORDS", TCompare::kInteger},
+    TEqualityColumn{"ORIGIN_COORD1", TCompare::kTrimmedText},
+    TEqualityColumn{"ORIGIN_COORD2", TCompare::kTrimmedText},
+    TEqualityColumn{"ORIGIN_COORD3", TCompare::kTrimmedText},
+    TEqualityColumn{"AZIMUTH", TCompare::kTrimmedText},
+    TEqualityColumn{"VERT_SYSTEM_AUTOKEY", TCompare::kInteger},
+    TEqualityColumn{"VERT_SYSTEM_CODE", TCompare::kInteger}};
+constexpr std::array kReferenceSystemUsers{
+    TUsedByScan{kReferenceSystem, "PRIMARY_REFSYSTEM_AUTOKEY"}};
+
+constexpr std::span<const TUsedByScan> kNoUsers{};
+
+constexpr std::array<TObjectDescriptor, 13> kDescriptors{{
+    {kReferenceSystem, TableId::kRefSystem, "reference system", "reference system",
+     TextId::kReferenceSystem, kReferenceSystemItems, kReferenceSystemEquality,
+     kReferenceSystemUsers, kNameAndDescription},
+    {kDatum, TableId::kDatum, "datum", "datum", TextId::kDatum, kDatumItems, kDatumEquality,
+     kDatumUsers, kNameAndDescription},
+    {kEllipsoid, TableId::kEllipsoid, "ellipsoid", "ellipsoid", TextId::kEllipsoid,
+     kEllipsoidItems, kEllipsoidEquality, kEllipsoidUsers, kNameAndDescription},
+    {kDatumShift, TableId::kDatumShift, "datum shift", "datum shift", TextId::kDatumShift,
+     kDatumShiftItems, kDatumShiftEquality, kDatumShiftUsers, kNameAndDescription},
+    {kPrimeMeridian, TableId::kPrimeMeridian, "prime meridian", "prime meridian",
+     TextId::kPrimeMeridian, kPrimeMeridianItems, kPrimeMeridianEquality, kPrimeMeridianUsers,
+     kNameAndDescription},
+    {kMapProjection, TableId::kMapProj, "map projection", "PROJECTION", TextId::kMapProjection,
+     kMapProjectionItems, kMapProjectionEquality, kMapProjectionUsers, kNameAndDescription},
+    {kDatumShiftType, TableId::kDatumShiftType, "datum shift type", "datum shift type",
+     TextId::kDatumShiftType, kDatumShiftTypeItems, kByType, kNoUsers, kNameAndDescription},
+    {kLinearUnit, TableId::kLinearUnit, "linear unit", "linear unit", TextId::kLinearUnit,
+     kLinearUnitItems, kUnitEquality, kLinearUnitUsers, kNameAndDescription},
+    {kScaleUnit, TableId::kScaleUnit, "scale unit", "scale unit", TextId::kScaleUnit, kUnitFields,
+     kUnitEquality, kScaleUnitUsers, kNameAndDescription},
+    {kAngularUnit, TableId::kAngularUnit, "angular unit", "angular unit", TextId::kAngularUnit,
+     kAngularUnitItems, kUnitEquality, kAngularUnitUsers, kAngularUnitInfo},
+    {kMapProjectionType, TableId::kMapProjType, "map projection type", "map proj type",
+     TextId::kMapProjectionType, kMapProjectionTypeItems, kByType, kNoUsers, kNameAndDescription},
+    {kReferenceSystemType, TableId::kRefSystemType, "reference system type", "refsystem type",
+     TextId::kReferenceSystemType, kReferenceSystemTypeItems, kByType, kNoUsers,
+     kNameAndDescription},
+    {kVerticalReferenceSystem, TableId::kVerticalRefSystem, "height system", "height system",
+     TextId::kVerticalReferenceSystem, {}, {}, kNoUsers, kNameAndDescription},
+}};
+
+// The rows run by code, and every member names what its kind needs.
+consteval bool DescriptorsAreConsistent() {
+  TObjectType last = kNone;
+  for (const TObjectDescriptor& descriptor : kDescriptors) {
+    if (static_cast<int>(descriptor.type) <= static_cast<int>(last)) return false;
+    last = descriptor.type;
+    for (const TTreeItem& item : descriptor.items) {
+      const bool subobject = item.kind == TTreeItem::Kind::kSubobject;
+      if (subobject != (item.object != kNone)) return false;
+      if (item.kind == TTreeItem::Kind::kField && item.column.empty()) return false;
+    }
+  }
+  return true;
+}
+static_assert(DescriptorsAreConsistent());
+
+}  // namespace
+
+std::span<const TObjectDescriptor> ObjectDescriptors() { return kDescriptors; }
+
+const TObjectDescriptor& DescriptorOf(TObjectType type) {
+  for (const TObjectDescriptor& descriptor : kDescriptors) {
+    if (descriptor.type == type) return descriptor;
+  }
+  throw std::out_of_range("no such object type");
+}
+
+TObjectType ObjectTypeOf(int code) {
+  for (const TObjectDescriptor& descriptor : kDescriptors) {
+    if (static_cast<int>(descriptor.type) == code) return descriptor.type;
+  }
+  return kNone;
+}
+
+}  // namespace QvRefSystem

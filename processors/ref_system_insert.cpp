@@ -1,0 +1,164 @@
+#include <algorithm>
+#include <array>
+
+#include "platform/text/text.h"
+#include "processors/ref_system_steps.h"
+
+namespace QvRefSystem {
+
+bool TQvRfRefSystemDataProcessor::ReadContent(TStringTree* tree, TRecordImage* image) {
+  if (!ReadItems(tree, Descriptor().items, image) ||
+      !ReadColumns(tree, 1025, columns_.axes, image)) {
+    return false;
+  }
+  const Kind* kind = KindOf(image->Integer(columns_.type));
+  return kind != nullptr && std::ranges::all_of(kind->read, [&](Step step) {
+           return ReadStep(tree, step, image);
+         });
+}
+
+bool TQvRfRefSystemDataProcessor::ReadStep(TStringTree* tree, Step step, TRecordImage* image) {
+  using enum Step;
+  switch (step) {
+    case kSwap: {
+      int swap = 0;
+      if (!tree->GetInteger(1400, 0, &swap)) return false;
+      image->SetInteger(columns_.swap, swap);
+      return true;
+    }
+    case kLinearUnit:
+      return StoreInto(tree, TObjectType::kLinearUnit, 1104, false, columns_.linearUnit, image);
+    case kAngularUnit:
+      return StoreInto(tree, TObjectType::kAngularUnit, 1106, false, columns_.angularUnit, image);
+    case kHeightsWithUnit: {
+      TStringTree* heights = tree;
+      return EnterSubtree(&heights, 1201, 0) &&
+             StoreInto(heights, TObjectType::kLinearUnit, 1104, false, columns_.linearUnit, image);
+    }
+    case kPrimeMeridian:
+      return StoreInto(tree, TObjectType::kPrimeMeridian, 1101, false, columns_.primeMeridian,
+                       image);
+    case kEllipsoid:
+      return StoreInto(tree, TObjectType::kEllipsoid, 1103, false, columns_.ellipsoid, image);
+    case kDatumIfAny:
+      return StoreInto(tree, TObjectType::kDatum, 1107, true, columns_.datum, image);
+    case kDatumOrEllipsoid:
+      return ReadDatumOrEllipsoid(tree, image);
+    case kPositiveLongitude: {
+      int flag = 0;
+      if (tree->GetInteger(1111, 0, &flag) && flag != 0) image->Beside[1111] = "1";
+      return true;
+    }
+    case kProjection:
+      return StoreInto(tree, TObjectType::kMapProjection, 1300, false, columns_.mapProjection,
+                       image);
+    case kPrimary:
+      return StoreInto(tree, TObjectType::kReferenceSystem, 1121, false, columns_.primary, image);
+    case kOptionalPrimary:
+      return ReadOptionalPrimary(tree, image);
+    case kPlaneOrigin:
+      return data_.ShowImportExport ||
+             ReadColumns(tree, 1120, std::span(columns_.origin).first(2), image);
+    case kSpaceOrigin:
+      return ReadColumns(tree, 1120, columns_.origin, image);
+    case kAzimuth: {
+      std::string azimuth;
+      (void)tree->GetString(1122, 0, &azimuth);
+      image->SetText(columns_.azimuth, std::move(azimuth));
+      return true;
+    }
+    case kVertical:
+      return ReadVertical(tree, image);
+    case kAxes:
+    case kHeights:
+    case kUnitInHeights:
+    case kMifProjectionType:
+      break;  // written only, or read with the head
+  }
+  return true;
+}
+
+bool TQvRfRefSystemDataProcessor::ReadColumns(TStringTree* tree, int id,
+                                              std::span<const int> columns, TRecordImage* image) {
+  int index = 0;
+  return std::ranges::all_of(columns, [&](int column) {
+    std::string text;
+    if (!tree->GetString(id, index++, &text)) return false;
+    image->SetText(column, std::move(text));
+    return true;
+  });
+}
+
+bool TQvRfRefSystemDataProcessor::StoreInto(TStringTree* tree, TObjectType object, int id,
+                                            bool optional, int column, TRecordImage* image) {
+  int key = 0;
+  if (!StoreSubobject(tree, object, id, optional, &key)) return false;
+  image->SetInteger(column, key);
+  return true;
+}
+
+bool TQvRfRefSystemDataProcessor::ReadDatumOrEllipsoid(TStringTree* tree, TRecordImage* image) {
+  TStringTree* datum = tree;
+  if (!EnterSubtree(&datum, 1107, 0)) {
+    image->SetInteger(columns_.datum, 0);
+    return StoreInto(tree, TObjectType::kEllipsoid, 1103, false, columns_.ellipsoid, image);
+  }
+  // The system keeps the key of its datum's ellipsoid beside that of the datum.
+  return StoreInto(tree, TObjectType::kDatum, 1107, false, columns_.datum, image) &&
+         StoreInto(datum, TObjectType::kEllipsoid, 5610, false, columns_.ellipsoid, image);
+}
+
+bool TQvRfRefSystemDataProcessor::ReadOptionalPrimary(TStringTree* tree, TRecordImage* image) {
+  image->SetInteger(columns_.primary, 0);
+  TStringTree* primary = tree;
+  int code = 0;
+  // Only a primary with a code of its own is a system to keep; one made up for the way is not.
+  if (!EnterSubtree(&primary, 1121, 0) || !primary->GetInteger(102005, 0, &code) || code == 0) {
+    return true;
+  }
+  return StoreInto(tree, TObjectType::kReferenceSystem, 1121, false, columns_.primary, image);
+}
+
+bool TQvRfRefSystemDataProcessor::ReadVertical(TStringTree* tree, TRecordImage* image) {
+  enum : int { kHeightTable = 1, kOffset = 2, kSystemGeoid = 3 };
+  image->SetInteger(columns_.verticalSystem, 0);
+  image->SetInteger(columns_.verticalCode, 0);
+  TStringTree* vertical = tree;
+  if (!EnterSubtree(&vertical, 1500, 0)) return true;
+  int kind = 0;
+  if (!vertical->GetInteger(1501, 0, &kind)) return false;
+  switch (kind) {
+    case kHeightTable:
+    case kOffset:
+      // Height data has no processor yet: a sub-object that cannot be stored.
+      return false;
+    case kSystemGeoid: {
+      int code = 0;
+      if (!vertical->GetInteger(1521, 0, &code)) return false;
+      image->SetInteger(columns_.verticalCode, code);
+      return true;
+    }
+    default:
+      throw InvalidTypeError("a height system of kind " + std::to_string(kind) + " is not known");
+  }
+}
+
+bool TQvRfRefSystemDataProcessor::IsEqualBeside(const TRecordImage& image,
+                                                QvPlatform::TRowView row) const {
+  return image.Integer(columns_.type) != kGeodetic ||
+         IsPositiveLongitude(row.GetInteger(Column("AUTOKEY"))) == image.Beside.contains(1111);
+}
+
+void TQvRfRefSystemDataProcessor::AppendBeside(TStringTree* tree, const TRecordImage& image,
+                                               int key) {
+  const int kind = image.Integer(columns_.type);
+  if (image.Beside.contains(1111)) {
+    AppendParamValue(ObjectType, key, TParamTag::kPositiveLongitude, 0, 0, "1");
+  }
+  int code = 0;
+  if (kind >= kGeocentric && kind <= kProjected && tree->GetInteger(102005, 0, &code)) {
+    AppendParamValue(ObjectType, key, TParamTag::kGeoTiff, 0, 0, std::to_string(code));
+  }
+}
+
+}  // namespace QvRefSystem

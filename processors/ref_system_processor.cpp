@@ -1,0 +1,238 @@
+#include "processors/ref_system_processor.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/text/text.h"
+#include "platform/ui/texts.h"
+#include "processors/map_projection_processor.h"
+#include "processors/ref_system_steps.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::SystemText;
+using QvPlatform::TextId;
+
+TQvRfRefSystemDataProcessor::TQvRfRefSystemDataProcessor(TdatamoduleQvRfData& data)
+    : TQvRfDataProcessor(data, DescriptorOf(TObjectType::kReferenceSystem)) {
+  columns_ = {.type = Column("TYPE"),
+              .swap = Column("SWAP_COORDS"),
+              .azimuth = Column("AZIMUTH"),
+              .linearUnit = Column("LINEAR_UNIT_AUTOKEY"),
+              .angularUnit = Column("ANGULAR_UNIT_AUTOKEY"),
+              .ellipsoid = Column("ELLIPSOID_AUTOKEY"),
+              .datum = Column("DATUM_AUTOKEY"),
+              .primeMeridian = Column("PRIME_MERIDIAN_AUTOKEY"),
+              .mapProjection = Column("MAP_PROJ_AUTOKEY"),
+              .primary = Column("PRIMARY_REFSYSTEM_AUTOKEY"),
+              .verticalSystem = Column("VERT_SYSTEM_AUTOKEY"),
+              .verticalCode = Column("VERT_SYSTEM_CODE"),
+              .axes = {Column("COORD1_ABBR"), Column("COORD2_ABBR"), Column("COORD3_ABBR")},
+              .origin = {Column("ORIGIN_COORD1"), Column("ORIGIN_COORD2"),
+                         Column("ORIGIN_COORD3")}};
+}
+
+TQvRfRefSystemDataProcessor::Record TQvRfRefSystemDataProcessor::CurrentRecord() const {
+  const QvPlatform::TRowView row = DataSet->CurrentRow();
+  if (!row) return {};
+  return {.key = GetCurrentKey(),
+          .kind = row.GetInteger(columns_.type),
+          .linearUnit = row.GetInteger(columns_.linearUnit),
+          .angularUnit = row.GetInteger(columns_.angularUnit),
+          .ellipsoid = row.GetInteger(columns_.ellipsoid),
+          .datum = row.GetInteger(columns_.datum),
+          .primeMeridian = row.GetInteger(columns_.primeMeridian),
+          .mapProjection = row.GetInteger(columns_.mapProjection),
+          .primary = row.GetInteger(columns_.primary),
+          .verticalSystem = row.GetInteger(columns_.verticalSystem),
+          .verticalCode = row.GetInteger(columns_.verticalCode)};
+}
+
+bool TQvRfRefSystemDataProcessor::GetInfoLines(TStrings* lines) {
+  if (!TQvRfDataProcessor::GetInfoLines(lines)) return false;
+  const Record record = CurrentRecord();
+  if (KindOf(record.kind) == nullptr) return false;
+  const auto addUnit = [&](TObjectType type, int key, TextId label) {
+    TQvRfDataProcessor& units = ProcessorOf(type);
+    if (units.LocateKey(key)) {
+      lines->push_back(SystemText(label) + ": " + units.DataSet->FieldByName("NAME").AsString());
+    }
+  };
+  const bool geodetic = record.kind == kGeodetic;
+  if (geodetic) addUnit(TObjectType::kAngularUnit, record.angularUnit, TextId::kAngularUnits);
+  addUnit(TObjectType::kLinearUnit, record.linearUnit,
+          geodetic ? TextId::kHeightUnits : TextId::kLinearUnits);
+  return true;
+}
+
+bool TQvRfRefSystemDataProcessor::WriteToTree(TStringTree* tree, int id, int index) {
+  const TControlsGuard guard(*DataSet);
+  const int own = GetCurrentKey();
+  // The primary system moves the cursor of this same table; the record is brought back.
+  const bool written = tree == nullptr || TQvRfDataProcessor::WriteToTree(tree, id, index);
+  return LocateKey(own) && written;
+}
+
+bool TQvRfRefSystemDataProcessor::WriteContent(TStringTree* tree) {
+  const Record record = CurrentRecord();
+  const Kind* kind = KindOf(record.kind);
+  if (kind == nullptr || !WriteItems(tree, Descriptor().items)) return false;
+  const auto write = [&](Step step) { return WriteStep(tree, step, record); };
+  if (!std::ranges::all_of(kind->written, write)) return false;
+  WriteMifExport(tree, record);
+  if (!WriteVertical(tree, record)) return false;
+  WriteGeoTiffCodes(tree, record.kind, record.key);
+  return true;
+}
+
+bool TQvRfRefSystemDataProcessor::WriteStep(TStringTree* tree, Step step, const Record& record) {
+  using enum Step;
+  switch (step) {
+    case kSwap:
+      return WriteColumns(tree, 1400, "swap", std::array{columns_.swap});
+    case kAxes:
+      return WriteColumns(tree, 1025, "axis", columns_.axes);
+    case kLinearUnit:
+      return WriteSubobject(tree, TObjectType::kLinearUnit, record.linearUnit, 1104);
+    case kAngularUnit:
+      return WriteSubobject(tree, TObjectType::kAngularUnit, record.angularUnit, 1106);
+    case kHeights:
+      return EnsureSubtree(tree, 1201, 0, kHeightsLabel);
+    case kUnitInHeights:
+      return WriteUnitInHeights(tree, record, false);
+    case kHeightsWithUnit:
+      return WriteUnitInHeights(tree, record, true);
+    case kPrimeMeridian:
+      return WriteSubobject(tree, TObjectType::kPrimeMeridian, record.primeMeridian, 1101);
+    case kEllipsoid:
+      return WriteSubobject(tree, TObjectType::kEllipsoid, record.ellipsoid, 1103);
+    case kDatumIfAny:
+      return record.datum == 0 || WriteDatumOrEllipsoid(tree, record);
+    case kDatumOrEllipsoid:
+      return WriteDatumOrEllipsoid(tree, record);
+    case kPositiveLongitude:
+      return !IsPositiveLongitude(record.key) ||
+             EnsureField(tree, 1111, 0, "1", "positive longitude");
+    case kProjection:
+      return WriteSubobject(tree, TObjectType::kMapProjection, record.mapProjection, 1300);
+    case kMifProjectionType:
+      // A projection without a code is no failure.
+      (void)MapProjections().WriteMifProjectionType(tree);
+      return true;
+    case kPrimary:
+    case kOptionalPrimary:
+      return WritePrimary(tree, record);
+    case kPlaneOrigin:
+      // Where systems are exchanged while choosing, local ones carry no origin.
+      return data_.ShowImportExport ||
+             WriteColumns(tree, 1120, "origin", std::span(columns_.origin).first(2));
+    case kSpaceOrigin:
+      return WriteColumns(tree, 1120, "origin", columns_.origin);
+    case kAzimuth: {
+      const std::string_view azimuth =
+          QvPlatform::TrimView(DataSet->CurrentRow().GetText(columns_.azimuth));
+      return azimuth.empty() || EnsureField(tree, 1122, 0, azimuth, "azimuth");
+    }
+    case kVertical:
+      break;  // is written behind the exchange codes
+  }
+  return true;
+}
+
+bool TQvRfRefSystemDataProcessor::WriteColumns(TStringTree* tree, int id, std::string_view label,
+                                               std::span<const int> columns) {
+  const QvPlatform::TRowView row = DataSet->CurrentRow();
+  int index = 0;
+  return std::ranges::all_of(columns, [&](int column) {
+    return EnsureField(tree, id, index++, row.GetString(column), label);
+  });
+}
+
+bool TQvRfRefSystemDataProcessor::WriteDatumOrEllipsoid(TStringTree* tree, const Record& record) {
+  return record.datum == 0
+             ? WriteSubobject(tree, TObjectType::kEllipsoid, record.ellipsoid, 1103)
+             : WriteSubobject(tree, TObjectType::kDatum, record.datum, 1107);
+}
+
+bool TQvRfRefSystemDataProcessor::WriteUnitInHeights(TStringTree* tree, const Record& record,
+                                                     bool addSubtree) {
+  TStringTree* heights = tree;
+  return (!addSubtree || EnsureSubtree(tree, 1201, 0, kHeightsLabel)) &&
+         EnterSubtree(&heights, 1201, 0) &&
+         WriteSubobject(heights, TObjectType::kLinearUnit, record.linearUnit, 1104);
+}
+
+bool TQvRfRefSystemDataProcessor::WritePrimary(TStringTree* tree, const Record& record) {
+  if (record.primary == 0 && record.kind == kProjected) return WriteGeneratedPrimary(tree, record);
+  // A chain of primaries that comes back to this record would never end.
+  if (writing_.contains(record.key)) return false;
+  writing_.insert(record.key);
+  const bool written = LocateKey(record.primary) && WriteToTree(tree, 1121, 0);
+  writing_.erase(record.key);
+  return LocateKey(record.key) && written;
+}
+
+// A projected system without a primary of its own travels with a geodetic one made up for it. No
+// record ever comes of it but where it carries a code.
+bool TQvRfRefSystemDataProcessor::WriteGeneratedPrimary(TStringTree* tree, const Record& record) {
+  TStringTree* primary = tree;
+  TQvRfDataProcessor& types = ProcessorOf(TObjectType::kReferenceSystemType);
+  const bool written =
+      EnsureSubtree(tree, 1121, 0, "primary reference system") && EnterSubtree(&primary, 1121, 0) &&
+      EnsureField(primary, 1020, 0, "Primary ref. system", "name") &&
+      EnsureField(primary, 1021, 0, "Generated geodetic", "desc") &&
+      EnsureField(primary, 1022, 0, "Primary", "abbr") &&
+      EnsureField(primary, 1100, 0, "4", "type") && types.LocateKey(kGeodetic) &&
+      types.WriteToTree(primary, 2000, 0) && EnsureField(primary, 1025, 0, "Lat", "axis") &&
+      EnsureField(primary, 1025, 1, "Lon", "axis") && EnsureField(primary, 1025, 2, "H", "axis") &&
+      WriteGeneratedRadian(primary) &&
+      WriteSubobject(primary, TObjectType::kPrimeMeridian, record.primeMeridian, 1101) &&
+      WriteUnitInHeights(primary, record, true) && WriteDatumOrEllipsoid(primary, record);
+  if (written) WriteGeoTiffCodes(primary, kGeodetic, record.key);
+  return written;
+}
+
+bool TQvRfRefSystemDataProcessor::WriteVertical(TStringTree* tree, const Record& record) {
+  if (record.verticalSystem != 0) {
+    TQvRfDataProcessor* vertical =
+        ProcessorFor(data_, static_cast<int>(TObjectType::kVerticalReferenceSystem));
+    if (vertical == nullptr || !vertical->LocateKey(record.verticalSystem) ||
+        !vertical->WriteToTree(tree, 1500, 0)) {
+      return false;
+    }
+  }
+  return record.verticalCode == 0 || WriteSystemGeoid(tree, record.verticalCode);
+}
+
+void TQvRfRefSystemDataProcessor::WriteCode(TStringTree* tree, int id, std::string_view label,
+                                            const std::string* code) {
+  if (code != nullptr) EnsureField(tree, id, 0, *code, label);
+}
+
+void TQvRfRefSystemDataProcessor::WriteGeoTiffCodes(TStringTree* tree, int kind, int owner) {
+  constexpr int kTypes = static_cast<int>(TObjectType::kReferenceSystemType);
+  WriteCode(tree, 102001, "GeoTIFF ref.system type",
+            FindFilledCode(kTypes, kind, TParamTag::kGeoTiff));
+  WriteCode(tree, 102005, "GeoTIFF ref.system code",
+            FindFilledCode(ObjectType, owner, TParamTag::kGeoTiff));
+}
+
+bool TQvRfRefSystemDataProcessor::IsPositiveLongitude(int key) const {
+  const std::string* value = FindCode(ObjectType, key, TParamTag::kPositiveLongitude);
+  int flag = 0;
+  return value != nullptr && QvPlatform::TextToInteger(*value, &flag) && flag != 0;
+}
+
+void TQvRfRefSystemDataProcessor::DeleteBeside(int key) {
+  const int kind = CurrentInteger("TYPE");
+  if (kind == kGeodetic) {
+    DeleteParamValues({ParamMatch(kParamTag, static_cast<int>(TParamTag::kPositiveLongitude)),
+                       ParamMatch(kOwnerId, key), ParamMatch(kOwnerContent, ObjectType)},
+                      false);
+  }
+  if (data_.DialogMode == kSimpleMode && kind == kProjected) {
+    DeleteIfUsedOnce(TObjectType::kMapProjection, "MAP_PROJ_AUTOKEY");
+  }
+}
+
+}  // namespace QvRefSystem

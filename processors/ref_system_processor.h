@@ -1,0 +1,91 @@
+#pragma once
+
+#include <set>
+
+#include "processors/data_processor.h"
+
+namespace QvRefSystem {
+
+class TQvRfMapProjDataProcessor;
+
+/// Reference systems: the object that hosts ask for. The six kinds share a head and differ in the
+/// members of their bodies, which stand as lists of steps.
+class TQvRfRefSystemDataProcessor final : public TQvRfDataProcessor {
+ public:
+  explicit TQvRfRefSystemDataProcessor(TdatamoduleQvRfData& data);
+
+  bool GetInfoLines(TStrings* lines) override;
+  /// A null tree writes nothing and answers whether the current record can be located again.
+  bool WriteToTree(TStringTree* tree, int id, int index) override;
+
+ protected:
+  [[nodiscard]] bool WriteContent(TStringTree* tree) override;
+  [[nodiscard]] bool ReadContent(TStringTree* tree, TRecordImage* image) override;
+  [[nodiscard]] bool IsEqualBeside(const TRecordImage& image,
+                                   QvPlatform::TRowView row) const override;
+  void AppendBeside(TStringTree* tree, const TRecordImage& image, int key) override;
+  void DeleteBeside(int key) override;
+
+ private:
+  enum class Step : unsigned char;
+  /// What the steps of one record need to know of it.
+  struct Record {
+    int key = 0;
+    int kind = 0;
+    int linearUnit = 0;
+    int angularUnit = 0;
+    int ellipsoid = 0;
+    int datum = 0;
+    int primeMeridian = 0;
+    int mapProjection = 0;
+    int primary = 0;
+    int verticalSystem = 0;
+    int verticalCode = 0;
+  };
+  struct Kind;
+  [[nodiscard]] static const Kind* KindOf(int type);
+
+  [[nodiscard]] Record CurrentRecord() const;
+  [[nodiscard]] bool WriteStep(TStringTree* tree, Step step, const Record& record);
+  [[nodiscard]] bool WriteColumns(TStringTree* tree, int id, std::string_view label,
+                                  std::span<const int> columns);
+  [[nodiscard]] bool WriteDatumOrEllipsoid(TStringTree* tree, const Record& record);
+  [[nodiscard]] bool WriteUnitInHeights(TStringTree* tree, const Record& record, bool addSubtree);
+  [[nodiscard]] bool WritePrimary(TStringTree* tree, const Record& record);
+  [[nodiscard]] bool WriteGeneratedPrimary(TStringTree* tree, const Record& record);
+  [[nodiscard]] bool WriteGeneratedRadian(TStringTree* primary);
+  [[nodiscard]] bool WriteSystemGeoid(TStringTree* tree, int code);
+  [[nodiscard]] TQvRfMapProjDataProcessor& MapProjections() const;
+  [[nodiscard]] bool WriteVertical(TStringTree* tree, const Record& record);
+  void WriteCode(TStringTree* tree, int id, std::string_view label, const std::string* code);
+  void WriteGeoTiffCodes(TStringTree* tree, int kind, int owner);
+  [[nodiscard]] bool IsPositiveLongitude(int key) const;
+
+  void WriteMifExport(TStringTree* tree, const Record& record);
+  [[nodiscard]] bool FillMifExport(TStringTree* tree, TStringTree* exported, const Record& record);
+  [[nodiscard]] bool WriteMifUnit(TStringTree* exported, const Record& record);
+  [[nodiscard]] bool WriteMifGeodeticType(TStringTree* tree, TStringTree* exported);
+  [[nodiscard]] bool WriteMifDatum(TStringTree* exported, const Record& record);
+
+  [[nodiscard]] bool ReadStep(TStringTree* tree, Step step, TRecordImage* image);
+  [[nodiscard]] bool ReadColumns(TStringTree* tree, int id, std::span<const int> columns,
+                                 TRecordImage* image);
+  [[nodiscard]] bool StoreInto(TStringTree* tree, TObjectType object, int id, bool optional,
+                               int column, TRecordImage* image);
+  [[nodiscard]] bool ReadDatumOrEllipsoid(TStringTree* tree, TRecordImage* image);
+  [[nodiscard]] bool ReadOptionalPrimary(TStringTree* tree, TRecordImage* image);
+  [[nodiscard]] bool ReadVertical(TStringTree* tree, TRecordImage* image);
+
+  // Field numbers in the file.
+  struct Columns {
+    int type, swap, azimuth, linearUnit, angularUnit, ellipsoid, datum, primeMeridian,
+        mapProjection, primary, verticalSystem, verticalCode;
+    int axes[3];
+    int origin[3];
+  };
+  Columns columns_;
+  // Keys of the records that are being written: a primary that is one of them has no end.
+  std::set<int> writing_;
+};
+
+}  // namespace QvRefSystem

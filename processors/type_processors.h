@@ -1,0 +1,55 @@
+#pragma once
+
+#include "processors/data_processor.h"
+
+namespace QvRefSystem {
+
+/// The type tables are closed lists known by their TYPE: nothing is ever added to them or removed.
+class TTypeTableProcessor : public TQvRfDataProcessor {
+ public:
+  using TQvRfDataProcessor::TQvRfDataProcessor;
+  /// Always false, silently.
+  bool CheckNotUsed(TComponent* owner) override;
+
+ protected:
+  [[nodiscard]] bool CanAppend() const override { return false; }
+};
+
+class TQvRfDatumShiftTypeDataProcessor final : public TTypeTableProcessor {
+ public:
+  explicit TQvRfDatumShiftTypeDataProcessor(TdatamoduleQvRfData& data)
+      : TTypeTableProcessor(data, DescriptorOf(TObjectType::kDatumShiftType)) {}
+};
+
+class TQvRfRefSystemTypeDataProcessor final : public TTypeTableProcessor {
+ public:
+  explicit TQvRfRefSystemTypeDataProcessor(TdatamoduleQvRfData& data)
+      : TTypeTableProcessor(data, DescriptorOf(TObjectType::kReferenceSystemType)) {}
+};
+
+/// Its own: the names of the type's parameters, and no notes for a type that is not there.
+class TQvRfMapProjTypeDataProcessor final : public TTypeTableProcessor {
+ public:
+  explicit TQvRfMapProjTypeDataProcessor(TdatamoduleQvRfData& data)
+      : TTypeTableProcessor(data, DescriptorOf(TObjectType::kMapProjectionType)) {}
+
+ protected:
+  [[nodiscard]] bool WriteOwnItem(TStringTree* tree, const TTreeItem& item) override;
+  [[nodiscard]] bool ReadContent(TStringTree* tree, TRecordImage* image) override;
+};
+
+/// One parameter of a map projection type.
+struct TProjectionParameterRow {
+  int tag = 0;
+  std::string_view name;
+  int kind = 0;
+  int unitType = 0;
+  int code = 0;
+};
+
+/// The parameters of a map projection type in table order. The names are valid until the table
+/// next changes.
+[[nodiscard]] std::vector<TProjectionParameterRow> ParametersOfType(TdatamoduleQvRfData& data,
+                                                                    int type);
+
+}  // namespace QvRefSystem

@@ -1,0 +1,406 @@
+// The frames that all object types share, driven over every type by its sample tree.
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <ostream>
+
+#include "tests/support/sample_trees.h"
+#include "tests/support/test_database.h"
+
+namespace refframe_tests {
+namespace {
+
+using QvCommonUtils::TStringTree;
+using QvRefSystem::DescriptorOf;
+using QvRefSystem::TObjectType;
+using QvRefSystem::TQvRfDataProcessor;
+using QvRefSystem::TTreeItem;
+using enum QvRefSystem::TObjectType;
+
+struct Sample {
+  const char* name;
+  TObjectType type;
+  std::function<void(TreeBuilder)> write;
+};
+
+void PrintTo(const Sample& sample, std::ostream* out) { *out << sample.name; }
+
+const Sample kSamples[] = {
+    {"LinearUnit", kLinearUnit, MetreTree},
+    {"AngularUnit", kAngularUnit, DegreeTree},
+    {"ScaleUnit", kScaleUnit, UnityTree},
+    {"Ellipsoid", kEllipsoid, EllipsoidTree},
+    {"PrimeMeridian", kPrimeMeridian, PrimeMeridianTree},
+    {"Translation", kDatumShift, TranslationTree},
+    {"PositionVector", kDatumShift, PositionVectorTree},
+    {"Datum", kDatum, DatumTree},
+    {"Projection", kMapProjection, ProjectionTree},
+    {"SiteGrid", kReferenceSystem, [](TreeBuilder tree) { SystemTree(tree, 1); }},
+    {"Local", kReferenceSystem, [](TreeBuilder tree) { SystemTree(tree, 2); }},
+    {"Geocentric", kReferenceSystem, [](TreeBuilder tree) { SystemTree(tree, 3); }},
+    {"Geodetic", kReferenceSystem, [](TreeBuilder tree) { SystemTree(tree, 4); }},
+    {"Projected", kReferenceSystem, [](TreeBuilder tree) { SystemTree(tree, 5); }},
+    {"Topocentric", kReferenceSystem, [](TreeBuilder tree) { SystemTree(tree, 6); }},
+};
+
+class EveryObject : public testing::TestWithParam<Sample> {
+ protected:
+  TreePtr Tree() const { return MakeTree(GetParam().write); }
+  TQvRfDataProcessor& Processor() const { return database_.Processor(GetParam().type); }
+  TestDatabase database_;
+};
+
+std::string Note(const TStringTree* tree, int id) {
+  std::string value;
+  (void)tree->GetString(id, -1, &value);
+  return value;
+}
+
+TEST_P(EveryObject, IsAddedOnceAndFoundEverAfter) {
+  const TreePtr tree = Tree();
+  const int key = Processor().InsertFromTree(tree.get());
+  ASSERT_GT(key, 0);
+  EXPECT_EQ(Processor().GetCurrentKey(), key);
+  EXPECT_EQ(Note(tree.get(), 201001), std::to_string(key));
+  EXPECT_EQ(Note(tree.get(), 201002), std::to_string(static_cast<int>(GetParam().type)));
+  EXPECT_EQ(Note(tree.get(), 201003), "1");
+  EXPECT_EQ(FindField(tree.get(), 201001, -1)->Label, "Inserted ID");
+
+  const std::vector<int> counts = database_.Counts();
+  EXPECT_EQ(Processor().InsertFromTree(tree.get()), key);
+  EXPECT_EQ(Note(tree.get(), 201003), "0");
+  EXPECT_EQ(FindField(tree.get(), 201001, -1)->Label, "Found ID");
+  EXPECT_EQ(database_.Counts(), counts);
+}
+
+TEST_P(EveryObject, IsFoundAgainByWhatItWrites) {
+  const int key = Processor().InsertFromTree(Tree().get());
+  const std::vector<int> counts = database_.Counts();
+  TStringTree written;
+  ASSERT_TRUE(Processor().WriteToTree(&written, 0, 0));
+  EXPECT_EQ(Processor().GetCurrentKey(), key);
+  TStringTree read;
+  ReadTreeText(WriteTreeText(&written), &read);
+  ASSERT_TRUE(SameTree(&written, &read));
+  EXPECT_EQ(Processor().InsertFromTree(&read), key);
+  EXPECT_EQ(database_.Counts(), counts);
+
+  // Every member of the sample comes back with its value.
+  const std::function<void(const TStringTree*, const TStringTree*)> compare =
+      [&](const TStringTree* given, const TStringTree* back) {
+        for (const auto& field : given->Fields) {
+          std::string value;
+          ASSERT_TRUE(back->GetString(field->Id, field->Index, &value)) << field->Id;
+          EXPECT_EQ(value, field->GetValueText(0)) << field->Id;
+        }
+        for (const auto& subtree : given->Subtrees) {
+          const TStringTree* other = FindSubtree(back, subtree->Id, subtree->Index);
+          ASSERT_NE(other, nullptr) << subtree->Id;
+          const bool isType = subtree->Id == 5443;  // the table's own name of the type is written
+          if (!isType) compare(static_cast<const TStringTree*>(subtree.get()), other);
+        }
+      };
+  compare(Tree().get(), &written);
+}
+
+TEST_P(EveryObject, WithoutARequiredMemberAddsNothingToItsTable) {
+  const auto& descriptor = DescriptorOf(GetParam().type);
+  int removed = 0;
+  for (const TTreeItem& item : descriptor.items) {
+    if (item.reading != QvRefSystem::TReading::kRequired || item.optional) continue;
+    const TreePtr tree = Tree();
+    if (item.kind == TTreeItem::Kind::kField) {
+      if (FindField(tree.get(), item.id, item.index) == nullptr) continue;
+      RemoveField(tree.get(), item.id, item.index);
+    } else if (item.kind == TTreeItem::Kind::kSubobject) {
+      if (FindSubtree(tree.get(), item.id, item.index) == nullptr) continue;
+      RemoveSubtree(tree.get(), item.id, item.index);
+    } else {
+      continue;
+    }
+    ++removed;
+    EXPECT_EQ(Processor().InsertFromTree(tree.get()), 0) << item.id;
+    EXPECT_EQ(Processor().DataSet->RecordCount(), 0) << item.id;
+  }
+  EXPECT_GE(removed, 3);
+  EXPECT_TRUE(database_.ui.messages.empty());
+}
+
+TEST_P(EveryObject, IsRemovedWhenTheUserSaysYes) {
+  Processor().InsertFromTree(Tree().get());
+  while (Processor().DataSet->RecordCount() > 1) Processor().DataSet->Delete();
+  database_.ui.answers = {QvPlatform::MessageAnswer::kNo};
+  EXPECT_TRUE(Processor().DeleteRecord(nullptr));
+  EXPECT_EQ(Processor().DataSet->RecordCount(), 1);
+  std::string name;
+  Processor().GetNames(nullptr, &name);
+  EXPECT_TRUE(Processor().DeleteRecord(nullptr));
+  EXPECT_EQ(Processor().DataSet->RecordCount(), 0);
+  EXPECT_EQ(database_.ui.messages.back(),
+            "Do you really want to delete \"" + name + "\"(" +
+                std::string(DescriptorOf(GetParam().type).typeName) + ")?");
+}
+
+TEST_P(EveryObject, UnderEditingIsNotRemoved) {
+  Processor().InsertFromTree(Tree().get());
+  const int count = Processor().DataSet->RecordCount();
+  Processor().PushEditKey();
+  Processor().PushEditKey();
+  Processor().PopEditKey();
+  EXPECT_FALSE(Processor().DeleteRecord(nullptr));
+  EXPECT_EQ(Processor().DataSet->RecordCount(), count);
+  EXPECT_EQ(database_.ui.messages, std::vector<std::string>{"The object is under editing now!"});
+  Processor().PopEditKey();
+  EXPECT_TRUE(Processor().CheckNotEditing());
+}
+
+INSTANTIATE_TEST_SUITE_P(, EveryObject, testing::ValuesIn(kSamples),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+// One change of a tree, and whether the object is still the same.
+struct Change {
+  const char* name;
+  TObjectType type;
+  void (*write)(TreeBuilder);
+  std::vector<int> path;
+  int id;
+  const char* value;
+  bool same;
+};
+
+void PrintTo(const Change& change, std::ostream* out) { *out << change.name; }
+
+void Projected(TreeBuilder tree) { SystemTree(tree, 5); }
+void Geodetic(TreeBuilder tree) { SystemTree(tree, 4); }
+void Topocentric(TreeBuilder tree) { SystemTree(tree, 6); }
+void FlatteningEllipsoid(TreeBuilder tree) {
+  tree.Field(5114, "1").Field(5112, "0.0033900753039287634");
+  EllipsoidTree(tree);
+}
+void Sphere(TreeBuilder tree) {
+  tree.Field(5115, "1");
+  EllipsoidTree(tree);
+}
+
+const Change kChanges[] = {
+    {"UnitNameInOtherCaseAndBlanks", kLinearUnit, MetreTree, {}, 5320, "  METRE ", true},
+    {"UnitOfOtherType", kLinearUnit, MetreTree, {}, 5312, "7", true},
+    {"UnitOfOtherCode", kLinearUnit, MetreTree, {}, 5301, "9002", false},
+    {"UnitFactorWithFewerDigits", kAngularUnit, DegreeTree, {}, 5310, "3.14159265358979", false},
+    {"UnitDescription", kLinearUnit, MetreTree, {}, 5322, "other", true},
+    {"EllipsoidMinorAxisText", kEllipsoid, EllipsoidTree, {}, 5111, "6356583.80", false},
+    {"EllipsoidFlatteningUnused", kEllipsoid, EllipsoidTree, {}, 5112, "0.1", true},
+    {"EllipsoidFlattening", kEllipsoid, FlatteningEllipsoid, {}, 5112, "0.0034", false},
+    {"EllipsoidMinorAxisUnused", kEllipsoid, FlatteningEllipsoid, {}, 5111, "1", true},
+    {"SphereOfOtherShape", kEllipsoid, Sphere, {}, 5111, "1", true},
+    {"RecordsFlagNotReadForMinorAxis", kEllipsoid, FlatteningEllipsoid, {}, 5114, "0", true},
+    {"TreeAsksForFlattening", kEllipsoid, EllipsoidTree, {}, 5114, "1", false},
+    {"MeridianWithADecimal", kPrimeMeridian, PrimeMeridianTree, {}, 5210, "0.0", false},
+    {"MeridianInOtherUnit", kPrimeMeridian, PrimeMeridianTree, {5211}, 5301, "9105", false},
+    {"TranslationWithADecimal", kDatumShift, TranslationTree, {}, 5461, "-8.0", false},
+    {"TranslationWithRotation", kDatumShift, TranslationTree, {}, 5464, "1", true},
+    {"CoordinateFrame", kDatumShift, PositionVectorTree, {5443}, 5701, "3", false},
+    {"RotationUnit", kDatumShift, PositionVectorTree, {5441}, 5301, "9109", false},
+    {"DatumDescription", kDatum, DatumTree, {}, 5621, "other", true},
+    {"DatumWithOtherShift", kDatum, DatumTree, {1102}, 5463, "177", false},
+    {"ProjectionParameterWithBlanks", kMapProjection, ProjectionTree, {}, 8805, " 0.9996 ", true},
+    {"ProjectionParameterWithAZero", kMapProjection, ProjectionTree, {}, 8805, "0.99960", false},
+    {"ProjectionAxisName", kMapProjection, ProjectionTree, {}, 6022, "X", true},
+    {"ProjectionAxisSign", kMapProjection, ProjectionTree, {}, 6024, "-1", false},
+    {"ProjectionRepeatedSign", kMapProjection, ProjectionTree, {}, 1401, "-1", true},
+    {"SystemNameInOtherCase", kReferenceSystem, Projected, {}, 1020, "nad27 / utm 17n ", true},
+    {"SystemAxisName", kReferenceSystem, Projected, {}, 1025, "Q", true},
+    {"SystemGeoTiffCode", kReferenceSystem, Projected, {}, 102005, "1", true},
+    {"SystemWithPrimaryOfNoCode", kReferenceSystem, Projected, {1121}, 102005, "0", false},
+    {"SystemWithOtherPrimary", kReferenceSystem, Projected, {1121}, 1020, "other", false},
+    {"PositiveLongitude", kReferenceSystem, Geodetic, {}, 1111, "1", false},
+    {"PositiveLongitudeOfZero", kReferenceSystem, Geodetic, {}, 1111, "0", true},
+    {"OriginWithBlanks", kReferenceSystem, Topocentric, {}, 1120, " 0.25 ", true},
+    {"OriginWithADecimal", kReferenceSystem, Topocentric, {}, 1120, "0.250", false},
+    {"AzimuthWithBlanks", kReferenceSystem, Topocentric, {}, 1122, " 30 ", true},
+    {"Azimuth", kReferenceSystem, Topocentric, {}, 1122, "31", false},
+};
+
+class Equality : public testing::TestWithParam<Change> {};
+
+TEST_P(Equality, FollowsTheRulesOfTheObject) {
+  const Change& change = GetParam();
+  TestDatabase database;
+  TQvRfDataProcessor& processor = database.Processor(change.type);
+  const int key = processor.InsertFromTree(MakeTree(change.write).get());
+  ASSERT_GT(key, 0);
+
+  const TreePtr changed = MakeTree(change.write);
+  TStringTree* cursor = changed.get();
+  for (const int id : change.path) ASSERT_TRUE(EnterSubtree(&cursor, id, 0));
+  RemoveField(cursor, change.id, 0);
+  EnsureField(cursor, change.id, 0, change.value, "changed");
+  const int other = processor.InsertFromTree(changed.get());
+  ASSERT_GT(other, 0);
+  EXPECT_EQ(other == key, change.same);
+  // The record that was there first is as it was.
+  ASSERT_TRUE(processor.LocateKey(key));
+  TStringTree before;
+  ASSERT_TRUE(processor.WriteToTree(&before, 0, 0));
+  EXPECT_EQ(processor.InsertFromTree(MakeTree(change.write).get()), key);
+}
+
+INSTANTIATE_TEST_SUITE_P(, Equality, testing::ValuesIn(kChanges),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST(Processors, RefuseToRemoveWhatIsReferredTo) {
+  TestDatabase database;
+  database.Processor(kReferenceSystem).InsertFromTree(MakeTree(SystemTree, 5).get());
+  database.Processor(kDatumShift).InsertFromTree(MakeTree(PositionVectorTree).get());
+  // Rows that a filter hides refer to an object all the same.
+  auto& systems = *database.Processor(kReferenceSystem).DataSet;
+  const int type = systems.FieldByName("TYPE").GetIndex();
+  systems.Close();
+  systems.DataBuff->Close();
+  systems.DataBuff->SetFilter(type, 1, QvPlatform::TQvDbIntFilter::kEqual, true);
+  systems.Open();
+  ASSERT_EQ(systems.RecordCount(), 0);
+
+  for (const auto& descriptor : QvRefSystem::ObjectDescriptors()) {
+    if (descriptor.usedBy.empty() || descriptor.type == kReferenceSystem) continue;
+    TQvRfDataProcessor& processor = database.Processor(descriptor.type);
+    processor.DataSet->First();
+    if (descriptor.type == kDatumShift) {
+      ASSERT_TRUE(processor.FindNextByName("NAD27") || processor.FindPriorByName("NAD27"));
+    }
+    const int key = processor.GetCurrentKey();
+    const int count = processor.DataSet->RecordCount();
+    database.ui.usedBy.clear();
+    EXPECT_FALSE(processor.DeleteRecord(nullptr)) << descriptor.typeName;
+    EXPECT_FALSE(database.ui.usedBy.empty()) << descriptor.typeName;
+    EXPECT_EQ(processor.DataSet->RecordCount(), count);
+    EXPECT_EQ(processor.GetCurrentKey(), key);
+    // The rows come in the order of the scans.
+    std::size_t scan = 0;
+    for (const auto& row : database.ui.usedBy) {
+      while (scan < descriptor.usedBy.size() &&
+             static_cast<int>(descriptor.usedBy[scan].object) != row.objectType) {
+        ++scan;
+      }
+      EXPECT_LT(scan, descriptor.usedBy.size()) << row.typeName << " " << row.name;
+    }
+  }
+}
+
+TEST(Processors, ScanAgainAfterAUserWasViewed) {
+  TestDatabase database;
+  database.Processor(kDatum).InsertFromTree(MakeTree(DatumTree).get());
+  TQvRfDataProcessor& shifts = database.Processor(kDatumShift);
+  database.ui.onUsedBy = [&] {
+    database.Processor(kDatum).DataSet->Delete();
+    return QvPlatform::UsedByAnswer::kViewed;
+  };
+  EXPECT_TRUE(shifts.DeleteRecord(nullptr));
+  EXPECT_EQ(database.ui.usedByShown, 1);
+  EXPECT_TRUE(database.ui.viewAllowed);
+  EXPECT_EQ(shifts.DataSet->RecordCount(), 0);
+}
+
+TEST(Processors, RemoveInSimpleModeWhatOneObjectAloneUsed) {
+  for (const bool simple : {true, false}) {
+    TestDatabase database;
+    database.data->DialogMode = simple ? QvRefSystem::kSimpleMode : QvRefSystem::kFullMode;
+    database.Processor(kReferenceSystem).InsertFromTree(MakeTree(SystemTree, 5).get());
+    EXPECT_TRUE(database.Processor(kReferenceSystem).DeleteRecord(nullptr));
+    EXPECT_EQ(database.data->datasetMapProj.RecordCount(), simple ? 0 : 1);
+    database.Processor(kReferenceSystem).DeleteRecord(nullptr);
+    EXPECT_TRUE(database.Processor(kDatum).DeleteRecord(nullptr));
+    EXPECT_EQ(database.data->datasetDatumShift.RecordCount(), simple ? 0 : 1);
+  }
+}
+
+TEST(Processors, RemoveAProjectionWithItsParametersAndNotItsCode) {
+  TestDatabase database;
+  const int before = database.data->datasetParamValue.RecordCount();
+  TQvRfDataProcessor& projections = database.Processor(kMapProjection);
+  projections.InsertFromTree(MakeTree(ProjectionTree).get());
+  const int codes = 4;  // its own, and those of the three units
+  EXPECT_EQ(database.data->datasetParamValue.RecordCount(), before + 5 + codes);
+  EXPECT_TRUE(projections.DeleteRecord(nullptr));
+  EXPECT_EQ(database.data->datasetParamValue.RecordCount(), before + codes);
+}
+
+TEST(Processors, NeverRemoveOrAddTypes) {
+  TestDatabase database;
+  for (const TObjectType type : {kDatumShiftType, kMapProjectionType, kReferenceSystemType}) {
+    TQvRfDataProcessor& types = database.Processor(type);
+    types.DataSet->First();
+    const int count = types.DataSet->RecordCount();
+    TStringTree tree;
+    ASSERT_TRUE(types.WriteToTree(&tree, 0, 0));
+    EXPECT_EQ(types.InsertFromTree(&tree), types.GetCurrentKey());
+    EXPECT_FALSE(types.DeleteRecord(nullptr));
+    const int typeField = types.Descriptor().items.front().id;
+    RemoveField(&tree, typeField, 0);
+    EnsureField(&tree, typeField, 0, "77", "type");
+    EXPECT_EQ(types.InsertFromTree(&tree), 0);
+    EXPECT_EQ(types.DataSet->RecordCount(), count);
+  }
+  EXPECT_TRUE(database.ui.messages.empty());
+}
+
+TEST(Processors, LocateByKeyAndByName) {
+  TestDatabase database;
+  TQvRfDataProcessor& units = database.Processor(kLinearUnit);
+  EXPECT_EQ(units.GetCurrentKey(), 0);
+  EXPECT_TRUE(units.FindNextByName(""));
+  EXPECT_EQ(units.GetLastUsedKey(), 0);
+  std::vector<int> keys;
+  for (const char* name : {"alpha metre", "beta Metre", "gamma"}) {
+    const TreePtr tree = MakeTree(MetreTree);
+    RemoveField(tree.get(), 5320, 0);
+    EnsureField(tree.get(), 5320, 0, name, "name");
+    keys.push_back(units.InsertFromTree(tree.get()));
+  }
+  ASSERT_TRUE(units.LocateKey(keys[0]));
+  EXPECT_TRUE(units.FindNextByName("METRE"));
+  EXPECT_EQ(units.GetCurrentKey(), keys[1]);
+  EXPECT_FALSE(units.FindNextByName("metre"));
+  EXPECT_EQ(units.GetCurrentKey(), keys[1]);
+  EXPECT_TRUE(units.FindPriorByName("metre"));
+  EXPECT_EQ(units.GetCurrentKey(), keys[0]);
+  EXPECT_FALSE(units.LocateKey(0));
+  EXPECT_FALSE(units.LocateKey(-5));
+  EXPECT_EQ(units.GetCurrentKey(), keys[0]);
+  EXPECT_EQ(units.GetNeighbourKey(keys[0]), keys[1]);
+  EXPECT_EQ(units.GetCurrentKey(), keys[0]);
+  EXPECT_FALSE(units.LocateKey(999));
+  EXPECT_TRUE(units.DataSet->Eof());
+  EXPECT_EQ(units.GetCurrentKey(), keys[2]);
+  EXPECT_EQ(units.GetNeighbourKey(keys[2]), keys[1]);
+}
+
+TEST(Processors, TellTheirInfoLines) {
+  TestDatabase database;
+  database.Processor(kReferenceSystem).InsertFromTree(MakeTree(SystemTree, 5).get());
+  const struct {
+    TObjectType type;
+    QvRefSystem::TStrings lines;
+  } rows[] = {
+      {kLinearUnit, {"Name: metre", "Description: a unit"}},
+      {kAngularUnit, {"Name: degree", "Description: a unit", "Abbreviation: deg"}},
+      {kPrimeMeridian,
+       {"Name: Greenwich", "Description: The zero meridian", "Longitude: 0 (deg)"}},
+      {kReferenceSystem,
+       {"Name: NAD27 / UTM 17N", "Description: A system", "Units: metre"}},
+  };
+  QvRefSystem::TStrings lines;
+  for (const auto& row : rows) {
+    EXPECT_TRUE(database.Processor(row.type).GetInfoLines(&lines));
+    EXPECT_EQ(lines, row.lines);
+  }
+  TQvRfDataProcessor& systems = database.Processor(kReferenceSystem);
+  systems.InsertFromTree(MakeTree(SystemTree, 4).get());
+  EXPECT_TRUE(systems.GetInfoLines(&lines));
+  EXPECT_EQ(lines[2], "Latitude & longitude units: degree");
+  EXPECT_EQ(lines[3], "Height units: metre");
+}
+
+}  // namespace
+}  // namespace refframe_tests

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "processors/string_tree.h"
+
+namespace refframe_tests {
+
+/// Writes a tree member by member; labels do not matter to a reader.
+class TreeBuilder {
+ public:
+  explicit TreeBuilder(QvCommonUtils::TStringTree* tree) : tree_(tree) {}
+  TreeBuilder& Field(int id, const std::string& value, int index = 0) {
+    EnsureField(tree_, id, index, value, "field");
+    return *this;
+  }
+  [[nodiscard]] TreeBuilder Sub(int id) const {
+    EnsureSubtree(tree_, id, 0, "subtree");
+    return TreeBuilder(FindSubtree(tree_, id, 0));
+  }
+
+ private:
+  QvCommonUtils::TStringTree* tree_;
+};
+
+using TreePtr = std::unique_ptr<QvCommonUtils::TStringTree>;
+
+// Each writes one whole object into the tree, with codes where the object can have them.
+void MetreTree(TreeBuilder tree);
+void DegreeTree(TreeBuilder tree);
+void SecondTree(TreeBuilder tree);
+void UnityTree(TreeBuilder tree);
+void EllipsoidTree(TreeBuilder tree);
+void PrimeMeridianTree(TreeBuilder tree);
+void TranslationTree(TreeBuilder tree);
+void PositionVectorTree(TreeBuilder tree);
+void DatumTree(TreeBuilder tree);
+void ProjectionTree(TreeBuilder tree);
+/// A system of kind 1 to 6; a projected one with a stored primary of GeoTIFF code 4267.
+void SystemTree(TreeBuilder tree, int kind);
+
+template <typename Writer, typename... Arguments>
+[[nodiscard]] TreePtr MakeTree(Writer writer, Arguments... arguments) {
+  auto tree = std::make_unique<QvCommonUtils::TStringTree>();
+  writer(TreeBuilder(tree.get()), arguments...);
+  return tree;
+}
+
+}  // namespace refframe_tests
