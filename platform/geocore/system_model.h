@@ -1,0 +1,130 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// A reference system as a value: what a tree holds, free of tree ids, table keys and JSON.
+///
+/// Numbers stay the decimal texts they were entered as; `Value` fields below are such texts, in
+/// the unit that stands beside them. A code of 0 means that none is known.
+namespace QvRefSystem {
+
+/// The linear, angular and scale kind of a unit; the numbers are those of UNIT_TYPE.
+enum class UnitKind { kLinear = 1, kAngular = 2, kScale = 3 };
+
+/// B base units (metre, radian, unity) are C of the unit: factor to the base unit = B / C.
+struct UnitModel {
+  int code = 0;
+  std::string name;
+  std::string abbreviation;
+  std::string description;
+  double factorB = 1;
+  double factorC = 1;
+  int geoTiffCode = 0;
+  std::string mifName;
+};
+
+struct EllipsoidModel {
+  std::string name;
+  std::string description;
+  std::string a;
+  std::string b;
+  /// Flattening f (not 1/f), as a double; 0 where the shape is given by b.
+  double f = 0;
+  bool useF = false;
+  bool sphere = false;
+  UnitModel unit;
+  int geoTiffCode = 0;
+  std::string mifCode;
+};
+
+struct PrimeMeridianModel {
+  std::string name;
+  std::string description;
+  std::string longitude;
+  UnitModel unit;
+  int geoTiffCode = 0;
+};
+
+/// type 1: geocentric translation; 2: position vector; 3: coordinate frame rotation.
+struct DatumShiftModel {
+  int type = 1;
+  std::string name;
+  std::string description;
+  std::string abbreviation;
+  std::string tx, ty, tz, rx, ry, rz, s;
+  UnitModel linearUnit, angularUnit, scaleUnit;
+};
+
+struct DatumModel {
+  std::string name;
+  std::string description;
+  std::string abbreviation;
+  DatumShiftModel shift;
+  EllipsoidModel ellipsoid;
+  int geoTiffCode = 0;
+  std::string mifCode;
+};
+
+struct ProjectionParameterModel {
+  /// EPSG parameter code: PARAM_CODE and TAG of its row, id of its field in a tree.
+  int code = 0;
+  std::string name;
+  std::string value;
+};
+
+struct ProjectionModel {
+  std::string name;
+  std::string description;
+  /// EPSG method code: TYPE of the projection.
+  int method = 0;
+  std::vector<ProjectionParameterModel> parameters;
+  /// Units of the parameters of each kind; empty where the method has none of that kind.
+  std::optional<UnitModel> linearUnit, angularUnit, scaleUnit;
+  /// First and second axis: abbreviation, direction word ("North", "East", "South", "West"),
+  /// sign (1 north or east, -1 south or west); swap: the first axis is the north-south one.
+  std::string axisAbbreviation[2];
+  std::string axisDirection[2];
+  int axisSign[2] = {1, 1};
+  bool swap = false;
+  int geoTiffCode = 0;
+};
+
+/// Kinds by their TYPE number.
+enum class SystemKind {
+  kLocalCartesian = 1,
+  kLocal = 2,
+  kGeocentric = 3,
+  kGeodetic = 4,
+  kProjected = 5,
+  kTopocentric = 6
+};
+
+struct SystemModel {
+  SystemKind kind = SystemKind::kGeodetic;
+  std::string name;
+  std::string description;
+  std::string abbreviation;
+  std::string axisAbbreviation[3];
+  /// Heights of kinds 4 and 5; the axes of the others.
+  UnitModel linearUnit;
+  /// Latitude and longitude of kind 4.
+  UnitModel angularUnit;
+  PrimeMeridianModel primeMeridian;
+  /// Kinds 3, 4, 5: a datum, or else the ellipsoid alone.
+  std::optional<DatumModel> datum;
+  std::optional<EllipsoidModel> ellipsoid;
+  std::optional<ProjectionModel> projection;
+  std::shared_ptr<SystemModel> primary;
+  bool positiveLongitude = false;
+  bool swap = false;
+  std::string origin[3];
+  std::string azimuth;
+  /// Code of a built-in geoid (kinds 4 and 5), 0 for none.
+  int geoidCode = 0;
+  int geoTiffCode = 0;
+};
+
+}  // namespace QvRefSystem

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+/// The fixed catalogues of kinds that a database is delivered with: what its type tables hold, and
+/// what a tree that was not made from a database says of them.
+namespace QvRefSystem {
+
+struct ReferenceSystemType {
+  /// TYPE: the numbers of SystemKind.
+  int number;
+  std::string_view name;
+  std::string_view description;
+  /// Axis abbreviations that a new system of this kind starts with.
+  std::string_view axisAbbreviation[3];
+  bool swap;
+  /// Value of GTModelTypeGeoKey (GeoTIFF 1.1, section 7.1.2): 1 projected, 2 geographic,
+  /// 3 geocentric; 0 where GeoTIFF has none.
+  int geoTiffModelType;
+};
+
+struct DatumShiftType {
+  /// TYPE: 1 geocentric translation, 2 position vector, 3 coordinate frame rotation.
+  int number;
+  std::string_view name;
+  std::string_view description;
+  /// EPSG codes of the coordinate operation method in the geocentric and in the geographic 2D
+  /// domain.
+  int geocentricMethod;
+  int geographicMethod;
+};
+
+/// The six kinds of reference systems, by number.
+[[nodiscard]] std::span<const ReferenceSystemType> ReferenceSystemTypes();
+/// Null for a number outside 1 to 6.
+[[nodiscard]] const ReferenceSystemType* FindReferenceSystemType(int number);
+
+/// The three kinds of datum shifts, by number.
+[[nodiscard]] std::span<const DatumShiftType> DatumShiftTypes();
+/// Null for a number outside 1 to 3.
+[[nodiscard]] const DatumShiftType* FindDatumShiftType(int number);
+
+/// The description of the map projection type of that EPSG method code.
+[[nodiscard]] std::string ProjectionTypeDescription(int method);
+
+/// The MIF/MID projection number of a geodetic system (longitude/latitude).
+inline constexpr int kMifLongitudeLatitude = 1;
+
+}  // namespace QvRefSystem

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/geocore/system_model.h"
+#include "platform/ui/user_interface.h"
+
+/// The delivered database: PROJ's EPSG data set as rows of our tables.
+namespace QvRefSystem {
+
+struct RegistryOptions {
+  /// True: `path` names a container; false: a folder.
+  bool resourceForm = false;
+};
+
+struct RegistryRefusal {
+  int code = 0;
+  std::string name;
+  std::string reason;
+};
+
+struct RegistryReport {
+  int systems = 0;
+  /// Live systems of the registry that did not get in, each with the reason.
+  std::vector<RegistryRefusal> refused;
+};
+
+/// Makes a new database at `path` (which must not hold one yet) and fills it with every live EPSG
+/// projected, geographic and geocentric system and all that they are built from. Takes less than a
+/// minute. False, with `error` set and nothing half-made left behind, if it cannot be made.
+[[nodiscard]] bool BuildRegistryDatabase(const std::string& path, const RegistryOptions& options,
+                                         QvPlatform::TUserInterface& ui, RegistryReport* report,
+                                         std::string* error);
+
+}  // namespace QvRefSystem

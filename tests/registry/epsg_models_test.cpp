@@ -1,0 +1,299 @@
+// Systems of the registry as models: values by the EPSG Dataset v10.076.
+
+#include "registry/epsg_models.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <ostream>
+#include <set>
+
+#include "registry/epsg_model_maker.h"
+
+namespace QvRefSystem {
+namespace {
+
+SystemModel Model(int code) {
+  SystemModel model;
+  std::string error;
+  EXPECT_TRUE(ModelFromEpsg(code, &model, &error)) << error;
+  return model;
+}
+
+const EpsgModelMaker& Maker() {
+  std::string error;
+  const EpsgModelMaker* maker = EpsgModelMaker::Installed(&error);
+  if (!maker) throw std::runtime_error(error);
+  return *maker;
+}
+
+// Texts of a projection's parameters by code.
+std::map<int, std::string> Values(const ProjectionModel& projection) {
+  std::map<int, std::string> values;
+  for (const auto& parameter : projection.parameters)
+    values[parameter.code] = parameter.value;
+  return values;
+}
+
+struct ProjectionRow {
+  const char* name;
+  int code;
+  const char* conversion;
+  int method;
+  std::map<int, std::string> values;
+  const char* linearUnit;
+  const char* angularUnit;
+};
+
+void PrintTo(const ProjectionRow& row, std::ostream* out) {
+  *out << row.name;
+}
+
+class ProjectionOf : public testing::TestWithParam<ProjectionRow> {};
+
+TEST_P(ProjectionOf, HasTheRegistrysParametersInPlainUnits) {
+  const ProjectionRow& row = GetParam();
+  const SystemModel model = Model(row.code);
+  ASSERT_TRUE(model.projection.has_value());
+  EXPECT_EQ(model.projection->name, row.conversion);
+  EXPECT_EQ(model.projection->method, row.method);
+  EXPECT_EQ(Values(*model.projection), row.values);
+  EXPECT_EQ(model.projection->linearUnit->name, row.linearUnit);
+  EXPECT_EQ(model.linearUnit.name, row.linearUnit);
+  EXPECT_EQ(model.projection->angularUnit->name, row.angularUnit);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Systems, ProjectionOf,
+    testing::Values(
+        ProjectionRow{"Utm37North",
+                      32637,
+                      "UTM zone 37N",
+                      9807,
+                      {{8801, "0"}, {8802, "39"}, {8805, "0.9996"}, {8806, "500000"}, {8807, "0"}},
+                      "metre",
+                      "degree"},
+        ProjectionRow{"BritishNationalGrid",
+                      27700,
+                      "British National Grid",
+                      9807,
+                      {{8801, "49"},
+                       {8802, "-2"},
+                       {8805, "0.9996012717"},
+                       {8806, "400000"},
+                       {8807, "-100000"}},
+                      "metre",
+                      "degree"},
+        // 30 degrees 17' 17.3031" and 42.5 degrees east of Ferro.
+        ProjectionRow{"KrovakFerro",
+                      2065,
+                      "Krovak",
+                      9819,
+                      {{8811, "49.5"},
+                       {8833, "42.5"},
+                       {1036, "30.288139752777777"},
+                       {8818, "78.5"},
+                       {8819, "0.9999"},
+                       {8806, "0"},
+                       {8807, "0"}},
+                      "metre",
+                      "degree"},
+        // 110 degrees 10' west, in international feet.
+        ProjectionRow{"ArizonaEastFeet",
+                      2222,
+                      "SPCS83 Arizona East zone (International feet)",
+                      9807,
+                      {{8801, "31"},
+                       {8802, "-110.16666666666667"},
+                       {8805, "0.9999"},
+                       {8806, "700000"},
+                       {8807, "0"}},
+                      "foot",
+                      "degree"},
+        ProjectionRow{
+            "LambertZoneTwoGrads",
+            27572,
+            "Lambert zone II",
+            9801,
+            {{8801, "52"}, {8802, "0"}, {8805, "0.99987742"}, {8806, "600000"}, {8807, "2200000"}},
+            "metre",
+            "grad"},
+        ProjectionRow{"AntarcticPolar",
+                      3031,
+                      "Antarctic Polar Stereographic",
+                      9829,
+                      {{8832, "-71"}, {8833, "0"}, {8806, "0"}, {8807, "0"}},
+                      "metre",
+                      "degree"},
+        // 43 degrees 19', 44 degrees 11', 45 degrees 42'; the scale factor is the ellipsoid's.
+        ProjectionRow{"MichiganWithItsScale",
+                      6201,
+                      "Michigan CS27 Central zone",
+                      1051,
+                      {{8821, "43.31666666666667"},
+                       {8822, "-84.33333333333333"},
+                       {8823, "44.18333333333333"},
+                       {8824, "45.7"},
+                       {8826, "2000000"},
+                       {8827, "0"},
+                       {1038, "1.0000382"}},
+                      "US survey foot",
+                      "degree"}),
+    [](const auto& info) { return info.param.name; });
+
+struct AxesRow {
+  const char* name;
+  int code;
+  const char* abbreviations[2];
+  const char* directions[2];
+  int signs[2];
+  bool swap;
+};
+
+void PrintTo(const AxesRow& row, std::ostream* out) {
+  *out << row.name;
+}
+
+class AxesOf : public testing::TestWithParam<AxesRow> {};
+
+TEST_P(AxesOf, FollowTheRegistrysOrderAndDirections) {
+  const AxesRow& row = GetParam();
+  const SystemModel model = Model(row.code);
+  ASSERT_TRUE(model.projection.has_value());
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(model.axisAbbreviation[i], row.abbreviations[i]);
+    EXPECT_EQ(model.projection->axisAbbreviation[i], row.abbreviations[i]);
+    EXPECT_EQ(model.projection->axisDirection[i], row.directions[i]);
+    EXPECT_EQ(model.projection->axisSign[i], row.signs[i]);
+  }
+  EXPECT_EQ(model.projection->swap, row.swap);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Systems, AxesOf,
+    testing::Values(
+        AxesRow{"Utm37North", 32637, {"E", "N"}, {"East", "North"}, {1, 1}, false},
+        AxesRow{"NewZealandNorthFirst", 2193, {"N", "E"}, {"North", "East"}, {1, 1}, true},
+        AxesRow{"KrovakSouthWest", 5513, {"X", "Y"}, {"South", "West"}, {-1, -1}, true},
+        AxesRow{"KrovakEastNorth", 5514, {"X", "Y"}, {"East", "North"}, {1, 1}, false},
+        AxesRow{"NamibiaWestSouth", 29371, {"Y", "X"}, {"West", "South"}, {-1, -1}, false},
+        AxesRow{"GreenlandNorthWest", 2218, {"Y", "X"}, {"North", "West"}, {1, -1}, true},
+        AxesRow{"IcelandWestNorth", 3052, {"W", "N"}, {"West", "North"}, {-1, 1}, false},
+        // Polar axes go by their names: both point north along a meridian.
+        AxesRow{"AntarcticPolar", 3031, {"E", "N"}, {"East", "North"}, {1, 1}, false},
+        AxesRow{"PolarNorthFirst", 32661, {"N", "E"}, {"North", "East"}, {1, 1}, true},
+        // The registry gives this one no abbreviations.
+        AxesRow{"CaspianWithoutLetters", 3388, {"N", "E"}, {"North", "East"}, {1, 1}, true}),
+    [](const auto& info) { return info.param.name; });
+
+struct MeridianRow {
+  const char* name;
+  int code;
+  const char* longitude;
+  const char* unit;
+};
+
+void PrintTo(const MeridianRow& row, std::ostream* out) {
+  *out << row.name;
+}
+
+class MeridianOf : public testing::TestWithParam<MeridianRow> {};
+
+TEST_P(MeridianOf, IsInDegreesOrGrads) {
+  const PrimeMeridianModel model =
+      Maker().PrimeMeridian(Maker().Dataset().primeMeridians.at(GetParam().code));
+  EXPECT_EQ(model.longitude, GetParam().longitude);
+  EXPECT_EQ(model.unit.name, GetParam().unit);
+  EXPECT_EQ(model.geoTiffCode, GetParam().code);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Meridians, MeridianOf,
+    testing::Values(MeridianRow{"Greenwich", 8901, "0", "degree"},
+                    MeridianRow{"ParisInGrads", 8903, "2.5969213", "grad"},
+                    // -74 degrees 4' 51.3", -17 degrees 40', 2 degrees 20' 13.95".
+                    MeridianRow{"Bogota", 8904, "-74.08091666666667", "degree"},
+                    MeridianRow{"Ferro", 8909, "-17.666666666666668", "degree"},
+                    MeridianRow{"ParisRgs", 8914, "2.3372083333333333", "degree"}),
+    [](const auto& info) { return info.param.name; });
+
+TEST(Ellipsoids, KeepTheNumberThatDefinesTheirShape) {
+  const auto& rows = Maker().Dataset().ellipsoids;
+  const EllipsoidModel wgs84 = Maker().Ellipsoid(rows.at(7030));
+  EXPECT_TRUE(wgs84.useF);
+  EXPECT_EQ(wgs84.f, 1 / 298.257223563);
+  const EllipsoidModel clarke1866 = Maker().Ellipsoid(rows.at(7008));
+  EXPECT_FALSE(clarke1866.useF);
+  EXPECT_EQ(clarke1866.b, "6356583.8");
+  const EllipsoidModel clarke1880 = Maker().Ellipsoid(rows.at(7034));
+  EXPECT_EQ(clarke1880.a, "20926202");
+  EXPECT_EQ(clarke1880.unit.name, "Clarke's foot");
+  EXPECT_TRUE(Maker().Ellipsoid(rows.at(7048)).sphere);
+}
+
+TEST(GeodeticSystems, OfTwoAndThreeDimensionsAreOneSystem) {
+  const SystemModel flat = Model(4326);
+  const SystemModel solid = Model(4979);
+  EXPECT_EQ(flat.name, solid.name);
+  EXPECT_EQ(solid.geoTiffCode, 4326);
+  EXPECT_EQ(Maker().RecordCode(4979), 4326);
+  EXPECT_EQ(Maker().MergedSystems().at(4326), 4979);
+  // Same datum, other name.
+  EXPECT_EQ(Maker().RecordCode(7084), 7084);
+  EXPECT_EQ(Maker().RecordCode(7042), 7084);
+  // A geocentric system of the same name is another kind.
+  EXPECT_EQ(Model(4978).kind, SystemKind::kGeocentric);
+  EXPECT_EQ(Model(4978).geoTiffCode, 4978);
+}
+
+TEST(GeodeticSystems, GivenLongitudeFirstAreHeldLatitudeFirstAndSaySo) {
+  const SystemModel model = Model(7084);
+  EXPECT_EQ(model.axisAbbreviation[0], "Lat");
+  EXPECT_NE(model.description.find("latitude first"), std::string::npos);
+}
+
+TEST(ProjectedSystems, StandOnTheRecordOfTheirBaseSystem) {
+  const SystemModel overFlat = Model(27700);
+  ASSERT_TRUE(overFlat.primary);
+  EXPECT_EQ(overFlat.primary->geoTiffCode, 4277);
+  EXPECT_EQ(overFlat.datum->name, overFlat.primary->datum->name);
+  // The base of this one is the 3D system, 9893.
+  EXPECT_EQ(Model(9895).primary->geoTiffCode, 4181);
+  EXPECT_EQ(Model(2065).primeMeridian.name, "Ferro");
+}
+
+TEST(Datums, OfEnsemblesGoByTheirPlainNames) {
+  EXPECT_EQ(Model(4326).datum->name, "World Geodetic System 1984");
+  EXPECT_EQ(Model(4258).datum->name, "European Terrestrial Reference System 1989");
+  EXPECT_EQ(Model(4277).datum->name, "Ordnance Survey of Great Britain 1936");
+  EXPECT_EQ(Model(4277).datum->abbreviation, "OSGB36");
+}
+
+TEST(Codes, ThatAreNotLiveSystemsAreRefusedAndChangeNothing) {
+  SystemModel model;
+  model.name = "before";
+  // None at all, a vertical system, a deprecated one, a datum.
+  for (const int code : {0, 5773, 4326001, 2192, 6326}) {
+    std::string error;
+    EXPECT_FALSE(ModelFromEpsg(code, &model, &error)) << code;
+    EXPECT_NE(error.find(std::to_string(code)), std::string::npos) << error;
+  }
+  EXPECT_EQ(model.name, "before");
+}
+
+TEST(AllSystems, FitTheFieldsThatDescribeThemAndBearNoNameTwiceInAKind) {
+  std::set<std::pair<SystemKind, std::string>> names;
+  for (const int code : Maker().SystemCodes()) {
+    const SystemModel model = Model(code);
+    EXPECT_LE(model.description.size(), 255U) << code;
+    EXPECT_LE(model.datum->shift.description.size(), 255U)
+        << code << model.datum->shift.description;
+    EXPECT_TRUE(names.emplace(model.kind, model.name).second) << model.name;
+    EXPECT_EQ(model.geoTiffCode, code);
+  }
+  EXPECT_EQ(names.size(), 5874U);
+}
+
+}  // namespace
+}  // namespace QvRefSystem
