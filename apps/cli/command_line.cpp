@@ -1,0 +1,164 @@
+#include "apps/cli/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <map>
+#include <ostream>
+
+#include "apps/cli/command_error.h"
+#include "apps/cli/commands.h"
+#include "apps/cli/object_types.h"
+
+namespace RefframeCli {
+
+namespace {
+
+constexpr const char* kAbout =
+    "Keeps coordinate reference systems and what they are built from.\n"
+    "DB is a folder, or a container when its name ends in \".qvdb\". OBJ is a key, epsg:CODE or "
+    "name:TEXT.\n"
+    "Exit status: 0 done, 1 the operation failed, 2 the arguments make no command.";
+
+const std::map<std::string, ObjectForm> kForms{{"text", ObjectForm::kText},
+                                               {"xml", ObjectForm::kXml},
+                                               {"projjson", ObjectForm::kProjJson},
+                                               {"wkt2", ObjectForm::kWkt2}};
+
+/// The arguments of all commands and the command that was chosen.
+class TArguments {
+ public:
+  TArguments();
+  void Parse(int argc, const char* const* argv) { app_.parse(argc, argv); }
+  int Exit(const CLI::ParseError& error, TTerminal terminal) {
+    return app_.exit(error, terminal.out, terminal.err);
+  }
+  [[nodiscard]] int Execute(TTerminal terminal);
+
+ private:
+  using Command = int (*)(const TRequest&, TTerminal);
+
+  CLI::App& Add(const char* name, const char* about, Command command);
+  void AddType(CLI::App& app);
+  void AddForm(CLI::App& app, const char* about);
+  void AddExchangeCommands();
+
+  CLI::App app_{kAbout, "refframe"};
+  TRequest request_;
+  std::string type_;
+  std::string form_;
+  int dimension_ = 2;
+  Command command_ = nullptr;
+};
+
+TArguments::TArguments() {
+  app_.set_version_flag("--version", "refframe " REFFRAME_VERSION);
+  app_.require_subcommand(1);
+  app_.failure_message([](const CLI::App*, const CLI::Error& error) {
+    return std::string("refframe: ") + error.what() + " (refframe --help tells more)\n";
+  });
+
+  CLI::App& init =
+      Add("init", "Makes a new database with the systems of the EPSG registry", InitDatabase);
+  init.add_flag("--list", request_.listRefused,
+                "Also print the systems that did not get in, and why");
+
+  CLI::App& list = Add("list", "Lists the objects of a type: key, name, description", ListObjects);
+  AddType(list);
+  list.add_option("--search", request_.search, "Only names that hold this text, case aside");
+
+  CLI::App& info = Add("info", "Describes an object", ShowInfo);
+  AddType(info);
+  info.add_option("OBJ", request_.object, "The object")->required();
+
+  AddExchangeCommands();
+
+  CLI::App& users =
+      Add("used-by", "Lists what refers to an object: type, key, name, description", ListUsers);
+  AddType(users);
+  users.add_option("OBJ", request_.object, "The object")->required();
+
+  CLI::App& remove = Add("delete", "Deletes an object to which nothing refers", DeleteObject);
+  AddType(remove);
+  remove.add_option("OBJ", request_.object, "The object")->required();
+  remove.add_flag("--yes", request_.yes, "Do not ask");
+
+  Add("check", "Verifies every reference, code row and duplicate; prints what it finds",
+      CheckWhole);
+}
+
+void TArguments::AddExchangeCommands() {
+  CLI::App& write = Add("export", "Writes an object with all that it refers to", ExportObjects);
+  AddType(write);
+  write.add_option("OBJ", request_.object, "The object");
+  write.add_flag("--all", request_.all, "Every object of the type, each to a file of its own");
+  AddForm(write, "How it is written (text); projjson and wkt2 are for reference systems");
+  write
+      .add_option("--dimension", dimension_,
+                  "Whether projjson and wkt2 write a geodetic system with 2 or 3 axes (2)")
+      ->check(CLI::IsMember({2, 3}));
+  write.add_option("-o,--output", request_.output,
+                   "File to write to (standard output); with --all the folder");
+
+  CLI::App& read = Add("import",
+                       "Finds or adds the objects that files hold: key, found or "
+                       "inserted, name",
+                       ImportFiles);
+  AddType(read);
+  read.add_option("FILE", request_.files, "The files, - for standard input")->required();
+  AddForm(read, "How they are written; the content tells it otherwise");
+}
+
+CLI::App& TArguments::Add(const char* name, const char* about, Command command) {
+  CLI::App& app = *app_.add_subcommand(name, about);
+  app.add_option("DB", request_.database, "The database")->required();
+  app.callback([this, command] { command_ = command; });
+  return app;
+}
+
+void TArguments::AddType(CLI::App& app) {
+  app.add_option("TYPE", type_, "The type of the object")
+      ->required()
+      ->check(CLI::IsMember(TypeArguments()));
+}
+
+void TArguments::AddForm(CLI::App& app, const char* about) {
+  std::vector<std::string> names;
+  for (const auto& [name, form] : kForms)
+    names.push_back(name);
+  app.add_option("--form", form_, about)->check(CLI::IsMember(names));
+}
+
+int TArguments::Execute(TTerminal terminal) {
+  if (!type_.empty()) request_.type = TypeOfArgument(type_);
+  if (!form_.empty()) request_.form = kForms.at(form_);
+  if (dimension_ == 3) request_.dimension = QvRefSystem::Dimension::kThree;
+  return command_(request_, terminal);
+}
+
+int RunParsed(int argc, const char* const* argv, TTerminal terminal) {
+  TArguments arguments;
+  try {
+    arguments.Parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    // Help and the version come this way too, with an exit code of 0.
+    return arguments.Exit(error, terminal) == 0 ? kSucceeded : kMisused;
+  }
+  const int result = arguments.Execute(terminal);
+  if (!terminal.out.flush()) throw CommandError("the output cannot be written");
+  return result;
+}
+
+}  // namespace
+
+int Run(int argc, const char* const* argv, TTerminal terminal) {
+  try {
+    return RunParsed(argc, argv, terminal);
+  } catch (const UsageError& error) {
+    terminal.err << "refframe: " << error.what() << "\n";
+    return kMisused;
+  } catch (const std::exception& error) {
+    if (*error.what() != '\0') terminal.err << "refframe: " << error.what() << "\n";
+    return kFailed;
+  }
+}
+
+}  // namespace RefframeCli

@@ -1,0 +1,154 @@
+#include "apps/cli/commands.h"
+
+#include <ostream>
+#include <set>
+
+#include "apps/cli/command_error.h"
+#include "apps/cli/object_types.h"
+#include "apps/cli/open_database.h"
+#include "database/database_check.h"
+#include "platform/text/text.h"
+#include "processors/name_filter.h"
+#include "registry/epsg_registry.h"
+
+namespace RefframeCli {
+
+using QvPlatform::Encode;
+using QvPlatform::TMatch;
+using QvPlatform::TQvDataSet;
+using QvPlatform::TRowView;
+using QvRefSystem::FieldSpec;
+using QvRefSystem::TableOf;
+using QvRefSystem::TObjectDescriptor;
+using QvRefSystem::TQvRfDataProcessor;
+
+namespace {
+
+// Texts go out with their tabs and line feeds escaped, so that a line stays a line.
+void PutLine(std::ostream& out, std::initializer_list<std::string> columns) {
+  const char* separator = "";
+  for (const std::string& column : columns) {
+    out << separator << column;
+    separator = "\t";
+  }
+  out << "\n";
+}
+
+/// The columns by which objects of a type are listed.
+class TListedColumns {
+ public:
+  TListedColumns(TQvDataSet& dataSet, const TObjectDescriptor& type)
+      : key_(dataSet.FieldByName(TableOf(type.table).keyField).GetIndex()),
+        name_(dataSet.FieldByName("NAME").GetIndex()),
+        description_(dataSet.FieldByName("DESCRIPTION").GetIndex()) {}
+
+  [[nodiscard]] std::string Key(TRowView row) const { return std::to_string(row.GetInteger(key_)); }
+  [[nodiscard]] std::string Name(TRowView row) const { return Encode(row.GetText(name_)); }
+  [[nodiscard]] std::string Description(TRowView row) const {
+    return Encode(row.GetText(description_));
+  }
+
+ private:
+  int key_;
+  int name_;
+  int description_;
+};
+
+}  // namespace
+
+int InitDatabase(const TRequest& request, TTerminal terminal) {
+  TTerminalInterface ui(terminal, false);
+  QvRefSystem::RegistryOptions options;
+  options.resourceForm = IsContainer(request.database);
+  QvRefSystem::RegistryReport report;
+  std::string error;
+  if (!BuildRegistryDatabase(request.database, options, ui, &report, &error)) {
+    throw CommandError(request.database + ": " + error);
+  }
+  terminal.out << std::to_string(report.systems) << " reference systems are in, "
+               << std::to_string(report.refused.size()) << " of the registry are not"
+               << (request.listRefused && !report.refused.empty() ? ":\n" : "\n");
+  if (!request.listRefused) return kSucceeded;
+  for (const QvRefSystem::RegistryRefusal& refusal : report.refused) {
+    PutLine(terminal.out,
+            {"epsg:" + std::to_string(refusal.code), Encode(refusal.name), Encode(refusal.reason)});
+  }
+  return kSucceeded;
+}
+
+int ListObjects(const TRequest& request, TTerminal terminal) {
+  TTerminalInterface ui(terminal, false);
+  TOpenDatabase database(request.database, ui);
+  TQvDataSet& dataSet = *database.Processor(*request.type).DataSet;
+  const TListedColumns columns(dataSet, *request.type);
+  QvRefSystem::TNameFilter filter(dataSet);
+  for (const int position : filter.Match(request.search.value_or(""))) {
+    const TRowView row = dataSet.Row(position);
+    PutLine(terminal.out, {columns.Key(row), columns.Name(row), columns.Description(row)});
+  }
+  return kSucceeded;
+}
+
+int ShowInfo(const TRequest& request, TTerminal terminal) {
+  TTerminalInterface ui(terminal, false);
+  TOpenDatabase database(request.database, ui);
+  QvRefSystem::TStrings lines;
+  if (!database.Locate(*request.type, request.object).GetInfoLines(&lines)) {
+    throw CommandError("the record cannot be described: its kind is not known");
+  }
+  for (const std::string& line : lines)
+    terminal.out << line << "\n";
+  return kSucceeded;
+}
+
+int ListUsers(const TRequest& request, TTerminal terminal) {
+  TTerminalInterface ui(terminal, false);
+  TOpenDatabase database(request.database, ui);
+  const int key = database.Locate(*request.type, request.object).GetCurrentKey();
+  // The catalogue is asked, not the object's own list: it also knows who uses what nobody asks
+  // before a deletion, the kinds and the height systems.
+  for (const TObjectDescriptor& user : QvRefSystem::ObjectDescriptors()) {
+    TQvDataSet& dataSet = database.Data().DataSet(user.table);
+    const TListedColumns columns(dataSet, user);
+    std::set<std::string> listed;
+    for (const FieldSpec& field : TableOf(user.table).fields) {
+      if (field.refersTo != request.type->table) continue;
+      const int number = dataSet.FieldByName(field.name).GetIndex();
+      for (const TRowView row : dataSet.FindAll({TMatch::Integer(number, key)})) {
+        if (!listed.insert(columns.Key(row)).second) continue;
+        PutLine(terminal.out, {TypeArgument(user.typeName), columns.Key(row), columns.Name(row),
+                               columns.Description(row)});
+      }
+    }
+  }
+  return kSucceeded;
+}
+
+int DeleteObject(const TRequest& request, TTerminal terminal) {
+  TTerminalInterface ui(terminal, request.yes);
+  TOpenDatabase database(request.database, ui);
+  TQvRfDataProcessor& processor = database.Locate(*request.type, request.object);
+  const int key = processor.GetCurrentKey();
+  if (!processor.DeleteRecord(nullptr)) {
+    const bool told = ui.HasReported();
+    throw CommandError(told ? std::string()
+                            : "a " + std::string(request.type->typeName) + " cannot be deleted");
+  }
+  // An answer of No is no failure of the operation, but one that nobody gave is.
+  processor.DataSet->First();
+  if (processor.GetCurrentKey() != key && !processor.LocateKey(key)) return kSucceeded;
+  return ui.HasReported() ? kFailed : kSucceeded;
+}
+
+int CheckWhole(const TRequest& request, TTerminal terminal) {
+  TTerminalInterface ui(terminal, false);
+  TOpenDatabase database(request.database, ui);
+  std::vector<std::string> findings;
+  const bool sound = QvRefSystem::CheckDatabase(database.Data(), &findings);
+  for (const std::string& finding : findings)
+    terminal.out << finding << "\n";
+  if (sound && findings.empty()) return kSucceeded;
+  throw CommandError(request.database + ": " + std::to_string(findings.size()) + " findings");
+}
+
+}  // namespace RefframeCli

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "apps/cli/command_line.h"
+#include "apps/cli/object_files.h"
+#include "processors/object_descriptor.h"
+
+namespace RefframeCli {
+
+/// What a command line asked for; a command reads the members that it has.
+struct TRequest {
+  std::string database;
+  const QvRefSystem::TObjectDescriptor* type = nullptr;
+  std::string object;
+  std::optional<std::string> search;
+  bool listRefused = false;
+  bool all = false;
+  bool yes = false;
+  std::optional<ObjectForm> form;
+  QvRefSystem::Dimension dimension = QvRefSystem::Dimension::kTwo;
+  std::string output;
+  std::vector<std::string> files;
+};
+
+// Each command gives kSucceeded or kFailed, or throws CommandError or UsageError.
+
+/// Makes a new database with the systems of the EPSG registry.
+int InitDatabase(const TRequest& request, TTerminal terminal);
+/// A line for each object: key, name and description between tabs.
+int ListObjects(const TRequest& request, TTerminal terminal);
+int ShowInfo(const TRequest& request, TTerminal terminal);
+int ExportObjects(const TRequest& request, TTerminal terminal);
+/// A line for each file that got in: key, "found" or "inserted", and name between tabs.
+int ImportFiles(const TRequest& request, TTerminal terminal);
+/// A line for each user: type, key, name and description between tabs.
+int ListUsers(const TRequest& request, TTerminal terminal);
+int DeleteObject(const TRequest& request, TTerminal terminal);
+/// A line for each finding; kFailed if there is one.
+int CheckWhole(const TRequest& request, TTerminal terminal);
+
+}  // namespace RefframeCli

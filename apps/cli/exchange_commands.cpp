@@ -1,0 +1,157 @@
+#include <filesystem>
+#include <istream>
+#include <iterator>
+#include <ostream>
+
+#include "apps/cli/command_error.h"
+#include "apps/cli/commands.h"
+#include "apps/cli/open_database.h"
+#include "platform/text/text.h"
+#include "platform/ui/texts.h"
+
+namespace RefframeCli {
+
+using QvCommonUtils::TStringTree;
+using QvRefSystem::TObjectDescriptor;
+using QvRefSystem::TObjectType;
+using QvRefSystem::TQvRfDataProcessor;
+
+namespace {
+
+// Note of an insertion: whether a record was added (1) or found (0).
+constexpr int kInsertedNote = 201003;
+
+std::string CurrentName(const TQvRfDataProcessor& processor) {
+  std::string name;
+  processor.GetNames(nullptr, &name);
+  return name;
+}
+
+// Writes the processor's current record.
+std::string WriteCurrent(TQvRfDataProcessor& processor, const TRequest& request) {
+  TStringTree tree;
+  if (!processor.WriteToTree(&tree, 0, 0)) {
+    throw CommandError("an object that it refers to is missing, or its kind is not known");
+  }
+  return WriteObject(tree, *request.type, request.form.value_or(ObjectForm::kText),
+                     request.dimension);
+}
+
+void ExportOne(TOpenDatabase& database, const TRequest& request, TTerminal terminal) {
+  TQvRfDataProcessor& processor = database.Locate(*request.type, request.object);
+  const ObjectForm form = request.form.value_or(ObjectForm::kText);
+  std::string content;
+  try {
+    content = WriteCurrent(processor, request);
+  } catch (const std::exception& error) {
+    throw CommandError(request.object + ": " + error.what());
+  }
+  if (!request.output.empty()) return SaveObject(request.output, form, content);
+  terminal.out << content;
+  if (!content.ends_with('\n')) terminal.out << "\n";
+}
+
+int ExportAll(TOpenDatabase& database, const TRequest& request, TTerminal terminal,
+              TTerminalInterface& ui) {
+  std::error_code error;
+  std::filesystem::create_directories(request.output, error);
+  if (error) throw CommandError(request.output + ": " + error.message());
+
+  TQvRfDataProcessor& processor = database.Processor(*request.type);
+  const ObjectForm form = request.form.value_or(ObjectForm::kText);
+  const int count = processor.DataSet->RecordCount();
+  const auto progress =
+      ui.StartProgress(0, QvPlatform::SystemText(request.type->displayName), count);
+  TFileNames names(request.output);
+  int failed = 0;
+  for (int position = 0; position < count; ++position) {
+    processor.DataSet->MoveTo(position);
+    const std::string name = CurrentName(processor);
+    const std::string key = std::to_string(processor.GetCurrentKey());
+    try {
+      const std::string content = WriteCurrent(processor, request);
+      SaveObject(names.Next(name, *request.type, form), form, content);
+    } catch (const std::exception& failure) {
+      terminal.err << "refframe: " << key << " \"" << name << "\": " << failure.what() << "\n";
+      ++failed;
+    }
+    progress->Next();
+  }
+  terminal.out << std::to_string(count - failed) << " objects written to " << request.output
+               << "\n";
+  return failed == 0 ? kSucceeded : kFailed;
+}
+
+// Why a tree was not taken, as far as it can be told.
+std::string WhyRefused(const TStringTree& tree, const TObjectDescriptor& type) {
+  std::string reason;
+  QvRefSystem::SystemModel model;
+  if (type.type == TObjectType::kReferenceSystem &&
+      !QvRefSystem::ModelFromTree(&tree, &model, &reason) && !reason.empty()) {
+    return reason;
+  }
+  return "it does not hold a whole " + std::string(type.typeName) +
+         ", or one of a type whose "
+         "table is closed";
+}
+
+std::string ReadSource(const std::string& file, TTerminal terminal) {
+  if (file != "-") return LoadObject(file);
+  return {std::istreambuf_iterator<char>(terminal.in), std::istreambuf_iterator<char>()};
+}
+
+void ImportOne(TQvRfDataProcessor& processor, const TRequest& request, const std::string& file,
+               TTerminal terminal) {
+  const std::string content = ReadSource(file, terminal);
+  TStringTree tree;
+  int key = 0;
+  try {
+    ReadObject(content, *request.type, request.form, &tree);
+    key = processor.InsertFromTree(&tree);
+  } catch (const std::exception& error) {
+    throw CommandError(file + ": " + error.what());
+  }
+  if (key == 0) throw CommandError(file + ": " + WhyRefused(tree, *request.type));
+  // Height systems leave no note: they are added whenever they come.
+  int inserted = 1;
+  (void)tree.GetInteger(kInsertedNote, -1, &inserted);
+  terminal.out << std::to_string(key) << "\t" << (inserted != 0 ? "inserted" : "found") << "\t"
+               << QvPlatform::Encode(CurrentName(processor)) << "\n";
+}
+
+}  // namespace
+
+int ExportObjects(const TRequest& request, TTerminal terminal) {
+  if (request.all && !request.object.empty()) {
+    throw UsageError("export: either an object or --all, not both");
+  }
+  if (!request.all && request.object.empty()) {
+    throw UsageError("export: give an object or --all");
+  }
+  if (request.all && request.output.empty()) {
+    throw UsageError("export: --all needs a folder to write to (-o)");
+  }
+  TTerminalInterface ui(terminal, false);
+  TOpenDatabase database(request.database, ui);
+  if (request.all) return ExportAll(database, request, terminal, ui);
+  ExportOne(database, request, terminal);
+  return kSucceeded;
+}
+
+int ImportFiles(const TRequest& request, TTerminal terminal) {
+  TTerminalInterface ui(terminal, false);
+  TOpenDatabase database(request.database, ui);
+  TQvRfDataProcessor& processor = database.Processor(*request.type);
+  int result = kSucceeded;
+  for (const std::string& file : request.files) {
+    try {
+      ImportOne(processor, request, file, terminal);
+    } catch (const CommandError& error) {
+      terminal.err << "refframe: " << error.what() << "\n";
+      result = kFailed;
+    }
+  }
+  return result;
+}
+
+}  // namespace RefframeCli

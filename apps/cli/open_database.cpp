@@ -1,0 +1,150 @@
+#include "apps/cli/open_database.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <vector>
+
+#include "apps/cli/command_error.h"
+#include "platform/text/text.h"
+#include "processors/processor_set.h"
+
+namespace RefframeCli {
+
+namespace fs = std::filesystem;
+using QvPlatform::TMatch;
+using QvPlatform::TQvDataSet;
+using QvPlatform::TRowView;
+using QvRefSystem::TableId;
+using QvRefSystem::TableOf;
+using QvRefSystem::TableSpec;
+using QvRefSystem::TObjectDescriptor;
+using QvRefSystem::TParamTag;
+using QvRefSystem::TQvRfDataProcessor;
+
+namespace {
+
+constexpr std::string_view kContainerSuffix = ".qvdb";
+
+// A path of the wrong kind is told here: the table engine would only say that a table is missing.
+void RequirePlace(const std::string& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (!fs::exists(status)) throw CommandError(path + ": there is no such database");
+  if (IsContainer(path) && fs::is_directory(status)) {
+    throw CommandError(path + ": is a folder, and a container is one file");
+  }
+  if (!IsContainer(path) && !fs::is_directory(status)) {
+    throw CommandError(path + ": is no folder, and the name of a container ends in \"" +
+                       std::string(kContainerSuffix) + "\"");
+  }
+}
+
+// The table that has to be delivered and is not there; "" if all are.
+std::string MissingTable(const std::string& path) {
+  const bool container = IsContainer(path);
+  for (const TableSpec& table : QvRefSystem::TableCatalogue()) {
+    if (table.tag == QvRefSystem::kUnopenedTag) continue;
+    std::string name(table.streamName);
+    if (container) name = QvRefSystem::ExtractTableBaseName(name);
+    if (!QvRefSystem::StorageFileExists(path + (container ? "." : "/") + name, container)) {
+      return name;
+    }
+  }
+  return "";
+}
+
+// Keys of the records that a match finds, each once, in table order.
+std::vector<int> KeysOf(const TQvDataSet& dataSet, const TMatch& match, int keyField) {
+  std::vector<int> keys;
+  for (const TRowView row : dataSet.FindAll({match}))
+    keys.push_back(row.GetInteger(keyField));
+  return keys;
+}
+
+// Keys of the objects of a type whose exchange code is `code`. Rows of codes outlive their owner,
+// so one without it counts for nothing.
+std::vector<int> KeysOfCode(QvRefSystem::TdatamoduleQvRfData& data, const TObjectDescriptor& type,
+                            int code) {
+  TQvDataSet& values = data.datasetParamValue;
+  const auto field = [&](const char* name) { return values.FieldByName(name).GetIndex(); };
+  TQvDataSet& owners = data.DataSet(type.table);
+  const int ownerKey = owners.FieldByName(TableOf(type.table).keyField).GetIndex();
+  std::vector<int> keys;
+  for (const TRowView row :
+       values.FindAll({TMatch::Text(field("VALUE"), std::to_string(code)),
+                       TMatch::Integer(field("PARAM_TAG"), static_cast<int>(TParamTag::kGeoTiff)),
+                       TMatch::Integer(field("OWNER_CONTENT"), static_cast<int>(type.type))})) {
+    const int key = row.GetInteger(field("OWNER_ID"));
+    if (owners.FindFirst({TMatch::Integer(ownerKey, key)}) && !std::ranges::count(keys, key)) {
+      keys.push_back(key);
+    }
+  }
+  return keys;
+}
+
+int ParseNumber(std::string_view text, const std::string& object) {
+  int number = 0;
+  if (!QvPlatform::TextToInteger(text, &number) || number < 1) {
+    throw UsageError("\"" + object + "\" is no object: give a key, epsg:CODE or name:TEXT");
+  }
+  return number;
+}
+
+}  // namespace
+
+bool IsContainer(std::string_view path) {
+  return path.ends_with(kContainerSuffix);
+}
+
+TOpenDatabase::TOpenDatabase(const std::string& path, TTerminalInterface& ui)
+    : data_(QvRefSystem::MakeDataModule(ui)) {
+  RequirePlace(path);
+  data_->DatabasePath = path;
+  if (data_->OpenDatabase(path, QvRefSystem::kFullMode, IsContainer(path))) return;
+  std::string reason = data_->LastError();
+  if (const std::string missing = MissingTable(path); reason.empty() && !missing.empty()) {
+    reason = "the table " + missing + " is missing";
+  }
+  if (reason.empty() && !ui.HasReported()) reason = "the database does not open";
+  throw CommandError(reason.empty() ? reason : path + ": " + reason);
+}
+
+TQvRfDataProcessor& TOpenDatabase::Processor(const TObjectDescriptor& type) {
+  TQvRfDataProcessor* processor = QvRefSystem::ProcessorFor(*data_, static_cast<int>(type.type));
+  if (processor == nullptr) throw CommandError("there is no such object type");
+  return *processor;
+}
+
+int TOpenDatabase::KeyOf(const TObjectDescriptor& type, const std::string& object) {
+  std::vector<int> keys;
+  if (object.starts_with("epsg:")) {
+    keys = KeysOfCode(*data_, type, ParseNumber(std::string_view(object).substr(5), object));
+  } else if (object.starts_with("name:")) {
+    TQvDataSet& dataSet = data_->DataSet(type.table);
+    keys = KeysOf(dataSet,
+                  TMatch::Folded(dataSet.FieldByName("NAME").GetIndex(),
+                                 QvPlatform::FoldName(std::string_view(object).substr(5))),
+                  dataSet.FieldByName(TableOf(type.table).keyField).GetIndex());
+  } else {
+    return ParseNumber(object, object);
+  }
+  if (keys.size() <= 1) return keys.empty() ? 0 : keys.front();
+  // To pick one of several silently could hand out another system than the one that was meant.
+  std::string list;
+  for (const int key : keys)
+    list += (list.empty() ? "" : ", ") + std::to_string(key);
+  throw CommandError(std::string(type.typeName) + " \"" + object + "\" is not one: the keys are " +
+                     list);
+}
+
+TQvRfDataProcessor& TOpenDatabase::Locate(const TObjectDescriptor& type,
+                                          const std::string& object) {
+  TQvRfDataProcessor& processor = Processor(type);
+  const int key = KeyOf(type, object);
+  if (key < 1 || !processor.LocateKey(key)) {
+    throw CommandError("there is no " + std::string(type.typeName) + " \"" + object + "\"");
+  }
+  return processor;
+}
+
+}  // namespace RefframeCli

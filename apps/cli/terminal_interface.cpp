@@ -1,0 +1,97 @@
+#include "apps/cli/terminal_interface.h"
+
+#include <algorithm>
+#include <istream>
+#include <ostream>
+#include <utility>
+
+#include "apps/cli/object_types.h"
+#include "platform/ui/texts.h"
+
+namespace RefframeCli {
+
+using QvPlatform::MessageAnswer;
+using QvPlatform::MessageButtons;
+using QvPlatform::MessageKind;
+
+namespace {
+
+// One line that is written again each time a further hundredth is done.
+class TTerminalProgress final : public QvPlatform::TProgress {
+ public:
+  TTerminalProgress(std::ostream& err, std::string title, int count)
+      : err_(err), title_(std::move(title)), count_(std::max(count, 1)) {}
+  ~TTerminalProgress() override {
+    if (shown_ >= 0) err_ << "\r\x1b[K" << std::flush;
+  }
+  bool Next() override {
+    ++done_;
+    const int percent = static_cast<int>(100LL * std::min(done_, count_) / count_);
+    if (percent > shown_) {
+      shown_ = percent;
+      err_ << "\r" << title_ << ": " << std::to_string(percent) << " %" << std::flush;
+    }
+    return true;
+  }
+
+ private:
+  std::ostream& err_;
+  std::string title_;
+  int count_;
+  int done_ = 0;
+  int shown_ = -1;
+};
+
+class TSilentProgress final : public QvPlatform::TProgress {
+ public:
+  bool Next() override { return true; }
+};
+
+}  // namespace
+
+TTerminalInterface::TTerminalInterface(TTerminal terminal, bool assumeYes)
+    : terminal_(terminal), assumeYes_(assumeYes) {}
+
+bool TTerminalInterface::Confirm(const std::string& question) {
+  if (assumeYes_) return true;
+  if (!terminal_.interactive) {
+    hasReported_ = true;
+    terminal_.err << "refframe: " << question << " There is nobody to ask; --yes says it\n";
+    return false;
+  }
+  terminal_.err << question << " [y/N] " << std::flush;
+  std::string answer;
+  std::getline(terminal_.in, answer);
+  return answer == "y" || answer == "Y" || answer == "yes";
+}
+
+MessageAnswer TTerminalInterface::ShowMessage(MessageKind kind, const std::string& text,
+                                              MessageButtons buttons) {
+  if (buttons == MessageButtons::kYesNo) {
+    return Confirm(text) ? MessageAnswer::kYes : MessageAnswer::kNo;
+  }
+  hasReported_ |= kind == MessageKind::kError || kind == MessageKind::kWarning;
+  terminal_.err << "refframe: " << text << "\n";
+  return MessageAnswer::kOk;
+}
+
+QvPlatform::UsedByAnswer TTerminalInterface::ShowUsedBy(QvPlatform::TComponent* /*owner*/,
+                                                        std::span<const QvPlatform::UsedByRow> rows,
+                                                        bool /*viewAllowed*/) {
+  hasReported_ = true;
+  terminal_.err << "refframe: " << QvPlatform::SystemText(QvPlatform::TextId::kUsedBy) << "\n";
+  for (const QvPlatform::UsedByRow& row : rows) {
+    terminal_.err << "  " << TypeArgument(row.typeName) << " " << std::to_string(row.key) << " \""
+                  << row.name << "\"\n";
+  }
+  return QvPlatform::UsedByAnswer::kClosed;
+}
+
+std::unique_ptr<QvPlatform::TProgress> TTerminalInterface::StartProgress(int /*options*/,
+                                                                         const std::string& title,
+                                                                         int count) {
+  if (!terminal_.interactive) return std::make_unique<TSilentProgress>();
+  return std::make_unique<TTerminalProgress>(terminal_.err, title, count);
+}
+
+}  // namespace RefframeCli

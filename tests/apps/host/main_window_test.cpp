@@ -1,0 +1,173 @@
+#include "apps/host/main_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QSettings>
+#include <QTreeWidget>
+
+#include "apps/host/tree_view.h"
+#include "dialogs/import_export.h"
+#include "tests/dialogs/dialog_fixture.h"
+#include "tests/support/sample_trees.h"
+
+namespace refframe_tests {
+namespace {
+
+using QvRefSystem::TformQvRfSelector;
+using QvRefSystem::TMainWindow;
+
+class HostWindow : public testing::Test {
+ protected:
+  HostWindow() {
+    for (const int kind : {4, 5}) {
+      auto& systems = database_.Processor(QvRefSystem::TObjectType::kReferenceSystem);
+      EXPECT_GT(systems.InsertFromTree(MakeTree(SystemTree, kind).get()), 0);
+    }
+    database_.data->CloseDatabase();
+  }
+  [[nodiscard]] bool Open(TMainWindow& window) {
+    return window.OpenDatabase(QString::fromStdString(database_.path));
+  }
+  static QAction& Action(const QWidget& window, const char* name) {
+    auto* action = window.findChild<QAction*>(name);
+    if (action == nullptr) throw std::runtime_error(std::string("no action ") + name);
+    return *action;
+  }
+
+  TestDatabase database_;
+  ScriptedUi ui_;
+  TemporaryFolder folder_;
+  QSettings settings_{QString::fromStdString(folder_.Path("settings.ini")), QSettings::IniFormat};
+};
+
+TEST_F(HostWindow, WithoutADatabaseSaysWhatToDo) {
+  TMainWindow window(settings_, ui_);
+  window.show();
+  EXPECT_TRUE(Child<QLabel>(window, "lblPlaceholder").text().contains("refframe init DIR"));
+  for (const char* action : {"actChoose", "actInsert", "actInfo", "actSaveTree", "actBrowse1"}) {
+    EXPECT_FALSE(Action(window, action).isEnabled()) << action;
+  }
+  EXPECT_FALSE(window.OpenDatabase("/no/such/folder"));
+  EXPECT_EQ(ui_.messages, std::vector<std::string>{"There is no database at \"/no/such/folder\"."});
+}
+
+TEST_F(HostWindow, ShowsTheChosenSystem) {
+  TMainWindow window(settings_, ui_);
+  window.show();
+  ASSERT_TRUE(Open(window));
+  EXPECT_TRUE(Child<QLabel>(window, "lblDatabase").text().endsWith(": 2 systems"));
+  ScreenUser user;
+  user.In<TformQvRfSelector>([](QWidget& form) {
+    Search(form, "utm");
+    Press(form, "comboSearch", Qt::Key_Return);
+  });
+  Action(window, "actChoose").trigger();
+  EXPECT_TRUE(window.windowTitle().startsWith("NAD27 / UTM 17N"));
+  const QString info = Child<QPlainTextEdit>(window, "memoInfo").toPlainText();
+  for (const char* line :
+       {"Kind: projected", "Map projection: UTM zone 17N", "Ellipsoid: Clarke"}) {
+    EXPECT_TRUE(info.contains(line)) << line << " in " << info.toStdString();
+  }
+  EXPECT_TRUE(Child<QPlainTextEdit>(window, "memoWkt").toPlainText().startsWith("PROJCRS["));
+  const auto found =
+      Child<QTreeWidget>(window, "treeSystem").findItems("NAD27 / UTM 17N", Qt::MatchExactly, 1);
+  ASSERT_EQ(found.size(), 1);
+  EXPECT_EQ(found[0]->text(2), "1020");
+}
+
+TEST_F(HostWindow, ACancelledChoiceKeepsTheSystem) {
+  TMainWindow window(settings_, ui_);
+  ASSERT_TRUE(Open(window));
+  const std::string path = folder_.Path("system");
+  WriteTreeFile(*MakeTree(SystemTree, 1), path, QvRefSystem::TObjectFileForm::kText);
+  ASSERT_TRUE(window.OpenTree(QString::fromStdString(path)));
+  ScreenUser user;
+  user.In<TformQvRfSelector>([](QWidget& form) {
+    EXPECT_EQ(MarkedName(form), "Site grid") << "the host's system is stored and offered";
+    Press(form, "dbgridList", Qt::Key_Home);
+    Click(form, "bitbtnCancel");
+  });
+  Action(window, "actChoose").trigger();
+  EXPECT_TRUE(window.windowTitle().startsWith("Site grid"));
+}
+
+TEST_F(HostWindow, OpensAndSavesTreesInBothForms) {
+  TMainWindow window(settings_, ui_);
+  const auto source = MakeTree(SystemTree, 5);
+  const auto answer = [](const std::string& path, int filter) {
+    return [path, filter](QFileDialog& dialog) {
+      dialog.selectNameFilter(dialog.nameFilters().at(filter));
+      emit dialog.filterSelected(dialog.nameFilters().at(filter));
+      Child<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(path));
+      QMetaObject::invokeMethod(&dialog, "accept");
+    };
+  };
+  const struct {
+    int filter;
+    const char* extension;
+  } rows[] = {{0, ".reference system"}, {1, ".x-ref-system"}};
+  for (const auto& row : rows) {
+    const std::string in = folder_.Path("in") + row.extension;
+    WriteTreeFile(
+        *source, in,
+        row.filter == 0 ? QvRefSystem::TObjectFileForm::kText : QvRefSystem::TObjectFileForm::kXml);
+    ScreenUser user;
+    user.In<QFileDialog>(answer(in, row.filter));
+    Action(window, "actOpenTree").trigger();
+    user.In<QFileDialog>(answer(folder_.Path("out"), row.filter));
+    Action(window, "actSaveTree").trigger();
+    QvCommonUtils::TStringTree saved;
+    QvRefSystem::ReadTreeFile(folder_.Path("out") + row.extension, &saved);
+    EXPECT_TRUE(SameTree(&saved, source.get())) << row.extension;
+  }
+  EXPECT_TRUE(ui_.messages.empty());
+}
+
+TEST_F(HostWindow, AFileThatIsNoTreeIsToldAndKeepsTheSystem) {
+  TMainWindow window(settings_, ui_);
+  EXPECT_FALSE(window.OpenTree(QString::fromStdString(folder_.Path("none"))));
+  EXPECT_EQ(ui_.messages.size(), 1U);
+  EXPECT_FALSE(Action(window, "actSaveTree").isEnabled());
+}
+
+TEST_F(HostWindow, RemembersItsDatabaseAndItsOptions) {
+  {
+    TMainWindow window(settings_, ui_);
+    ASSERT_TRUE(Open(window));
+    ScreenUser user;
+    user.In<QDialog>([](QDialog& dialog) {
+      Child<QComboBox>(dialog, "comboMode").setCurrentIndex(0);
+      Child<QCheckBox>(dialog, "chboxImportExport").click();
+      QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok),
+                        Qt::LeftButton);
+    });
+    Action(window, "actOptions").trigger();
+    EXPECT_EQ(QvRefSystem::datamoduleQvRfData->DialogMode, QvRefSystem::kSimpleMode);
+  }
+  TMainWindow window(settings_, ui_);
+  window.OpenLastDatabase();
+  ASSERT_NE(QvRefSystem::datamoduleQvRfData, nullptr);
+  EXPECT_EQ(QvRefSystem::datamoduleQvRfData->DatabasePath, database_.path + "/");
+  EXPECT_EQ(QvRefSystem::datamoduleQvRfData->DialogMode, QvRefSystem::kSimpleMode);
+  EXPECT_TRUE(QvRefSystem::datamoduleQvRfData->ShowImportExport);
+}
+
+TEST_F(HostWindow, DescribesWhatATreeLacks) {
+  QvCommonUtils::TStringTree tree;
+  TreeBuilder(&tree).Field(1020, "Nameless but for this");
+  const QStringList lines = QvRefSystem::DescribeTree(tree);
+  ASSERT_EQ(lines.size(), 1);
+  EXPECT_TRUE(lines[0].startsWith("This tree does not hold a whole reference system: "));
+  EXPECT_TRUE(QvRefSystem::WktOfTree(tree).startsWith("There is no WKT 2 of this system: "));
+}
+
+}  // namespace
+}  // namespace refframe_tests
