@@ -225,7 +225,7 @@ class TQvDataSet {
 /// undoes its changes in the store and has the data sets reload.
 class TQvWriteGroup {
  public:
-  explicit TQvWriteGroup(std::vector<TQvDataSet*> dataSets);
+  explicit TQvWriteGroup(const std::vector<TQvDataSet*>& dataSets);
   ~TQvWriteGroup();
   TQvWriteGroup(const TQvWriteGroup&) = delete;
   TQvWriteGroup& operator=(const TQvWriteGroup&) = delete;

@@ -243,9 +243,8 @@ const TQvDbField& DataSetImpl::Definition(int field) const {
 }
 
 const Cell& DataSetImpl::Content(int field) const {
-  static const Cell kEmpty;
   const Row* row = Current();
-  return row != nullptr ? row->At(field) : kEmpty;
+  return row != nullptr ? row->At(field) : detail::kNoContent;
 }
 
 void DataSetImpl::SetContent(int field, Cell content) {

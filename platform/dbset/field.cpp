@@ -94,8 +94,7 @@ double TRowView::GetFloat(int field) const {
 }
 
 const std::string& TRowView::GetText(int field) const {
-  static const Cell kEmpty;
-  return detail::CellText(row_ != nullptr ? RowOf(row_).At(field) : kEmpty);
+  return detail::CellText(row_ != nullptr ? RowOf(row_).At(field) : detail::kNoContent);
 }
 
 std::string TRowView::GetString(int field) const {

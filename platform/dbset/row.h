@@ -14,6 +14,9 @@ namespace QvPlatform::detail {
 /// Content of one field. Without content it reads as 0 or "".
 using Cell = std::variant<std::monostate, std::int64_t, double, std::string>;
 
+inline const Cell kNoContent;
+inline const std::string kNoText;
+
 /// One record in memory. Its address stays the same as long as the record exists.
 struct Row {
   std::vector<Cell> cells;
@@ -32,9 +35,8 @@ struct Row {
 
   /// The cell of a field, an empty one for a number that is no field's.
   [[nodiscard]] const Cell& At(int field) const {
-    static const Cell kEmpty;
     const auto index = static_cast<std::size_t>(field);
-    return index < cells.size() ? cells[index] : kEmpty;
+    return index < cells.size() ? cells[index] : kNoContent;
   }
 };
 
@@ -44,9 +46,8 @@ struct Row {
 [[nodiscard]] std::string CellString(const Cell& cell);
 /// "" for what is no text.
 [[nodiscard]] inline const std::string& CellText(const Cell& cell) {
-  static const std::string kEmpty;
   const auto* text = std::get_if<std::string>(&cell);
-  return text != nullptr ? *text : kEmpty;
+  return text != nullptr ? *text : kNoText;
 }
 
 /// The nearest integer; false if the value is not finite or out of range.

@@ -1,12 +1,17 @@
 #include "platform/dbset/row_index.h"
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
+#include <utility>
 
 #include "platform/dbset/row_set.h"
 
 namespace QvPlatform::detail {
 
 namespace {
+
+constexpr std::size_t kFirstSize = 16;
 
 /// Finishing steps of MurmurHash3 (A. Appleby, public domain): each bit of the input moves about
 /// half of the bits of the result.
@@ -19,14 +24,9 @@ constexpr std::uint64_t Mix(std::uint64_t x) {
   return x;
 }
 
-std::uint64_t Seed(int field, TMatch::Kind kind) {
-  return (static_cast<std::uint64_t>(static_cast<unsigned>(field)) << 8) |
-         static_cast<std::uint64_t>(kind);
-}
-
-/// Hash of one condition; those of a look-up are added up, so that their order does not matter.
-std::uint64_t PartHash(int field, TMatch::Kind kind, std::uint64_t content) {
-  return Mix(content ^ Mix(Seed(field, kind) + 1));
+std::uint64_t SeedOf(int field, TMatch::Kind kind) {
+  const auto number = static_cast<std::uint64_t>(static_cast<unsigned>(field));
+  return Mix((number << 8) + static_cast<std::uint64_t>(kind) + 1);
 }
 
 std::uint64_t IntegerHash(int value) {
@@ -37,20 +37,13 @@ std::uint64_t TextHash(std::string_view text) {
   return std::hash<std::string_view>()(text);
 }
 
-std::uint64_t HashOfMatches(std::span<const TMatch> matches) {
-  std::uint64_t hash = 0;
-  for (const TMatch& match : matches) {
-    const bool isNumber = match.kind == TMatch::Kind::kInteger;
-    hash += PartHash(match.field, match.kind,
-                     isNumber ? IntegerHash(match.integer) : TextHash(match.text));
-  }
-  return hash;
-}
-
 }  // namespace
 
 RowIndex::RowIndex(std::vector<IndexPart> parts, const RowOrder& order)
-    : parts_(std::move(parts)), order_(order) {}
+    : parts_(std::move(parts)), order_(order), buckets_(kFirstSize) {
+  for (IndexPart& part : parts_)
+    part.seed = SeedOf(part.field, part.kind);
+}
 
 const IndexPart* RowIndex::PartOf(const TMatch& match) const {
   for (const IndexPart& part : parts_) {
@@ -64,6 +57,8 @@ bool RowIndex::Serves(std::span<const TMatch> matches) const {
          std::ranges::all_of(matches,
                              [this](const TMatch& match) { return PartOf(match) != nullptr; });
 }
+
+// The hashes of the parts are added up, so that the order of the conditions does not matter.
 
 std::uint64_t RowIndex::HashOf(const Row& row) const {
   std::uint64_t hash = 0;
@@ -80,7 +75,17 @@ std::uint64_t RowIndex::HashOf(const Row& row) const {
         content = TextHash(row.folded[part.foldSlot]);
         break;
     }
-    hash += PartHash(part.field, part.kind, content);
+    hash += Mix(content ^ part.seed);
+  }
+  return hash;
+}
+
+std::uint64_t RowIndex::HashOf(std::span<const TMatch> matches) const {
+  std::uint64_t hash = 0;
+  for (const TMatch& match : matches) {
+    const bool isNumber = match.kind == TMatch::Kind::kInteger;
+    hash +=
+        Mix((isNumber ? IntegerHash(match.integer) : TextHash(match.text)) ^ PartOf(match)->seed);
   }
   return hash;
 }
@@ -100,56 +105,89 @@ bool RowIndex::Meets(const Row& row, std::span<const TMatch> matches, TRowScope 
   });
 }
 
+std::size_t RowIndex::PlaceOf(std::uint64_t hash) const {
+  std::size_t place = static_cast<std::size_t>(hash) & Mask();
+  while (buckets_[place].first != nullptr && buckets_[place].hash != hash)
+    place = (place + 1) & Mask();
+  return place;
+}
+
+void RowIndex::Grow() {
+  std::vector<Bucket> old = std::exchange(buckets_, std::vector<Bucket>(buckets_.size() * 2));
+  for (Bucket& bucket : old) {
+    if (bucket.first != nullptr) buckets_[PlaceOf(bucket.hash)] = std::move(bucket);
+  }
+}
+
+void RowIndex::Free(std::size_t place) {
+  --used_;
+  buckets_[place] = Bucket();
+  // Close the gap: a later bucket moves into it unless it would then stand ahead of its home.
+  for (std::size_t next = (place + 1) & Mask(); buckets_[next].first != nullptr;
+       next = (next + 1) & Mask()) {
+    const std::size_t home = static_cast<std::size_t>(buckets_[next].hash) & Mask();
+    if (((next - home) & Mask()) < ((next - place) & Mask())) continue;
+    buckets_[place] = std::exchange(buckets_[next], Bucket());
+    place = next;
+  }
+}
+
 void RowIndex::Add(Row* row) {
-  Bucket& bucket = buckets_[HashOf(*row)];
-  if (bucket.first == nullptr) {
-    bucket.first = row;
+  const std::uint64_t hash = HashOf(*row);
+  std::size_t place = PlaceOf(hash);
+  if (buckets_[place].first == nullptr) {
+    if (2 * (used_ + 1) > buckets_.size()) {
+      Grow();
+      place = PlaceOf(hash);
+    }
+    ++used_;
+    buckets_[place].hash = hash;
+    buckets_[place].first = row;
     return;
   }
+  Bucket& bucket = buckets_[place];
   if (order_.Before(*row, *bucket.first)) std::swap(row, bucket.first);
-  const auto place = std::ranges::upper_bound(
-      bucket.more, row, [this](const Row* a, const Row* b) { return order_.Before(*a, *b); });
-  bucket.more.insert(place, row);
+  if (bucket.more == nullptr) bucket.more = std::make_unique<std::vector<Row*>>();
+  const auto behind = std::ranges::upper_bound(
+      *bucket.more, row, [this](const Row* a, const Row* b) { return order_.Before(*a, *b); });
+  bucket.more->insert(behind, row);
 }
 
 void RowIndex::Remove(const Row* row) {
-  const auto found = buckets_.find(HashOf(*row));
-  if (found == buckets_.end()) return;
-  Bucket& bucket = found->second;
+  const std::size_t place = PlaceOf(HashOf(*row));
+  Bucket& bucket = buckets_[place];
   if (bucket.first == row) {
-    if (bucket.more.empty()) {
-      buckets_.erase(found);
-    } else {
-      bucket.first = bucket.more.front();
-      bucket.more.erase(bucket.more.begin());
+    if (bucket.more == nullptr || bucket.more->empty()) {
+      Free(place);
+      return;
     }
-    return;
+    bucket.first = bucket.more->front();
+    bucket.more->erase(bucket.more->begin());
+  } else if (bucket.more != nullptr) {
+    const auto found = std::ranges::lower_bound(
+        *bucket.more, row, [this](const Row* a, const Row* b) { return order_.Before(*a, *b); });
+    if (found != bucket.more->end() && *found == row) bucket.more->erase(found);
   }
-  const auto place = std::ranges::lower_bound(
-      bucket.more, row, [this](const Row* a, const Row* b) { return order_.Before(*a, *b); });
-  if (place != bucket.more.end() && *place == row) bucket.more.erase(place);
 }
 
 const Row* RowIndex::FindFirst(std::span<const TMatch> matches) const {
-  const auto found = buckets_.find(HashOfMatches(matches));
-  if (found == buckets_.end()) return nullptr;
-  const Bucket& bucket = found->second;
+  const Bucket& bucket = buckets_[PlaceOf(HashOf(matches))];
+  if (bucket.first == nullptr) return nullptr;
   if (Meets(*bucket.first, matches, TRowScope::kShown)) return bucket.first;
-  for (const Row* row : bucket.more) {
-    if (Meets(*row, matches, TRowScope::kShown)) return row;
-  }
-  return nullptr;
+  if (bucket.more == nullptr) return nullptr;
+  const auto found = std::ranges::find_if(
+      *bucket.more, [&](const Row* row) { return Meets(*row, matches, TRowScope::kShown); });
+  return found != bucket.more->end() ? *found : nullptr;
 }
 
 void RowIndex::FindAll(std::span<const TMatch> matches, TRowScope scope,
                        std::vector<const Row*>* found) const {
-  const auto place = buckets_.find(HashOfMatches(matches));
-  if (place == buckets_.end()) return;
-  const Bucket& bucket = place->second;
+  const Bucket& bucket = buckets_[PlaceOf(HashOf(matches))];
+  if (bucket.first == nullptr) return;
   if (Meets(*bucket.first, matches, scope)) found->push_back(bucket.first);
-  for (const Row* row : bucket.more) {
-    if (Meets(*row, matches, scope)) found->push_back(row);
-  }
+  if (bucket.more == nullptr) return;
+  std::ranges::copy_if(*bucket.more, std::back_inserter(*found),
+                       [&](const Row* row) { return Meets(*row, matches, scope); });
 }
 
 }  // namespace QvPlatform::detail

@@ -1,8 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/dbset/data_set.h"
@@ -18,6 +19,8 @@ struct IndexPart {
   TMatch::Kind kind = TMatch::Kind::kInteger;
   /// Where Row::folded holds the folded content; only for folded parts.
   std::size_t foldSlot = 0;
+  /// What sets the hash of this part apart from that of equal contents in others.
+  std::uint64_t seed = 0;
 };
 
 /// A hash index over a set of fields, with all rows of a table, also those that do not show. Rows
@@ -37,23 +40,29 @@ class RowIndex {
                std::vector<const Row*>* found) const;
 
  private:
-  /// Mostly one row, so that the first one stands outside of the list.
+  /// All rows of one hash: mostly one, so that the first one stands outside of the list.
   struct Bucket {
+    std::uint64_t hash = 0;
+    /// Null in a free place.
     Row* first = nullptr;
-    std::vector<Row*> more;
-  };
-  /// The hashes are spread well already.
-  struct Itself {
-    std::size_t operator()(std::uint64_t hash) const { return static_cast<std::size_t>(hash); }
+    std::unique_ptr<std::vector<Row*>> more;
   };
 
   [[nodiscard]] std::uint64_t HashOf(const Row& row) const;
+  [[nodiscard]] std::uint64_t HashOf(std::span<const TMatch> matches) const;
   [[nodiscard]] bool Meets(const Row& row, std::span<const TMatch> matches, TRowScope scope) const;
   [[nodiscard]] const IndexPart* PartOf(const TMatch& match) const;
+  [[nodiscard]] std::size_t Mask() const { return buckets_.size() - 1; }
+  /// Where the bucket of a hash is, or would be.
+  [[nodiscard]] std::size_t PlaceOf(std::uint64_t hash) const;
+  void Grow();
+  void Free(std::size_t place);
 
   std::vector<IndexPart> parts_;
   const RowOrder& order_;
-  std::unordered_map<std::uint64_t, Bucket, Itself> buckets_;
+  /// Open addressing with linear probing; the size is a power of two, at most half of it in use.
+  std::vector<Bucket> buckets_;
+  std::size_t used_ = 0;
 };
 
 }  // namespace QvPlatform::detail

@@ -91,6 +91,8 @@ class FileStore final : public SqliteStore {
   [[nodiscard]] const std::shared_ptr<FileGroup>& Group() const { return group_; }
   /// Keeps the connection that the files of a group share, for the next such group.
   void SetGroup(std::shared_ptr<FileGroup> group);
+  /// The rows in memory no longer count as what the file holds.
+  void ForgetState() { mirrors_ = false; }
   /// While a link is given, the table is read and written through it.
   void UseLink(TableLink* link) { groupLink_ = link; }
 

@@ -96,10 +96,16 @@ class JoinedTransaction final : public StoreTransaction {
 std::unique_ptr<StoreTransaction> JoinFiles(const std::vector<std::shared_ptr<TableStore>>& stores,
                                             const std::vector<FileStore*>& files) {
   std::vector<std::string> paths;
+  paths.reserve(files.size());
   for (const FileStore* file : files)
     paths.push_back(file->Path());
   std::ranges::sort(paths);
-  paths.erase(std::ranges::unique(paths).begin(), paths.end());
+  paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
+  // Data sets on one file do not see each other's rows, yet share the count of its changes.
+  if (paths.size() < files.size()) {
+    for (FileStore* file : files)
+      file->ForgetState();
+  }
   if (stores.size() == 1) {
     return std::make_unique<JoinedTransaction>(stores, files.front()->Own(), nullptr);
   }

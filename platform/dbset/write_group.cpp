@@ -10,6 +10,7 @@ namespace {
 
 std::unique_ptr<detail::StoreTransaction> TransactionOf(const std::vector<DataSetImpl*>& members) {
   std::vector<std::shared_ptr<detail::TableStore>> stores;
+  stores.reserve(members.size());
   for (const DataSetImpl* member : members)
     stores.push_back(member->Store());
   return detail::BeginTransaction(stores);
@@ -49,7 +50,8 @@ struct TQvWriteGroup::Impl {
   bool committed = false;
 };
 
-TQvWriteGroup::TQvWriteGroup(std::vector<TQvDataSet*> dataSets) : impl_(std::make_unique<Impl>()) {
+TQvWriteGroup::TQvWriteGroup(const std::vector<TQvDataSet*>& dataSets)
+    : impl_(std::make_unique<Impl>()) {
   std::vector<DataSetImpl*> members;
   for (TQvDataSet* dataSet : dataSets) {
     // A closed data set can post nothing.

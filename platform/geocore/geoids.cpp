@@ -1,6 +1,7 @@
 #include "platform/geocore/geoids.h"
 
 #include <charconv>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -84,6 +85,17 @@ Geoids ListGeoids() {
   return geoids;
 }
 
+std::optional<SystemGeoid> FindOverWgs84(int code) {
+  constexpr int kWgs84Geographic3D = 4979;
+  const ProjObject source = CreateEpsgSystem(kWgs84Geographic3D);
+  const ProjObject target = CreateEpsgSystem(code);
+  if (!source || !target || proj_get_type(target.get()) != PJ_TYPE_VERTICAL_CRS ||
+      proj_is_deprecated(target.get())) {
+    return std::nullopt;
+  }
+  return FindGrid(ThreadProjContext(), source.get(), target.get());
+}
+
 const Geoids& SystemGeoids() {
   static const Geoids geoids = ListGeoids();
   return geoids;
@@ -92,6 +104,13 @@ const Geoids& SystemGeoids() {
 }  // namespace
 
 const SystemGeoid* FindSystemGeoid(int code) {
+  // One geoid is found in milliseconds if it counts over WGS 84; the list takes most of a second.
+  static std::mutex mutex;
+  static Geoids single;
+  const std::lock_guard lock(mutex);
+  if (const auto found = single.find(code); found != single.end()) return &found->second;
+  if (auto geoid = FindOverWgs84(code))
+    return &single.emplace(code, std::move(*geoid)).first->second;
   const auto found = SystemGeoids().find(code);
   return found == SystemGeoids().end() ? nullptr : &found->second;
 }

@@ -24,7 +24,9 @@ enum class Dimension { kTwo = 2, kThree = 3 };
                                    std::string* error);
 /// The same bound to WGS 84 by the datum's own shift. `datumName`, if not empty, takes the place
 /// of the datum's name: PROJ drops the shifts between systems whose datums bear one name. False
-/// also for a system without a datum, which has no shift.
+/// also for a system without a datum, which has no shift. PROJ 9.1 takes the exact step from
+/// another prime meridian to Greenwich for a ballpark one, and finds no operation out of a bound
+/// geocentric system.
 [[nodiscard]] bool ModelToBoundProjJson(const SystemModel& model, Dimension dimension,
                                         std::string_view datumName, std::string* json,
                                         std::string* error);

@@ -22,14 +22,13 @@ namespace fs = std::filesystem;
 constexpr mode_t kUsualMode = 0666;
 constexpr mode_t kModeBits = 07777;
 
-/// A name that no other writer of this moment uses; it begins with a dot so that no one takes a
-/// file left by a power cut for content.
+/// A name in the folder of the target that no other writer of this moment uses. It begins with a
+/// dot so that no one takes a file left by a power cut for content.
 std::string AsideName(const std::string& path) {
   static std::atomic<unsigned> counter = 0;
-  const fs::path target(path);
-  const std::string name = "." + target.filename().string() + "." + std::to_string(getpid()) + "-" +
-                           std::to_string(counter++) + ".new";
-  return (target.parent_path() / name).string();
+  const std::string name =
+      ".refframe-" + std::to_string(getpid()) + "-" + std::to_string(counter++) + ".new";
+  return (fs::path(path).parent_path() / name).string();
 }
 
 /// Where a link leads to: the link stays, its target is replaced.
@@ -42,14 +41,17 @@ std::string FollowLink(const std::string& path) {
 
 }  // namespace
 
-AsideFile::AsideFile(const std::string& path) : path_(FollowLink(path)), aside_(AsideName(path_)) {
+AsideFile::AsideFile(const std::string& path) : path_(FollowLink(path)) {
   struct stat old {};
   const bool replaces = stat(path_.c_str(), &old) == 0;
   if (replaces && !S_ISREG(old.st_mode)) {
     throw StorageError("\"" + path_ + "\" cannot be written: it is no plain file");
   }
   if (replaces && access(path_.c_str(), W_OK) != 0) Fail("cannot be written");
-  descriptor_ = open(aside_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kUsualMode);
+  do {
+    aside_ = AsideName(path_);
+    descriptor_ = open(aside_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kUsualMode);
+  } while (descriptor_ < 0 && errno == EEXIST);
   if (descriptor_ < 0) Fail("cannot be created");
   if (replaces && fchmod(descriptor_, old.st_mode & kModeBits) != 0) {
     // The rights of the folder then decide, as for a new file.

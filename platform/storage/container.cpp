@@ -38,11 +38,15 @@ std::string CanonicalPath(const std::string& path) {
   return error ? path : canonical.string();
 }
 
+/// The container that is open under this path already; not one whose file is gone from there.
 std::shared_ptr<Container> FindOpen(const std::string& canonical) {
   OpenContainers& registry = Registry();
   const std::lock_guard lock(registry.mutex);
   const auto entry = registry.containers.find(canonical);
-  return entry != registry.containers.end() ? entry->second.lock() : nullptr;
+  if (entry == registry.containers.end()) return nullptr;
+  std::shared_ptr<Container> container = entry->second.lock();
+  const bool here = container != nullptr && !container->Transactions().Db().HasMoved("main");
+  return here ? container : nullptr;
 }
 
 bool IsContainerFile(const std::string& path) {
@@ -156,14 +160,28 @@ std::shared_ptr<Container> Container::OpenOrCreate(const std::string& path) {
 }
 
 Container::Container(const std::string& path)
-    : session_(OpenContainerFile(path), {"main"}), serial_(++Registry().openings) {}
+    : path_(path),
+      session_(
+          std::make_unique<Session>(OpenContainerFile(path), std::vector<std::string>{"main"})),
+      serial_(++Registry().openings) {}
+
+Container::~Container() {
+  const bool replaced = session_->Db().HasMoved("main");
+  session_.reset();
+  if (!replaced) return;
+  // SQLite leaves the log of a file that went away where it is, and would then take it for that of
+  // the file which has come into its place.
+  std::error_code error;
+  fs::remove(path_ + "-wal", error);
+  fs::remove(path_ + "-shm", error);
+}
 
 bool Container::HasTable(const std::string& resource) {
-  return HasRecordTable(session_.Db(), resource);
+  return HasRecordTable(session_->Db(), resource);
 }
 
 bool Container::FindBlob(const std::string& resource, Blob* blob) {
-  Statement query = session_.Db().Prepare("SELECT id, size FROM qv_blobs WHERE name = ?");
+  Statement query = session_->Db().Prepare("SELECT id, size FROM qv_blobs WHERE name = ?");
   query.BindText(1, resource);
   if (!query.Step()) return false;
   *blob = {query.ColumnInteger(0), static_cast<std::uint64_t>(query.ColumnInteger(1))};
@@ -171,17 +189,17 @@ bool Container::FindBlob(const std::string& resource, Blob* blob) {
 }
 
 std::string Container::ReadTable(const std::string& resource) {
-  const ReadScope scope(session_);
-  return MakeTableImage(session_.Db(), resource);
+  const ReadScope scope(*session_);
+  return MakeTableImage(session_->Db(), resource);
 }
 
 std::string Container::ReadPart(const Blob& blob, std::uint64_t part) {
   Statement query =
-      session_.Db().Prepare("SELECT data FROM qv_blob_parts WHERE blob = ? AND part = ?");
+      session_->Db().Prepare("SELECT data FROM qv_blob_parts WHERE blob = ? AND part = ?");
   query.BindInteger(1, blob.id);
   query.BindInteger(2, static_cast<std::int64_t>(part));
   if (!query.Step()) {
-    throw StorageError("\"" + session_.Db().Name() +
+    throw StorageError("\"" + session_->Db().Name() +
                        "\": a resource was replaced while it was read");
   }
   return std::string(query.ColumnBytes(0));
@@ -189,24 +207,24 @@ std::string Container::ReadPart(const Blob& blob, std::uint64_t part) {
 
 void Container::Remove(const std::string& resource) {
   if (HasTable(resource)) {
-    DropRecordTable(session_.Db(), resource);
+    DropRecordTable(session_->Db(), resource);
     ++ChangesOf(resource);
   }
   Blob blob;
   if (!FindBlob(resource, &blob)) return;
   const std::string id = std::to_string(blob.id);
-  session_.Db().Execute("DELETE FROM qv_blob_parts WHERE blob = " + id +
-                        "; DELETE FROM qv_blobs WHERE id = " + id);
+  session_->Db().Execute("DELETE FROM qv_blob_parts WHERE blob = " + id +
+                         "; DELETE FROM qv_blobs WHERE id = " + id);
 }
 
 void Container::WriteBlob(const std::string& resource, std::string_view bytes) {
-  Statement name = session_.Db().Prepare("INSERT INTO qv_blobs (name, size) VALUES (?, ?)");
+  Statement name = session_->Db().Prepare("INSERT INTO qv_blobs (name, size) VALUES (?, ?)");
   name.BindText(1, resource);
   name.BindInteger(2, static_cast<std::int64_t>(bytes.size()));
   name.Run();
-  const std::int64_t id = session_.Db().LastRowId();
+  const std::int64_t id = session_->Db().LastRowId();
   Statement insert =
-      session_.Db().Prepare("INSERT INTO qv_blob_parts (blob, part, data) VALUES (?, ?, ?)");
+      session_->Db().Prepare("INSERT INTO qv_blob_parts (blob, part, data) VALUES (?, ?, ?)");
   for (std::int64_t part = 0; !bytes.empty(); ++part) {
     const std::string_view piece = bytes.substr(0, kPartSize);
     insert.BindInteger(1, id);
@@ -219,10 +237,10 @@ void Container::WriteBlob(const std::string& resource, std::string_view bytes) {
 
 void Container::Write(const std::string& resource, std::string_view bytes) {
   const std::unique_ptr<Connection> image = OpenTableImage(bytes);
-  WriteScope scope(session_, true);
+  WriteScope scope(*session_, true);
   Remove(resource);
   if (image != nullptr) {
-    CopyRecordTable(*image, kRecordTable, session_.Db(), resource);
+    CopyRecordTable(*image, kRecordTable, session_->Db(), resource);
     ++ChangesOf(resource);
   } else {
     WriteBlob(resource, bytes);
@@ -231,7 +249,7 @@ void Container::Write(const std::string& resource, std::string_view bytes) {
 }
 
 bool Container::Delete(const std::string& resource) {
-  WriteScope scope(session_, true);
+  WriteScope scope(*session_, true);
   Blob blob;
   if (!HasTable(resource) && !FindBlob(resource, &blob)) return false;
   Remove(resource);

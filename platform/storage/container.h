@@ -36,10 +36,11 @@ class Container {
   [[nodiscard]] static std::shared_ptr<Container> OpenOrCreate(const std::string& path);
 
   explicit Container(const std::string& path);
+  ~Container();
   Container(const Container&) = delete;
   Container& operator=(const Container&) = delete;
 
-  [[nodiscard]] Session& Transactions() { return session_; }
+  [[nodiscard]] Session& Transactions() { return *session_; }
   [[nodiscard]] bool HasTable(const std::string& resource);
   [[nodiscard]] bool FindBlob(const std::string& resource, Blob* blob);
   /// Bytes of a table file with the records of a table.
@@ -62,7 +63,8 @@ class Container {
   void Remove(const std::string& resource);
   void WriteBlob(const std::string& resource, std::string_view bytes);
 
-  Session session_;
+  std::string path_;
+  std::unique_ptr<Session> session_;
   std::map<std::string, std::uint64_t> changes_;
   std::uint64_t serial_;
 };

@@ -24,9 +24,12 @@ struct TQvResourceSession::Impl {
   Container::Place place;
   std::shared_ptr<Container> container;
 
-  // Reading. A table's bytes are all in `bytes`, of a blob the part that was read last.
+  // Reading. A table's bytes are all in `bytes` once they were asked for: making the image of a
+  // table costs more than opening it, and most that look whether it opens never read it. Of a blob
+  // `bytes` is the part that was read last.
   Container::Blob blob;
   bool isBlob = false;
+  bool imagePending = false;
   std::uint64_t size = 0;
   std::uint64_t position = 0;
   std::uint64_t loadedPart = 0;
@@ -34,6 +37,7 @@ struct TQvResourceSession::Impl {
 
   void OpenForReading();
   void OpenForWriting();
+  void MakeImage();
   void LoadPartAt(std::uint64_t at);
   void Close() noexcept;
   [[noreturn]] void Fail(const std::string& reason) const {
@@ -52,8 +56,7 @@ void TQvResourceSession::Impl::OpenForReading() {
       loadedPart = 0;
     }
   } else if (container->HasTable(place.resource)) {
-    bytes = container->ReadTable(place.resource);
-    size = bytes.size();
+    imagePending = true;
   } else {
     Fail("cannot be read: the container has no such resource");
   }
@@ -78,6 +81,13 @@ void TQvResourceSession::Impl::OpenForWriting() {
   state = State::kWriting;
 }
 
+void TQvResourceSession::Impl::MakeImage() {
+  if (!imagePending) return;
+  bytes = container->ReadTable(place.resource);
+  size = bytes.size();
+  imagePending = false;
+}
+
 void TQvResourceSession::Impl::LoadPartAt(std::uint64_t at) {
   const std::uint64_t part = at / Container::kPartSize;
   if (part == loadedPart) return;
@@ -92,6 +102,7 @@ void TQvResourceSession::Impl::Close() noexcept {
   bytes.shrink_to_fit();
   blob = {};
   isBlob = false;
+  imagePending = false;
   size = 0;
   position = 0;
   loadedPart = 0;
@@ -123,6 +134,7 @@ bool TQvResourceSession::Open(const std::string& name, QvOpenMode mode) {
 std::size_t TQvResourceSession::Read(void* buffer, std::size_t size) {
   Impl& impl = *impl_;
   if (impl.state != Impl::State::kReading) impl.Fail("is not open for reading");
+  impl.MakeImage();
   if (impl.position >= impl.size || size == 0) return 0;
   std::size_t from = static_cast<std::size_t>(impl.position);
   if (impl.isBlob) {
@@ -143,6 +155,7 @@ void TQvResourceSession::Write(const void* data, std::size_t size) {
 
 std::uint64_t TQvResourceSession::Size() const {
   if (impl_->state != Impl::State::kReading) impl_->Fail("is not open for reading");
+  impl_->MakeImage();
   return impl_->size;
 }
 

@@ -20,7 +20,7 @@ class StorageError : public std::runtime_error {
 enum class QvOpenMode { kRead = 0, kCreate = 3 };
 
 /// A source or target of bytes. Reading never goes past the end; writing is all or nothing: the
-/// old content stays in place until Commit (or Close of a written stream) has succeeded.
+/// old content stays in place until Commit has succeeded, which ends the writing.
 class TQvStream {
  public:
   TQvStream() = default;

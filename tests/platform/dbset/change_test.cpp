@@ -105,6 +105,16 @@ TEST_P(Changes, KeepAKeyThatIsWrittenByHandIntoAnOldRecord) {
   EXPECT_EQ(table.Add("next", 1), 43) << "40 was the greatest, 41 and 42 were given and replaced";
 }
 
+TEST_P(Changes, NeverGiveAwayAKeyThatWasWrittenByHandOnce) {
+  Table table = Open();
+  table.Add("a", 1);
+  table.set.Edit();
+  table.set.Fields(kKey).SetInteger(100);
+  table.set.Post();
+  table.set.Delete();
+  EXPECT_EQ(table.Add("b", 1), 101);
+}
+
 TEST_P(Changes, RefuseAKeyThatAnotherRecordHas) {
   Table table = Open();
   table.Add("a", 1);
@@ -208,8 +218,11 @@ TEST_P(Changes, OfARowThatAnotherHasDeletedAreRefused) {
 }
 
 TEST_P(Changes, OfOthersShowAfterReopening) {
+  // A container is shared as long as somebody uses it.
+  const Table keeper = Open();
   Table mine = Open();
   mine.Add("a", 1);
+  mine.Reopen();
   mine.set.Close();
   {
     Table other = Open();
@@ -240,6 +253,23 @@ TEST_P(Changes, AreNotLostWhenRowsAreTakenOverAtReopening) {
   table.set.Delete();
   table.Reopen();
   EXPECT_THAT(table.Names(), ElementsAre("n0", "n1", "n3", "n4"));
+}
+
+TEST(TwoDataSetsOfOneFile, DoNotTakeOverRowsThatTheOtherChanged) {
+  const TestFolder folder;
+  MakeTable(folder.Path("t.dat"));
+  Table first(folder.Path("t.dat"));
+  Table second(folder.Path("t.dat"));
+  {
+    TQvWriteGroup group({&first.set, &second.set});
+    first.Add("a", 1);
+    second.Add("b", 1);
+    group.Commit();
+  }
+  first.Reopen();
+  second.Reopen();
+  EXPECT_THAT(first.Names(), ElementsAre("a", "b"));
+  EXPECT_THAT(second.Names(), ElementsAre("a", "b"));
 }
 
 TEST(Contents, AreConvertedOrRefused) {

@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -275,13 +276,18 @@ TEST_F(Opening, KeepsItsLocksWhenTheFileIsReadBesides) {
   TQvWriteGroup group({&table.set});
   table.Add("x", 1);
   EXPECT_FALSE(Load<TQvFileStream>(path_).empty());
+  // A lock is seen from another process only. Of SQLite's lock bytes this is the writer's.
   const pid_t child = fork();
   ASSERT_GE(child, 0);
   if (child == 0) {
-    sqlite3* handle = nullptr;
-    sqlite3_open(path_.c_str(), &handle);
-    _exit(sqlite3_exec(handle, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr) == SQLITE_BUSY ? 0
-                                                                                            : 1);
+    constexpr off_t kReservedByte = 0x40000001;
+    struct flock lock {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = kReservedByte;
+    lock.l_len = 1;
+    const int descriptor = open(path_.c_str(), O_RDWR);
+    _exit(fcntl(descriptor, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK ? 0 : 1);
   }
   int status = 0;
   waitpid(child, &status, 0);

@@ -37,7 +37,8 @@ TEST(Containers, AreMadeByTheirFirstResource) {
 
 TEST(Containers, HoldLargeResources) {
   const TestFolder folder;
-  std::string bytes(20000001, '\0');
+  std::string bytes;
+  bytes.resize(20000001);
   for (std::size_t i = 0; i < bytes.size(); ++i)
     bytes[i] = static_cast<char>(i * 7 / 3);
   const std::string name = folder.Path("c.qvdb.large");
@@ -146,6 +147,32 @@ TEST(TablesInContainers, TravelAsTableFilesAndBack) {
   EXPECT_THAT(outside.Names(), testing::ElementsAre("fathom", "foot", "yard"));
   EXPECT_EQ(outside.Key("yard"), 4);
   EXPECT_EQ(outside.Add("chain", 3), 5);
+}
+
+TEST(TablesInContainers, MayHaveDotsInTheirNames) {
+  const TestFolder folder;
+  MakeTable(folder.Path("unit.dat"));
+  const std::string name = folder.Path("c.qvdb.Backup.unit_1");
+  Save<Session>(name, ReadFile(folder.Path("unit.dat")));
+  Table table(name, QvDataBufferType::kResource);
+  EXPECT_EQ(table.Add("a", 1), 1);
+  Save<Session>(name, ReadFile(folder.Path("unit.dat")));
+  table.Reopen();
+  EXPECT_EQ(table.set.RecordCount(), 0) << "the table was replaced by an empty one";
+  EXPECT_EQ(table.Add("b", 1), 1);
+}
+
+TEST(TablesInContainers, AreFoundAnewWhenTheContainerIsReplaced) {
+  const TestFolder folder;
+  MakeTable(folder.Path("c.qvdb.unit"), QvDataBufferType::kResource);
+  Table table(folder.Path("c.qvdb.unit"), QvDataBufferType::kResource);
+  table.Add("a", 1);
+  MakeTable(folder.Path("d.qvdb.unit"), QvDataBufferType::kResource);
+  std::filesystem::rename(folder.Path("d.qvdb"), folder.Path("c.qvdb"));
+  EXPECT_THROW(table.Add("b", 1), StorageError);
+  table.set.Cancel();
+  table.Reopen();
+  EXPECT_EQ(table.set.RecordCount(), 0);
 }
 
 TEST(TablesInContainers, AreWhatCountsAsATableOnly) {

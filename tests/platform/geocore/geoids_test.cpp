@@ -1,0 +1,61 @@
+#include "platform/geocore/geoids.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "platform/geocore/proj_handles.h"
+
+namespace QvRefSystem {
+namespace {
+
+constexpr int kEgm96 = 5773;
+constexpr int kNavd88 = 5703;
+
+TEST(GeoidsTest, HoldEgm96UnderItsRegistryName) {
+  std::string name;
+  ASSERT_TRUE(GetSystemGeoidName(kEgm96, &name));
+  EXPECT_EQ(name, "EGM96 height");
+  std::map<int, std::string> list;
+  ASSERT_TRUE(GetSystemGeoidsList(&list));
+  EXPECT_EQ(list.at(kEgm96), name);
+}
+
+TEST(GeoidsTest, LeaveTheNameAloneForACodeWithoutAGrid) {
+  for (const int code : {0, -1, 4326, 999999}) {
+    std::string name = "untouched";
+    EXPECT_FALSE(GetSystemGeoidName(code, &name)) << code;
+    EXPECT_EQ(name, "untouched");
+  }
+}
+
+// A geoid that is listed can be computed with; one that is not listed has no grid here.
+TEST(GeoidsTest, ListNoGeoidWhoseGridIsMissing) {
+  std::map<int, std::string> list;
+  ASSERT_TRUE(GetSystemGeoidsList(&list));
+  for (const auto& [code, name] : list) {
+    const PJ_GRID_INFO grid = proj_grid_info(FindSystemGeoid(code)->grid.c_str());
+    EXPECT_STRNE(grid.format, "missing") << name;
+  }
+  const bool hasGrid = FindSystemGeoid(kNavd88) != nullptr;
+  EXPECT_EQ(hasGrid, list.contains(kNavd88));
+}
+
+// Check values: NGA, EGM96 test points, 15' grid interpolated bilinearly.
+TEST(GeoidsTest, GiveTheUndulationsOfEgm96) {
+  const SystemGeoid* geoid = FindSystemGeoid(kEgm96);
+  ASSERT_TRUE(geoid);
+  EXPECT_EQ(geoid->baseSystem, 4979);
+  const std::string shift = "+proj=vgridshift +multiplier=1 +grids=" + geoid->grid;
+  const ProjObject undulation = CreateProjObject(shift, nullptr);
+  ASSERT_TRUE(undulation);
+  const auto at = [&](double latitude, double longitude) {
+    const PJ_COORD point = proj_coord(proj_torad(longitude), proj_torad(latitude), 0, 0);
+    return proj_trans(undulation.get(), PJ_FWD, point).xyz.z;
+  };
+  EXPECT_NEAR(at(0, 0), 17.1616, 1e-4);
+  EXPECT_NEAR(at(38.628155, -90.220845), -31.6090, 1e-4);
+}
+
+}  // namespace
+}  // namespace QvRefSystem

@@ -1,0 +1,39 @@
+#include "platform/ui/texts.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace QvPlatform;
+
+TEST(Texts, GoThroughTheTranslatorAndBack) {
+  SetTextTranslator([](std::string_view source) { return "<" + std::string(source) + ">"; });
+  EXPECT_EQ(SystemText(TextId::kSelect), "<Select>");
+  EXPECT_EQ(SourceText(TextId::kSelect), "Select");
+  SetTextTranslator({});
+  EXPECT_EQ(SystemText(TextId::kSelect), "Select");
+}
+
+TEST(Texts, OfUnknownNumbersAreEmpty) {
+  int asked = 0;
+  SetTextTranslator([&asked](std::string_view source) {
+    ++asked;
+    return std::string(source);
+  });
+  for (const int number : {0, 36768, 36790, 100000, 100015})
+    EXPECT_EQ(SystemText(static_cast<TextId>(number)), "") << number;
+  SetTextTranslator({});
+  EXPECT_EQ(asked, 0);
+}
+
+TEST(Texts, AreThereForEveryNumberOfTheCatalogue) {
+  for (int number = 36769; number <= 36784; ++number)
+    EXPECT_NE(SourceText(static_cast<TextId>(number)), "") << number;
+  for (int number = 36796; number <= 36810; ++number)
+    EXPECT_NE(SourceText(static_cast<TextId>(number)), "") << number;
+  const int last = static_cast<int>(TextId::kCannotWriteDatabase);
+  for (int number = static_cast<int>(TextId::kCannotOpenTable); number <= last; ++number)
+    EXPECT_NE(SourceText(static_cast<TextId>(number)), "") << number;
+}
+
+}  // namespace
