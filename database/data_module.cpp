@@ -23,7 +23,9 @@ namespace {
 
 constexpr char kSeparator = '/';
 
-std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
+std::string Quoted(const std::string& text) {
+  return "\"" + text + "\"";
+}
 
 // The path as the database goes by it: a folder ends in a separator, a container in ".".
 std::string NormalisedPath(const std::string& path, bool resourceForm) {
@@ -65,7 +67,9 @@ TdatamoduleQvRfData::TdatamoduleQvRfData(QvPlatform::TUserInterface& ui,
   }
 }
 
-TdatamoduleQvRfData::~TdatamoduleQvRfData() { CloseDatabase(); }
+TdatamoduleQvRfData::~TdatamoduleQvRfData() {
+  CloseDatabase();
+}
 
 TQvDataSet& TdatamoduleQvRfData::DataSet(TableId id) {
   switch (id) {
@@ -80,7 +84,9 @@ TQvDataSet& TdatamoduleQvRfData::DataSet(TableId id) {
   throw std::out_of_range("no such table");
 }
 
-TQvDataBuffer& TdatamoduleQvRfData::DataBuffer(TableId id) { return *DataSet(id).DataBuff; }
+TQvDataBuffer& TdatamoduleQvRfData::DataBuffer(TableId id) {
+  return *DataSet(id).DataBuff;
+}
 
 QvPlatform::TDataSource& TdatamoduleQvRfData::Source(TableId id) {
   switch (id) {
@@ -96,9 +102,10 @@ QvPlatform::TDataSource& TdatamoduleQvRfData::Source(TableId id) {
 }
 
 std::vector<TQvDataSet*> TdatamoduleQvRfData::WritableTables() {
-  return {&datasetAngularUnit, &datasetLinearUnit,    &datasetScaleUnit, &datasetPrimeMeridian,
-          &datasetEllipsoid,   &datasetDatumShift,    &datasetDatum,     &datasetMapProj,
-          &datasetRefSystem,   &datasetParamValue,    &datasetVerticalRefSystem};
+  return {&datasetAngularUnit,   &datasetLinearUnit,       &datasetScaleUnit,
+          &datasetPrimeMeridian, &datasetEllipsoid,        &datasetDatumShift,
+          &datasetDatum,         &datasetMapProj,          &datasetRefSystem,
+          &datasetParamValue,    &datasetVerticalRefSystem};
 }
 
 bool TdatamoduleQvRfData::OpenTables(std::string* currentTable) {
@@ -230,11 +237,11 @@ bool CreateFrom(const std::string& name, bool resourceForm, const TableSpec* tab
                 QvPlatform::TUserInterface& ui) {
   auto stream = MakeStream(resourceForm);
   if (!stream->Open(name, QvPlatform::QvOpenMode::kCreate)) {
-    ui.ShowMessage(MessageKind::kError,
-                   SystemText(resourceForm ? TextId::kCannotCreateResource
-                                           : TextId::kCannotCreateFile) +
-                       " " + name,
-                   MessageButtons::kOk);
+    ui.ShowMessage(
+        MessageKind::kError,
+        SystemText(resourceForm ? TextId::kCannotCreateResource : TextId::kCannotCreateFile) + " " +
+            name,
+        MessageButtons::kOk);
     return false;
   }
   if (table == nullptr) return false;

@@ -46,9 +46,9 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
   TdatamoduleQvRfData& operator=(const TdatamoduleQvRfData&) = delete;
 
 // Of each table: its buffer, its data set and a source for grids, named by the table's stem.
-#define REFFRAME_TABLE_MEMBERS(stem)                        \
-  QvPlatform::TQvDataBuffer databuf##stem;                  \
-  QvPlatform::TQvDataSet dataset##stem{databuf##stem};      \
+#define REFFRAME_TABLE_MEMBERS(stem)                   \
+  QvPlatform::TQvDataBuffer databuf##stem;             \
+  QvPlatform::TQvDataSet dataset##stem{databuf##stem}; \
   QvPlatform::TDataSource datasrc##stem{&dataset##stem};
   REFFRAME_TABLES(REFFRAME_TABLE_MEMBERS)
 #undef REFFRAME_TABLE_MEMBERS
@@ -94,17 +94,20 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
   [[nodiscard]] QvPlatform::TQvDataSet& DataSet(TableId id);
   [[nodiscard]] QvPlatform::TQvDataBuffer& DataBuffer(TableId id);
   [[nodiscard]] QvPlatform::TDataSource& Source(TableId id);
-  [[nodiscard]] QvPlatform::TUserInterface& Ui() { return ui_; }
+  [[nodiscard]] QvPlatform::TUserInterface& Ui() {
+    return ui_;
+  }
   /// Why the last OpenDatabase failed, in the words of what refused; "" where there is no more to
   /// say than the user was told.
-  [[nodiscard]] const std::string& LastError() const { return lastError_; }
+  [[nodiscard]] const std::string& LastError() const {
+    return lastError_;
+  }
   /// The tables that objects are written to, as one write group takes them.
   [[nodiscard]] std::vector<QvPlatform::TQvDataSet*> WritableTables();
 
  private:
   [[nodiscard]] bool OpenTables(std::string* currentTable);
-  void ReportOpening(const std::string& path, const std::string& currentTable,
-                     const char* reason);
+  void ReportOpening(const std::string& path, const std::string& currentTable, const char* reason);
   void DropProcessors();
 
   QvPlatform::TUserInterface& ui_;

@@ -30,7 +30,8 @@ constexpr auto Join(const std::array<FieldSpec, Sizes>&... parts) {
   std::array<FieldSpec, (Sizes + ...)> joined{};
   std::size_t next = 0;
   const auto append = [&](const auto& part) {
-    for (const FieldSpec& field : part) joined[next++] = field;
+    for (const FieldSpec& field : part)
+      joined[next++] = field;
   };
   (append(parts), ...);
   return joined;
@@ -41,8 +42,7 @@ constexpr FieldNeed kMust = FieldNeed::kMandatory;
 constexpr std::array kStart{Key("AUTOKEY"), Number("FAVOUR", kMust),
                             FieldSpec{"LAST_USE", FieldType::kDateTime, kMust},
                             Text("NAME", 64, kMust)};
-constexpr auto kHead =
-    Join(kStart, std::array{Text("ABBREVIATION", 64), Text("DESCRIPTION", 255)});
+constexpr auto kHead = Join(kStart, std::array{Text("ABBREVIATION", 64), Text("DESCRIPTION", 255)});
 constexpr auto kShortHead = Join(kStart, std::array{Text("DESCRIPTION", 255)});
 constexpr std::array kReserved{Number("RESERVED1"), Number("RESERVED2"), Number("RESERVED3"),
                                Number("RESERVED4"), Number("RESERVED5")};
@@ -50,50 +50,60 @@ constexpr std::array kUnits{Refers("LINEAR_UNIT_AUTOKEY", TableId::kLinearUnit),
                             Refers("ANGULAR_UNIT_AUTOKEY", TableId::kAngularUnit),
                             Refers("SCALE_UNIT_AUTOKEY", TableId::kScaleUnit)};
 
-constexpr auto kUnit = Join(
-    kHead, std::array{Number("CODE"), Number("TYPE"), Float("FACTOR_B"), Float("FACTOR_C")});
+constexpr auto kUnit =
+    Join(kHead, std::array{Number("CODE"), Number("TYPE"), Float("FACTOR_B"), Float("FACTOR_C")});
 constexpr auto kPrimeMeridian =
     Join(kShortHead,
          std::array{Text("LONGITUDE", 64), Refers("UNIT_AUTOKEY", TableId::kAngularUnit, kMust)});
 constexpr auto kEllipsoid =
-    Join(kShortHead, std::array{Text("A", 64), Text("B", 64), Text("F", 64), Number("USE_F"),
-                                Number("SPHEROID"),
-                                Refers("UNIT_AUTOKEY", TableId::kLinearUnit, kMust)});
+    Join(kShortHead,
+         std::array{Text("A", 64), Text("B", 64), Text("F", 64), Number("USE_F"),
+                    Number("SPHEROID"), Refers("UNIT_AUTOKEY", TableId::kLinearUnit, kMust)});
 constexpr auto kDatumShift =
-    Join(kHead, std::array{Refers("TYPE", TableId::kDatumShiftType, kMust), Text("TX", 64),
-                           Text("TY", 64), Text("TZ", 64), Text("RX", 64), Text("RY", 64),
-                           Text("RZ", 64), Text("S", 64)},
+    Join(kHead,
+         std::array{Refers("TYPE", TableId::kDatumShiftType, kMust), Text("TX", 64), Text("TY", 64),
+                    Text("TZ", 64), Text("RX", 64), Text("RY", 64), Text("RZ", 64), Text("S", 64)},
          kUnits);
 constexpr auto kDatum =
     Join(kHead, std::array{Refers("ELLIPSOID_AUTOKEY", TableId::kEllipsoid, kMust),
                            Refers("DATUM_SHIFT_AUTOKEY", TableId::kDatumShift, kMust)});
-constexpr auto kRefSystem = Join(
-    kHead,
-    std::array{Text("COORD1_ABBR", 32, kMust), Text("COORD2_ABBR", 32, kMust),
-               Text("COORD3_ABBR", 32, kMust), Text("COORD1_DESC", 128), Text("COORD2_DESC", 128),
-               Text("COORD3_DESC", 128), Number("COORD1_SIGN"), Number("COORD2_SIGN"),
-               Number("COORD3_SIGN"), Text("ORIGIN_COORD1", 64), Text("ORIGIN_COORD2", 64),
-               Text("ORIGIN_COORD3", 64), Number("SWAP_COORDS"),
-               Refers("TYPE", TableId::kRefSystemType, kMust),
-               Refers("PRIMARY_REFSYSTEM_AUTOKEY", TableId::kRefSystem),
-               Refers("MAP_PROJ_AUTOKEY", TableId::kMapProj),
-               Refers("DATUM_AUTOKEY", TableId::kDatum, kMust),
-               Refers("ELLIPSOID_AUTOKEY", TableId::kEllipsoid, kMust),
-               Refers("PRIME_MERIDIAN_AUTOKEY", TableId::kPrimeMeridian, kMust),
-               Refers("LINEAR_UNIT_AUTOKEY", TableId::kLinearUnit, kMust),
-               Refers("ANGULAR_UNIT_AUTOKEY", TableId::kAngularUnit, kMust),
-               Refers("VERT_SYSTEM_AUTOKEY", TableId::kVerticalRefSystem),
-               Number("VERT_SYSTEM_CODE"), Number("TRANSFORM_AUTOKEY"), Text("AZIMUTH", 64)},
-    kReserved);
-constexpr auto kVertical = Join(
-    kHead,
-    std::array{Number("VDATA_TYPE", kMust), Refers("VDATA_UNIT_AUTOKEY", TableId::kLinearUnit),
-               Number("VDATA_FORMAT"), Text("VDATA_FILENAME", 255), Number("VDATA_CRC32"),
-               Text("VDATA_OFFSET", 64), Text("VDATA_EXTENTS_NORTH", 64),
-               Text("VDATA_EXTENTS_EAST", 64), Text("VDATA_EXTENTS_SOUTH", 64),
-               Text("VDATA_EXTENTS_WEST", 64), Text("VDATA_CELL_NORTH_SOUTH", 64),
-               Text("VDATA_CELL_EAST_WEST", 64)},
-    kReserved);
+constexpr auto kRefSystem =
+    Join(kHead,
+         std::array{Text("COORD1_ABBR", 32, kMust),
+                    Text("COORD2_ABBR", 32, kMust),
+                    Text("COORD3_ABBR", 32, kMust),
+                    Text("COORD1_DESC", 128),
+                    Text("COORD2_DESC", 128),
+                    Text("COORD3_DESC", 128),
+                    Number("COORD1_SIGN"),
+                    Number("COORD2_SIGN"),
+                    Number("COORD3_SIGN"),
+                    Text("ORIGIN_COORD1", 64),
+                    Text("ORIGIN_COORD2", 64),
+                    Text("ORIGIN_COORD3", 64),
+                    Number("SWAP_COORDS"),
+                    Refers("TYPE", TableId::kRefSystemType, kMust),
+                    Refers("PRIMARY_REFSYSTEM_AUTOKEY", TableId::kRefSystem),
+                    Refers("MAP_PROJ_AUTOKEY", TableId::kMapProj),
+                    Refers("DATUM_AUTOKEY", TableId::kDatum, kMust),
+                    Refers("ELLIPSOID_AUTOKEY", TableId::kEllipsoid, kMust),
+                    Refers("PRIME_MERIDIAN_AUTOKEY", TableId::kPrimeMeridian, kMust),
+                    Refers("LINEAR_UNIT_AUTOKEY", TableId::kLinearUnit, kMust),
+                    Refers("ANGULAR_UNIT_AUTOKEY", TableId::kAngularUnit, kMust),
+                    Refers("VERT_SYSTEM_AUTOKEY", TableId::kVerticalRefSystem),
+                    Number("VERT_SYSTEM_CODE"),
+                    Number("TRANSFORM_AUTOKEY"),
+                    Text("AZIMUTH", 64)},
+         kReserved);
+constexpr auto kVertical =
+    Join(kHead,
+         std::array{Number("VDATA_TYPE", kMust), Refers("VDATA_UNIT_AUTOKEY", TableId::kLinearUnit),
+                    Number("VDATA_FORMAT"), Text("VDATA_FILENAME", 255), Number("VDATA_CRC32"),
+                    Text("VDATA_OFFSET", 64), Text("VDATA_EXTENTS_NORTH", 64),
+                    Text("VDATA_EXTENTS_EAST", 64), Text("VDATA_EXTENTS_SOUTH", 64),
+                    Text("VDATA_EXTENTS_WEST", 64), Text("VDATA_CELL_NORTH_SOUTH", 64),
+                    Text("VDATA_CELL_EAST_WEST", 64)},
+         kReserved);
 constexpr auto kMapProj =
     Join(kShortHead,
          std::array{Refers("TYPE", TableId::kMapProjType, kMust), Number("COORD1_SIGN"),
@@ -121,20 +131,22 @@ constexpr std::array kOwnedValue{Number("OWNER_CONTENT", kMust), Number("OWNER_I
                                  Number("PARAM_CODE"),           Text("VALUE", 255)};
 
 constexpr auto kTransform =
-    Join(kHead, std::array{Refers("PRIMARY_REFSYSTEM_AUTOKEY", TableId::kRefSystem, kMust),
-                           Number("TRANSFORM_TYPE"), Text("SHIFT_X", 64), Text("SHIFT_Y", 64),
-                           Text("SHIFT_Z", 64), Refers("LINEAR_UNIT_AUTOKEY", TableId::kLinearUnit),
-                           Text("ANGLE1", 64), Text("ANGLE2", 64), Text("ANGLE3", 64),
-                           Refers("ANGULAR_UNIT_AUTOKEY", TableId::kAngularUnit),
-                           Text("SCALE_PLANE", 64), Text("SCALE_HEIGHT", 64),
-                           Refers("SCALE_UNIT_AUTOKEY", TableId::kScaleUnit),
-                           Number("RELATED_AUTOKEY")},
+    Join(kHead,
+         std::array{Refers("PRIMARY_REFSYSTEM_AUTOKEY", TableId::kRefSystem, kMust),
+                    Number("TRANSFORM_TYPE"), Text("SHIFT_X", 64), Text("SHIFT_Y", 64),
+                    Text("SHIFT_Z", 64), Refers("LINEAR_UNIT_AUTOKEY", TableId::kLinearUnit),
+                    Text("ANGLE1", 64), Text("ANGLE2", 64), Text("ANGLE3", 64),
+                    Refers("ANGULAR_UNIT_AUTOKEY", TableId::kAngularUnit), Text("SCALE_PLANE", 64),
+                    Text("SCALE_HEIGHT", 64), Refers("SCALE_UNIT_AUTOKEY", TableId::kScaleUnit),
+                    Number("RELATED_AUTOKEY")},
          kReserved);
 
 constexpr int kByName = 3;
 
 #define REFFRAME_TABLE(stem, stream, tag, sort, key, fields) \
-  TableSpec { TableId::k##stem, stream, #stem, tag, sort, key, fields }
+  TableSpec {                                                \
+    TableId::k##stem, stream, #stem, tag, sort, key, fields  \
+  }
 
 constexpr std::array<TableSpec, kTableCount> kCatalogue{
     REFFRAME_TABLE(PrimeMeridian, "prime_meridian.dat", 5, kByName, "AUTOKEY", kPrimeMeridian),
@@ -174,9 +186,13 @@ static_assert(CatalogueIsConsistent());
 
 }  // namespace
 
-std::span<const TableSpec, kTableCount> TableCatalogue() { return kCatalogue; }
+std::span<const TableSpec, kTableCount> TableCatalogue() {
+  return kCatalogue;
+}
 
-const TableSpec& TableOf(TableId id) { return kCatalogue.at(static_cast<std::size_t>(id)); }
+const TableSpec& TableOf(TableId id) {
+  return kCatalogue.at(static_cast<std::size_t>(id));
+}
 
 const TableSpec* TableByTag(int tag) {
   if (tag == kUnopenedTag) return nullptr;

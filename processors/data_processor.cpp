@@ -61,8 +61,8 @@ int TQvRfDataProcessor::Column(std::string_view name) const {
 
 int TQvRfDataProcessor::ItemColumn(const TTreeItem& item) const {
   const auto items = descriptor_.items;
-  const bool ofDescriptor = !std::less<>()(&item, items.data()) &&
-                            std::less<>()(&item, items.data() + items.size());
+  const bool ofDescriptor =
+      !std::less<>()(&item, items.data()) && std::less<>()(&item, items.data() + items.size());
   if (ofDescriptor) return itemColumns_[static_cast<std::size_t>(&item - items.data())];
   return Column(item.column);
 }
@@ -106,8 +106,12 @@ bool TQvRfDataProcessor::FindByName(std::string_view text, int step) {
   return false;
 }
 
-bool TQvRfDataProcessor::FindNextByName(std::string_view text) { return FindByName(text, 1); }
-bool TQvRfDataProcessor::FindPriorByName(std::string_view text) { return FindByName(text, -1); }
+bool TQvRfDataProcessor::FindNextByName(std::string_view text) {
+  return FindByName(text, 1);
+}
+bool TQvRfDataProcessor::FindPriorByName(std::string_view text) {
+  return FindByName(text, -1);
+}
 
 bool TQvRfDataProcessor::GetInfoLines(TStrings* lines) {
   const TRowView row = DataSet->CurrentRow();
@@ -140,8 +144,8 @@ signed char TQvRfDataProcessor::GetDisplayNames(std::string* typeText, std::stri
 int TQvRfDataProcessor::GetNeighbourKey(int key) {
   const TControlsGuard guard(*DataSet);
   const int position = DataSet->Position();
-  const int neighbour = position + 1 < DataSet->RecordCount() ? position + 1
-                                                              : std::max(position - 1, 0);
+  const int neighbour =
+      position + 1 < DataSet->RecordCount() ? position + 1 : std::max(position - 1, 0);
   const TRowView row = DataSet->Row(neighbour);
   const int neighbourKey = row ? row.GetInteger(keyField_) : 0;
   LocateKey(key);
@@ -175,7 +179,9 @@ void TQvRfDataProcessor::Reopen() {
   LocateKey(key);
 }
 
-void TQvRfDataProcessor::PushEditKey() { EditKeys.push_back(GetCurrentKey()); }
+void TQvRfDataProcessor::PushEditKey() {
+  EditKeys.push_back(GetCurrentKey());
+}
 
 void TQvRfDataProcessor::PopEditKey() {
   const auto at = std::ranges::find(EditKeys, GetCurrentKey());
@@ -194,7 +200,8 @@ void TQvRfDataProcessor::ReleaseControls() {
 }
 
 void TQvRfDataProcessor::RestoreControls() {
-  for (; SuspendedControls > 0; --SuspendedControls) DataSet->DisableControls();
+  for (; SuspendedControls > 0; --SuspendedControls)
+    DataSet->DisableControls();
 }
 
 bool TQvRfDataProcessor::IsFileDatabase() const {
@@ -255,8 +262,8 @@ bool TQvRfDataProcessor::ConfirmDelete() {
   std::string typeText;
   std::string name;
   GetDisplayNames(&typeText, &name);
-  const std::string question = SystemText(TextId::kConfirmDelete) + " \"" + name + "\"(" +
-                               typeText + ")?";
+  const std::string question =
+      SystemText(TextId::kConfirmDelete) + " \"" + name + "\"(" + typeText + ")?";
   return data_.Ui().ShowMessage(MessageKind::kConfirmation, question, MessageButtons::kYesNo) ==
          MessageAnswer::kYes;
 }
@@ -289,8 +296,8 @@ bool TQvRfDataProcessor::DeleteRecord(TComponent* owner) {
 
 void TQvRfDataProcessor::DeleteIfUsedOnce(TObjectType object, std::string_view column) {
   const int key = CurrentInteger(column);
-  const auto users = DataSet->FindAll({TMatch::Integer(Column(column), key)},
-                                      QvPlatform::TRowScope::kAll);
+  const auto users =
+      DataSet->FindAll({TMatch::Integer(Column(column), key)}, QvPlatform::TRowScope::kAll);
   TQvRfDataProcessor& processor = ProcessorOf(object);
   if (users.size() == 1 && processor.LocateKey(key)) processor.DataSet->Delete();
 }
@@ -315,13 +322,13 @@ bool TQvRfDataProcessor::WriteContent(TStringTree* tree) {
 }
 
 bool TQvRfDataProcessor::WriteItems(TStringTree* tree, std::span<const TTreeItem> items) {
-  return std::ranges::all_of(items,
-                             [&](const TTreeItem& item) { return WriteItem(tree, item); });
+  // Rows stay where they are while a tree is written.
+  const TRowView row = DataSet->CurrentRow();
+  return row && std::ranges::all_of(
+                    items, [&](const TTreeItem& item) { return WriteItem(tree, item, row); });
 }
 
-bool TQvRfDataProcessor::WriteItem(TStringTree* tree, const TTreeItem& item) {
-  const TRowView row = DataSet->CurrentRow();
-  if (!row) return false;
+bool TQvRfDataProcessor::WriteItem(TStringTree* tree, const TTreeItem& item, TRowView row) {
   switch (item.kind) {
     case TTreeItem::Kind::kField: {
       const int column = ItemColumn(item);
@@ -475,15 +482,15 @@ bool TQvRfDataProcessor::IsEqualRow(const TRecordImage& image, TRowView row) con
     bool equal = false;
     switch (equality.compare) {
       case TCompare::kFoldedName:
-        equal = QvPlatform::FoldName(row.GetText(column)) ==
-                QvPlatform::FoldName(image.Text(column));
+        equal =
+            QvPlatform::FoldName(row.GetText(column)) == QvPlatform::FoldName(image.Text(column));
         break;
       case TCompare::kText:
         equal = row.GetText(column) == image.Text(column);
         break;
       case TCompare::kTrimmedText:
-        equal = QvPlatform::TrimView(row.GetText(column)) ==
-                QvPlatform::TrimView(image.Text(column));
+        equal =
+            QvPlatform::TrimView(row.GetText(column)) == QvPlatform::TrimView(image.Text(column));
         break;
       case TCompare::kInteger:
         equal = row.GetInteger(column) == image.Integer(column);
@@ -526,7 +533,8 @@ void TQvRfDataProcessor::WriteResultNotes(TStringTree* tree, int key, bool inser
   constexpr int kContentNote = 201002;
   constexpr int kInsertedNote = 201003;
   constexpr int kNoteIndex = -1;
-  for (const int id : {kKeyNote, kContentNote, kInsertedNote}) RemoveField(tree, id, kNoteIndex);
+  for (const int id : {kKeyNote, kContentNote, kInsertedNote})
+    RemoveField(tree, id, kNoteIndex);
   EnsureField(tree, kKeyNote, kNoteIndex, std::to_string(key),
               inserted ? "Inserted ID" : "Found ID");
   EnsureField(tree, kInsertedNote, kNoteIndex, inserted ? "1" : "0", "Inserted");

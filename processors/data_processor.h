@@ -147,7 +147,7 @@ class TQvRfDataProcessor {
 
   /// Walks the items and writes each.
   [[nodiscard]] bool WriteItems(TStringTree* tree, std::span<const TTreeItem> items);
-  [[nodiscard]] bool WriteItem(TStringTree* tree, const TTreeItem& item);
+  [[nodiscard]] bool WriteItem(TStringTree* tree, const TTreeItem& item, QvPlatform::TRowView row);
   [[nodiscard]] bool ReadItems(TStringTree* tree, std::span<const TTreeItem> items,
                                TRecordImage* image);
   [[nodiscard]] bool ReadItem(TStringTree* tree, const TTreeItem& item, TRecordImage* image);

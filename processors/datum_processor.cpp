@@ -11,9 +11,8 @@ void TQvRfDatumDataProcessor::DeleteBeside(int /*key*/) {
 }
 
 bool TQvRfDatumDataProcessor::WriteMifUserDatumEllipsoid(TStringTree* tree) {
-  const std::string* code =
-      FindFilledCode(static_cast<int>(TObjectType::kEllipsoid), CurrentInteger("ELLIPSOID_AUTOKEY"),
-                     TParamTag::kMif);
+  const std::string* code = FindFilledCode(static_cast<int>(TObjectType::kEllipsoid),
+                                           CurrentInteger("ELLIPSOID_AUTOKEY"), TParamTag::kMif);
   return code != nullptr && EnsureField(tree, 101004, 0, *code, "MIF/MID user datum ellipsoid");
 }
 

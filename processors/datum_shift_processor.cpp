@@ -39,13 +39,13 @@ bool TQvRfDatumShiftDataProcessor::WriteContent(TStringTree* tree) {
   const int type = CurrentInteger("TYPE");
   const std::span<const int> members = MembersOf(type);
   if (members.empty()) return false;
-  const auto write = [&](int id) { return WriteItem(tree, ItemOf(id)); };
+  const QvPlatform::TRowView row = DataSet->CurrentRow();
+  const auto write = [&](int id) { return WriteItem(tree, ItemOf(id), row); };
   if (!std::ranges::all_of(kTexts, write)) return false;
   // The type stands behind the unit of a translation, but ahead of the three units of the others.
   if (type == kTranslation) return std::ranges::all_of(members, write) && write(kTypeId);
-  const auto firstUnit = std::ranges::find_if(members, [&](int id) {
-    return ItemOf(id).kind == TTreeItem::Kind::kSubobject;
-  });
+  const auto firstUnit = std::ranges::find_if(
+      members, [&](int id) { return ItemOf(id).kind == TTreeItem::Kind::kSubobject; });
   return std::all_of(members.begin(), firstUnit, write) && write(kTypeId) &&
          std::all_of(firstUnit, members.end(), write);
 }

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "platform/text/text.h"
-#include "processors/type_processors.h"
 
 namespace QvRefSystem {
 
@@ -16,12 +15,30 @@ constexpr int kMifProjectedGroup = 5;
 
 }  // namespace
 
-const std::string* TQvRfMapProjDataProcessor::FindParameter(int key, int type, int code) const {
-  const QvPlatform::TRowView row = data_.datasetParamValue.FindFirst(
-      {ParamMatch(kOwnerId, key), ParamMatch(kOwnerContent, kProjectionParameterOwner),
-       ParamMatch(kParamTag, kParameterTag), ParamMatch(kParamGroup, type),
-       ParamMatch(kParamCode, code)});
-  return row ? &row.GetText(ParamField(kValue)) : nullptr;
+class TQvRfMapProjDataProcessor::Values {
+ public:
+  Values(std::vector<QvPlatform::TRowView> rows, int codeField, int valueField)
+      : rows_(std::move(rows)), codeField_(codeField), valueField_(valueField) {}
+
+  /// Null for a parameter that has no row.
+  [[nodiscard]] const std::string* Find(int code) const {
+    for (const QvPlatform::TRowView row : rows_) {
+      if (row.GetInteger(codeField_) == code) return &row.GetText(valueField_);
+    }
+    return nullptr;
+  }
+
+ private:
+  std::vector<QvPlatform::TRowView> rows_;
+  int codeField_;
+  int valueField_;
+};
+
+TQvRfMapProjDataProcessor::Values TQvRfMapProjDataProcessor::ValuesOf(int key, int type) const {
+  return {data_.datasetParamValue.FindAll(
+              {ParamMatch(kOwnerId, key), ParamMatch(kOwnerContent, kProjectionParameterOwner),
+               ParamMatch(kParamTag, kParameterTag), ParamMatch(kParamGroup, type)}),
+          ParamField(kParamCode), ParamField(kValue)};
 }
 
 bool TQvRfMapProjDataProcessor::WriteOwnItem(TStringTree* tree, const TTreeItem& item) {
@@ -31,9 +48,9 @@ bool TQvRfMapProjDataProcessor::WriteOwnItem(TStringTree* tree, const TTreeItem&
     if (code != nullptr) EnsureField(tree, item.id, 0, *code, "GeoTIFF map proj type");
     return true;
   }
-  const int key = GetCurrentKey();
-  for (const TProjectionParameterRow& parameter : ParametersOfType(data_, type)) {
-    const std::string* value = FindParameter(key, type, parameter.code);
+  const Values values = ValuesOf(GetCurrentKey(), type);
+  for (const TProjectionParameterRow& parameter : parameters_.OfType(type)) {
+    const std::string* value = values.Find(parameter.code);
     if (value != nullptr && !EnsureField(tree, parameter.tag, 0, *value, parameter.name)) {
       return false;
     }
@@ -44,7 +61,7 @@ bool TQvRfMapProjDataProcessor::WriteOwnItem(TStringTree* tree, const TTreeItem&
 bool TQvRfMapProjDataProcessor::ReadContent(TStringTree* tree, TRecordImage* image) {
   if (!TQvRfDataProcessor::ReadContent(tree, image)) return false;
   for (const TProjectionParameterRow& parameter :
-       ParametersOfType(data_, image->Integer(Column("TYPE")))) {
+       parameters_.OfType(image->Integer(Column("TYPE")))) {
     std::string value;
     if (!tree->GetString(parameter.tag, 0, &value)) return false;
     image->Beside[parameter.code] = std::move(value);
@@ -54,10 +71,9 @@ bool TQvRfMapProjDataProcessor::ReadContent(TStringTree* tree, TRecordImage* ima
 
 bool TQvRfMapProjDataProcessor::IsEqualBeside(const TRecordImage& image,
                                               QvPlatform::TRowView row) const {
-  const int key = row.GetInteger(Column("AUTOKEY"));
-  const int type = image.Integer(Column("TYPE"));
+  const Values values = ValuesOf(row.GetInteger(Column("AUTOKEY")), image.Integer(Column("TYPE")));
   return std::ranges::all_of(image.Beside, [&](const auto& parameter) {
-    const std::string* stored = FindParameter(key, type, parameter.first);
+    const std::string* stored = values.Find(parameter.first);
     return stored == nullptr ||
            QvPlatform::TrimView(*stored) == QvPlatform::TrimView(parameter.second);
   });
@@ -66,7 +82,7 @@ bool TQvRfMapProjDataProcessor::IsEqualBeside(const TRecordImage& image,
 void TQvRfMapProjDataProcessor::AppendBeside(TStringTree* tree, const TRecordImage& image,
                                              int key) {
   const int type = image.Integer(Column("TYPE"));
-  for (const TProjectionParameterRow& parameter : ParametersOfType(data_, type)) {
+  for (const TProjectionParameterRow& parameter : parameters_.OfType(type)) {
     AppendParamValue(kProjectionParameterOwner, key, TParamTag::kProjectionParameter, type,
                      parameter.code, image.Beside.at(parameter.code));
   }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "processors/data_processor.h"
+#include "processors/type_processors.h"
 
 namespace QvRefSystem {
 
@@ -8,7 +9,8 @@ namespace QvRefSystem {
 class TQvRfMapProjDataProcessor final : public TQvRfDataProcessor {
  public:
   explicit TQvRfMapProjDataProcessor(TdatamoduleQvRfData& data)
-      : TQvRfDataProcessor(data, DescriptorOf(TObjectType::kMapProjection)) {}
+      : TQvRfDataProcessor(data, DescriptorOf(TObjectType::kMapProjection)),
+        parameters_(data.datasetMapProjParam) {}
 
   /// Writes the MIF/MID code of systems of the current projection's type; false if it has none.
   [[nodiscard]] bool WriteMifProjectionType(TStringTree* tree);
@@ -22,8 +24,11 @@ class TQvRfMapProjDataProcessor final : public TQvRfDataProcessor {
   void DeleteBeside(int key) override;
 
  private:
-  /// The VALUE of a parameter of a projection; null if it has no row.
-  [[nodiscard]] const std::string* FindParameter(int key, int type, int code) const;
+  /// The values of a projection's parameters. Where a code has several rows the first counts.
+  class Values;
+  [[nodiscard]] Values ValuesOf(int key, int type) const;
+
+  TProjectionParameters parameters_;
 };
 
 }  // namespace QvRefSystem

@@ -9,7 +9,9 @@
 namespace QvRefSystem {
 
 /// Answers, for each letter typed, which rows of a table have the text in their NAME, case aside:
-/// the same test as FindNextByName. The folded names are kept until Invalidate.
+/// the same test as FindNextByName. Where no name has it, the rows are told that have it in their
+/// DESCRIPTION, so that a code of a registry finds its system. The folded texts are kept until
+/// Invalidate.
 class TNameFilter {
  public:
   explicit TNameFilter(QvPlatform::TQvDataSet& dataSet) : dataSet_(dataSet) {}
@@ -19,13 +21,19 @@ class TNameFilter {
   [[nodiscard]] std::vector<int> Match(std::string_view text);
 
  private:
-  void Load();
+  // The texts of one column one behind the other, each closed by a zero byte, so that one pass over
+  // one block serves a search.
+  struct Column {
+    std::string texts;
+    std::vector<std::size_t> starts;
+  };
+  void Load(Column* column, const char* field);
+  [[nodiscard]] static std::vector<int> Search(const Column& column, const std::string& wanted);
+
   QvPlatform::TQvDataSet& dataSet_;
   bool valid_ = false;
-  // All names one behind the other, each closed by a zero byte, so that one pass over one block
-  // serves a search.
-  std::string names_;
-  std::vector<std::size_t> starts_;
+  Column names_;
+  Column descriptions_;
 };
 
 }  // namespace QvRefSystem

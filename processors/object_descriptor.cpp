@@ -14,7 +14,8 @@ constexpr auto Items(const std::array<TTreeItem, Sizes>&... parts) {
   std::array<TTreeItem, (Sizes + ...)> joined{};
   std::size_t next = 0;
   const auto append = [&](const auto& part) {
-    for (const TTreeItem& item : part) joined[next++] = item;
+    for (const TTreeItem& item : part)
+      joined[next++] = item;
   };
   (append(parts), ...);
   return joined;
@@ -24,20 +25,17 @@ constexpr TEqualityColumn kByFoldedName{"NAME", TCompare::kFoldedName};
 constexpr std::array kByType{TEqualityColumn{"TYPE", TCompare::kInteger}};
 
 // Units. The three classes share their fields; the subtree's id tells which kind it is.
-constexpr std::array kUnitFields{IntegerItem(5301, "code", "CODE"),
-                                 IntegerItem(5312, "type", "TYPE"),
-                                 DoubleItem(5310, "f_b", "FACTOR_B"),
-                                 DoubleItem(5311, "f_c", "FACTOR_C"),
-                                 TextItem(5320, "name", "NAME"),
-                                 TextItem(5321, "abbr", "ABBREVIATION"),
-                                 TextItem(5322, "desc", "DESCRIPTION")};
-constexpr auto kLinearUnitItems = Items(
-    kUnitFields, std::array{CodeItem(102002, "GeoTIFF linear unit", TParamTag::kGeoTiff),
-                            CodeItem(101002, "MIF/MID unit name", TParamTag::kMif,
-                                     TValueForm::kText, TBlankRule::kWriteBlank)});
+constexpr std::array kUnitFields{
+    IntegerItem(5301, "code", "CODE"),    IntegerItem(5312, "type", "TYPE"),
+    DoubleItem(5310, "f_b", "FACTOR_B"),  DoubleItem(5311, "f_c", "FACTOR_C"),
+    TextItem(5320, "name", "NAME"),       TextItem(5321, "abbr", "ABBREVIATION"),
+    TextItem(5322, "desc", "DESCRIPTION")};
+constexpr auto kLinearUnitItems =
+    Items(kUnitFields, std::array{CodeItem(102002, "GeoTIFF linear unit", TParamTag::kGeoTiff),
+                                  CodeItem(101002, "MIF/MID unit name", TParamTag::kMif,
+                                           TValueForm::kText, TBlankRule::kWriteBlank)});
 constexpr auto kAngularUnitItems =
-    Items(kUnitFields,
-          std::array{CodeItem(102003, "GeoTIFF angular unit", TParamTag::kGeoTiff)});
+    Items(kUnitFields, std::array{CodeItem(102003, "GeoTIFF angular unit", TParamTag::kGeoTiff)});
 constexpr std::array kUnitEquality{kByFoldedName, TEqualityColumn{"CODE", TCompare::kInteger},
                                    TEqualityColumn{"FACTOR_B", TCompare::kDouble},
                                    TEqualityColumn{"FACTOR_C", TCompare::kDouble}};
@@ -57,17 +55,16 @@ constexpr std::array kScaleUnitUsers{TUsedByScan{kMapProjection, "SCALE_UNIT_AUT
                                      TUsedByScan{kDatumShift, "SCALE_UNIT_AUTOKEY"}};
 
 // Ellipsoids. Which column gives the shape depends on the tree's flags.
-constexpr std::array kEllipsoidItems{
-    TextItem(5120, "name", "NAME"),
-    TextItem(5121, "desc", "DESCRIPTION"),
-    TextItem(5110, "A", "A"),
-    TextItem(5111, "B", "B"),
-    With(DoubleItem(5112, "f", "F"), kByRule),
-    IntegerItem(5114, "use_f", "USE_F"),
-    IntegerItem(5115, "spheroid", "SPHEROID"),
-    SubobjectItem(5113, kLinearUnit, "UNIT_AUTOKEY"),
-    CodeItem(102004, "GeoTIFF ellipsoid", TParamTag::kGeoTiff),
-    CodeItem(101004, "MIFMID ellipsoid", TParamTag::kMif)};
+constexpr std::array kEllipsoidItems{TextItem(5120, "name", "NAME"),
+                                     TextItem(5121, "desc", "DESCRIPTION"),
+                                     TextItem(5110, "A", "A"),
+                                     TextItem(5111, "B", "B"),
+                                     With(DoubleItem(5112, "f", "F"), kByRule),
+                                     IntegerItem(5114, "use_f", "USE_F"),
+                                     IntegerItem(5115, "spheroid", "SPHEROID"),
+                                     SubobjectItem(5113, kLinearUnit, "UNIT_AUTOKEY"),
+                                     CodeItem(102004, "GeoTIFF ellipsoid", TParamTag::kGeoTiff),
+                                     CodeItem(101004, "MIFMID ellipsoid", TParamTag::kMif)};
 constexpr std::array kEllipsoidEquality{kByFoldedName,
                                         TEqualityColumn{"UNIT_AUTOKEY", TCompare::kInteger},
                                         TEqualityColumn{"A", TCompare::kText}};
@@ -83,15 +80,14 @@ constexpr std::array kPrimeMeridianEquality{kByFoldedName,
                                             TEqualityColumn{"LONGITUDE", TCompare::kText}};
 constexpr std::array kPrimeMeridianUsers{TUsedByScan{kReferenceSystem, "PRIME_MERIDIAN_AUTOKEY"}};
 
-constexpr std::array kDatumItems{
-    TextItem(5620, "name", "NAME"),
-    TextItem(5621, "desc", "DESCRIPTION"),
-    TextItem(5622, "abbr", "ABBREVIATION"),
-    CodeItem(102006, "GeoTIFF datum", TParamTag::kGeoTiff),
-    CodeItem(101003, "MIF/MID datum code", TParamTag::kMif, TValueForm::kInteger,
-             TBlankRule::kWriteBlank),
-    SubobjectItem(1102, kDatumShift, "DATUM_SHIFT_AUTOKEY"),
-    SubobjectItem(5610, kEllipsoid, "ELLIPSOID_AUTOKEY")};
+constexpr std::array kDatumItems{TextItem(5620, "name", "NAME"),
+                                 TextItem(5621, "desc", "DESCRIPTION"),
+                                 TextItem(5622, "abbr", "ABBREVIATION"),
+                                 CodeItem(102006, "GeoTIFF datum", TParamTag::kGeoTiff),
+                                 CodeItem(101003, "MIF/MID datum code", TParamTag::kMif,
+                                          TValueForm::kInteger, TBlankRule::kWriteBlank),
+                                 SubobjectItem(1102, kDatumShift, "DATUM_SHIFT_AUTOKEY"),
+                                 SubobjectItem(5610, kEllipsoid, "ELLIPSOID_AUTOKEY")};
 constexpr std::array kDatumEquality{kByFoldedName,
                                     TEqualityColumn{"ELLIPSOID_AUTOKEY", TCompare::kInteger},
                                     TEqualityColumn{"DATUM_SHIFT_AUTOKEY", TCompare::kInteger}};
@@ -171,8 +167,8 @@ constexpr std::array kMapProjectionTypeItems{
     With(TextItem(5803, "desc", "DESCRIPTION"), kWriteOnly), OwnItem(5830)};
 
 constexpr std::array kReferenceSystemTypeItems{
-    IntegerItem(2001, "type", "TYPE"),       TextItem(2002, "name", "NAME"),
-    TextItem(2003, "desc", "DESCRIPTION"),   TextItem(2004, "coord", "COORD1_ABBR", 0),
+    IntegerItem(2001, "type", "TYPE"),         TextItem(2002, "name", "NAME"),
+    TextItem(2003, "desc", "DESCRIPTION"),     TextItem(2004, "coord", "COORD1_ABBR", 0),
     TextItem(2004, "coord", "COORD2_ABBR", 1), TextItem(2004, "coord", "COORD3_ABBR", 2),
     IntegerItem(2005, "swap", "SWAP_COORDS")};
 
@@ -210,8 +206,8 @@ constexpr std::array<TObjectDescriptor, 13> kDescriptors{{
      kReferenceSystemUsers, kNameAndDescription},
     {kDatum, TableId::kDatum, "datum", "datum", TextId::kDatum, kDatumItems, kDatumEquality,
      kDatumUsers, kNameAndDescription},
-    {kEllipsoid, TableId::kEllipsoid, "ellipsoid", "ellipsoid", TextId::kEllipsoid,
-     kEllipsoidItems, kEllipsoidEquality, kEllipsoidUsers, kNameAndDescription},
+    {kEllipsoid, TableId::kEllipsoid, "ellipsoid", "ellipsoid", TextId::kEllipsoid, kEllipsoidItems,
+     kEllipsoidEquality, kEllipsoidUsers, kNameAndDescription},
     {kDatumShift, TableId::kDatumShift, "datum shift", "datum shift", TextId::kDatumShift,
      kDatumShiftItems, kDatumShiftEquality, kDatumShiftUsers, kNameAndDescription},
     {kPrimeMeridian, TableId::kPrimeMeridian, "prime meridian", "prime meridian",
@@ -232,8 +228,15 @@ constexpr std::array<TObjectDescriptor, 13> kDescriptors{{
     {kReferenceSystemType, TableId::kRefSystemType, "reference system type", "refsystem type",
      TextId::kReferenceSystemType, kReferenceSystemTypeItems, kByType, kNoUsers,
      kNameAndDescription},
-    {kVerticalReferenceSystem, TableId::kVerticalRefSystem, "height system", "height system",
-     TextId::kVerticalReferenceSystem, {}, {}, kNoUsers, kNameAndDescription},
+    {kVerticalReferenceSystem,
+     TableId::kVerticalRefSystem,
+     "height system",
+     "height system",
+     TextId::kVerticalReferenceSystem,
+     {},
+     {},
+     kNoUsers,
+     kNameAndDescription},
 }};
 
 // The rows run by code, and every member names what its kind needs.
@@ -254,7 +257,9 @@ static_assert(DescriptorsAreConsistent());
 
 }  // namespace
 
-std::span<const TObjectDescriptor> ObjectDescriptors() { return kDescriptors; }
+std::span<const TObjectDescriptor> ObjectDescriptors() {
+  return kDescriptors;
+}
 
 const TObjectDescriptor& DescriptorOf(TObjectType type) {
   for (const TObjectDescriptor& descriptor : kDescriptors) {

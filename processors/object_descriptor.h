@@ -101,7 +101,9 @@ constexpr TTreeItem CodeItem(int id, std::string_view label, TParamTag tag,
           .tag = tag,
           .blank = blank};
 }
-constexpr TTreeItem OwnItem(int id) { return {.kind = TTreeItem::Kind::kOwn, .id = id}; }
+constexpr TTreeItem OwnItem(int id) {
+  return {.kind = TTreeItem::Kind::kOwn, .id = id};
+}
 constexpr TTreeItem With(TTreeItem item, TReading reading) {
   item.reading = reading;
   return item;

@@ -16,9 +16,15 @@ TRecordImage::Value& TRecordImage::Slot(int field) {
   return values_.emplace_back(field, Value()).second;
 }
 
-void TRecordImage::SetInteger(int field, int value) { Slot(field) = value; }
-void TRecordImage::SetDouble(int field, double value) { Slot(field) = value; }
-void TRecordImage::SetText(int field, std::string value) { Slot(field) = std::move(value); }
+void TRecordImage::SetInteger(int field, int value) {
+  Slot(field) = value;
+}
+void TRecordImage::SetDouble(int field, double value) {
+  Slot(field) = value;
+}
+void TRecordImage::SetText(int field, std::string value) {
+  Slot(field) = std::move(value);
+}
 
 int TRecordImage::Integer(int field) const {
   const Value* value = Find(field);

@@ -26,9 +26,10 @@ bool TQvRfRefSystemDataProcessor::WriteGeneratedRadian(TStringTree* primary) {
     std::string_view label;
     std::string_view value;
   };
-  static constexpr Member kRadian[] = {
-      {5301, "code", "0"},      {5312, "type", "2"},   {5310, "f_b", "1"},         {5311, "f_c", "1"},
-      {5320, "name", "Radian"}, {5321, "abbr", "rad"}, {5322, "desc", "Generated"}};
+  static constexpr Member kRadian[] = {{5301, "code", "0"},        {5312, "type", "2"},
+                                       {5310, "f_b", "1"},         {5311, "f_c", "1"},
+                                       {5320, "name", "Radian"},   {5321, "abbr", "rad"},
+                                       {5322, "desc", "Generated"}};
   TStringTree* unit = primary;
   if (!EnsureSubtree(primary, 1106, 0, "angular unit") || !EnterSubtree(&unit, 1106, 0)) {
     return false;
@@ -54,17 +55,16 @@ bool TQvRfRefSystemDataProcessor::WriteSystemGeoid(TStringTree* tree, int code) 
 }
 
 void TQvRfRefSystemDataProcessor::WriteMifExport(TStringTree* tree, const Record& record) {
-  // A host finds a whole subtree or none, so it is filled aside.
-  TStringTree scratch;
+  // A host finds a whole subtree or none.
   bool whole = false;
   try {
-    TStringTree* exported = &scratch;
-    whole = EnsureSubtree(&scratch, kExportId, 0, "MIF/MID export subtree") &&
+    TStringTree* exported = tree;
+    whole = EnsureSubtree(tree, kExportId, 0, "MIF/MID export subtree") &&
             EnterSubtree(&exported, kExportId, 0) && FillMifExport(tree, exported, record);
   } catch (const std::exception&) {
     whole = false;
   }
-  if (whole) MergeTree(&scratch, tree);
+  if (!whole) RemoveSubtree(tree, kExportId, 0);
 }
 
 bool TQvRfRefSystemDataProcessor::FillMifExport(TStringTree* tree, TStringTree* exported,
@@ -75,20 +75,20 @@ bool TQvRfRefSystemDataProcessor::FillMifExport(TStringTree* tree, TStringTree* 
              WriteMifUnit(exported, record);
     case kProjected:
       return MapProjections().LocateKey(record.mapProjection) &&
-             MapProjections().WriteMifProjectionType(exported) &&
-             WriteMifDatum(exported, record) && WriteMifUnit(exported, record);
+             MapProjections().WriteMifProjectionType(exported) && WriteMifDatum(exported, record) &&
+             WriteMifUnit(exported, record);
     default:
       return WriteMifUnit(exported, record);
   }
 }
 
 bool TQvRfRefSystemDataProcessor::WriteMifUnit(TStringTree* exported, const Record& record) {
-  const std::string* name = FindCode(static_cast<int>(TObjectType::kLinearUnit), record.linearUnit,
-                                     TParamTag::kMif);
+  const std::string* name =
+      FindCode(static_cast<int>(TObjectType::kLinearUnit), record.linearUnit, TParamTag::kMif);
   if (name == nullptr || name->empty()) return false;
-  return EnsureField(exported, 101002, 0, *name,
-                     record.kind == kGeodetic ? "MIF/MID unit (angular?!) name"
-                                              : "MIF/MID unit (linear) name");
+  return EnsureField(
+      exported, 101002, 0, *name,
+      record.kind == kGeodetic ? "MIF/MID unit (angular?!) name" : "MIF/MID unit (linear) name");
 }
 
 bool TQvRfRefSystemDataProcessor::WriteMifGeodeticType(TStringTree* tree, TStringTree* exported) {

@@ -12,9 +12,8 @@ bool TQvRfRefSystemDataProcessor::ReadContent(TStringTree* tree, TRecordImage* i
     return false;
   }
   const Kind* kind = KindOf(image->Integer(columns_.type));
-  return kind != nullptr && std::ranges::all_of(kind->read, [&](Step step) {
-           return ReadStep(tree, step, image);
-         });
+  return kind != nullptr &&
+         std::ranges::all_of(kind->read, [&](Step step) { return ReadStep(tree, step, image); });
 }
 
 bool TQvRfRefSystemDataProcessor::ReadStep(TStringTree* tree, Step step, TRecordImage* image) {

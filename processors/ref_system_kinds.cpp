@@ -12,10 +12,10 @@ const TQvRfRefSystemDataProcessor::Kind* TQvRfRefSystemDataProcessor::KindOf(int
   static constexpr std::array kLocalRead{kSwap, kPlaneOrigin, kLinearUnit, kEllipsoid};
   static constexpr std::array kGeocentricWritten{kAxes, kPrimeMeridian, kLinearUnit, kDatumIfAny};
   static constexpr std::array kGeocentricRead{kLinearUnit, kPrimeMeridian, kDatumIfAny};
-  static constexpr std::array kGeodeticWritten{kAxes,           kAngularUnit,      kPrimeMeridian,
-                                               kHeightsWithUnit, kDatumOrEllipsoid, kPositiveLongitude};
-  static constexpr std::array kGeodeticRead{kPositiveLongitude, kAngularUnit, kHeightsWithUnit,
-                                            kPrimeMeridian, kDatumOrEllipsoid, kVertical};
+  static constexpr std::array kGeodeticWritten{
+      kAxes, kAngularUnit, kPrimeMeridian, kHeightsWithUnit, kDatumOrEllipsoid, kPositiveLongitude};
+  static constexpr std::array kGeodeticRead{kPositiveLongitude, kAngularUnit,      kHeightsWithUnit,
+                                            kPrimeMeridian,     kDatumOrEllipsoid, kVertical};
   static constexpr std::array kProjectedWritten{
       kAxes,       kPrimeMeridian,     kHeights,         kLinearUnit,      kUnitInHeights,
       kProjection, kMifProjectionType, kOptionalPrimary, kDatumOrEllipsoid};

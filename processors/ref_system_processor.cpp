@@ -15,21 +15,21 @@ using QvPlatform::TextId;
 
 TQvRfRefSystemDataProcessor::TQvRfRefSystemDataProcessor(TdatamoduleQvRfData& data)
     : TQvRfDataProcessor(data, DescriptorOf(TObjectType::kReferenceSystem)) {
-  columns_ = {.type = Column("TYPE"),
-              .swap = Column("SWAP_COORDS"),
-              .azimuth = Column("AZIMUTH"),
-              .linearUnit = Column("LINEAR_UNIT_AUTOKEY"),
-              .angularUnit = Column("ANGULAR_UNIT_AUTOKEY"),
-              .ellipsoid = Column("ELLIPSOID_AUTOKEY"),
-              .datum = Column("DATUM_AUTOKEY"),
-              .primeMeridian = Column("PRIME_MERIDIAN_AUTOKEY"),
-              .mapProjection = Column("MAP_PROJ_AUTOKEY"),
-              .primary = Column("PRIMARY_REFSYSTEM_AUTOKEY"),
-              .verticalSystem = Column("VERT_SYSTEM_AUTOKEY"),
-              .verticalCode = Column("VERT_SYSTEM_CODE"),
-              .axes = {Column("COORD1_ABBR"), Column("COORD2_ABBR"), Column("COORD3_ABBR")},
-              .origin = {Column("ORIGIN_COORD1"), Column("ORIGIN_COORD2"),
-                         Column("ORIGIN_COORD3")}};
+  columns_ = {
+      .type = Column("TYPE"),
+      .swap = Column("SWAP_COORDS"),
+      .azimuth = Column("AZIMUTH"),
+      .linearUnit = Column("LINEAR_UNIT_AUTOKEY"),
+      .angularUnit = Column("ANGULAR_UNIT_AUTOKEY"),
+      .ellipsoid = Column("ELLIPSOID_AUTOKEY"),
+      .datum = Column("DATUM_AUTOKEY"),
+      .primeMeridian = Column("PRIME_MERIDIAN_AUTOKEY"),
+      .mapProjection = Column("MAP_PROJ_AUTOKEY"),
+      .primary = Column("PRIMARY_REFSYSTEM_AUTOKEY"),
+      .verticalSystem = Column("VERT_SYSTEM_AUTOKEY"),
+      .verticalCode = Column("VERT_SYSTEM_CODE"),
+      .axes = {Column("COORD1_ABBR"), Column("COORD2_ABBR"), Column("COORD3_ABBR")},
+      .origin = {Column("ORIGIN_COORD1"), Column("ORIGIN_COORD2"), Column("ORIGIN_COORD3")}};
 }
 
 TQvRfRefSystemDataProcessor::Record TQvRfRefSystemDataProcessor::CurrentRecord() const {
@@ -149,9 +149,8 @@ bool TQvRfRefSystemDataProcessor::WriteColumns(TStringTree* tree, int id, std::s
 }
 
 bool TQvRfRefSystemDataProcessor::WriteDatumOrEllipsoid(TStringTree* tree, const Record& record) {
-  return record.datum == 0
-             ? WriteSubobject(tree, TObjectType::kEllipsoid, record.ellipsoid, 1103)
-             : WriteSubobject(tree, TObjectType::kDatum, record.datum, 1107);
+  return record.datum == 0 ? WriteSubobject(tree, TObjectType::kEllipsoid, record.ellipsoid, 1103)
+                           : WriteSubobject(tree, TObjectType::kDatum, record.datum, 1107);
 }
 
 bool TQvRfRefSystemDataProcessor::WriteUnitInHeights(TStringTree* tree, const Record& record,

@@ -93,6 +93,9 @@ char* PutEncoded(std::string_view text, char* out) {
   return std::copy(encoded.begin(), encoded.end(), out);
 }
 
+/// Bytes of the longest number, which has a sign.
+constexpr std::ptrdiff_t kLongestNumber = 11;
+
 /// Counts the bytes that a BufferSink would write.
 class CountSink {
  public:
@@ -115,8 +118,28 @@ class CountSink {
   void Value(const Field& field, int i) { size_ += field.PutValueText(i, nullptr); }
   [[nodiscard]] std::size_t Size() const { return size_; }
 
+ protected:
+  void Add(std::size_t bytes) { size_ += bytes; }
+
  private:
   std::size_t size_ = 0;
+};
+
+/// Counts at least the bytes that a BufferSink would write, without a look at short texts: a pass
+/// that is spared costs more than the bytes that it may claim too many.
+class BoundSink : public CountSink {
+ public:
+  void Number(int) { Add(kLongestNumber); }
+  void Encoded(std::string_view text) { Add(Bound(text)); }
+  void Value(const Field& field, int i) {
+    Add(Bound(std::string_view(field.Values[static_cast<std::size_t>(i)])));
+  }
+
+ private:
+  static std::size_t Bound(std::string_view text) {
+    constexpr std::size_t kShort = 256;
+    return text.size() > kShort ? EncodedSize(text) : 2 * text.size();
+  }
 };
 
 /// Writes to memory that has been counted.
@@ -129,16 +152,16 @@ class BufferSink {
   }
   void Char(char c) { *out_++ = c; }
   void Number(int value) {
-    constexpr std::ptrdiff_t kLongest = 11;
     if (value >= 0 && value < 10) {
       Char(static_cast<char>('0' + value));
     } else {
-      out_ = std::to_chars(out_, out_ + kLongest, value).ptr;
+      out_ = std::to_chars(out_, out_ + kLongestNumber, value).ptr;
     }
   }
   void Raw(std::string_view text) { out_ = std::copy(text.begin(), text.end(), out_); }
   void Encoded(std::string_view text) { out_ = PutEncoded(text, out_); }
   void Value(const Field& field, int i) { out_ += field.PutValueText(i, out_); }
+  [[nodiscard]] const char* End() const { return out_; }
 
  private:
   char* out_;
@@ -394,8 +417,9 @@ void TStringTree::ReadText(std::string_view text, std::size_t* position) {
 }
 
 std::string WriteTreeText(const TStringTree* tree) {
-  std::string text(PutNode(*tree, 0, CountSink()).Size(), '\0');
-  PutNode(*tree, 0, BufferSink(text.data()));
+  std::string text(PutNode(*tree, 0, BoundSink()).Size(), '\0');
+  const char* end = PutNode(*tree, 0, BufferSink(text.data())).End();
+  text.resize(static_cast<std::size_t>(end - text.data()));
   return text;
 }
 

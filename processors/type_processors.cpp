@@ -5,27 +5,30 @@ namespace QvRefSystem {
 using QvPlatform::TMatch;
 using QvPlatform::TRowView;
 
-bool TTypeTableProcessor::CheckNotUsed(TComponent* /*owner*/) { return false; }
+bool TTypeTableProcessor::CheckNotUsed(TComponent* /*owner*/) {
+  return false;
+}
 
-std::vector<TProjectionParameterRow> ParametersOfType(TdatamoduleQvRfData& data, int type) {
-  QvPlatform::TQvDataSet& table = data.datasetMapProjParam;
-  const auto column = [&](std::string_view name) { return table.FieldByName(name).GetIndex(); };
-  const int tag = column("TAG");
-  const int name = column("NAME");
-  const int kind = column("KIND");
-  const int unitType = column("UNIT_TYPE");
-  const int code = column("PARAM_CODE");
+TProjectionParameters::TProjectionParameters(QvPlatform::TQvDataSet& table)
+    : table_(table),
+      type_(table.FieldByName("PROJ_TYPE").GetIndex()),
+      tag_(table.FieldByName("TAG").GetIndex()),
+      name_(table.FieldByName("NAME").GetIndex()),
+      kind_(table.FieldByName("KIND").GetIndex()),
+      unitType_(table.FieldByName("UNIT_TYPE").GetIndex()),
+      code_(table.FieldByName("PARAM_CODE").GetIndex()) {}
+
+std::vector<TProjectionParameterRow> TProjectionParameters::OfType(int type) const {
   std::vector<TProjectionParameterRow> parameters;
-  for (const TRowView row : table.FindAll({TMatch::Integer(column("PROJ_TYPE"), type)})) {
-    parameters.push_back({row.GetInteger(tag), row.GetText(name), row.GetInteger(kind),
-                          row.GetInteger(unitType), row.GetInteger(code)});
+  for (const TRowView row : table_.FindAll({TMatch::Integer(type_, type)})) {
+    parameters.push_back({row.GetInteger(tag_), row.GetText(name_), row.GetInteger(kind_),
+                          row.GetInteger(unitType_), row.GetInteger(code_)});
   }
   return parameters;
 }
 
 bool TQvRfMapProjTypeDataProcessor::WriteOwnItem(TStringTree* tree, const TTreeItem& item) {
-  for (const TProjectionParameterRow& parameter :
-       ParametersOfType(data_, CurrentInteger("TYPE"))) {
+  for (const TProjectionParameterRow& parameter : parameters_.OfType(CurrentInteger("TYPE"))) {
     if (!EnsureField(tree, item.id, parameter.tag, parameter.name, "map_proj_param_name")) {
       return false;
     }
@@ -36,8 +39,7 @@ bool TQvRfMapProjTypeDataProcessor::WriteOwnItem(TStringTree* tree, const TTreeI
 bool TQvRfMapProjTypeDataProcessor::ReadContent(TStringTree* tree, TRecordImage* image) {
   if (!TQvRfDataProcessor::ReadContent(tree, image)) return false;
   const int column = Column("TYPE");
-  return static_cast<bool>(
-      DataSet->FindFirst({TMatch::Integer(column, image->Integer(column))}));
+  return static_cast<bool>(DataSet->FindFirst({TMatch::Integer(column, image->Integer(column))}));
 }
 
 }  // namespace QvRefSystem

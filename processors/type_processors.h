@@ -27,17 +27,6 @@ class TQvRfRefSystemTypeDataProcessor final : public TTypeTableProcessor {
       : TTypeTableProcessor(data, DescriptorOf(TObjectType::kReferenceSystemType)) {}
 };
 
-/// Its own: the names of the type's parameters, and no notes for a type that is not there.
-class TQvRfMapProjTypeDataProcessor final : public TTypeTableProcessor {
- public:
-  explicit TQvRfMapProjTypeDataProcessor(TdatamoduleQvRfData& data)
-      : TTypeTableProcessor(data, DescriptorOf(TObjectType::kMapProjectionType)) {}
-
- protected:
-  [[nodiscard]] bool WriteOwnItem(TStringTree* tree, const TTreeItem& item) override;
-  [[nodiscard]] bool ReadContent(TStringTree* tree, TRecordImage* image) override;
-};
-
 /// One parameter of a map projection type.
 struct TProjectionParameterRow {
   int tag = 0;
@@ -47,9 +36,32 @@ struct TProjectionParameterRow {
   int code = 0;
 };
 
-/// The parameters of a map projection type in table order. The names are valid until the table
-/// next changes.
-[[nodiscard]] std::vector<TProjectionParameterRow> ParametersOfType(TdatamoduleQvRfData& data,
-                                                                    int type);
+/// The parameters of map projection types, as the table says.
+class TProjectionParameters {
+ public:
+  explicit TProjectionParameters(QvPlatform::TQvDataSet& table);
+  /// Those of one type in table order. The names are valid until the table next changes.
+  [[nodiscard]] std::vector<TProjectionParameterRow> OfType(int type) const;
+
+ private:
+  QvPlatform::TQvDataSet& table_;
+  // Field numbers in the file.
+  int type_, tag_, name_, kind_, unitType_, code_;
+};
+
+/// Its own: the names of the type's parameters, and no notes for a type that is not there.
+class TQvRfMapProjTypeDataProcessor final : public TTypeTableProcessor {
+ public:
+  explicit TQvRfMapProjTypeDataProcessor(TdatamoduleQvRfData& data)
+      : TTypeTableProcessor(data, DescriptorOf(TObjectType::kMapProjectionType)),
+        parameters_(data.datasetMapProjParam) {}
+
+ protected:
+  [[nodiscard]] bool WriteOwnItem(TStringTree* tree, const TTreeItem& item) override;
+  [[nodiscard]] bool ReadContent(TStringTree* tree, TRecordImage* image) override;
+
+ private:
+  TProjectionParameters parameters_;
+};
 
 }  // namespace QvRefSystem

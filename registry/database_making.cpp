@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 #include "database/data_module.h"
 #include "platform/text/text.h"
@@ -21,7 +22,9 @@ void ForEachTable(const std::string& place, bool resourceForm, const Take& take)
   for (const TableSpec& table : TableCatalogue()) {
     if (table.tag == kUnopenedTag) continue;
     const std::string base = ExtractTableBaseName(table.streamName);
-    take(table, resourceForm ? place + "." + base : (fs::path(place) / (base + ".dat")).string());
+    std::string name = resourceForm ? place : place + "/";
+    name.append(resourceForm ? "." : "").append(base).append(resourceForm ? "" : ".dat");
+    take(table, name);
   }
 }
 
@@ -109,9 +112,19 @@ void DatabaseMaking::Deliver() {
     delivered_ = true;
     return;
   }
-  ForEachTable(place_, false, [&](const TableSpec&, const std::string& name) {
-    fs::rename(name, fs::path(target_) / fs::path(name).filename());
-  });
+  std::vector<fs::path> moved;
+  try {
+    ForEachTable(place_, false, [&](const TableSpec&, const std::string& name) {
+      const fs::path there = fs::path(target_) / fs::path(name).filename();
+      fs::rename(name, there);
+      moved.push_back(there);
+    });
+  } catch (const fs::filesystem_error&) {
+    std::error_code ignored;
+    for (const fs::path& there : moved)
+      fs::remove(there, ignored);
+    throw;
+  }
   delivered_ = true;
   std::error_code ignored;
   fs::remove(place_, ignored);

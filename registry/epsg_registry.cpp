@@ -54,8 +54,9 @@ class RegistryWriter {
   // Throws std::runtime_error (or what the store throws) if the database cannot be filled.
   void Fill() {
     const std::vector<int> codes = maker_.SystemCodes();
-    const auto progress = data_.Ui().StartProgress(0, "Making the database of the EPSG registry",
-                                                   static_cast<int>(codes.size()));
+    const auto progress = data_.Ui().StartProgress(
+        0, "Making the database of the EPSG registry " + maker_.Dataset().version,
+        static_cast<int>(codes.size()));
     AddUnits();
     AddEllipsoids();
     AddPrimeMeridians();

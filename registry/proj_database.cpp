@@ -196,9 +196,9 @@ void ReadConversions(const ProjDatabase& database, EpsgDataset* dataset) {
   constexpr int kParameters = 7;
   std::string columns;
   for (int i = 1; i <= kParameters; ++i) {
-    const std::string number = std::to_string(i);
-    columns +=
-        ", param" + number + "_code, param" + number + "_value, param" + number + "_uom_code";
+    for (const char* suffix : {"_code", "_value", "_uom_code"}) {
+      columns.append(", param").append(std::to_string(i)).append(suffix);
+    }
   }
   database.ForEach("SELECT code, name, method_code" + columns +
                        " FROM conversion_table WHERE auth_name = 'EPSG' AND deprecated = 0",

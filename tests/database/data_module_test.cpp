@@ -12,9 +12,9 @@ namespace refframe_tests {
 namespace {
 
 namespace fs = std::filesystem;
-using QvRefSystem::TdatamoduleQvRfData;
 using QvRefSystem::kFullMode;
 using QvRefSystem::kSimpleMode;
+using QvRefSystem::TdatamoduleQvRfData;
 
 using Strings = std::vector<std::string>;
 
@@ -133,8 +133,7 @@ TEST(DataModule, TellsWhichTableIsNoTable) {
     const Strings before = FilesOf(folder.Path());
     Opening opening(folder.Path());
     EXPECT_FALSE(opening.opened) << row.name;
-    EXPECT_EQ(opening.ui.messages,
-              Strings{std::string("Cannot open table \"") + row.table + "\""})
+    EXPECT_EQ(opening.ui.messages, Strings{std::string("Cannot open table \"") + row.table + "\""})
         << row.name;
     EXPECT_FALSE(opening.data->LastError().empty()) << row.name;
     EXPECT_TRUE(opening.data->NotActive);
@@ -172,9 +171,11 @@ TEST(DataModule, TellsOfPlacesThatCannotHoldATable) {
     bool resourceForm;
     Strings messages;
   } rows[] = {
-      {folder.Path("file"), false,
+      {folder.Path("file"),
+       false,
        {"Cannot create file " + folder.Path("file/prime_meridian.dat")}},
-      {folder.Path("folder.qvdb"), true,
+      {folder.Path("folder.qvdb"),
+       true,
        {"Cannot create resource " + folder.Path("folder.qvdb.prime_meridian")}},
       {folder.Path("empty"), false, {}},
       {folder.Path("new.qvdb"), true, {}},

@@ -30,9 +30,11 @@ class ReferenceSystems : public testing::Test {
 // The ids of a tree's own members in order; subtrees follow the fields in a tree of their own.
 std::string Ids(const TStringTree* tree) {
   std::string ids;
-  for (const auto& field : tree->Fields) ids += std::to_string(field->Id) + " ";
+  for (const auto& field : tree->Fields)
+    ids += std::to_string(field->Id) + " ";
   ids += "|";
-  for (const auto& subtree : tree->Subtrees) ids += " " + std::to_string(subtree->Id);
+  for (const auto& subtree : tree->Subtrees)
+    ids += " " + std::to_string(subtree->Id);
   return ids;
 }
 
@@ -50,8 +52,7 @@ TEST_F(ReferenceSystems, WriteTheBodyOfTheirKindInOrder) {
       {5,
        "1020 1021 1022 1100 1025 1025 1025 101001 102001 102005 | 2000 1101 1201 1104 1300 1121 "
        "1107 101000"},
-      {6,
-       "1020 1021 1022 1100 1400 1025 1025 1025 1120 1120 1120 1122 | 2000 1104 1121 101000"},
+      {6, "1020 1021 1022 1100 1400 1025 1025 1025 1120 1120 1120 1122 | 2000 1104 1121 101000"},
   };
   for (const auto& row : rows) {
     ASSERT_GT(Insert(row.kind), 0);
@@ -114,8 +115,8 @@ TEST_F(ReferenceSystems, TravelWithTheirMifCodesWholeOrNotAtAll) {
   // A negative datum code stands for a datum of the user's, told by its ellipsoid.
   auto& values = database_.data->datasetParamValue;
   const auto setDatumCode = [&](const std::string& value) {
-    values.MoveTo(values.FindFirst({QvPlatform::TMatch::Integer(0, 2),
-                                    QvPlatform::TMatch::Integer(2, 3)}));
+    values.MoveTo(
+        values.FindFirst({QvPlatform::TMatch::Integer(0, 2), QvPlatform::TMatch::Integer(2, 3)}));
     values.Edit();
     values.FieldByName("VALUE").SetString(value);
     values.Post();
@@ -125,8 +126,8 @@ TEST_F(ReferenceSystems, TravelWithTheirMifCodesWholeOrNotAtAll) {
   EXPECT_EQ(Ids(FindSubtree(&tree, 101000, 0)), "101001 101004 101002 |");
 
   // A unit without a name drops the whole subtree, and the system is written all the same.
-  values.MoveTo(values.FindFirst({QvPlatform::TMatch::Integer(0, 8),
-                                  QvPlatform::TMatch::Integer(2, 3)}));
+  values.MoveTo(
+      values.FindFirst({QvPlatform::TMatch::Integer(0, 8), QvPlatform::TMatch::Integer(2, 3)}));
   values.Delete();
   ASSERT_TRUE(Systems().WriteToTree(&tree, 0, 0));
   EXPECT_EQ(FindSubtree(&tree, 101000, 0), nullptr);
@@ -173,7 +174,8 @@ TEST_F(ReferenceSystems, RefuseTreesThatAreNotWhole) {
   for (const auto& row : rows) {
     const TreePtr tree = MakeTree(SystemTree, row.kind);
     TStringTree* cursor = tree.get();
-    for (const int id : row.path) ASSERT_TRUE(EnterSubtree(&cursor, id, 0));
+    for (const int id : row.path)
+      ASSERT_TRUE(EnterSubtree(&cursor, id, 0));
     if (row.value == nullptr) {
       ASSERT_NE(FindSubtree(cursor, row.id, 0), nullptr) << row.name;
       RemoveSubtree(cursor, row.id, 0);
@@ -199,9 +201,14 @@ TEST_F(ReferenceSystems, AreNotWrittenWithAReferenceToNothing) {
   const struct {
     const char* column;
     int kind;
-  } rows[] = {{"DATUM_AUTOKEY", 4},     {"LINEAR_UNIT_AUTOKEY", 1},       {"MAP_PROJ_AUTOKEY", 5},
-              {"ELLIPSOID_AUTOKEY", 2}, {"PRIMARY_REFSYSTEM_AUTOKEY", 6}, {"PRIMARY_REFSYSTEM_AUTOKEY", 5},
-              {"VERT_SYSTEM_AUTOKEY", 4}, {"TYPE", 1}};
+  } rows[] = {{"DATUM_AUTOKEY", 4},
+              {"LINEAR_UNIT_AUTOKEY", 1},
+              {"MAP_PROJ_AUTOKEY", 5},
+              {"ELLIPSOID_AUTOKEY", 2},
+              {"PRIMARY_REFSYSTEM_AUTOKEY", 6},
+              {"PRIMARY_REFSYSTEM_AUTOKEY", 5},
+              {"VERT_SYSTEM_AUTOKEY", 4},
+              {"TYPE", 1}};
   for (const auto& row : rows) {
     TestDatabase database;
     auto& systems = database.Processor(kReferenceSystem);
@@ -231,7 +238,8 @@ TEST_F(ReferenceSystems, OfLocalKindLeaveTheirOriginWhereSystemsAreExchanged) {
 }
 
 TEST_F(ReferenceSystems, StoreWhatTheyAreBuiltFromOnceForAll) {
-  for (int kind = 1; kind <= 6; ++kind) Insert(kind);
+  for (int kind = 1; kind <= 6; ++kind)
+    Insert(kind);
   EXPECT_EQ(Systems().DataSet->RecordCount(), 6);
   EXPECT_EQ(database_.data->datasetLinearUnit.RecordCount(), 1);
   EXPECT_EQ(database_.data->datasetAngularUnit.RecordCount(), 1);

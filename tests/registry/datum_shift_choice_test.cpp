@@ -141,7 +141,7 @@ INSTANTIATE_TEST_SUITE_P(
         ChoiceRow{"Itrf2020",
                   1322,
                   ShiftRoad::kTimeDependent,
-                  {9991, -9757},
+                  {-9991, -9757},
                   2,
                   {"-0.0014", "-0.0009", "0.0014", "0", "0", "0", "-0.00042"}},
         ChoiceRow{"Greek", 6120, ShiftRoad::kNeedsOffsets, {}, 1, {"0", "0", "0", "", "", "", ""}},
@@ -152,7 +152,7 @@ INSTANTIATE_TEST_SUITE_P(
                   1,
                   {"0", "0", "0", "", "", "", ""}},
         ChoiceRow{"HongKong1963", 6738, ShiftRoad::kNone, {}, 1, {"0", "0", "0", "", "", "", ""}}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& row) { return row.param.name; });
 
 TEST(ShiftTexts, TellOperationEpochAccuracyAndArea) {
   EXPECT_EQ(Choices().at(6277).shift.name, "OSGB36 to WGS 84 (6)");
@@ -160,7 +160,7 @@ TEST(ShiftTexts, TellOperationEpochAccuracyAndArea) {
             "EPSG:1314; accuracy 2 m; UK - Great Britain onshore and nearshore; Isle of Man");
   EXPECT_EQ(Choices().at(1322).shift.name, "ITRF2020 to WGS 84 (EPSG:9991, 9757)");
   EXPECT_EQ(Choices().at(1322).shift.description,
-            "EPSG:9991 at epoch 2015, then EPSG:9757 reversed; accuracy 0.011 m; World");
+            "EPSG:9991 reversed at epoch 2015, then EPSG:9757 reversed; accuracy 0.011 m; World");
   EXPECT_NE(Choices().at(6811).shift.description.find("accuracy unknown"), std::string::npos);
   EXPECT_NE(Choices().at(1074).shift.description.find("grid"), std::string::npos);
   EXPECT_NE(Choices().at(6738).shift.name.find("no shift to WGS 84"), std::string::npos);

@@ -103,7 +103,7 @@ INSTANTIATE_TEST_SUITE_P(
                           [](SystemModel* model) { model->primeMeridian.longitude = "2.5"; }},
                     Fault{"InTheEllipsoid", 4277,
                           [](SystemModel* model) { model->datum->ellipsoid.a = "6377563.4"; }}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& row) { return row.param.name; });
 
 }  // namespace
 }  // namespace QvRefSystem

@@ -85,7 +85,7 @@ INSTANTIATE_TEST_SUITE_P(
                        {8807, "-100000"}},
                       "metre",
                       "degree"},
-        // 30 degrees 17' 17.3031" and 42.5 degrees east of Ferro.
+        // 30 degrees 17' 17.30311" and 42.5 degrees east of Ferro.
         ProjectionRow{"KrovakFerro",
                       2065,
                       "Krovak",
@@ -140,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(
                        {1038, "1.0000382"}},
                       "US survey foot",
                       "degree"}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& row) { return row.param.name; });
 
 struct AxesRow {
   const char* name;
@@ -185,7 +185,7 @@ INSTANTIATE_TEST_SUITE_P(
         AxesRow{"PolarNorthFirst", 32661, {"N", "E"}, {"North", "East"}, {1, 1}, true},
         // The registry gives this one no abbreviations.
         AxesRow{"CaspianWithoutLetters", 3388, {"N", "E"}, {"North", "East"}, {1, 1}, true}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& row) { return row.param.name; });
 
 struct MeridianRow {
   const char* name;
@@ -216,7 +216,7 @@ INSTANTIATE_TEST_SUITE_P(
                     MeridianRow{"Bogota", 8904, "-74.08091666666667", "degree"},
                     MeridianRow{"Ferro", 8909, "-17.666666666666668", "degree"},
                     MeridianRow{"ParisRgs", 8914, "2.3372083333333333", "degree"}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& row) { return row.param.name; });
 
 TEST(Ellipsoids, KeepTheNumberThatDefinesTheirShape) {
   const auto& rows = Maker().Dataset().ellipsoids;

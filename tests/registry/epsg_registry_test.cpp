@@ -9,9 +9,9 @@
 #include <map>
 #include <memory>
 
-#include "database/database_check.h"
 #include "platform/geocore/projjson.h"
 #include "processors/data_processor.h"
+#include "processors/database_check.h"
 #include "processors/processor_set.h"
 #include "processors/ref_system_processor.h"
 #include "registry/equivalence.h"
@@ -266,7 +266,7 @@ TEST_P(MakingADatabase, FailsWhereItCannotWrite) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Forms, MakingADatabase, testing::Bool(),
-                         [](const auto& info) { return info.param ? "Container" : "Folder"; });
+                         [](const auto& form) { return form.param ? "Container" : "Folder"; });
 
 TEST(MakingAFolder, LeavesADatabaseThatStandsThereAlone) {
   const Place place;

