@@ -27,9 +27,10 @@ foreach(consumer IN LISTS consumers)
   set_tests_properties(${consumer} PROPERTIES FIXTURES_REQUIRED installed TIMEOUT 300)
 endforeach()
 
-
 find_program(CLANG_FORMAT clang-format)
 if(CLANG_FORMAT)
   add_test(NAME format COMMAND ${CMAKE_COMMAND} -DCLANG_FORMAT=${CLANG_FORMAT} -DROOT=${PROJECT_SOURCE_DIR}
                                -P ${PROJECT_SOURCE_DIR}/cmake/CheckFormat.cmake)
 endif()
+add_test(NAME layers COMMAND ${CMAKE_COMMAND} -DROOT=${PROJECT_SOURCE_DIR} -P
+                             ${CMAKE_CURRENT_SOURCE_DIR}/layers.cmake)

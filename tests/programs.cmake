@@ -17,10 +17,17 @@ foreach(form IN ITEMS delivered delivered.qvdb)
   set_tests_properties(make_${form} PROPERTIES FIXTURES_SETUP delivered_database TIMEOUT 600)
 endforeach()
 
+# The walk over all records takes its time, so two halves of it run beside each other.
 refframe_tests(
   road_tests
   FOLDERS road
   LINKS refframe_commands refframe_test_support)
-set_tests_properties(
-  road_tests PROPERTIES FIXTURES_REQUIRED delivered_database ENVIRONMENT
-                        "REFFRAME_DELIVERED=${PROJECT_BINARY_DIR}/delivered")
+add_test(NAME road_tests_other_half COMMAND road_tests)
+set_tests_properties(road_tests PROPERTIES ENVIRONMENT "GTEST_SHARD_INDEX=0")
+set_tests_properties(road_tests_other_half PROPERTIES ENVIRONMENT "GTEST_SHARD_INDEX=1")
+set_property(
+  TEST road_tests road_tests_other_half
+  APPEND
+  PROPERTY ENVIRONMENT "GTEST_TOTAL_SHARDS=2" "REFFRAME_DELIVERED=${PROJECT_BINARY_DIR}/delivered")
+set_tests_properties(road_tests road_tests_other_half
+                     PROPERTIES FIXTURES_REQUIRED delivered_database TIMEOUT 600)

@@ -45,7 +45,7 @@ class TArguments {
   TRequest request_;
   std::string type_;
   std::string form_;
-  int dimension_ = 2;
+  int dimension_ = 0;
   Command command_ = nullptr;
 };
 
@@ -93,7 +93,8 @@ void TArguments::AddExchangeCommands() {
   AddForm(write, "How it is written (text); projjson and wkt2 are for reference systems");
   write
       .add_option("--dimension", dimension_,
-                  "Whether projjson and wkt2 write a geodetic system with 2 or 3 axes (2)")
+                  "How many axes a geodetic system has in projjson and wkt2 (2, or as its "
+                  "EPSG code means)")
       ->check(CLI::IsMember({2, 3}));
   write.add_option("-o,--output", request_.output,
                    "File to write to (standard output); with --all the folder");
@@ -130,7 +131,7 @@ void TArguments::AddForm(CLI::App& app, const char* about) {
 int TArguments::Execute(TTerminal terminal) {
   if (!type_.empty()) request_.type = TypeOfArgument(type_);
   if (!form_.empty()) request_.form = kForms.at(form_);
-  if (dimension_ == 3) request_.dimension = QvRefSystem::Dimension::kThree;
+  if (dimension_ != 0) request_.dimension = static_cast<QvRefSystem::Dimension>(dimension_);
   return command_(request_, terminal);
 }
 

@@ -6,8 +6,8 @@
 #include "apps/cli/command_error.h"
 #include "apps/cli/object_types.h"
 #include "apps/cli/open_database.h"
-#include "database/database_check.h"
 #include "platform/text/text.h"
+#include "processors/database_check.h"
 #include "processors/name_filter.h"
 #include "registry/epsg_registry.h"
 
@@ -79,7 +79,7 @@ int InitDatabase(const TRequest& request, TTerminal terminal) {
 int ListObjects(const TRequest& request, TTerminal terminal) {
   TTerminalInterface ui(terminal, false);
   TOpenDatabase database(request.database, ui);
-  TQvDataSet& dataSet = *database.Processor(*request.type).DataSet;
+  TQvDataSet& dataSet = database.Data().DataSet(request.type->table);
   const TListedColumns columns(dataSet, *request.type);
   QvRefSystem::TNameFilter filter(dataSet);
   for (const int position : filter.Match(request.search.value_or(""))) {

@@ -20,7 +20,8 @@ struct TRequest {
   bool all = false;
   bool yes = false;
   std::optional<ObjectForm> form;
-  QvRefSystem::Dimension dimension = QvRefSystem::Dimension::kTwo;
+  /// Of a geodetic system; without it two, or what the EPSG code that names it means.
+  std::optional<QvRefSystem::Dimension> dimension;
   std::string output;
   std::vector<std::string> files;
 };

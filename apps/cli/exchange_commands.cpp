@@ -8,10 +8,12 @@
 #include "apps/cli/open_database.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
+#include "registry/equivalence.h"
 
 namespace RefframeCli {
 
 using QvCommonUtils::TStringTree;
+using QvRefSystem::Dimension;
 using QvRefSystem::TObjectDescriptor;
 using QvRefSystem::TObjectType;
 using QvRefSystem::TQvRfDataProcessor;
@@ -27,14 +29,32 @@ std::string CurrentName(const TQvRfDataProcessor& processor) {
   return name;
 }
 
+// The registry knows many a geodetic system twice, with and without heights, and both codes lead to
+// one record: what is written has to be what the code means.
+Dimension DimensionFor(const TStringTree& tree, const TRequest& request) {
+  if (request.dimension) return *request.dimension;
+  int code = 0;
+  std::string flat;
+  std::string spatial;
+  std::string why;
+  if (!EpsgCodeOf(request.object, &code) || !TreeToProjJson(&tree, Dimension::kTwo, &flat, &why) ||
+      !TreeToProjJson(&tree, Dimension::kThree, &spatial, &why)) {
+    return Dimension::kTwo;
+  }
+  const bool isSpatial = !QvRefSystem::EquivalentToEpsg(flat, code, &why) &&
+                         QvRefSystem::EquivalentToEpsg(spatial, code, &why);
+  return isSpatial ? Dimension::kThree : Dimension::kTwo;
+}
+
 // Writes the processor's current record.
 std::string WriteCurrent(TQvRfDataProcessor& processor, const TRequest& request) {
   TStringTree tree;
   if (!processor.WriteToTree(&tree, 0, 0)) {
     throw CommandError("an object that it refers to is missing, or its kind is not known");
   }
-  return WriteObject(tree, *request.type, request.form.value_or(ObjectForm::kText),
-                     request.dimension);
+  const ObjectForm form = request.form.value_or(ObjectForm::kText);
+  const Dimension dimension = IsSystemForm(form) ? DimensionFor(tree, request) : Dimension::kTwo;
+  return WriteObject(tree, *request.type, form, dimension);
 }
 
 void ExportOne(TOpenDatabase& database, const TRequest& request, TTerminal terminal) {

@@ -27,10 +27,6 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 // file systems allow.
 constexpr std::size_t kLongestName = 180;
 
-bool IsSystemForm(ObjectForm form) {
-  return form == ObjectForm::kProjJson || form == ObjectForm::kWkt2;
-}
-
 void RequireSystem(const TObjectDescriptor& type, ObjectForm form) {
   if (IsSystemForm(form) && type.type != TObjectType::kReferenceSystem) {
     throw CommandError("PROJJSON and WKT hold reference systems, not a " +

@@ -14,6 +14,11 @@ namespace RefframeCli {
 
 enum class ObjectForm { kText, kXml, kProjJson, kWkt2 };
 
+/// Whether the form is one that holds reference systems alone.
+[[nodiscard]] constexpr bool IsSystemForm(ObjectForm form) {
+  return form == ObjectForm::kProjJson || form == ObjectForm::kWkt2;
+}
+
 /// The object in that form. Throws CommandError, or TreeFormatError, for an object that the form
 /// cannot hold; PROJJSON and WKT hold reference systems alone.
 [[nodiscard]] std::string WriteObject(const QvCommonUtils::TStringTree& tree,

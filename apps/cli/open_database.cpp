@@ -24,6 +24,8 @@ using QvRefSystem::TQvRfDataProcessor;
 namespace {
 
 constexpr std::string_view kContainerSuffix = ".qvdb";
+constexpr std::string_view kCodePrefix = "epsg:";
+constexpr std::string_view kNamePrefix = "name:";
 
 // A path of the wrong kind is told here: the table engine would only say that a table is missing.
 void RequirePlace(const std::string& path) {
@@ -82,15 +84,18 @@ std::vector<int> KeysOfCode(QvRefSystem::TdatamoduleQvRfData& data, const TObjec
   return keys;
 }
 
-int ParseNumber(std::string_view text, const std::string& object) {
-  int number = 0;
-  if (!QvPlatform::TextToInteger(text, &number) || number < 1) {
-    throw UsageError("\"" + object + "\" is no object: give a key, epsg:CODE or name:TEXT");
-  }
-  return number;
+bool ParsePositive(std::string_view text, int* number) {
+  int parsed = 0;
+  if (!QvPlatform::TextToInteger(text, &parsed) || parsed < 1) return false;
+  *number = parsed;
+  return true;
 }
 
 }  // namespace
+
+bool EpsgCodeOf(std::string_view object, int* code) {
+  return object.starts_with(kCodePrefix) && ParsePositive(object.substr(kCodePrefix.size()), code);
+}
 
 bool IsContainer(std::string_view path) {
   return path.ends_with(kContainerSuffix);
@@ -111,22 +116,26 @@ TOpenDatabase::TOpenDatabase(const std::string& path, TTerminalInterface& ui)
 
 TQvRfDataProcessor& TOpenDatabase::Processor(const TObjectDescriptor& type) {
   TQvRfDataProcessor* processor = QvRefSystem::ProcessorFor(*data_, static_cast<int>(type.type));
-  if (processor == nullptr) throw CommandError("there is no such object type");
+  if (processor == nullptr) {
+    throw CommandError("this version only lists a " + std::string(type.typeName));
+  }
   return *processor;
 }
 
 int TOpenDatabase::KeyOf(const TObjectDescriptor& type, const std::string& object) {
+  int number = 0;
+  if (ParsePositive(object, &number)) return number;
   std::vector<int> keys;
-  if (object.starts_with("epsg:")) {
-    keys = KeysOfCode(*data_, type, ParseNumber(std::string_view(object).substr(5), object));
-  } else if (object.starts_with("name:")) {
+  if (object.starts_with(kNamePrefix)) {
     TQvDataSet& dataSet = data_->DataSet(type.table);
-    keys = KeysOf(dataSet,
-                  TMatch::Folded(dataSet.FieldByName("NAME").GetIndex(),
-                                 QvPlatform::FoldName(std::string_view(object).substr(5))),
-                  dataSet.FieldByName(TableOf(type.table).keyField).GetIndex());
+    const std::string name = object.substr(kNamePrefix.size());
+    keys = KeysOf(
+        dataSet, TMatch::Folded(dataSet.FieldByName("NAME").GetIndex(), QvPlatform::FoldName(name)),
+        dataSet.FieldByName(TableOf(type.table).keyField).GetIndex());
+  } else if (EpsgCodeOf(object, &number)) {
+    keys = KeysOfCode(*data_, type, number);
   } else {
-    return ParseNumber(object, object);
+    throw UsageError("\"" + object + "\" is no object: give a key, epsg:CODE or name:TEXT");
   }
   if (keys.size() <= 1) return keys.empty() ? 0 : keys.front();
   // To pick one of several silently could hand out another system than the one that was meant.

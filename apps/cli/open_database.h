@@ -14,6 +14,9 @@ namespace RefframeCli {
 /// Whether the path names a container rather than a folder.
 [[nodiscard]] bool IsContainer(std::string_view path);
 
+/// The code of an "epsg:CODE"; false, with `code` unchanged, for any other text.
+[[nodiscard]] bool EpsgCodeOf(std::string_view object, int* code);
+
 /// A database that is open for one command.
 class TOpenDatabase {
  public:

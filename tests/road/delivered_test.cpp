@@ -29,33 +29,35 @@ using QvRefSystem::TObjectDescriptor;
 using QvRefSystem::TObjectType;
 using QvRefSystem::TQvRfDataProcessor;
 
-// Field of a system's tree with its EPSG code.
-constexpr int kSystemCode = 102005;
-
 std::string DeliveredPath(bool container) {
   const char* folder = std::getenv("REFFRAME_DELIVERED");
-  if (folder == nullptr) return "";
+  if (folder == nullptr) {
+    throw std::runtime_error("REFFRAME_DELIVERED does not name the delivered database");
+  }
   return std::string(folder) + (container ? ".qvdb" : "");
 }
 
-/// A copy of the delivered database, open, in the folder form (false) or as a container (true).
-class DeliveredDatabase : public testing::TestWithParam<bool> {
+/// Copies of the delivered database.
+class DeliveredCopies : public testing::Test {
  protected:
-  void SetUp() override {
-    const std::string delivered = DeliveredPath(GetParam());
-    ASSERT_NE(delivered, "") << "REFFRAME_DELIVERED does not name the delivered database";
-    path_ = folder_.Path(GetParam() ? "copy.qvdb" : "copy");
-    fs::copy(delivered, path_, fs::copy_options::recursive);
-    data_ = QvRefSystem::MakeDataModule(ui_);
-    data_->DatabasePath = path_;
-    ASSERT_TRUE(data_->OpenDatabase(path_, QvRefSystem::kFullMode, GetParam()))
-        << data_->LastError();
+  [[nodiscard]] std::unique_ptr<QvRefSystem::TdatamoduleQvRfData> OpenCopy(bool container) {
+    const std::string path = folder_.Path(container ? "copy.qvdb" : "copy");
+    fs::copy(DeliveredPath(container), path, fs::copy_options::recursive);
+    auto data = QvRefSystem::MakeDataModule(ui_);
+    data->DatabasePath = path;
+    EXPECT_TRUE(data->OpenDatabase(path, QvRefSystem::kFullMode, container)) << data->LastError();
+    return data;
   }
 
   /// Calls `visit(processor)` with each record of the type current, in table order.
   template <typename Visitor>
   void ForEveryRecord(const TObjectDescriptor& type, Visitor visit) {
-    TQvRfDataProcessor& processor = *QvRefSystem::ProcessorFor(*data_, static_cast<int>(type.type));
+    TQvRfDataProcessor* found = QvRefSystem::ProcessorFor(*data_, static_cast<int>(type.type));
+    if (found == nullptr) {
+      EXPECT_EQ(data_->DataSet(type.table).RecordCount(), 0) << type.typeName;
+      return;
+    }
+    TQvRfDataProcessor& processor = *found;
     std::vector<int> keys;
     const int keyField =
         processor.DataSet->FieldByName(QvRefSystem::TableOf(type.table).keyField).GetIndex();
@@ -70,6 +72,22 @@ class DeliveredDatabase : public testing::TestWithParam<bool> {
     }
   }
 
+  /// The EPSG codes of each reference system, by its key; no code stands twice.
+  [[nodiscard]] std::map<int, std::vector<int>> SystemCodes() {
+    std::map<int, std::vector<int>> codes;
+    std::set<int> seen;
+    QvPlatform::TQvDataSet& values = data_->datasetParamValue;
+    const auto field = [&](const char* name) { return values.FieldByName(name).GetIndex(); };
+    for (const QvPlatform::TRowView row :
+         values.FindAll({QvPlatform::TMatch::Integer(field("OWNER_CONTENT"), 1),
+                         QvPlatform::TMatch::Integer(field("PARAM_TAG"), 4)})) {
+      const int code = std::stoi(row.GetText(field("VALUE")));
+      codes[row.GetInteger(field("OWNER_ID"))].push_back(code);
+      EXPECT_TRUE(seen.insert(code).second) << "two systems have the code " << code;
+    }
+    return codes;
+  }
+
   [[nodiscard]] std::map<std::string, int> Counts() {
     std::map<std::string, int> counts;
     for (const TableSpec& table : QvRefSystem::TableCatalogue()) {
@@ -81,9 +99,14 @@ class DeliveredDatabase : public testing::TestWithParam<bool> {
 
   TemporaryFolder folder_;
   ScriptedUi ui_;
-  std::string path_;
   std::unique_ptr<QvRefSystem::TdatamoduleQvRfData> data_;
   int failures_ = 0;
+};
+
+/// A copy that is open in the folder form (false) or as a container (true).
+class DeliveredDatabase : public DeliveredCopies, public testing::WithParamInterface<bool> {
+ protected:
+  DeliveredDatabase() { data_ = OpenCopy(GetParam()); }
 };
 
 INSTANTIATE_TEST_SUITE_P(Forms, DeliveredDatabase, testing::Bool(),
@@ -93,6 +116,58 @@ std::string NameOf(const TQvRfDataProcessor& processor) {
   std::string name;
   processor.GetNames(nullptr, &name);
   return processor.TypeName + " " + std::to_string(processor.GetCurrentKey()) + " \"" + name + "\"";
+}
+
+TEST_F(DeliveredCopies, AreTheSameInBothForms) {
+  data_ = OpenCopy(false);
+  const auto container = OpenCopy(true);
+  for (const TObjectDescriptor& type : QvRefSystem::ObjectDescriptors()) {
+    EXPECT_EQ(container->DataSet(type.table).RecordCount(),
+              data_->DataSet(type.table).RecordCount());
+    ForEveryRecord(type, [&](TQvRfDataProcessor& processor) {
+      TQvRfDataProcessor& other =
+          *QvRefSystem::ProcessorFor(*container, static_cast<int>(type.type));
+      TStringTree tree;
+      TStringTree otherTree;
+      ASSERT_TRUE(processor.WriteToTree(&tree, 0, 0)) << NameOf(processor);
+      ASSERT_TRUE(other.LocateKey(processor.GetCurrentKey())) << NameOf(processor);
+      ASSERT_TRUE(other.WriteToTree(&otherTree, 0, 0)) << NameOf(processor);
+      EXPECT_TRUE(SameTree(&tree, &otherTree)) << NameOf(processor);
+    });
+  }
+}
+
+// Of one form alone, since the two are the same and PROJ takes its time.
+TEST_F(DeliveredCopies, HoldEverySystemAsProjKnowsIt) {
+  data_ = OpenCopy(false);
+  // A geodetic system that the registry knows with and without heights is one record with two
+  // codes, so the rows of codes are walked, not the systems.
+  const std::map<int, std::vector<int>> codesOfSystem = SystemCodes();
+  std::map<std::string, int> found;
+  ForEveryRecord(DescriptorOf(TObjectType::kReferenceSystem), [&](TQvRfDataProcessor& processor) {
+    TStringTree tree;
+    std::string kind;
+    std::string why;
+    ASSERT_TRUE(processor.WriteToTree(&tree, 0, 0)) << NameOf(processor);
+    ASSERT_TRUE(tree.GetString(1100, 0, &kind)) << NameOf(processor);
+    const auto codes = codesOfSystem.find(processor.GetCurrentKey());
+    ASSERT_NE(codes, codesOfSystem.end()) << NameOf(processor) << " has no code";
+    std::string flat;
+    std::string spatial;
+    ASSERT_TRUE(TreeToProjJson(&tree, QvRefSystem::Dimension::kTwo, &flat, &why)) << why;
+    ASSERT_TRUE(TreeToProjJson(&tree, QvRefSystem::Dimension::kThree, &spatial, &why)) << why;
+    for (const int code : codes->second) {
+      const bool isFlat = QvRefSystem::EquivalentToEpsg(flat, code, &why);
+      EXPECT_TRUE(isFlat || QvRefSystem::EquivalentToEpsg(spatial, code, &why))
+          << NameOf(processor) << ", EPSG " << code << ": " << why;
+      ++found[kind + (isFlat ? "" : " with heights")];
+    }
+  });
+  // The live systems of the registry that PROJ 9.1 comes with; a later one has more.
+  EXPECT_GE(found["5"], 5135);
+  EXPECT_GE(found["4"], 545);
+  EXPECT_GE(found["4 with heights"], 204);
+  EXPECT_GE(found["3"], 194);
 }
 
 TEST_P(DeliveredDatabase, ReadsBackEveryTreeFromItsTextAndItsXml) {
@@ -108,33 +183,6 @@ TEST_P(DeliveredDatabase, ReadsBackEveryTreeFromItsTextAndItsXml) {
       EXPECT_TRUE(SameTree(&tree, &fromXml)) << NameOf(processor);
     });
   }
-}
-
-TEST_P(DeliveredDatabase, HoldsEverySystemAsProjKnowsIt) {
-  std::map<int, int> systemsOfKind;
-  std::set<int> codes;
-  ForEveryRecord(DescriptorOf(TObjectType::kReferenceSystem), [&](TQvRfDataProcessor& processor) {
-    TStringTree tree;
-    ASSERT_TRUE(processor.WriteToTree(&tree, 0, 0)) << NameOf(processor);
-    int code = 0;
-    int kind = 0;
-    ASSERT_TRUE(tree.GetInteger(kSystemCode, 0, &code)) << NameOf(processor);
-    ASSERT_TRUE(tree.GetInteger(1100, 0, &kind)) << NameOf(processor);
-    EXPECT_TRUE(codes.insert(code).second) << "two systems have the code " << code;
-    ++systemsOfKind[kind];
-    std::string why;
-    bool equivalent = false;
-    for (const auto dimension : {QvRefSystem::Dimension::kTwo, QvRefSystem::Dimension::kThree}) {
-      std::string json;
-      ASSERT_TRUE(TreeToProjJson(&tree, dimension, &json, &why)) << NameOf(processor) << why;
-      equivalent = equivalent || QvRefSystem::EquivalentToEpsg(json, code, &why);
-    }
-    EXPECT_TRUE(equivalent) << NameOf(processor) << ", EPSG " << code << ": " << why;
-  });
-  // The live systems of the registry that PROJ 9.1 comes with.
-  EXPECT_GE(systemsOfKind[5], 5135);
-  EXPECT_GE(systemsOfKind[4], 545);
-  EXPECT_GE(systemsOfKind[3], 194);
 }
 
 TEST_P(DeliveredDatabase, FindsEveryObjectOfItsOwnAgain) {
@@ -160,23 +208,45 @@ struct Grouping : std::numpunct<char> {
   std::string do_grouping() const override { return "\3"; }
 };
 
-std::string List(const std::string& database) {
-  const char* const arguments[] = {"refframe", "list", database.c_str(), "reference-system"};
+std::string Say(std::vector<const char*> arguments) {
+  const std::string database = DeliveredPath(true);
+  arguments.insert(arguments.begin(), "refframe");
+  arguments.insert(arguments.begin() + 2, database.c_str());
   std::istringstream in;
   std::ostringstream out;
   std::ostringstream err;
-  EXPECT_EQ(RefframeCli::Run(4, arguments, {in, out, err}), 0) << err.str();
+  const int status =
+      RefframeCli::Run(static_cast<int>(arguments.size()), arguments.data(), {in, out, err, false});
+  EXPECT_EQ(status, 0) << err.str();
   return out.str();
 }
 
 // A stream groups the digits of a number under many a user's locale, and a key of "1.234" is none.
-TEST(DeliveredList, KeepsTheFormOfNumbersUnderAnyLocale) {
-  const std::string plain = List(DeliveredPath(true));
+TEST(DeliveredLines, KeepTheFormOfNumbersUnderAnyLocale) {
+  const std::string plain = Say({"list", "reference-system"});
   const std::locale previous = std::locale::global(std::locale(std::locale(), new Grouping));
-  const std::string grouped = List(DeliveredPath(true));
+  const std::string grouped = Say({"list", "reference-system"});
   std::locale::global(previous);
   EXPECT_GE(std::ranges::count(plain, '\n'), 5874);
   EXPECT_EQ(plain, grouped);
+}
+
+// WGS 84 is one record with two codes, and whoever asks for the one with heights has to get them.
+TEST(DeliveredLines, WriteASystemWithAsManyAxesAsItsCodeMeans) {
+  const struct {
+    std::vector<const char*> options;
+    bool hasHeights;
+  } rows[] = {{{"epsg:4326"}, false},
+              {{"epsg:4979"}, true},
+              {{"epsg:4979", "--dimension", "2"}, false},
+              {{"epsg:4326", "--dimension", "3"}, true}};
+  for (const auto& row : rows) {
+    std::vector<const char*> arguments{"export", "reference-system", "--form", "wkt2"};
+    arguments.insert(arguments.end(), row.options.begin(), row.options.end());
+    const std::string wkt = Say(arguments);
+    EXPECT_THAT(wkt, testing::HasSubstr("World Geodetic System 1984"));
+    EXPECT_EQ(wkt.find("ellipsoidal height") != std::string::npos, row.hasHeights) << wkt;
+  }
 }
 
 }  // namespace

@@ -109,6 +109,8 @@ TEST_F(UnwritablePlace, IsNamed) {
   Put("unit.txt", WriteTreeText(MakeTree(MetreTree).get()));
   ExpectRefusal("init @file/database", "@file/database");
   ExpectRefusal("init @file/database.qvdb", "@file/database.qvdb");
+  fs::create_directory(Path("folder.qvdb"));
+  ExpectRefusal("init @folder.qvdb", "@folder.qvdb");
   ExpectRefusal("init DB", "@");
   ExpectRefusal("export DB datum 1 -o @file/datum", "@file/datum");
   ExpectRefusal("export DB datum --all -o @file", "@file");
