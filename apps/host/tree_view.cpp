@@ -1,0 +1,159 @@
+#include "apps/host/tree_view.h"
+
+#include <QHeaderView>
+#include <QTreeWidget>
+#include <array>
+
+#include "platform/geocore/projection_methods.h"
+#include "platform/geocore/projjson.h"
+#include "platform/geocore/system_model.h"
+#include "platform/widgets/qt_text.h"
+
+namespace QvRefSystem {
+
+using QvCommonUtils::TStringTree;
+using QvPlatform::ToQt;
+using QvPlatform::Translated;
+
+namespace {
+
+constexpr int kNameField = 1020;
+
+enum Column { kLabel, kValue, kId, kIndex };
+
+QString ValuesOf(const QvCommonUtils::TDataField<std::string>& field) {
+  QStringList values;
+  for (const std::string& value : field.Values)
+    values << ToQt(value);
+  return values.join(QStringLiteral("; "));
+}
+
+template <typename Node>
+QTreeWidgetItem* AddItem(const Node& node, QTreeWidgetItem* parent, const QString& value) {
+  auto* item = new QTreeWidgetItem(parent);
+  item->setText(kLabel, ToQt(node.Label.View()));
+  item->setText(kValue, value);
+  item->setToolTip(kValue, value);
+  item->setText(kId, QString::number(node.Id));
+  item->setText(kIndex, QString::number(node.Index));
+  return item;
+}
+
+// A subtree has no value; the name that it holds tells what it is.
+QString NameIn(const QvCommonUtils::TDataTree<std::string>& tree) {
+  for (const auto& field : tree.Fields) {
+    if (field->Label.View() == "name") return ValuesOf(*field);
+  }
+  return {};
+}
+
+void AddMembers(const QvCommonUtils::TDataTree<std::string>& tree, QTreeWidgetItem* parent) {
+  for (const auto& field : tree.Fields)
+    AddItem(*field, parent, ValuesOf(*field));
+  for (const auto& subtree : tree.Subtrees) {
+    QTreeWidgetItem* item = AddItem(*subtree, parent, NameIn(*subtree));
+    item->setForeground(kValue, item->treeWidget()->palette().placeholderText());
+    AddMembers(*subtree, item);
+  }
+}
+
+QString KindText(SystemKind kind) {
+  constexpr std::array kTexts{"local Cartesian", "local",     "geocentric",
+                              "geodetic",        "projected", "topocentric horizontal"};
+  return Translated(kTexts.at(static_cast<std::size_t>(kind) - 1));
+}
+
+class TLines {
+ public:
+  void Add(const char* label, const std::string& value) {
+    if (!value.empty()) lines_ << Translated(label) + QStringLiteral(": ") + ToQt(value);
+  }
+  void AddLine(const std::string& line) { lines_ << ToQt(line); }
+  void Add(const char* label, const QString& value) { Add(label, QvPlatform::FromQt(value)); }
+  [[nodiscard]] QStringList Take() { return std::move(lines_); }
+
+ private:
+  QStringList lines_;
+};
+
+// The unit of a parameter, a blank ahead of it; "" for plain numbers.
+std::string UnitOf(const ProjectionModel& projection, int parameterCode) {
+  const ProjectionParameter* parameter = FindProjectionParameter(parameterCode);
+  if (parameter == nullptr || parameter->unit == UnitKind::kScale) return {};
+  const auto& unit =
+      parameter->unit == UnitKind::kLinear ? projection.linearUnit : projection.angularUnit;
+  return unit ? " " + unit->name : std::string();
+}
+
+void DescribeProjection(const ProjectionModel& projection, TLines* lines) {
+  lines->Add("Map projection", projection.name);
+  for (const ProjectionParameterModel& parameter : projection.parameters) {
+    lines->AddLine("    " + parameter.name + " = " + parameter.value +
+                   UnitOf(projection, parameter.code));
+  }
+}
+
+void DescribeEllipsoid(const EllipsoidModel& ellipsoid, TLines* lines) {
+  const std::string shape = ellipsoid.useF && ellipsoid.f != 0
+                                ? ", 1/f = " + QvPlatform::DoubleToText(1 / ellipsoid.f)
+                                : (ellipsoid.b.empty() ? "" : ", b = " + ellipsoid.b);
+  lines->Add("Ellipsoid",
+             ellipsoid.name + " (a = " + ellipsoid.a + shape + ", " + ellipsoid.unit.name + ")");
+}
+
+}  // namespace
+
+void ShowTree(const TStringTree& tree, QTreeWidget* view) {
+  view->clear();
+  view->setColumnCount(4);
+  view->setHeaderLabels(
+      {Translated("Label"), Translated("Value"), Translated("Id"), Translated("Index")});
+  AddMembers(tree, view->invisibleRootItem());
+  for (const int column : {kId, kIndex}) {
+    view->setColumnWidth(column, view->fontMetrics().horizontalAdvance(QStringLiteral("0")) * 10);
+  }
+  view->header()->setStretchLastSection(false);
+  view->header()->setSectionResizeMode(kValue, QHeaderView::Stretch);
+  view->setColumnWidth(kLabel, view->fontMetrics().averageCharWidth() * 32);
+}
+
+QStringList DescribeTree(const TStringTree& tree) {
+  SystemModel model;
+  std::string error;
+  if (!ModelFromTree(&tree, &model, &error)) {
+    return {Translated("This tree does not hold a whole reference system: %1").arg(ToQt(error))};
+  }
+  TLines lines;
+  lines.Add("Name", model.name);
+  lines.Add("Description", model.description);
+  lines.Add("Abbreviation", model.abbreviation);
+  lines.Add("Kind", KindText(model.kind));
+  if (model.geoTiffCode != 0) lines.Add("Code", std::to_string(model.geoTiffCode));
+  if (model.primary) lines.Add("Primary system", model.primary->name);
+  if (model.projection) DescribeProjection(*model.projection, &lines);
+  if (model.datum) {
+    lines.Add("Datum", model.datum->name);
+    lines.Add("Datum shift", model.datum->shift.name);
+    DescribeEllipsoid(model.datum->ellipsoid, &lines);
+  } else if (model.ellipsoid) {
+    DescribeEllipsoid(*model.ellipsoid, &lines);
+  }
+  lines.Add("Prime meridian", model.primeMeridian.name);
+  lines.Add("Angular unit", model.angularUnit.name);
+  lines.Add("Linear unit", model.linearUnit.name);
+  return lines.Take();
+}
+
+QString WktOfTree(const TStringTree& tree) {
+  std::string wkt;
+  std::string error;
+  if (TreeToWkt2(&tree, Dimension::kTwo, &wkt, &error)) return ToQt(wkt);
+  return Translated("There is no WKT 2 of this system: %1").arg(ToQt(error));
+}
+
+QString NameOfTree(const TStringTree& tree) {
+  std::string name;
+  return tree.GetString(kNameField, 0, &name) ? ToQt(name) : QString();
+}
+
+}  // namespace QvRefSystem

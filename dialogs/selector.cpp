@@ -1,0 +1,328 @@
+#include "dialogs/selector.h"
+
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLayout>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QResizeEvent>
+#include <QScreen>
+#include <optional>
+#include <stdexcept>
+
+#include "dialogs/edit_base.h"
+#include "dialogs/guarded.h"
+#include "dialogs/import_export.h"
+#include "platform/text/text.h"
+#include "platform/widgets/data_grid.h"
+#include "platform/widgets/qt_text.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::SystemText;
+using QvPlatform::TDataSetTableModel;
+using QvPlatform::TDataSource;
+using QvPlatform::TextId;
+using QvPlatform::THiddenForm;
+using QvPlatform::ToQt;
+using QvPlatform::Translated;
+
+namespace {
+
+TQvRfDataProcessor* ProcessorOf(TObjectType type) {
+  TQvRfDataProcessor* processor = datamoduleQvRfData == nullptr
+                                      ? nullptr
+                                      : ProcessorFor(*datamoduleQvRfData, static_cast<int>(type));
+  if (processor == nullptr) throw std::invalid_argument("no processor of this object type");
+  return processor;
+}
+
+// Makes the data set's controls live for the time of a modal run.
+class TLiveControls {
+ public:
+  explicit TLiveControls(TQvRfDataProcessor& processor) : processor_(processor) {
+    processor_.ReleaseControls();
+  }
+  ~TLiveControls() { processor_.RestoreControls(); }
+  TLiveControls(const TLiveControls&) = delete;
+  TLiveControls& operator=(const TLiveControls&) = delete;
+
+ private:
+  TQvRfDataProcessor& processor_;
+};
+
+// Opens the table anew after a change of how its rows are arranged.
+template <typename Change>
+void Rearrange(QvPlatform::TQvDataSet& dataSet, Change&& change) {
+  dataSet.Close();
+  dataSet.DataBuff->Close();
+  change(*dataSet.DataBuff);
+  dataSet.Open();
+}
+
+std::string CaptionOf(TextId verb, const TQvRfDataProcessor& processor) {
+  std::string typeText;
+  processor.GetDisplayNames(&typeText, nullptr);
+  return SystemText(verb) + " " + typeText;
+}
+
+}  // namespace
+
+TformQvRfSelector::TformQvRfSelector(QWidget* owner, const TSelectorTraits& traits)
+    : TModalForm(owner),
+      Processor(ProcessorOf(traits.type)),
+      TypeList(traits.typeList),
+      names_(*Processor->DataSet),
+      ownSource_(traits.ownSource ? std::make_unique<TDataSource>(Processor->DataSet) : nullptr),
+      source_(ownSource_ ? *ownSource_ : Data().Source(DescriptorOf(traits.type).table)) {
+  BuildControls(this);
+  listModel_ = std::make_unique<TDataSetTableModel>(
+      source_,
+      std::vector<TDataSetTableModel::Column>{
+          {"NAME", QvPlatform::SystemQText(TextId::kColumnName)},
+          {"DESCRIPTION", QvPlatform::SystemQText(TextId::kColumnDescription)}},
+      nullptr);
+  dbgridList->SetDataSetModel(listModel_.get());
+  bitbtnExport->setEnabled(!TypeList);
+  bitbtnImport->setEnabled(!TypeList);
+  ConnectControls();
+  lblCount->setToolTip(Translated("Rows that show, of all rows"));
+  const QSize third = QGuiApplication::primaryScreen()->availableSize() / 3;
+  resize(third.expandedTo(sizeHint()));
+}
+
+TformQvRfSelector::~TformQvRfSelector() = default;
+
+bool TformQvRfSelector::Select(TStringTree* tree, int id, bool hideOwner, int* key, int index) {
+  if (IsRunning()) return false;
+  // A key that is gone leaves the data set on its last record.
+  if (key != nullptr && *key != 0) Processor->LocateKey(*key);
+  {
+    std::optional<THiddenForm> hidden;
+    if (hideOwner) hidden.emplace(Owner());
+    bitbtnListClick();
+    SetDialogMode(true, Data().DialogMode == kSimpleMode);
+    setWindowTitle(ToQt(CaptionOf(TextId::kSelect, *Processor)));
+    Run();
+    if (Chosen) TakeChoice(tree, id, index);
+  }
+  if (key != nullptr) *key = Chosen ? Processor->GetCurrentKey() : 0;
+  return Chosen;
+}
+
+bool TformQvRfSelector::Browse(int key, bool showDetails, bool writable) {
+  if (IsRunning()) return false;
+  const THiddenForm hidden(Owner());
+  bitbtnListClick();
+  if (!Processor->LocateKey(key)) {
+    Processor->DataSet->First();
+  } else if (showDetails) {
+    bitbtnDetailsClick();
+  }
+  SetDialogMode(false, !writable && Data().DialogMode == kSimpleMode);
+  setWindowTitle(ToQt(CaptionOf(TextId::kView, *Processor)));
+  Run();
+  return false;
+}
+
+void TformQvRfSelector::Run() {
+  Chosen = false;
+  ClearSearch();
+  const TLiveControls live(*Processor);
+  RunModal();
+}
+
+void TformQvRfSelector::TakeChoice(TStringTree* tree, int id, int index) {
+  Chosen = Guarded(Data().Ui(), [&] {
+    const int key = Processor->GetCurrentKey();
+    StampLastUse();
+    Processor->Reopen();
+    if (!Processor->LocateKey(key)) {
+      throw std::runtime_error(
+          QvPlatform::FromQt(Translated("The object has been removed by another user.")));
+    }
+    if (tree != nullptr && !WriteChoice(tree, id, index)) {
+      throw std::runtime_error(QvPlatform::FromQt(
+          Translated("The object refers to one that is not in the database. It cannot be used.")));
+    }
+  });
+}
+
+// The caller's tree keeps its content unless the whole object was written.
+bool TformQvRfSelector::WriteChoice(TStringTree* tree, int id, int index) {
+  if (id != 0) {
+    if (Processor->WriteToTree(tree, id, index)) return true;
+    QvCommonUtils::RemoveSubtree(tree, id, index);
+    return false;
+  }
+  TStringTree object;
+  if (!Processor->WriteToTree(&object, 0, 0)) return false;
+  QvCommonUtils::ClearTree(tree);
+  QvCommonUtils::MergeTree(&object, tree);
+  return true;
+}
+
+// When the record was last chosen only sorts suggestions. Where it cannot be kept, as in a database
+// that is read-only for this user, the choice stands.
+void TformQvRfSelector::StampLastUse() {
+  QvPlatform::TQvDataSet& dataSet = *Processor->DataSet;
+  try {
+    dataSet.Edit();
+    dataSet.FieldByName("LAST_USE").SetFloat(QvPlatform::CurrentMoment());
+    dataSet.Post();
+  } catch (const std::exception&) {
+    dataSet.Cancel();
+  }
+}
+
+bool TformQvRfSelector::SelectWhere(const char* field, int value, TStringTree* tree, int id,
+                                    bool hideOwner, int* key, int index) {
+  QvPlatform::TQvDataSet& dataSet = *Processor->DataSet;
+  const int number = dataSet.FieldByName(field).GetIndex();
+  int chosenKey = 0;
+  Guarded(Data().Ui(), [&] {
+    Rearrange(dataSet, [&](QvPlatform::TQvDataBuffer& buffer) {
+      buffer.SetFilter(number, value, QvPlatform::TQvDbIntFilter::kEqual, true);
+    });
+    if (Select(tree, id, hideOwner, key, index)) chosenKey = Processor->GetCurrentKey();
+  });
+  Rearrange(dataSet, [](QvPlatform::TQvDataBuffer& buffer) { buffer.ClearFilter(true); });
+  Processor->LocateKey(chosenKey);
+  return chosenKey != 0;
+}
+
+void TformQvRfSelector::SetDialogMode(bool selectMode, bool readOnly) {
+  bitbtnOk->setVisible(selectMode);
+  bitbtnCancel->setVisible(selectMode);
+  bitbtnClose->setVisible(!selectMode);
+  const bool files = !selectMode || Data().ShowImportExport;
+  bitbtnExport->setVisible(files);
+  bitbtnImport->setVisible(files);
+  bitbtnNew->setVisible(!readOnly && !TypeList);
+  bitbtnEdit->setVisible(!readOnly);
+  bitbtnRemove->setVisible(!readOnly && !TypeList);
+  (selectMode ? bitbtnOk : bitbtnClose)->setDefault(true);
+  dbgridList->EqualiseColumns();
+}
+
+bool TformQvRfSelector::HasVisibleCurrent() const {
+  return listModel_->CurrentRow() >= 0;
+}
+
+void TformQvRfSelector::UpdateEditButtons() {
+  const bool current = HasVisibleCurrent();
+  const bool edits = HasEditDialog();
+  if (!edits) {
+    for (QPushButton* button : {bitbtnNew, bitbtnEdit}) {
+      button->setToolTip(Translated("There is no edit dialog for these objects yet"));
+    }
+  }
+  bitbtnNew->setEnabled(edits && !TypeList);
+  bitbtnEdit->setEnabled(edits && current);
+  bitbtnRemove->setEnabled(current && !TypeList);
+  bitbtnDetails->setEnabled(current);
+  bitbtnExport->setEnabled(current && !TypeList);
+  // On an empty table OK stands, and ends without a choice.
+  const QvPlatform::TQvDataSet& dataSet = *Processor->DataSet;
+  bitbtnOk->setEnabled(current || !dataSet.GetActive() || dataSet.RecordCount() == 0);
+}
+
+bool TformQvRfSelector::GetInfo(TStrings* lines) {
+  return Processor->GetInfoLines(lines);
+}
+
+void TformQvRfSelector::FormShow(bool first) {
+  TModalForm::FormShow(first);
+  // A source that was not asleep has nothing to tell on waking; the list is to be true anyway.
+  source_.SetEnabled(false);
+  source_.SetEnabled(true);
+  UpdateEditButtons();
+  if (!first) return;
+  layout()->activate();
+  dbgridList->EqualiseColumns();
+  comboSearch->setFocus(Qt::OtherFocusReason);
+}
+
+void TformQvRfSelector::FormHide() {
+  source_.SetEnabled(false);
+}
+
+void TformQvRfSelector::resizeEvent(QResizeEvent* event) {
+  TModalForm::resizeEvent(event);
+  dbgridShowAll->setGeometry(rect());
+}
+
+void TformQvRfSelector::bitbtnListClick() {
+  memoDetails->hide();
+  bitbtnList->hide();
+  dbgridList->show();
+  bitbtnDetails->show();
+}
+
+void TformQvRfSelector::bitbtnDetailsClick() {
+  TStrings lines;
+  if (!GetInfo(&lines)) return;
+  QStringList text;
+  for (const std::string& line : lines)
+    text << ToQt(line);
+  memoDetails->setPlainText(text.join(QLatin1Char('\n')));
+  dbgridList->hide();
+  bitbtnDetails->hide();
+  memoDetails->show();
+  bitbtnList->show();
+}
+
+void TformQvRfSelector::bitbtnOkClick() {
+  Chosen = Processor->GetCurrentKey() != 0;
+  done(Chosen ? Accepted : Rejected);
+}
+
+void TformQvRfSelector::bitbtnCloseClick() {
+  Chosen = false;
+  reject();
+}
+
+void TformQvRfSelector::bitbtnNewClick() {
+  if (EditForm == nullptr) return;
+  const int key = Processor->GetCurrentKey();
+  if (EditForm->CreateNew()) {
+    bitbtnListClick();
+    ShowCurrentRecord();
+  } else {
+    Processor->LocateKey(key);
+  }
+  UpdateEditButtons();
+}
+
+void TformQvRfSelector::bitbtnEditClick() {
+  if (EditForm == nullptr) return;
+  if (EditForm->EditCurrent()) {
+    bitbtnListClick();
+    ShowCurrentRecord();
+  }
+  UpdateEditButtons();
+}
+
+void TformQvRfSelector::bitbtnRemoveClick() {
+  if (!Processor->DeleteRecord(this)) return;
+  bitbtnListClick();
+  KeepCurrentInSight();
+  UpdateEditButtons();
+}
+
+void TformQvRfSelector::bitbtnExportClick(bool wholeTable) {
+  if (wholeTable) {
+    ExportTable(this, *Processor);
+  } else if (HasVisibleCurrent()) {
+    ExportObject(this, *Processor);
+  }
+}
+
+void TformQvRfSelector::bitbtnImportClick() {
+  ImportObject(this, *Processor);
+  ShowCurrentRecord();
+  UpdateEditButtons();
+}
+
+}  // namespace QvRefSystem

@@ -1,0 +1,139 @@
+#include "dialogs/selector_controls.h"
+
+#include <QComboBox>
+#include <QDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QToolButton>
+#include <algorithm>
+
+#include "platform/widgets/data_grid.h"
+#include "platform/widgets/qt_text.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::TDataGrid;
+using QvPlatform::Translated;
+
+namespace {
+
+struct ButtonRow {
+  QPushButton* TSelectorControls::*button;
+  const char* objectName;
+  const char* caption;
+  const char* toolTip;
+};
+
+// The bottom row from the left. List and Details share a spot, as do Cancel and Close: of each pair
+// one is hidden at any time.
+constexpr ButtonRow kButtons[] = {
+    {&TSelectorControls::bitbtnOk, "bitbtnOk", "OK", "Choose the current row (Ctrl+Enter)"},
+    {&TSelectorControls::bitbtnList, "bitbtnList", "&List", "Back to the list"},
+    {&TSelectorControls::bitbtnDetails, "bitbtnDetails", "&Details", "Describe the current row"},
+    {&TSelectorControls::bitbtnNew, "bitbtnNew", "&New", "Make a new object (Insert)"},
+    {&TSelectorControls::bitbtnEdit, "bitbtnEdit", "&Edit", "Change the current object"},
+    {&TSelectorControls::bitbtnRemove, "bitbtnRemove", "&Remove",
+     "Remove the current object (Delete)"},
+    {&TSelectorControls::bitbtnExport, "bitbtnExport", "E&xport...",
+     "Write the current object to a file; with Shift held, all objects to a folder"},
+    {&TSelectorControls::bitbtnImport, "bitbtnImport", "&Import...", "Take an object from a file"},
+    {&TSelectorControls::bitbtnCancel, "bitbtnCancel", "Cancel", ""},
+    {&TSelectorControls::bitbtnClose, "bitbtnClose", "Close", ""},
+};
+
+QToolButton* MakeArrow(QWidget* parent, const char* objectName, Qt::ArrowType arrow,
+                       const char* name, const char* toolTip) {
+  auto* button = new QToolButton(parent);
+  button->setObjectName(objectName);
+  button->setArrowType(arrow);
+  button->setAccessibleName(Translated(name));
+  button->setToolTip(Translated(toolTip));
+  button->setFocusPolicy(Qt::StrongFocus);
+  return button;
+}
+
+}  // namespace
+
+void TSelectorControls::BuildControls(QDialog* form) {
+  auto* column = new QVBoxLayout(form);
+  BuildSearchRow(form);
+  BuildViews(form);
+  column->addWidget(pnlSearch);
+  column->addWidget(dbgridList, 1);
+  column->addWidget(memoDetails, 1);
+  BuildButtons(form);
+}
+
+void TSelectorControls::BuildSearchRow(QDialog* form) {
+  pnlSearch = new QWidget(form);
+  pnlSearch->setObjectName("pnlSearch");
+  auto* row = new QHBoxLayout(pnlSearch);
+  row->setContentsMargins(0, 0, 0, 0);
+
+  lblSearch = new QLabel(Translated("&Search"), pnlSearch);
+  lblSearch->setObjectName("lblSearch");
+  comboSearch = new QComboBox(pnlSearch);
+  comboSearch->setObjectName("comboSearch");
+  comboSearch->setEditable(true);
+  comboSearch->setInsertPolicy(QComboBox::NoInsert);
+  comboSearch->setCompleter(nullptr);
+  comboSearch->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  comboSearch->setMinimumContentsLength(12);
+  comboSearch->lineEdit()->setPlaceholderText(Translated("Type a part of the name"));
+  comboSearch->setAccessibleName(Translated("Search"));
+  lblSearch->setBuddy(comboSearch);
+  bitbtnSearchDown = MakeArrow(pnlSearch, "bitbtnSearchDown", Qt::DownArrow, "Search down",
+                               "Next row whose name contains the text (F3)");
+  bitbtnSearchUp = MakeArrow(pnlSearch, "bitbtnSearchUp", Qt::UpArrow, "Search up",
+                             "Previous row whose name contains the text (Shift+F3)");
+  lblCount = new QLabel(pnlSearch);
+  lblCount->setObjectName("lblCount");
+  for (QWidget* widget : std::initializer_list<QWidget*>{lblSearch, comboSearch, bitbtnSearchDown,
+                                                         bitbtnSearchUp, lblCount}) {
+    row->addWidget(widget);
+  }
+}
+
+void TSelectorControls::BuildViews(QDialog* form) {
+  dbgridList = new TDataGrid(form);
+  dbgridList->setObjectName("dbgridList");
+  dbgridList->setAccessibleName(Translated("List"));
+
+  memoDetails = new QPlainTextEdit(form);
+  memoDetails->setObjectName("memoDetails");
+  memoDetails->setAccessibleName(Translated("Details"));
+  memoDetails->setReadOnly(true);
+  memoDetails->setTabChangesFocus(true);
+  memoDetails->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  memoDetails->hide();
+
+  // Outside the layout: it covers the whole form.
+  dbgridShowAll = new TDataGrid(form);
+  dbgridShowAll->setObjectName("dbgridShowAll");
+  dbgridShowAll->setAccessibleName(Translated("All fields"));
+  dbgridShowAll->hide();
+  dbgridShowAll->setEnabled(false);
+}
+
+void TSelectorControls::BuildButtons(QDialog* form) {
+  auto* row = new QHBoxLayout;
+  int width = 0;
+  for (const ButtonRow& spec : kButtons) {
+    auto* button = new QPushButton(Translated(spec.caption), form);
+    button->setObjectName(spec.objectName);
+    button->setToolTip(Translated(spec.toolTip));
+    this->*spec.button = button;
+    width = std::max(width, button->sizeHint().width());
+    row->addWidget(button);
+  }
+  for (const ButtonRow& spec : kButtons)
+    (this->*spec.button)->setMinimumWidth(width);
+  bitbtnList->hide();
+  row->addStretch(1);
+  static_cast<QVBoxLayout*>(form->layout())->addLayout(row);
+}
+
+}  // namespace QvRefSystem

@@ -1,0 +1,133 @@
+#include "dialogs/selectors.h"
+
+#include <QGuiApplication>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <array>
+
+#include "dialogs/edit_base.h"
+
+namespace QvRefSystem {
+namespace {
+
+struct SelectorRow {
+  TObjectType type;
+  TformQvRfSelector* (*make)(QWidget* owner);
+};
+
+template <typename Selector>
+TformQvRfSelector* Make(QWidget* owner) {
+  return new Selector(owner);
+}
+
+constexpr std::array kSelectors{
+    SelectorRow{TObjectType::kReferenceSystem, &Make<TformQvRfRefSystemSelector>},
+    SelectorRow{TObjectType::kDatum, &Make<TformQvRfDatumSelector>},
+    SelectorRow{TObjectType::kEllipsoid, &Make<TformQvRfEllipsoidSelector>},
+    SelectorRow{TObjectType::kDatumShift, &Make<TformQvRfDatumShiftSelector>},
+    SelectorRow{TObjectType::kPrimeMeridian, &Make<TformQvRfPrimeMeridianSelector>},
+    SelectorRow{TObjectType::kMapProjection, &Make<TformQvRfMapProjSelector>},
+    SelectorRow{TObjectType::kDatumShiftType, &Make<TformQvRfDatumShiftTypeSelector>},
+    SelectorRow{TObjectType::kLinearUnit, &Make<TformQvRfLinearUnitSelector>},
+    SelectorRow{TObjectType::kScaleUnit, &Make<TformQvRfScaleUnitSelector>},
+    SelectorRow{TObjectType::kAngularUnit, &Make<TformQvRfAngularUnitSelector>},
+    SelectorRow{TObjectType::kMapProjectionType, &Make<TformQvRfMapProjTypeSelector>},
+    SelectorRow{TObjectType::kReferenceSystemType, &Make<TformQvRfRefSystemTypeSelector>},
+    SelectorRow{TObjectType::kVerticalReferenceSystem, &Make<TformQvRfVerticalRefSystemSelector>},
+};
+
+}  // namespace
+
+bool TformQvRfEllipsoidSelector::SelectSpheres(TStringTree* tree, int id, bool hideOwner, int* key,
+                                               int index) {
+  return SelectWhere("SPHEROID", 1, tree, id, hideOwner, key, index);
+}
+
+TTypedSelector::TTypedSelector(QWidget* owner, const TSelectorTraits& traits,
+                               TObjectType typeObject)
+    : TformQvRfSelector(owner, traits), typeObject_(typeObject) {}
+
+TformQvRfEdit* TTypedSelector::EditFormOf(int type) const {
+  const auto found = EditForms.find(type);
+  return found == EditForms.end() ? nullptr : found->second;
+}
+
+int TTypedSelector::TypeOfNew() {
+  TformQvRfSelector* types = GetSelectorFor(this, static_cast<int>(typeObject_));
+  if (types == nullptr || !types->Select(nullptr, 0, true, nullptr, 0)) return 0;
+  return types->Processor->GetCurrentKey();  // the key of a type is its TYPE
+}
+
+bool TTypedSelector::NewByType() {
+  const int key = Processor->GetCurrentKey();
+  TformQvRfEdit* form = EditFormOf(TypeOfNew());
+  const bool made = form != nullptr && form->CreateNew();
+  if (!made) Processor->LocateKey(key);
+  return made;
+}
+
+bool TTypedSelector::EditByType() {
+  const int key = Processor->GetCurrentKey();
+  TformQvRfEdit* form = EditFormOf(Processor->DataSet->FieldByName("TYPE").AsInteger());
+  const bool edited = form != nullptr && form->EditCurrent();
+  Processor->LocateKey(key);
+  return edited;
+}
+
+void TTypedSelector::bitbtnNewClick() {
+  if (NewByType()) {
+    Saved();
+    ShowCurrentRecord();
+  }
+  UpdateEditButtons();
+}
+
+void TTypedSelector::bitbtnEditClick() {
+  if (EditByType()) {
+    Saved();
+    ShowCurrentRecord();
+  }
+  UpdateEditButtons();
+}
+
+TformQvRfDatumShiftSelector::TformQvRfDatumShiftSelector(QWidget* owner)
+    : TTypedSelector(owner, {.type = TObjectType::kDatumShift}, TObjectType::kDatumShiftType) {}
+
+TformQvRfRefSystemSelector::TformQvRfRefSystemSelector(QWidget* owner)
+    : TTypedSelector(owner, {.type = TObjectType::kReferenceSystem, .ownSource = true},
+                     TObjectType::kReferenceSystemType) {}
+
+bool TformQvRfRefSystemSelector::SelectFiltered(TStringTree* tree, int id, int type, bool hideOwner,
+                                                int* key, int index) {
+  const QScopedValueRollback fixed(fixedType_, type);
+  return SelectWhere("TYPE", type, tree, id, hideOwner, key, index);
+}
+
+int TformQvRfRefSystemSelector::TypeOfNew() {
+  return fixedType_ != 0 ? fixedType_ : TTypedSelector::TypeOfNew();
+}
+
+void TformQvRfRefSystemSelector::FormShow(bool first) {
+  TTypedSelector::FormShow(first);
+  if (!first) return;
+  const QScreen* shown = screen() != nullptr ? screen() : QGuiApplication::primaryScreen();
+  move(shown->availableGeometry().center() - rect().center());
+}
+
+TformQvRfSelector* GetSelectorFor(QWidget* owner, int objectType) {
+  if (owner != nullptr) {
+    for (QObject* child : owner->children()) {
+      auto* selector = dynamic_cast<TformQvRfSelector*>(child);
+      if (selector != nullptr && selector->Processor->ObjectType == objectType) return selector;
+    }
+  }
+  if (datamoduleQvRfData == nullptr || ProcessorFor(*datamoduleQvRfData, objectType) == nullptr) {
+    return nullptr;
+  }
+  for (const SelectorRow& row : kSelectors) {
+    if (static_cast<int>(row.type) == objectType) return row.make(owner);
+  }
+  return nullptr;
+}
+
+}  // namespace QvRefSystem

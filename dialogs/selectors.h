@@ -1,0 +1,94 @@
+#pragma once
+
+#include <map>
+
+#include "dialogs/selector.h"
+
+/// The selectors of all object types, and the way from an object type to its selector.
+namespace QvRefSystem {
+
+/// The selector of one object type; a class of its own for each.
+template <TObjectType Type, bool IsTypeList = false>
+class TSelectorOf : public TformQvRfSelector {
+ public:
+  static constexpr TSelectorTraits kTraits{.type = Type, .typeList = IsTypeList};
+  explicit TSelectorOf(QWidget* owner) : TformQvRfSelector(owner, kTraits) {}
+};
+
+using TformQvRfAngularUnitSelector = TSelectorOf<TObjectType::kAngularUnit>;
+using TformQvRfLinearUnitSelector = TSelectorOf<TObjectType::kLinearUnit>;
+using TformQvRfScaleUnitSelector = TSelectorOf<TObjectType::kScaleUnit>;
+using TformQvRfPrimeMeridianSelector = TSelectorOf<TObjectType::kPrimeMeridian>;
+using TformQvRfDatumSelector = TSelectorOf<TObjectType::kDatum>;
+using TformQvRfMapProjSelector = TSelectorOf<TObjectType::kMapProjection>;
+using TformQvRfVerticalRefSystemSelector = TSelectorOf<TObjectType::kVerticalReferenceSystem>;
+using TformQvRfDatumShiftTypeSelector = TSelectorOf<TObjectType::kDatumShiftType, true>;
+using TformQvRfMapProjTypeSelector = TSelectorOf<TObjectType::kMapProjectionType, true>;
+using TformQvRfRefSystemTypeSelector = TSelectorOf<TObjectType::kReferenceSystemType, true>;
+
+class TformQvRfEllipsoidSelector final : public TSelectorOf<TObjectType::kEllipsoid> {
+ public:
+  using TSelectorOf::TSelectorOf;
+  /// Select over the spheres alone.
+  bool SelectSpheres(TStringTree* tree, int id, bool hideOwner, int* key, int index);
+};
+
+/// Base of the two selectors whose objects have an edit dialog for each TYPE.
+class TTypedSelector : public TformQvRfSelector {
+ public:
+  TTypedSelector(QWidget* owner, const TSelectorTraits& traits, TObjectType typeObject);
+
+  /// Edit dialogs by TYPE, not owned; several types may share one.
+  std::map<int, TformQvRfEdit*> EditForms;
+
+ protected:
+  void DoNew() override { bitbtnNewClick(); }
+  void DoEdit() override { bitbtnEditClick(); }
+  [[nodiscard]] bool HasEditDialog() const override { return !EditForms.empty(); }
+  /// Makes an object of a type that the user chooses first; without one the record that was current
+  /// is current again.
+  [[nodiscard]] bool NewByType();
+  /// Edits the current object; it stays current whatever became of it.
+  [[nodiscard]] bool EditByType();
+  /// TYPE of a new object; 0 for none.
+  [[nodiscard]] virtual int TypeOfNew();
+  /// Called when an edit dialog has saved. The view stays as it was.
+  virtual void Saved() {}
+
+ private:
+  void bitbtnNewClick();
+  void bitbtnEditClick();
+  [[nodiscard]] TformQvRfEdit* EditFormOf(int type) const;
+
+  const TObjectType typeObject_;
+};
+
+class TformQvRfDatumShiftSelector final : public TTypedSelector {
+ public:
+  explicit TformQvRfDatumShiftSelector(QWidget* owner);
+};
+
+/// The selector of reference systems: stands in the middle of the screen, over a data source of its
+/// own, and can be confined to one kind of system.
+class TformQvRfRefSystemSelector final : public TTypedSelector {
+ public:
+  explicit TformQvRfRefSystemSelector(QWidget* owner);
+  /// Select over the systems of one TYPE; a new one is then of that TYPE without a question.
+  bool SelectFiltered(TStringTree* tree, int id, int type, bool hideOwner, int* key, int index);
+
+ protected:
+  [[nodiscard]] int TypeOfNew() override;
+  void Saved() override { bitbtnListClick(); }
+  void FormShow(bool first) override;
+
+ private:
+  /// The one TYPE that the list is confined to, 0 for all.
+  int fixedType_ = 0;
+};
+
+/// The first selector of that object type among the owner's children, or a new one that it owns. A
+/// null owner always gives a new one, the caller's to destroy. Null for a code that is no object
+/// type, or one that has no processor.
+[[nodiscard]] TformQvRfSelector* GetSelectorFor(QWidget* owner, int objectType);
+
+}  // namespace QvRefSystem

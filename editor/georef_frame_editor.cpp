@@ -1,0 +1,120 @@
+#include "editor/georef_frame_editor.h"
+
+#include "database/data_module.h"
+#include "dialogs/guarded.h"
+#include "dialogs/selectors.h"
+#include "dialogs/used_by_list.h"
+#include "platform/geocore/system_model.h"
+#include "platform/ui/texts.h"
+#include "platform/ui/user_interface.h"
+#include "processors/processor_set.h"
+#include "processors/ref_system_processor.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::MessageButtons;
+using QvPlatform::MessageKind;
+using QvPlatform::SystemText;
+using QvPlatform::TextId;
+
+namespace {
+constexpr int kFolderDatabase = 1;
+constexpr int kContainerDatabase = 2;
+constexpr int kGeodetic = static_cast<int>(SystemKind::kGeodetic);
+}  // namespace
+
+TQvGeoRefFrameEditor::TQvGeoRefFrameEditor() : ownUi_(MakeDialogInterface()), ui_(*ownUi_) {
+  datamoduleQvRfData = nullptr;
+}
+
+TQvGeoRefFrameEditor::TQvGeoRefFrameEditor(QvPlatform::TUserInterface& ui) : ui_(ui) {
+  datamoduleQvRfData = nullptr;
+}
+
+TQvGeoRefFrameEditor::~TQvGeoRefFrameEditor() {
+  Finalize();
+}
+
+bool TQvGeoRefFrameEditor::Initialize(const TQvGeoRefFrameDialogOptions* options) {
+  Finalize();
+  if (options == nullptr) return false;
+  bool ready = false;
+  const bool ran = Guarded(ui_, [&] { ready = Open(*options); });
+  if (!ran || !ready) Finalize();
+  return ran && ready;
+}
+
+bool TQvGeoRefFrameEditor::Open(const TQvGeoRefFrameDialogOptions& options) {
+  data_ = MakeDataModule(ui_);
+  datamoduleQvRfData = data_.get();
+  data_->DialogMode = options.DialogMode;
+  data_->ShowImportExport = options.ShowImportExport;
+  data_->ErrorColour = options.ErrorColour;
+  data_->DatabasePath = options.DatabasePath;
+  const bool folder = options.DatabaseKind == kFolderDatabase;
+  if (!folder && options.DatabaseKind != kContainerDatabase) return true;
+  if (!data_->OpenDatabase(options.DatabasePath, options.DialogMode, !folder)) return false;
+  selector_ = std::make_unique<TformQvRfRefSystemSelector>(nullptr);
+  return true;
+}
+
+void TQvGeoRefFrameEditor::Finalize() {
+  selector_.reset();
+  if (data_ == nullptr) return;
+  Guarded(ui_, [this] { data_->CloseDatabase(); });
+  // A second editor may have put its own data module there.
+  if (datamoduleQvRfData == data_.get()) datamoduleQvRfData = nullptr;
+  data_.reset();
+}
+
+bool TQvGeoRefFrameEditor::DatabaseIsActive() const {
+  return data_ != nullptr && !data_->NotActive;
+}
+
+bool TQvGeoRefFrameEditor::Edit(TStringTree* tree, bool rejectGeodetic) {
+  if (selector_ == nullptr || tree == nullptr) return false;
+  bool chosen = false;
+  const bool ran = Guarded(ui_, [&] {
+    int key = data_->RefSystemProcessor->InsertFromTree(tree);
+    chosen = selector_->Select(tree, 0, false, &key, 0);
+    if (!chosen || !rejectGeodetic) return;
+    if (data_->datasetRefSystem.FieldByName("TYPE").AsInteger() != kGeodetic) return;
+    ui_.ShowMessage(MessageKind::kPlain, SystemText(TextId::kNoLatitudeLongitude),
+                    MessageButtons::kOk);
+    chosen = false;
+  });
+  return ran && chosen;
+}
+
+bool TQvGeoRefFrameEditor::Insert(TStringTree* tree) {
+  if (!DatabaseIsActive() || tree == nullptr) return false;
+  int key = 0;
+  const bool ran = Guarded(ui_, [&] { key = data_->RefSystemProcessor->InsertFromTree(tree); });
+  return ran && key != 0;
+}
+
+bool TQvGeoRefFrameEditor::GetInfo(TStrings* lines) {
+  if (selector_ == nullptr || lines == nullptr) return false;
+  bool told = false;
+  TStrings info;
+  const bool ran = Guarded(ui_, [&] { told = selector_->GetInfo(&info); });
+  if (!ran || !told) return false;
+  *lines = std::move(info);
+  return true;
+}
+
+bool TQvGeoRefFrameEditor::Browse(int objectType) {
+  if (!DatabaseIsActive()) return true;
+  return Guarded(ui_, [&] {
+    const std::unique_ptr<TformQvRfSelector> selector(GetSelectorFor(nullptr, objectType));
+    if (selector != nullptr) selector->Browse(0, false, true);
+  });
+}
+
+bool TQvGeoRefFrameEditor::CalculateMapProjectionParameters() {
+  ui_.ShowMessage(MessageKind::kWarning, SystemText(TextId::kNoParameterCalculation),
+                  MessageButtons::kOk);
+  return false;
+}
+
+}  // namespace QvRefSystem

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "processors/string_tree.h"
+
+namespace QvPlatform {
+class TUserInterface;
+}
+
+namespace QvRefSystem {
+
+class TdatamoduleQvRfData;
+class TformQvRfRefSystemSelector;
+using TStrings = std::vector<std::string>;
+using QvCommonUtils::TStringTree;
+
+/// What a host decides for one database.
+struct TQvGeoRefFrameDialogOptions {
+  /// 1 simple, 2 full. In simple mode dialogs hide New, Edit and Remove on selection, and objects
+  /// that one system uses alone come and go with it.
+  std::int8_t DialogMode = 2;
+  /// Background of a refused control, 0x00BBGGRR.
+  std::int32_t ErrorColour = 255;
+  /// Import and Export also while choosing; local systems then carry no origin.
+  bool ShowImportExport = false;
+  /// 1: DatabasePath is a folder of tables; 2: a container; any other: no database is opened.
+  std::int8_t DatabaseKind = 1;
+  std::string DatabasePath;
+};
+
+/// The class that a host calls. One editor lives at a time in a process, on the host's
+/// user-interface thread, where a QApplication exists.
+class TQvGeoRefFrameEditor {
+ public:
+  TQvGeoRefFrameEditor();
+  /// An editor that asks its user in a way of the host's own; `ui` must outlive it.
+  explicit TQvGeoRefFrameEditor(QvPlatform::TUserInterface& ui);
+  ~TQvGeoRefFrameEditor();
+  TQvGeoRefFrameEditor(const TQvGeoRefFrameEditor&) = delete;
+  TQvGeoRefFrameEditor& operator=(const TQvGeoRefFrameEditor&) = delete;
+
+  /// Opens the database; undoes an earlier Initialize first. False, after the user was told, if it
+  /// cannot be opened; silently for an empty path.
+  [[nodiscard]] bool Initialize(const TQvGeoRefFrameDialogOptions* options);
+  /// Undoes Initialize; harmless otherwise. No dialog made over the database may be left.
+  void Finalize();
+  [[nodiscard]] bool DatabaseIsActive() const;
+
+  /// Stores the tree's system, opens the selector on it, and on OK replaces the tree's content by
+  /// the chosen system. With rejectGeodetic a geodetic choice is told to be unsupported and gives
+  /// false, the tree holding it already.
+  [[nodiscard]] bool Edit(TStringTree* tree, bool rejectGeodetic);
+  /// True if the tree's system was found in or added to the database.
+  [[nodiscard]] bool Insert(TStringTree* tree);
+  /// The description of the current reference system. False, with `lines` unchanged, if there is
+  /// none.
+  [[nodiscard]] bool GetInfo(TStrings* lines);
+  /// Shows the objects of a type with full rights. True also for a code that is no object type,
+  /// which shows nothing. False only after a failure that the user was told.
+  bool Browse(int objectType);
+  /// Tells that it is not there yet; false.
+  bool CalculateMapProjectionParameters();
+
+ private:
+  [[nodiscard]] bool Open(const TQvGeoRefFrameDialogOptions& options);
+
+  std::unique_ptr<QvPlatform::TUserInterface> ownUi_;
+  QvPlatform::TUserInterface& ui_;
+  std::unique_ptr<TdatamoduleQvRfData> data_;
+  std::unique_ptr<TformQvRfRefSystemSelector> selector_;
+};
+
+/// Counted start and stop of the libraries that the editor depends on, called in pairs around all
+/// use of the class, on the thread of the QApplication. Start returns true on its first call only;
+/// a stop without a start does nothing.
+// NOLINTBEGIN(bugprone-reserved-identifier): the names under which hosts know the pair.
+bool _QvGeoRefFrameEditor_Initialize();
+void _QvGeoRefFrameEditor_Finalize();
+// NOLINTEND(bugprone-reserved-identifier)
+
+}  // namespace QvRefSystem

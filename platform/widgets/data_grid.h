@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QPointer>
+#include <QTableView>
+
+#include "platform/widgets/data_set_model.h"
+
+namespace QvPlatform {
+
+/// A read-only grid over a data set, whole rows selected, whose current row is the data set's
+/// current record, both ways. A record that a filter hides leaves the grid without a current row.
+class TDataGrid final : public QTableView {
+  Q_OBJECT
+
+ public:
+  explicit TDataGrid(QWidget* parent);
+
+  void SetDataSetModel(TDataSetTableModel* model);
+  [[nodiscard]] TDataSetTableModel* DataSetModel() const { return model_; }
+  /// What stands in the place of the rows while there are none.
+  void SetEmptyText(const QString& text);
+  [[nodiscard]] const QString& EmptyText() const { return emptyText_; }
+  /// Gives all columns the same share of the width; the last one takes what is left, now and when
+  /// the grid is resized.
+  void EqualiseColumns();
+
+ protected:
+  [[nodiscard]] QModelIndex moveCursor(CursorAction action,
+                                       Qt::KeyboardModifiers modifiers) override;
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+  void paintEvent(QPaintEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  [[nodiscard]] bool viewportEvent(QEvent* event) override;
+  [[nodiscard]] QSize sizeHint() const override;
+
+ private:
+  void FollowCursor();
+
+  QPointer<TDataSetTableModel> model_;
+  QString emptyText_;
+  bool following_ = false;
+};
+
+}  // namespace QvPlatform

@@ -1,0 +1,75 @@
+#include "platform/widgets/file_dialogs.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QStringList>
+
+namespace QvPlatform {
+namespace {
+
+struct Filters {
+  QStringList names;     // as the toolkit takes them: text and mask in brackets
+  QStringList suffixes;  // what the mask adds to a bare name; "" for a mask of everything
+};
+
+// The toolkit reads the mask out of the last brackets of a filter's text; texts that end otherwise
+// get their mask in brackets.
+Filters SplitFilters(const QString& filter) {
+  Filters result;
+  const QStringList parts = filter.split(QLatin1Char('|'));
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    const QString& mask = parts[i + 1];
+    const qsizetype bracket = parts[i].lastIndexOf(QLatin1Char('('));
+    const QString text = bracket > 0 ? parts[i].left(bracket).trimmed() : parts[i];
+    // A blank parts masks in the toolkit's form, and an extension may hold one: "?" meets it.
+    QString single = mask;
+    single.replace(QLatin1Char(' '), QLatin1Char('?'));
+    result.names << text + QStringLiteral(" (") + single + QLatin1Char(')');
+    const bool open = mask == QLatin1String("*.*");
+    result.suffixes << (open ? QString() : mask.mid(mask.indexOf(QLatin1Char('.')) + 1));
+  }
+  return result;
+}
+
+TFileDialogResult Run(QFileDialog* dialog, const TFileDialogOptions& options) {
+  dialog->setObjectName(QStringLiteral("fileDialog"));
+  const Filters filters = SplitFilters(options.filter);
+  const auto chosen = [&] { return filters.names.indexOf(dialog->selectedNameFilter()); };
+  // The dialog itself adds the extension, so that it also asks before it overwrites that file.
+  const auto followFilter = [&] { dialog->setDefaultSuffix(filters.suffixes.value(chosen())); };
+  dialog->setNameFilters(filters.names);
+  dialog->selectNameFilter(filters.names.value(options.filterIndex - 1));
+  followFilter();
+  QObject::connect(dialog, &QFileDialog::filterSelected, dialog, followFilter);
+  if (!options.defaultFileName.isEmpty()) dialog->selectFile(options.defaultFileName);
+  if (dialog->exec() != QDialog::Accepted || dialog->selectedFiles().isEmpty()) return {};
+  return {dialog->selectedFiles().constFirst(), static_cast<int>(chosen()) + 1};
+}
+
+}  // namespace
+
+TFileDialogResult GetSaveFileName(QWidget* parent, const QString& title,
+                                  const TFileDialogOptions& options) {
+  QFileDialog dialog(parent, title);
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setFileMode(QFileDialog::AnyFile);
+  return Run(&dialog, options);
+}
+
+TFileDialogResult GetOpenFileName(QWidget* parent, const QString& title,
+                                  const TFileDialogOptions& options) {
+  QFileDialog dialog(parent, title);
+  dialog.setFileMode(QFileDialog::ExistingFile);
+  return Run(&dialog, options);
+}
+
+QString SelectFolder(QWidget* parent, const QString& title) {
+  QFileDialog dialog(parent, title);
+  dialog.setObjectName(QStringLiteral("fileDialog"));
+  dialog.setFileMode(QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly);
+  if (dialog.exec() != QDialog::Accepted) return {};
+  return dialog.selectedFiles().value(0);
+}
+
+}  // namespace QvPlatform

@@ -1,0 +1,92 @@
+#include "platform/widgets/qt_user_interface.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QProgressDialog>
+
+#include "platform/widgets/qt_text.h"
+
+namespace QvPlatform {
+namespace {
+
+struct KindRow {
+  QMessageBox::Icon icon;
+  const char* title;
+};
+
+// In the order of MessageKind.
+constexpr KindRow kKinds[] = {{QMessageBox::NoIcon, "Reference systems"},
+                              {QMessageBox::Warning, "Warning"},
+                              {QMessageBox::Critical, "Error"},
+                              {QMessageBox::Question, "Confirmation"}};
+
+struct ButtonRow {
+  QMessageBox::StandardButton button;
+  const char* objectName;
+  MessageAnswer answer;
+};
+
+constexpr ButtonRow kButtons[] = {{QMessageBox::Ok, "btnOk", MessageAnswer::kOk},
+                                  {QMessageBox::Yes, "btnYes", MessageAnswer::kYes},
+                                  {QMessageBox::No, "btnNo", MessageAnswer::kNo}};
+
+MessageAnswer AnswerOf(int button) {
+  for (const ButtonRow& row : kButtons) {
+    if (row.button == button) return row.answer;
+  }
+  return MessageAnswer::kNo;
+}
+
+class TQtProgress final : public TProgress {
+ public:
+  TQtProgress(const QString& title, int count)
+      : dialog_(title, Translated("Cancel"), 0, count, QApplication::activeWindow()) {
+    dialog_.setObjectName(QStringLiteral("progress"));
+    dialog_.setWindowModality(Qt::ApplicationModal);
+    dialog_.setAutoClose(false);
+    dialog_.setAutoReset(false);
+  }
+  bool Next() override {
+    // A modal progress dialog handles the pending events here, the click on Cancel among them.
+    dialog_.setValue(dialog_.value() < 0 ? 1 : dialog_.value() + 1);
+    return !dialog_.wasCanceled();
+  }
+
+ private:
+  QProgressDialog dialog_;
+};
+
+}  // namespace
+
+MessageAnswer TQtUserInterface::ShowMessage(MessageKind kind, const std::string& text,
+                                            MessageButtons buttons) {
+  const KindRow& row = kKinds[static_cast<std::size_t>(kind)];
+  const bool ask = buttons == MessageButtons::kYesNo;
+  QMessageBox box(row.icon, Translated(row.title), ToQt(text),
+                  ask ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok,
+                  QApplication::activeWindow());
+  box.setObjectName(QStringLiteral("messageBox"));
+  // Names come from records and files: they are never markup.
+  box.setTextFormat(Qt::PlainText);
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+  for (const ButtonRow& button : kButtons) {
+    if (auto* widget = box.button(button.button)) widget->setObjectName(button.objectName);
+  }
+  // What cannot be undone is never the answer to a careless Enter or Esc.
+  box.setDefaultButton(ask ? QMessageBox::No : QMessageBox::Ok);
+  box.setEscapeButton(ask ? QMessageBox::No : QMessageBox::Ok);
+  return AnswerOf(box.exec());
+}
+
+UsedByAnswer TQtUserInterface::ShowUsedBy(TComponent* owner, std::span<const UsedByRow> rows,
+                                          bool viewAllowed) {
+  return showUsedBy_ ? showUsedBy_(owner, rows, viewAllowed) : UsedByAnswer::kClosed;
+}
+
+std::unique_ptr<TProgress> TQtUserInterface::StartProgress(int /*options*/,
+                                                           const std::string& title, int count) {
+  return std::make_unique<TQtProgress>(ToQt(title), count);
+}
+
+}  // namespace QvPlatform

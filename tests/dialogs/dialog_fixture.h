@@ -1,0 +1,82 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QObject>
+#include <QTest>
+#include <QWidget>
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "dialogs/selectors.h"
+#include "tests/support/test_database.h"
+
+/// A user at the screen: real clicks and keys on real dialogs.
+namespace refframe_tests {
+
+/// What the user does in the modal dialogs to come, in order. Each step waits until the active
+/// modal window is of its kind. A step that finds none in time fails the test and closes whatever
+/// stands, so that no test hangs.
+class ScreenUser : public QObject {
+ public:
+  ScreenUser();
+  ~ScreenUser() override;
+
+  template <typename Dialog, typename Act>
+  ScreenUser& In(Act act) {
+    steps_.push_back([act](QWidget* window) {
+      auto* dialog = dynamic_cast<Dialog*>(window);
+      if (dialog == nullptr) return false;
+      act(*dialog);
+      return true;
+    });
+    return *this;
+  }
+
+ private:
+  void Look();
+  /// False until the window is the one that the step is for.
+  std::deque<std::function<bool(QWidget*)>> steps_;
+  int patience_ = 0;
+};
+
+template <typename Widget = QWidget>
+[[nodiscard]] Widget& Child(const QWidget& window, const char* objectName) {
+  auto* child = window.findChild<Widget*>(QString::fromLatin1(objectName));
+  if (child == nullptr) throw std::runtime_error(std::string("no control ") + objectName);
+  return *child;
+}
+
+/// Clicks a button that the user can see and that is enabled; anything else fails the test.
+void Click(const QWidget& window, const char* objectName,
+           Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+/// A key in a control of the window.
+void Press(const QWidget& window, const char* objectName, Qt::Key key,
+           Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+/// Types into the search field, behind what is there.
+void Search(const QWidget& window, const char* text);
+[[nodiscard]] bool IsShown(const QWidget& window, const char* objectName);
+[[nodiscard]] bool IsEnabled(const QWidget& window, const char* objectName);
+/// The names that the list shows, joined by ", ", and the one that it marks.
+[[nodiscard]] std::string ListedNames(const QWidget& window);
+[[nodiscard]] std::string MarkedName(const QWidget& window);
+
+/// Tests of dialogs over a small database: seven ellipsoids, of which one is a sphere.
+class DialogTest : public testing::Test {
+ protected:
+  DialogTest();
+  ~DialogTest() override;
+
+  /// Appends a record with that name and integer fields; returns its key.
+  int Add(QvRefSystem::TableId table, const std::string& name,
+          const std::vector<std::pair<std::string, int>>& fields = {});
+  [[nodiscard]] int KeyOf(QvRefSystem::TObjectType type, const std::string& name);
+  [[nodiscard]] std::string CurrentName(QvRefSystem::TObjectType type) const;
+
+  TestDatabase database_;
+};
+
+}  // namespace refframe_tests
