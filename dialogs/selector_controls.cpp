@@ -82,7 +82,7 @@ void TSelectorControls::BuildSearchRow(QDialog* form) {
   comboSearch->setCompleter(nullptr);
   comboSearch->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   comboSearch->setMinimumContentsLength(12);
-  comboSearch->lineEdit()->setPlaceholderText(Translated("Type a part of the name"));
+  comboSearch->lineEdit()->setPlaceholderText(Translated("Type a part of the name, or a code"));
   comboSearch->setAccessibleName(Translated("Search"));
   lblSearch->setBuddy(comboSearch);
   bitbtnSearchDown = MakeArrow(pnlSearch, "bitbtnSearchDown", Qt::DownArrow, "Search down",

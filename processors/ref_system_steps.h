@@ -5,19 +5,17 @@
 #include <span>
 #include <string_view>
 
+#include "platform/geocore/system_model.h"
 #include "processors/ref_system_processor.h"
 
 namespace QvRefSystem {
 
-/// TYPE of a reference system.
-enum : int {
-  kLocalCartesian = 1,
-  kLocal = 2,
-  kGeocentric = 3,
-  kGeodetic = 4,
-  kProjected = 5,
-  kTopocentric = 6
-};
+/// TYPE of a reference system, as its column holds it.
+inline constexpr int kLocalCartesian = static_cast<int>(SystemKind::kLocalCartesian);
+inline constexpr int kGeocentric = static_cast<int>(SystemKind::kGeocentric);
+inline constexpr int kGeodetic = static_cast<int>(SystemKind::kGeodetic);
+inline constexpr int kProjected = static_cast<int>(SystemKind::kProjected);
+inline constexpr int kTopocentric = static_cast<int>(SystemKind::kTopocentric);
 
 inline constexpr std::string_view kHeightsLabel = "vertical reference system";
 

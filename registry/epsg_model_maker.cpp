@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/geocore/projection_methods.h"
+#include "platform/geocore/projjson.h"
 #include "registry/exchange_codes.h"
 #include "registry/model_values.h"
 #include "registry/registry_units.h"
@@ -66,14 +67,6 @@ std::string Describe(const std::string& code, const std::vector<EpsgUsage>& usag
     if (!part.empty() && text.size() + part.size() + 2 <= kDescriptionLength) text += "; " + part;
   }
   return text;
-}
-
-// The registry calls a datum ensemble "... ensemble"; as a datum it goes by the name before that.
-std::string PlainDatumName(const EpsgDatum& datum) {
-  constexpr std::string_view kEnsemble = " ensemble";
-  std::string name = datum.name;
-  if (datum.ensemble && name.ends_with(kEnsemble)) name.resize(name.size() - kEnsemble.size());
-  return name;
 }
 
 struct AxisTraits {
@@ -201,7 +194,7 @@ std::string EpsgModelMaker::ShortDatumName(int datum) const {
 
 DatumModel EpsgModelMaker::Datum(const EpsgDatum& datum) const {
   DatumModel model;
-  model.name = PlainDatumName(datum);
+  model.name = datum.ensemble ? DatumNameWithoutEnsemble(datum.name) : datum.name;
   model.description = Describe(EpsgCode(datum.code), datum.usages);
   model.abbreviation = ShortDatumName(datum.code);
   model.shift = shifts_.at(datum.code).shift;

@@ -148,7 +148,8 @@ int CheckWhole(const TRequest& request, TTerminal terminal) {
   for (const std::string& finding : findings)
     terminal.out << finding << "\n";
   if (sound && findings.empty()) return kSucceeded;
-  throw CommandError(request.database + ": " + std::to_string(findings.size()) + " findings");
+  throw CommandError(request.database + ": " + std::to_string(findings.size()) +
+                     (findings.size() == 1 ? " finding" : " findings"));
 }
 
 }  // namespace RefframeCli

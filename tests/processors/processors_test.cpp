@@ -5,6 +5,7 @@
 #include <functional>
 #include <ostream>
 
+#include "processors/name_filter.h"
 #include "tests/support/sample_trees.h"
 #include "tests/support/test_database.h"
 
@@ -383,6 +384,37 @@ TEST(Processors, LocateByKeyAndByName) {
   EXPECT_TRUE(units.DataSet->Eof());
   EXPECT_EQ(units.GetCurrentKey(), keys[2]);
   EXPECT_EQ(units.GetNeighbourKey(keys[2]), keys[1]);
+}
+
+TEST(NameFilter, FindsTheRowsThatASearchByNameWouldMeet) {
+  TestDatabase database;
+  TQvRfDataProcessor& units = database.Processor(kLinearUnit);
+  const struct {
+    const char* name;
+    const char* description;
+  } rows[] = {{"Foot (Ångström)", "EPSG:1"},
+              {"chain of feet", "EPSG:9097"},
+              {"foot", "of metre"},
+              {"metre", "EPSG:9001"},
+              {"metre metre", "EPSG:9001"}};
+  for (const auto& row : rows) {
+    const TreePtr tree = MakeTree(MetreTree);
+    RemoveField(tree.get(), 5320, 0);
+    RemoveField(tree.get(), 5322, 0);
+    TreeBuilder(tree.get()).Field(5320, row.name).Field(5322, row.description);
+    ASSERT_GT(units.InsertFromTree(tree.get()), 0);
+  }
+  QvRefSystem::TNameFilter filter(*units.DataSet);
+  // Table order: chain of feet, foot, Foot (Ångström), metre, metre metre.
+  const struct {
+    const char* text;
+    std::vector<int> rows;
+  } searches[] = {{"", {0, 1, 2, 3, 4}}, {"FOOT", {1, 2}}, {"ångstr", {2}},
+                  {"metre", {3, 4}},     {"metre m", {4}}, {"feet", {0}},
+                  {"9001", {3, 4}},      {"of m", {1}},    {"fathom", {}}};
+  for (const auto& search : searches) {
+    EXPECT_EQ(filter.Match(search.text), search.rows) << search.text;
+  }
 }
 
 TEST(Processors, TellTheirInfoLines) {
