@@ -304,17 +304,45 @@ void TQvRfDataProcessor::DeleteIfUsedOnce(TObjectType object, std::string_view c
 
 // Records to tree.
 
+namespace {
+
+// The tree that is being written on this thread: WriteToTree calls itself for sub-objects, and all
+// they write stays where it is until the outermost call returns.
+struct Writing {
+  int depth = 0;
+  unsigned long number = 0;
+};
+thread_local Writing currentWriting;
+
+class WritingScope {
+ public:
+  WritingScope() {
+    if (currentWriting.depth++ == 0) ++currentWriting.number;
+  }
+  ~WritingScope() { --currentWriting.depth; }
+  WritingScope(const WritingScope&) = delete;
+  WritingScope& operator=(const WritingScope&) = delete;
+};
+
+}  // namespace
+
 bool TQvRfDataProcessor::WriteToTree(TStringTree* tree, int id, int index) {
   if (tree == nullptr) return false;
+  const WritingScope scope;
   const TControlsGuard guard(*DataSet);
   if (id == 0) {
     ClearTree(tree);
     return WriteContent(tree);
   }
   RemoveSubtree(tree, id, index);
+  const int key = GetCurrentKey();
   TStringTree* cursor = tree;
-  return EnsureSubtree(tree, id, index, descriptor_.subtreeLabel) &&
-         EnterSubtree(&cursor, id, index) && WriteContent(cursor);
+  if (!EnsureSubtree(tree, id, index, descriptor_.subtreeLabel) ||
+      !EnterSubtree(&cursor, id, index) || !WriteContent(cursor)) {
+    return false;
+  }
+  written_ = {currentWriting.number, key, cursor};
+  return true;
 }
 
 bool TQvRfDataProcessor::WriteContent(TStringTree* tree) {
@@ -358,7 +386,13 @@ bool TQvRfDataProcessor::WriteItem(TStringTree* tree, const TTreeItem& item, TRo
 
 bool TQvRfDataProcessor::WriteSubobject(TStringTree* tree, TObjectType object, int key, int id) {
   TQvRfDataProcessor& processor = ProcessorOf(object);
-  return processor.LocateKey(key) && processor.WriteToTree(tree, id, 0);
+  const Written& written = processor.written_;
+  const bool repeats = currentWriting.depth > 0 && key != 0 && written.key == key &&
+                       written.writing == currentWriting.number;
+  if (!repeats) return processor.LocateKey(key) && processor.WriteToTree(tree, id, 0);
+  if (!EnsureSubtree(tree, id, 0, written.subtree->Label)) return false;
+  MergeTree(written.subtree, FindSubtree(tree, id, 0));
+  return true;
 }
 
 // Tree to records.

@@ -201,6 +201,15 @@ class TQvRfDataProcessor {
 
   [[nodiscard]] int ItemColumn(const TTreeItem& item) const;
 
+  /// The subtree that this processor has written last, in the tree that is being written now. The
+  /// units and the datum of a system stand in its tree several times: a copy spares the look-ups.
+  struct Written {
+    unsigned long writing = 0;
+    int key = 0;
+    const TStringTree* subtree = nullptr;
+  };
+  Written written_;
+
   const TObjectDescriptor& descriptor_;
   // Field numbers in the file, found once: a search by name for each field of each record would
   // cost more than the rest of an export.

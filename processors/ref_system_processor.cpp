@@ -117,6 +117,7 @@ bool TQvRfRefSystemDataProcessor::WriteStep(TStringTree* tree, Step step, const 
       return WriteSubobject(tree, TObjectType::kMapProjection, record.mapProjection, 1300);
     case kMifProjectionType:
       // A projection without a code is no failure.
+      if (!MapProjections().LocateKey(record.mapProjection)) return false;
       (void)MapProjections().WriteMifProjectionType(tree);
       return true;
     case kPrimary:
