@@ -2,8 +2,6 @@
 
 namespace QvRefSystem {
 
-using QvPlatform::TMatch;
-
 void TQvRfDatumDataProcessor::DeleteBeside(int /*key*/) {
   if (data_.DialogMode == kSimpleMode) {
     DeleteIfUsedOnce(TObjectType::kDatumShift, "DATUM_SHIFT_AUTOKEY");
