@@ -10,9 +10,12 @@ set(rooms
     platform/dbset
     platform/xini
     processors/string_tree
+    vertical/height_table
     platform/geocore
     database
     processors
+    vertical
+    processors/processor_set
     registry
     platform/widgets
     dialogs
@@ -38,6 +41,7 @@ endfunction()
 
 file(GLOB_RECURSE sources RELATIVE ${ROOT} ${ROOT}/platform/*.h ${ROOT}/platform/*.cpp
      ${ROOT}/database/*.h ${ROOT}/database/*.cpp ${ROOT}/processors/*.h ${ROOT}/processors/*.cpp
+     ${ROOT}/vertical/*.h ${ROOT}/vertical/*.cpp
      ${ROOT}/registry/*.h ${ROOT}/registry/*.cpp ${ROOT}/dialogs/*.h ${ROOT}/dialogs/*.cpp
      ${ROOT}/editor/*.h ${ROOT}/editor/*.cpp)
 set(faults "")

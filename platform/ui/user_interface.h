@@ -37,6 +37,8 @@ class TProgress {
   virtual ~TProgress() = default;
   /// One step of the announced count is done. False once the user has cancelled.
   virtual bool Next() = 0;
+  /// Announces the number of steps anew, for work that learns it late; 0: unknown.
+  virtual void SetMax(int /*count*/) {}
 };
 
 class TUserInterface {

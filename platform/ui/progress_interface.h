@@ -1,0 +1,51 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/ui/user_interface.h"
+
+namespace QvRefSystem {
+
+/// How long computations report their course and are cancelled: plain functions, so that it can
+/// cross the border of a library. Any of them may be null.
+struct TProgressInterface {
+  void* Reserved0 = nullptr;
+  /// Called after each step; a result other than 0 cancels.
+  int (*Next)() = nullptr;
+  void* Reserved2 = nullptr;
+  /// Called once, ahead of the first step, with the number of steps.
+  void (*SetMax)(int count) = nullptr;
+  void* Reserved4 = nullptr;
+};
+
+/// Shows the course of one operation to the user while it lives, and lends it to computations as a
+/// TProgressInterface. Displays may nest: the functions act on the innermost one of the thread that
+/// made it.
+class TProgressDisplay {
+ public:
+  /// Options of a display whose count the work announces by SetMax, and of one that runs free.
+  static constexpr int kCounted = 33;
+  static constexpr int kFree = 65;
+
+  TProgressDisplay(QvPlatform::TUserInterface& ui, int options, const std::string& title);
+  ~TProgressDisplay();
+  TProgressDisplay(const TProgressDisplay&) = delete;
+  TProgressDisplay& operator=(const TProgressDisplay&) = delete;
+
+  [[nodiscard]] TProgressInterface* Interface() { return &interface_; }
+  /// The Next of the interface, for operations that take it alone.
+  [[nodiscard]] static int Next();
+  [[nodiscard]] bool Cancelled() const { return cancelled_; }
+
+ private:
+  static void SetMax(int count);
+
+  QvPlatform::TUserInterface& ui_;
+  TProgressInterface interface_;
+  std::unique_ptr<QvPlatform::TProgress> progress_;
+  TProgressDisplay* outer_;
+  bool cancelled_ = false;
+};
+
+}  // namespace QvRefSystem
