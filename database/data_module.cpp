@@ -155,9 +155,7 @@ bool TdatamoduleQvRfData::OpenDatabase(const std::string& path, signed char dial
   try {
     DatabasePath = NormalisedPath(path, resourceForm);
     opened = OpenTables(&currentTable);
-    if (opened && !HasVerticalFields()) {
-      throw std::runtime_error("the reference system table is of an older layout");
-    }
+    if (opened && !HasVerticalFields()) opened = ConvertDatabase();
     if (opened) processors_ = makeProcessors_(*this);
   } catch (const std::exception& error) {
     opened = false;

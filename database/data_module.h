@@ -90,6 +90,13 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
   [[nodiscard]] std::string GetBackupPrefix() const;
   /// Whether the reference system table has the fields for heights.
   [[nodiscard]] bool HasVerticalFields();
+  /// Brings a reference system table without the fields for heights up to date: a copy goes to the
+  /// backups, and a table in the current layout with all records under their old keys takes its
+  /// place, open. On failure the old table stands as it was; throws what the tables throw.
+  [[nodiscard]] bool ConvertDatabase();
+  /// Copies a table to the backups under a name that is free there. The name of the copy, or "" if
+  /// it could not be made.
+  [[nodiscard]] std::string BackupTable(const std::string& name, bool resourceForm) const;
 
   [[nodiscard]] QvPlatform::TQvDataSet& DataSet(TableId id);
   [[nodiscard]] QvPlatform::TQvDataBuffer& DataBuffer(TableId id);
@@ -107,6 +114,8 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
 
  private:
   [[nodiscard]] bool OpenTables(std::string* currentTable);
+  /// Fills the empty reference system table that its buffer names from an older one.
+  void FillFrom(const std::string& backup);
   void ReportOpening(const std::string& path, const std::string& currentTable, const char* reason);
   void DropProcessors();
 

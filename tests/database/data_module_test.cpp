@@ -143,24 +143,6 @@ TEST(DataModule, TellsWhichTableIsNoTable) {
   }
 }
 
-TEST(DataModule, RefusesAnOlderLayoutOfReferenceSystems) {
-  ScriptedUi ui;
-  const TemporaryFolder folder;
-  MakeEmptyTables(folder.Path(), false, ui);
-  QvPlatform::TQvDbHeader older;
-  for (const QvRefSystem::FieldSpec& field :
-       QvRefSystem::TableOf(QvRefSystem::TableId::kRefSystem).fields) {
-    if (field.name == "VERT_SYSTEM_AUTOKEY") break;
-    older.AddField(std::string(field.name).c_str(), static_cast<unsigned char>(field.type),
-                   static_cast<unsigned char>(field.need),
-                   static_cast<unsigned char>(field.length));
-  }
-  WriteFile(folder.Path("reference_system.dat"), QvPlatform::MakeEmptyTableImage(older));
-  Opening opening(folder.Path());
-  EXPECT_FALSE(opening.opened);
-  EXPECT_EQ(opening.ui.messages, Strings{"Cannot open database \"" + folder.Path() + "\""});
-}
-
 TEST(DataModule, TellsOfPlacesThatCannotHoldATable) {
   const TemporaryFolder folder;
   WriteFile(folder.Path("file"), "x");

@@ -1,0 +1,156 @@
+// Bringing an older reference system table up to date. The old table keeps its place until the new
+// one stands whole beside it and takes that place in one step, so that a stop at any moment leaves
+// one of the two under the table's name, and the next opening goes on from there.
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "database/data_module.h"
+#include "platform/ui/texts.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::FieldType;
+using QvPlatform::TField;
+using QvPlatform::TQvDataBuffer;
+using QvPlatform::TQvDataSet;
+
+namespace {
+
+/// How the user sees the course of it: the number of steps is known from the start.
+constexpr int kConversionProgress = 0x61;
+/// Behind the table's name: the table that is being made. One that a stop left behind is replaced.
+constexpr std::string_view kUnfinished = "_converting";
+
+constexpr std::string_view kKey = "AUTOKEY";
+constexpr std::string_view kFirstNewField = "VERT_SYSTEM_AUTOKEY";
+
+// Takes a field's content over from the field of that name of another table.
+void CopyField(TQvDataSet& from, TQvDataSet& to, const FieldSpec& field) {
+  TField& source = from.FieldByName(field.name);
+  TField& target = to.FieldByName(field.name);
+  switch (field.type) {
+    case FieldType::kInteger:
+      target.SetInteger(source.AsInteger());
+      break;
+    case FieldType::kFloat:
+    case FieldType::kDateTime:
+      target.SetFloat(source.AsFloat());
+      break;
+    case FieldType::kText:
+      target.SetString(source.AsString());
+      break;
+  }
+}
+
+// A record of the older table: fields ahead of those for heights are copied, numbers behind them
+// begin at 0, and texts stay empty.
+void AppendConverted(TQvDataSet& from, TQvDataSet& to) {
+  to.Append();
+  bool newer = false;
+  for (const FieldSpec& field : TableOf(TableId::kRefSystem).fields) {
+    if (field.name == kKey) continue;
+    newer = newer || field.name == kFirstNewField;
+    if (!newer) {
+      CopyField(from, to, field);
+    } else if (field.type == FieldType::kInteger && field.name != "TRANSFORM_AUTOKEY") {
+      to.FieldByName(field.name).SetInteger(0);
+    }
+  }
+  to.Post();
+  // The first Post has given the record a key of its own; others refer to it by the old one.
+  to.Edit();
+  to.FieldByName(kKey).SetInteger(from.FieldByName(kKey).AsInteger());
+  to.Post();
+}
+
+void CloseTable(TQvDataSet& dataSet) {
+  dataSet.Close();
+  dataSet.DataBuff->Close();
+}
+
+// Closes the two tables of a conversion, however it ends.
+class TOpenTables {
+ public:
+  TOpenTables(TQvDataSet& from, TQvDataSet& to) : from_(from), to_(to) {
+    from_.Open();
+    to_.Open();
+  }
+  ~TOpenTables() {
+    CloseTable(from_);
+    CloseTable(to_);
+  }
+  TOpenTables(const TOpenTables&) = delete;
+  TOpenTables& operator=(const TOpenTables&) = delete;
+  [[nodiscard]] bool Active() const { return from_.GetActive() && to_.GetActive(); }
+
+ private:
+  TQvDataSet& from_;
+  TQvDataSet& to_;
+};
+
+}  // namespace
+
+std::string TdatamoduleQvRfData::BackupTable(const std::string& name, bool resourceForm) const {
+  try {
+    const std::string target = MakeUniqueStorageName(
+        GetBackupPrefix() + StorageShortName(name, resourceForm), resourceForm);
+    return CopyStorageFile(name, resourceForm, target, resourceForm) ? target : std::string();
+  } catch (const std::exception&) {
+    return {};
+  }
+}
+
+void TdatamoduleQvRfData::FillFrom(const std::string& backup) {
+  TQvDataBuffer& source = databufInternalService;
+  CloseTable(datasetInternalService);
+  source.SetDataBufferType(databufRefSystem.GetDataBufferType());
+  source.StreamName = backup;
+  source.SetSortField(0, false, true);
+  const TOpenTables tables(datasetInternalService, datasetRefSystem);
+  if (!tables.Active()) throw std::runtime_error("the tables of the conversion did not open");
+
+  const auto progress = ui_.StartProgress(kConversionProgress,
+                                          QvPlatform::SystemText(QvPlatform::TextId::kConversion),
+                                          datasetInternalService.RecordCount());
+  QvPlatform::TQvWriteGroup group({&datasetRefSystem});
+  for (datasetInternalService.First(); !datasetInternalService.Eof();
+       datasetInternalService.Next()) {
+    AppendConverted(datasetInternalService, datasetRefSystem);
+    // There is no half converted database to stop at.
+    if (progress != nullptr) (void)progress->Next();
+  }
+  group.Commit();
+}
+
+bool TdatamoduleQvRfData::ConvertDatabase() {
+  CloseTable(datasetRefSystem);
+  const std::string name = databufRefSystem.StreamName;
+  const std::string backup = BackupTable(name, ResourceForm);
+  if (backup.empty()) return false;
+  const std::string unfinished =
+      GetBackupPrefix() + StorageShortName(name, ResourceForm) + std::string(kUnfinished);
+  if (!CreateTable(unfinished, ResourceForm, TableOf(TableId::kRefSystem).tag, ui_)) return false;
+
+  databufRefSystem.StreamName = unfinished;
+  databufRefSystem.SetSortField(-1, false, true);
+  const auto restore = [&] {
+    databufRefSystem.StreamName = name;
+    databufRefSystem.SetSortField(TableOf(TableId::kRefSystem).sortField, false, true);
+  };
+  try {
+    FillFrom(backup);
+  } catch (...) {
+    restore();
+    DeleteStorageFile(unfinished, ResourceForm);
+    throw;
+  }
+  restore();
+  const bool inPlace = CopyStorageFile(unfinished, ResourceForm, name, ResourceForm);
+  DeleteStorageFile(unfinished, ResourceForm);
+  if (!inPlace) return false;
+  datasetRefSystem.Open();
+  return datasetRefSystem.GetActive();
+}
+
+}  // namespace QvRefSystem
