@@ -22,7 +22,7 @@ using Row = std::vector<std::string>;
 
 // The rows of a fact file, its heading left out.
 std::vector<Row> Facts(const std::string& name) {
-  const auto folder = std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();
+  const auto folder = std::filesystem::path(REFFRAME_SOURCE_DIR);
   std::ifstream file(folder / "registry" / "facts" / name);
   EXPECT_TRUE(file.is_open()) << name;
   std::vector<Row> rows;
