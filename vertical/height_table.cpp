@@ -78,15 +78,7 @@ void Table::Set(std::uint32_t i, std::uint32_t j, double value) {
   }
 }
 
-namespace {
-
-// The cell of a coordinate along one axis, and how far into it (0 to 1) the coordinate lies.
-struct Place {
-  std::uint32_t index = 0;
-  double fraction = 0;
-};
-
-Place PlaceOf(double coordinate, double origin, double cell, std::uint32_t count) {
+TGridPlace PlaceOnAxis(double coordinate, double origin, double cell, std::uint32_t count) {
   // Also for a coordinate that is no number.
   if (!(coordinate >= origin)) return {};
   const double index = std::floor((coordinate - origin) / cell);
@@ -94,11 +86,9 @@ Place PlaceOf(double coordinate, double origin, double cell, std::uint32_t count
   return {static_cast<std::uint32_t>(index), ((coordinate - origin) - index * cell) / cell};
 }
 
-}  // namespace
-
 double Table::Interpolate(double x, double y) const {
-  const auto [i, fx] = PlaceOf(x, OriginX, CellX, CountX);
-  const auto [j, fy] = PlaceOf(y, OriginY, CellY, CountY);
+  const auto [i, fx] = PlaceOnAxis(x, OriginX, CellX, CountX);
+  const auto [j, fy] = PlaceOnAxis(y, OriginY, CellY, CountY);
   const double* west = Data[i] + j;
   const double* east = Data[i + 1] + j;
   return (1 - fx) * (1 - fy) * west[0] + (1 - fx) * fy * west[1] + fx * (1 - fy) * east[0] +

@@ -21,6 +21,16 @@ struct T2DTableExtents {
   T CellNorthSouth{};
 };
 
+/// Where a coordinate lies along one axis of a grid: in the cell behind node `index`, `fraction`
+/// (0 to 1) of the way to the next node. One outside lies on the nearest end of the axis.
+struct TGridPlace {
+  std::uint32_t index = 0;
+  double fraction = 0;
+};
+/// `count` must be 2 at least.
+[[nodiscard]] TGridPlace PlaceOnAxis(double coordinate, double origin, double cell,
+                                     std::uint32_t count);
+
 template <typename T>
 class T2DTable;
 

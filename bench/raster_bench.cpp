@@ -1,0 +1,71 @@
+// The image of a geoid of 8640 x 4321 nodes, read by windows of a full screen. A frame at 60 Hz has
+// 16 ms; the peer is what no reader can undercut, a copy of as many bytes.
+
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+#include "vertical/table_raster.h"
+
+namespace {
+
+using Table = QvCommonUtils::T2DTable<double>;
+using Raster = QvCommonUtils::TTableDibData<double>;
+
+constexpr int kWidth = 1920;
+constexpr int kHeight = 1080;
+
+const Table& Geoid() {
+  static const std::unique_ptr<Table> table = [] {
+    auto made = std::make_unique<Table>();
+    made->Resize(8640, 4321, 1.0 / 24, 1.0 / 24, 0, -90);
+    for (std::uint32_t i = 0; i < made->CountX; ++i) {
+      for (std::uint32_t j = 0; j < made->CountY; ++j) {
+        made->Set(i, j, 60 * std::sin(i * 0.003) * std::cos(j * 0.005) + std::sin(i * 0.7 + j));
+      }
+    }
+    return made;
+  }();
+  return *table;
+}
+
+// A window that wanders over the image, at the zoom of the first argument, of every pixel that the
+// second one says.
+void BM_ReadWindow(benchmark::State& state) {
+  Raster raster;
+  raster.Setup(&Geoid(), false, false, true, static_cast<int>(state.range(0)));
+  const int step = static_cast<int>(state.range(1));
+  QvCommonUtils::TBitmapHeader header;
+  std::vector<std::uint8_t> pixels;
+  int place = 0;
+  for (auto _ : state) {
+    place = (place + 97) % 400;
+    raster.Read({place, place, place + kWidth, place + kHeight}, &header, &pixels, step);
+    benchmark::DoNotOptimize(pixels.data());
+  }
+}
+BENCHMARK(BM_ReadWindow)
+    ->ArgNames({"zoom", "step"})
+    ->Args({1, 1})
+    ->Args({1, 3})
+    ->Args({2, 1})
+    ->Args({8, 1})
+    ->Args({25, 1})
+    ->Args({25, 20})
+    ->Unit(benchmark::kMillisecond);
+
+void BM_PeerCopyOfAsManyBytes(benchmark::State& state) {
+  std::vector<char> from(kWidth * kHeight, 1);
+  std::vector<char> to(from.size());
+  for (auto _ : state) {
+    std::memcpy(to.data(), from.data(), from.size());
+    benchmark::DoNotOptimize(to.data());
+    benchmark::ClobberMemory();
+  }
+}
+BENCHMARK(BM_PeerCopyOfAsManyBytes)->Unit(benchmark::kMillisecond);
+
+}  // namespace

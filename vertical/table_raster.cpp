@@ -1,0 +1,334 @@
+#include "vertical/table_raster.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <limits>
+#include <stdexcept>
+
+#include "platform/storage/stream.h"
+
+namespace QvCommonUtils {
+
+using Raster = TTableDibData<double>;
+
+namespace {
+
+// A channel of the colour palette for t from 0 to 1: a t (t - 1) + b on either side of a limit.
+struct Channel {
+  double limit;
+  double belowA, belowB;
+  double aboveA, aboveB;
+
+  [[nodiscard]] std::uint8_t At(double t) const {
+    const double value = t < limit ? belowA * t * (t - 1) + belowB : aboveA * t * (t - 1) + aboveB;
+    return static_cast<std::uint8_t>(value * 256);
+  }
+};
+constexpr Channel kRed{0.5, -3.92, 0, -1.56, 0.59};
+constexpr Channel kGreen{0.5, -3.0, 0.23, -3.67, 0.063};
+
+// The third one falls in a straight line.
+std::uint8_t Blue(double t) {
+  return static_cast<std::uint8_t>((t < 0.25 ? 0.16 - 0.64 * t : 0.0) * 256);
+}
+
+template <typename ColourOf>
+TRasterPalette MakePalette(ColourOf colourOf) {
+  TRasterPalette palette;
+  for (std::size_t n = 0; n < palette.size(); ++n)
+    palette[n] = colourOf(n);
+  return palette;
+}
+
+// Bilinear between two columns of a table, term by term as T2DTable::Interpolate has it, so that
+// both round alike.
+inline double Blend(const double* west, const double* east, std::uint32_t low, std::uint32_t high,
+                    double fx, double fy) {
+  return (1 - fx) * (1 - fy) * west[low] + (1 - fx) * fy * west[high] + fx * (1 - fy) * east[low] +
+         fx * fy * east[high];
+}
+
+std::size_t RowBytes(int width) {
+  return (static_cast<std::size_t>(width) + 3) / 4 * 4;
+}
+
+int PixelsAlong(std::uint32_t count, int zoom) {
+  if (count == 0) return 0;
+  const std::int64_t pixels = (std::int64_t{count} - 1) * zoom + 1;
+  if (pixels > std::numeric_limits<int>::max()) {
+    throw std::length_error("an image of that size cannot be shown");
+  }
+  return static_cast<int>(pixels);
+}
+
+}  // namespace
+
+const TRasterPalette& ColourPalette() {
+  static const TRasterPalette palette = MakePalette([](std::size_t n) {
+    const double t = static_cast<double>(n) / 255;
+    return TPaletteColour{kRed.At(t), kGreen.At(t), Blue(t)};
+  });
+  return palette;
+}
+
+const TRasterPalette& GrayscalePalette() {
+  static const TRasterPalette palette = MakePalette([](std::size_t n) {
+    const auto level = static_cast<std::uint8_t>(n);
+    return TPaletteColour{level, level, level};
+  });
+  return palette;
+}
+
+// The places along one axis of the pixels of a read, in the order of the read.
+class Raster::Axis {
+ public:
+  Axis(std::uint32_t count, int pixels) : count_(count) {
+    low_.reserve(static_cast<std::size_t>(pixels));
+    fraction_.reserve(static_cast<std::size_t>(pixels));
+  }
+  void Add(double coordinate, double origin, double cell) {
+    // An axis of one node has no cell: all lies on the node.
+    const TGridPlace place =
+        count_ < 2 ? TGridPlace{} : PlaceOnAxis(coordinate, origin, cell, count_);
+    low_.push_back(place.index);
+    fraction_.push_back(place.fraction);
+  }
+  [[nodiscard]] std::uint32_t Low(std::size_t n) const { return low_[n]; }
+  [[nodiscard]] std::uint32_t High(std::size_t n) const {
+    return count_ < 2 ? low_[n] : low_[n] + 1;
+  }
+  [[nodiscard]] double Fraction(std::size_t n) const { return fraction_[n]; }
+
+ private:
+  std::uint32_t count_;
+  std::vector<std::uint32_t> low_;
+  std::vector<double> fraction_;
+};
+
+void Raster::Setup(const T2DTable<double>* table, bool ownsTable, bool grayscale, bool flipRows,
+                   int zoom) {
+  Reset();
+  Table = table;
+  OwnsTable = ownsTable;
+  if (table->MinValue < table->MaxValue) {
+    LevelStep = (table->MaxValue - table->MinValue) * (1.0 / 255);
+  }
+  LevelBase = table->MinValue;
+  ChangeView(grayscale, flipRows, zoom);
+}
+
+void Raster::Reset() {
+  if (OwnsTable) delete Table;
+  Table = nullptr;
+  OwnsTable = false;
+  LevelStep = LevelBase = PixelX = PixelY = 0;
+  Zoom = width_ = height_ = 0;
+}
+
+void Raster::ChangeView(bool grayscale, bool flipRows, int zoom) {
+  if (Table != nullptr && zoom != 0) {
+    const int wanted = std::clamp(zoom, 1, kMaxZoom);
+    const int width = PixelsAlong(Table->CountX, wanted);
+    const int height = PixelsAlong(Table->CountY, wanted);
+    Zoom = wanted;
+    width_ = width;
+    height_ = height;
+    PixelX = Table->CellX / Zoom;
+    PixelY = Table->CellY / Zoom;
+  }
+  Grayscale = grayscale;
+  FlipRows = flipRows;
+}
+
+void Raster::PixelToCoords(int px, int py, double* x, double* y) const {
+  *x = Table->OriginX + px * PixelX;
+  *y = Table->OriginY + RowOf(py) * PixelY;
+}
+
+double Raster::HeightAt(int px, int py, double* x, double* y) const {
+  PixelToCoords(px, py, x, y);
+  if (Zoom == 1) {
+    return Table->Get(static_cast<std::uint32_t>(px), static_cast<std::uint32_t>(RowOf(py)));
+  }
+  Axis columns(Table->CountX, 1);
+  Axis rows(Table->CountY, 1);
+  columns.Add(*x, Table->OriginX, Table->CellX);
+  rows.Add(*y, Table->OriginY, Table->CellY);
+  return Blend(Table->Data[columns.Low(0)], Table->Data[columns.High(0)], rows.Low(0), rows.High(0),
+               columns.Fraction(0), rows.Fraction(0));
+}
+
+std::uint8_t Raster::LevelOf(double height) const {
+  // Also for a height that is no number.
+  const double level = (height - LevelBase) / LevelStep;
+  return level > 0 ? static_cast<std::uint8_t>(std::min(level, 255.0)) : std::uint8_t{0};
+}
+
+// A column of the table lies in one piece of memory while a row of the image does, too: small tiles
+// keep both in the cache.
+constexpr int kTile = 64;
+
+void Raster::ReadCells(TPixelPair origin, TPixelPair step, TPixelPair size,
+                       std::uint8_t* levels) const {
+  for (int top = 0; top < size.Y; top += kTile) {
+    const int bottom = std::min(size.Y, top + kTile);
+    for (int column = 0; column < size.X; ++column) {
+      const double* cells = Table->Data[origin.X + column * step.X];
+      for (int row = top; row < bottom; ++row) {
+        levels[static_cast<std::size_t>(row) * static_cast<std::size_t>(size.X) +
+               static_cast<std::size_t>(column)] = LevelOf(cells[RowOf(origin.Y + row * step.Y)]);
+      }
+    }
+  }
+}
+
+void Raster::ReadInterpolated(TPixelPair origin, TPixelPair step, TPixelPair size,
+                              std::uint8_t* levels) const {
+  Axis columns(Table->CountX, size.X);
+  Axis rows(Table->CountY, size.Y);
+  double x = 0;
+  double y = 0;
+  for (int n = 0; n < size.X; ++n) {
+    PixelToCoords(origin.X + n * step.X, 0, &x, &y);
+    columns.Add(x, Table->OriginX, Table->CellX);
+  }
+  for (int n = 0; n < size.Y; ++n) {
+    PixelToCoords(0, origin.Y + n * step.Y, &x, &y);
+    rows.Add(y, Table->OriginY, Table->CellY);
+  }
+  const auto width = static_cast<std::size_t>(size.X);
+  const auto height = static_cast<std::size_t>(size.Y);
+  for (std::size_t top = 0; top < height; top += kTile) {
+    const std::size_t bottom = std::min(height, top + kTile);
+    for (std::size_t column = 0; column < width; ++column) {
+      const double* west = Table->Data[columns.Low(column)];
+      const double* east = Table->Data[columns.High(column)];
+      const double fx = columns.Fraction(column);
+      for (std::size_t row = top; row < bottom; ++row) {
+        const double value =
+            Blend(west, east, rows.Low(row), rows.High(row), fx, rows.Fraction(row));
+        levels[row * width + column] = LevelOf(value);
+      }
+    }
+  }
+}
+
+void Raster::ReadPixels(TPixelPair origin, TPixelPair step, TPixelPair size,
+                        std::uint8_t* levels) const {
+  if (size.X <= 0 || size.Y <= 0) return;
+  if (LevelStep == 0) {
+    std::memset(levels, 0, static_cast<std::size_t>(size.X) * static_cast<std::size_t>(size.Y));
+  } else if (Zoom == 1) {
+    ReadCells(origin, step, size, levels);
+  } else {
+    ReadInterpolated(origin, step, size, levels);
+  }
+}
+
+void Raster::Read(const TPixelRectangle& rectangle, TBitmapHeader* header,
+                  std::vector<std::uint8_t>* pixels, int subsample) const {
+  const int step = std::max(subsample, 1);
+  bool failed = false;
+  {
+    const std::lock_guard lock(reading_);
+    try {
+      header->Width = std::max(rectangle.Right - rectangle.Left, 0);
+      header->Height = std::max(rectangle.Bottom - rectangle.Top, 0);
+      header->BitCount = 8;
+      const std::size_t rowBytes = RowBytes(header->Width);
+      pixels->assign(rowBytes * static_cast<std::size_t>(header->Height), 0);
+      // Of the pixels asked for, those whose place in the whole image is there.
+      const auto inside = [step](int first, int count, int limit) {
+        if (first < 0 || limit <= 0) return 0;
+        const std::int64_t last = (std::int64_t{limit} - 1) / step;
+        return static_cast<int>(std::clamp<std::int64_t>(last - first + 1, 0, count));
+      };
+      const TPixelPair size{inside(rectangle.Left, header->Width, width_),
+                            inside(rectangle.Top, header->Height, height_)};
+      if (size.X > 0 && size.Y > 0) {
+        const auto width = static_cast<std::size_t>(size.X);
+        const std::size_t needed = width * static_cast<std::size_t>(size.Y);
+        if (buffer_.size() < needed) buffer_.resize(needed);
+        ReadPixels({rectangle.Left * step, rectangle.Top * step}, {step, step}, size,
+                   buffer_.data());
+        for (int row = 0; row < size.Y; ++row) {
+          const auto up = static_cast<std::size_t>(header->Height - 1 - row);
+          std::memcpy(pixels->data() + up * rowBytes,
+                      buffer_.data() + static_cast<std::size_t>(row) * width, width);
+        }
+      }
+    } catch (const std::exception&) {
+      failed = true;
+    }
+  }
+  // The value by which the readers of images know a failed read.
+  if (failed) throw 0;  // NOLINT(hicpp-exception-baseclass)
+}
+
+namespace {
+
+constexpr int kStripeRows = 128;
+constexpr std::uint32_t kHeaderBytes = 54;
+
+void Put16(std::string* out, std::uint32_t value) {
+  out->push_back(static_cast<char>(value & 0xFF));
+  out->push_back(static_cast<char>(value >> 8 & 0xFF));
+}
+
+void Put32(std::string* out, std::uint32_t value) {
+  Put16(out, value & 0xFFFF);
+  Put16(out, value >> 16);
+}
+
+// The two headers and the palette of the file.
+std::string BitmapHead(int width, int height) {
+  std::string head = "BM";
+  Put32(&head, 0);
+  Put32(&head, 0);
+  Put32(&head, kHeaderBytes + 4 * static_cast<std::uint32_t>(ColourPalette().size()));
+  Put32(&head, 40);
+  Put32(&head, static_cast<std::uint32_t>(width));
+  Put32(&head, static_cast<std::uint32_t>(height));
+  Put16(&head, 1);
+  Put16(&head, 8);
+  head.append(kHeaderBytes - head.size(), '\0');
+  for (const TPaletteColour& colour : ColourPalette()) {
+    Put32(&head, colour.Blue | static_cast<std::uint32_t>(colour.Green) << 8 |
+                     static_cast<std::uint32_t>(colour.Red) << 16);
+  }
+  return head;
+}
+
+}  // namespace
+
+bool SaveBitmapFile(const Raster& raster, int subsample, const std::string& path,
+                    QvRefSystem::TProgressInterface* progress) {
+  const int step = std::max(subsample, 1);
+  const int width = raster.Width() / step;
+  const int height = raster.Height() / step;
+  const int stripes = (height + kStripeRows - 1) / kStripeRows;
+  if (progress != nullptr && progress->SetMax != nullptr) progress->SetMax(stripes);
+  try {
+    QvPlatform::TQvFileStream file;
+    if (!file.Open(path, QvPlatform::QvOpenMode::kCreate)) return false;
+    const std::string head = BitmapHead(width, height);
+    file.Write(head.data(), head.size());
+    TBitmapHeader header;
+    std::vector<std::uint8_t> pixels;
+    for (int stripe = stripes - 1; stripe >= 0; --stripe) {
+      const int top = stripe * kStripeRows;
+      raster.Read({0, top, width, std::min(top + kStripeRows, height)}, &header, &pixels, step);
+      file.Write(pixels.data(), pixels.size());
+      if (progress != nullptr && progress->Next != nullptr && progress->Next() != 0) return false;
+    }
+    file.Commit();
+    return true;
+  } catch (const std::exception&) {
+    return false;
+  } catch (int) {
+    return false;
+  }
+}
+
+}  // namespace QvCommonUtils
