@@ -165,9 +165,9 @@ std::uint8_t Raster::LevelOf(double height) const {
   return level > 0 ? static_cast<std::uint8_t>(std::min(level, 255.0)) : std::uint8_t{0};
 }
 
-// A column of the table lies in one piece of memory while a row of the image does, too: small tiles
-// keep both in the cache.
-constexpr int kTile = 64;
+// A column of the table lies in one piece of memory while a row of the image does, too: tiles of
+// rows keep the lines being written in the cache and the columns long enough to be read ahead.
+constexpr int kTile = 512;
 
 void Raster::ReadCells(TPixelPair origin, TPixelPair step, TPixelPair size,
                        std::uint8_t* levels) const {
