@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QListWidget>
 #include <QPushButton>
+#include <algorithm>
 #include <array>
 
 #include "dialogs/guarded.h"
@@ -85,8 +86,8 @@ void TformGeoRefFrameDatabaseManager::Fill(const TQvGeoRefFrameDialogOptions* op
   listboxContent->setCurrentRow(0);
   // The whole list shows at once.
   const int frame = 2 * listboxContent->frameWidth();
-  listboxContent->setFixedHeight(
-      listboxContent->sizeHintForRow(0) * static_cast<int>(kEntries.size()) + frame);
+  const int row = std::max(listboxContent->sizeHintForRow(0), fontMetrics().height());
+  listboxContent->setFixedHeight(row * static_cast<int>(kEntries.size()) + frame);
   listboxContent->setMinimumWidth(listboxContent->sizeHintForColumn(0) + frame +
                                   8 * fontMetrics().averageCharWidth());
   UpdateEditButton();
