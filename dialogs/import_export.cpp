@@ -1,5 +1,8 @@
 #include "dialogs/import_export.h"
 
+#include <algorithm>
+#include <new>
+
 #include "database/storage_files.h"
 #include "platform/storage/stream.h"
 #include "platform/widgets/file_dialogs.h"
@@ -14,6 +17,7 @@ using QvPlatform::TFileDialogOptions;
 using QvPlatform::TFileDialogResult;
 using QvPlatform::ToQt;
 using QvPlatform::TQvFileStream;
+using QvPlatform::Translated;
 
 namespace {
 
@@ -30,6 +34,61 @@ TObjectFileForm FormOfFilter(int filterIndex) {
 void OpenStream(TQvFileStream* stream, const std::string& path, QvPlatform::QvOpenMode mode) {
   if (!stream->Open(path, mode)) throw QvPlatform::StorageError(stream->LastError());
 }
+
+std::string CannotRead(const std::string& path, const QString& reason) {
+  return FromQt(Translated("\"%1\" cannot be read: %2").arg(ToQt(path), reason));
+}
+
+std::string ReadContent(const std::string& path) {
+  TQvFileStream stream;
+  OpenStream(&stream, path, QvPlatform::QvOpenMode::kRead);
+  if (stream.Size() > kLargestObjectFile) {
+    throw QvPlatform::StorageError(
+        CannotRead(path, Translated("it is too large for the file of an object.")));
+  }
+  return stream.ReadAll();
+}
+
+// The text form begins with an address in brackets, perhaps behind a byte order mark.
+TObjectFileForm FormOf(const std::string& content) {
+  return content.find('<') < content.find('(') ? TObjectFileForm::kXml : TObjectFileForm::kText;
+}
+
+void ParseTree(const std::string& path, const std::string& content, TObjectFileForm form,
+               TStringTree* tree) {
+  try {
+    if (form == TObjectFileForm::kXml) {
+      QvCommonUtils::ReadTreeXml(content, tree);
+    } else {
+      QvCommonUtils::ReadTreeText(content, tree);
+    }
+  } catch (const QvCommonUtils::TreeFormatError& error) {
+    throw QvCommonUtils::TreeFormatError(CannotRead(path, ToQt(error.what())));
+  } catch (const std::bad_alloc&) {
+    throw QvCommonUtils::TreeFormatError(
+        CannotRead(path, Translated("there is not enough memory for it.")));
+  }
+}
+
+// The objects of a whole table that could not be written, of which a message tells the first ones.
+class TExportFailures {
+ public:
+  void Add(const std::string& name, const QString& reason) {
+    constexpr int kMostTold = 10;
+    if (++count_ <= kMostTold) told_ += QStringLiteral("\n\"%1\": %2").arg(ToQt(name), reason);
+    if (count_ == kMostTold + 1) told_ += QStringLiteral("\n...");
+  }
+  void Tell(QvPlatform::TUserInterface& ui) const {
+    if (count_ == 0) return;
+    const QString head = Translated("Objects that could not be written: %1").arg(count_);
+    ui.ShowMessage(QvPlatform::MessageKind::kError, FromQt(head + told_),
+                   QvPlatform::MessageButtons::kOk);
+  }
+
+ private:
+  int count_ = 0;
+  QString told_;
+};
 
 TFileDialogOptions DialogOptions(const TQvRfDataProcessor& processor, const std::string& mask) {
   std::string typeText;
@@ -63,25 +122,21 @@ bool WriteObjectFile(TQvRfDataProcessor& processor, const std::string& path, TOb
 }
 
 void ReadTreeFile(const std::string& path, TObjectFileForm form, TStringTree* tree) {
-  TQvFileStream stream;
-  OpenStream(&stream, path, QvPlatform::QvOpenMode::kRead);
-  if (form == TObjectFileForm::kXml) {
-    QvCommonUtils::ReadTreeXml(&stream, tree);
-  } else {
-    QvCommonUtils::ReadTreeText(stream.ReadAll(), tree);
+  const std::string content = ReadContent(path);
+  if (FormOf(content) != form) {
+    throw QvCommonUtils::TreeFormatError(
+        CannotRead(path, form == TObjectFileForm::kXml
+                             ? Translated("it holds no XML. A file in the text form is read under "
+                                          "the first filter of the file dialog.")
+                             : Translated("it is in the XML form, which is not read under the "
+                                          "first filter of the file dialog.")));
   }
+  ParseTree(path, content, form, tree);
 }
 
 void ReadTreeFile(const std::string& path, TStringTree* tree) {
-  TQvFileStream stream;
-  OpenStream(&stream, path, QvPlatform::QvOpenMode::kRead);
-  const std::string content = stream.ReadAll();
-  // The text form begins with an address in brackets, perhaps behind a byte order mark.
-  if (content.find('<') < content.find('(')) {
-    QvCommonUtils::ReadTreeXml(content, tree);
-  } else {
-    QvCommonUtils::ReadTreeText(content, tree);
-  }
+  const std::string content = ReadContent(path);
+  ParseTree(path, content, FormOf(content), tree);
 }
 
 void ExportObject(QWidget* window, TQvRfDataProcessor& processor) {
@@ -101,24 +156,37 @@ void ExportTable(QWidget* window, TQvRfDataProcessor& processor) {
   if (folder.empty()) return;
   QvPlatform::TQvDataSet& dataSet = *processor.DataSet;
   const TControlsGuard quiet(dataSet);
-  const auto progress =
-      processor.Data().Ui().StartProgress(0, FromQt(title), dataSet.RecordCount());
+  TExportFailures failures;
+  auto progress = processor.Data().Ui().StartProgress(0, FromQt(title), dataSet.RecordCount());
   for (dataSet.First(); !dataSet.Eof(); dataSet.Next()) {
     std::string name;
     processor.GetNames(nullptr, &name);
-    (void)WriteObjectFile(processor, folder + "/" + MakeFileName(name) + kXmlExtension,
-                          TObjectFileForm::kXml);
+    try {
+      if (!WriteObjectFile(processor, folder + "/" + MakeFileName(name) + kXmlExtension,
+                           TObjectFileForm::kXml)) {
+        failures.Add(name, Translated("it refers to an object that is not in the database"));
+      }
+    } catch (const std::exception& error) {
+      failures.Add(name, ToQt(error.what()));
+    }
     if (progress != nullptr && !progress->Next()) break;
   }
+  progress.reset();
+  failures.Tell(processor.Data().Ui());
 }
 
 void ImportObject(QWidget* window, TQvRfDataProcessor& processor) {
   const TFileDialogResult file = GetOpenFileName(
       window, QvPlatform::SystemQText(TextId::kLoadTitle), DialogOptions(processor, kImportMask));
   if (file.path.isEmpty()) return;
+  const std::string path = FromQt(file.path);
   TStringTree tree;
-  ReadTreeFile(FromQt(file.path), FormOfFilter(file.filterIndex), &tree);
-  if (processor.InsertFromTree(&tree) != 0) return;
+  ReadTreeFile(path, FormOfFilter(file.filterIndex), &tree);
+  try {
+    if (processor.InsertFromTree(&tree) != 0) return;
+  } catch (const InvalidTypeError& error) {
+    throw InvalidTypeError(CannotRead(path, ToQt(error.what())));
+  }
   std::string typeText;
   processor.GetDisplayNames(&typeText, nullptr);
   processor.Data().Ui().ShowMessage(QvPlatform::MessageKind::kError,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -19,7 +20,11 @@ enum class TObjectFileForm { kText, kXml };
                                    TObjectFileForm form);
 /// Writes any tree over whatever stands under the path. Throws StorageError.
 void WriteTreeFile(const TStringTree& tree, const std::string& path, TObjectFileForm form);
-/// Replaces what `tree` holds. Throws StorageError or TreeFormatError with the tree unchanged.
+/// Largest file that is read, in bytes. Nothing comes near it but a height system with its table.
+inline constexpr std::uint64_t kLargestObjectFile = std::uint64_t{1} << 30;
+
+/// Replaces what `tree` holds. Throws StorageError or TreeFormatError with the tree unchanged; the
+/// message names the file, what is wrong with it, and the line or the place in the document.
 void ReadTreeFile(const std::string& path, TObjectFileForm form, TStringTree* tree);
 /// The same in the form that the file's content shows.
 void ReadTreeFile(const std::string& path, TStringTree* tree);
@@ -27,9 +32,11 @@ void ReadTreeFile(const std::string& path, TStringTree* tree);
 /// Asks for a file and writes the current object there.
 void ExportObject(QWidget* window, TQvRfDataProcessor& processor);
 /// Asks for a folder and writes every object of the table there, one XML file each; files of equal
-/// names overwrite each other. The data set ends on the last record written.
+/// names overwrite each other. An object that cannot be written does not keep the others from being
+/// written, and is told at the end. The data set ends on the last record written.
 void ExportTable(QWidget* window, TQvRfDataProcessor& processor);
-/// Asks for a file and finds or adds its object; one that is not taken is told.
+/// Asks for a file and finds or adds its object; one that is not taken is told. A file that cannot
+/// be read changes nothing. Throws what ReadTreeFile throws.
 void ImportObject(QWidget* window, TQvRfDataProcessor& processor);
 
 }  // namespace QvRefSystem

@@ -1,6 +1,7 @@
 #include "editor/georef_frame_editor.h"
 
 #include "database/data_module.h"
+#include "dialogs/database_manager.h"
 #include "dialogs/guarded.h"
 #include "dialogs/selectors.h"
 #include "dialogs/used_by_list.h"
@@ -109,6 +110,21 @@ bool TQvGeoRefFrameEditor::Browse(int objectType) {
     const std::unique_ptr<TformQvRfSelector> selector(GetSelectorFor(nullptr, objectType));
     if (selector != nullptr) selector->Browse(0, false, true);
   });
+}
+
+bool TQvGeoRefFrameEditor::ManageDatabase() {
+  if (!DatabaseIsActive()) return false;
+  Guarded(ui_, [this] {
+    TQvGeoRefFrameDialogOptions options;
+    options.DialogMode = data_->DialogMode;
+    options.ErrorColour = data_->ErrorColour;
+    options.ShowImportExport = data_->ShowImportExport;
+    options.DatabasePath = data_->DatabasePath;
+    TformGeoRefFrameDatabaseManager manager(nullptr);
+    manager.Fill(&options);
+    manager.RunModal();
+  });
+  return true;
 }
 
 bool TQvGeoRefFrameEditor::CalculateMapProjectionParameters() {

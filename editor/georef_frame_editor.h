@@ -1,10 +1,10 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "dialogs/dialog_options.h"
 #include "processors/string_tree.h"
 
 namespace QvPlatform {
@@ -17,20 +17,6 @@ class TdatamoduleQvRfData;
 class TformQvRfRefSystemSelector;
 using TStrings = std::vector<std::string>;
 using QvCommonUtils::TStringTree;
-
-/// What a host decides for one database.
-struct TQvGeoRefFrameDialogOptions {
-  /// 1 simple, 2 full. In simple mode dialogs hide New, Edit and Remove on selection, and objects
-  /// that one system uses alone come and go with it.
-  std::int8_t DialogMode = 2;
-  /// Background of a refused control, 0x00BBGGRR.
-  std::int32_t ErrorColour = 255;
-  /// Import and Export also while choosing; local systems then carry no origin.
-  bool ShowImportExport = false;
-  /// 1: DatabasePath is a folder of tables; 2: a container; any other: no database is opened.
-  std::int8_t DatabaseKind = 1;
-  std::string DatabasePath;
-};
 
 /// The class that a host calls. One editor lives at a time in a process, on the host's
 /// user-interface thread, where a QApplication exists.
@@ -62,6 +48,9 @@ class TQvGeoRefFrameEditor {
   /// Shows the objects of a type with full rights. True also for a code that is no object type,
   /// which shows nothing. False only after a failure that the user was told.
   bool Browse(int objectType);
+  /// Lists the object types and shows the objects of those that the user opens, with full rights,
+  /// until the user closes the list. False, and nothing is shown, without an open database.
+  bool ManageDatabase();
   /// Tells that it is not there yet; false.
   bool CalculateMapProjectionParameters();
 

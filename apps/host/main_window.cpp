@@ -96,6 +96,9 @@ void TMainWindow::BuildActions() {
                              &TMainWindow::AskFolder);
   actOpenContainer_ = AddAction("actOpenContainer", "Open database &container...", QKeySequence(),
                                 &TMainWindow::AskContainer);
+  actManage_ = AddAction("actManage", "&Manage database...", Qt::CTRL | Qt::Key_M,
+                         &TMainWindow::ManageDatabase);
+  actManage_->setToolTip(Translated("Show and change the objects of every type"));
   actOptions_ =
       AddAction("actOptions", "&Dialog options...", QKeySequence(), &TMainWindow::AskOptions);
 }
@@ -115,7 +118,7 @@ void TMainWindow::BuildMenus() {
   QMenu* database = menuBar()->addMenu(Translated("&Database"));
   database->addActions({actOpenFolder_, actOpenContainer_});
   database->addSeparator();
-  database->addAction(actOptions_);
+  database->addActions({actManage_, actOptions_});
 
   QToolBar* bar = addToolBar(Translated("Commands"));
   bar->setObjectName("toolbar");
@@ -124,6 +127,8 @@ void TMainWindow::BuildMenus() {
   bar->addActions({actChoose_, actInsert_, actInfo_});
   bar->addSeparator();
   bar->addActions({actOpenTree_, actSaveTree_});
+  bar->addSeparator();
+  bar->addAction(actManage_);
 }
 
 void TMainWindow::BuildBrowseMenu() {
@@ -308,6 +313,11 @@ void TMainWindow::AskOptions() {
   UpdateState();
 }
 
+void TMainWindow::ManageDatabase() {
+  editor_.ManageDatabase();
+  UpdateState();
+}
+
 void TMainWindow::ShowSystem() {
   ShowTree(tree_, treeSystem_);
   memoInfo_->setPlainText(DescribeTree(tree_).join(QLatin1Char('\n')));
@@ -323,6 +333,7 @@ void TMainWindow::UpdateState() {
   actChoose_->setEnabled(open);
   actInsert_->setEnabled(open && hasTree_);
   actInfo_->setEnabled(open);
+  actManage_->setEnabled(open);
   actSaveTree_->setEnabled(hasTree_);
   for (QAction* action : browseActions_) {
     // A type whose objects this database cannot show yet has no processor.

@@ -48,6 +48,7 @@ class TMainWindow final : public QMainWindow {
   void AskFolder();
   void AskContainer();
   void AskOptions();
+  void ManageDatabase();
   void ShowSystem();
   void UpdateState();
   QAction* AddAction(const char* objectName, const char* text, const QKeySequence& keys,
@@ -70,6 +71,7 @@ class TMainWindow final : public QMainWindow {
   QAction* actOpenFolder_ = nullptr;
   QAction* actOpenContainer_ = nullptr;
   QAction* actOptions_ = nullptr;
+  QAction* actManage_ = nullptr;
   std::vector<QAction*> browseActions_;
   QStackedWidget* pages_ = nullptr;
   QLabel* lblPlaceholder_ = nullptr;

@@ -35,8 +35,12 @@ TFileDialogResult Run(QFileDialog* dialog, const TFileDialogOptions& options) {
   dialog->setObjectName(QStringLiteral("fileDialog"));
   const Filters filters = SplitFilters(options.filter);
   const auto chosen = [&] { return filters.names.indexOf(dialog->selectedNameFilter()); };
-  // The dialog itself adds the extension, so that it also asks before it overwrites that file.
-  const auto followFilter = [&] { dialog->setDefaultSuffix(filters.suffixes.value(chosen())); };
+  // The dialog itself adds the extension, so that it also asks before it overwrites that file. A
+  // file to read is taken by the name that it has.
+  const bool saves = dialog->acceptMode() == QFileDialog::AcceptSave;
+  const auto followFilter = [&] {
+    if (saves) dialog->setDefaultSuffix(filters.suffixes.value(chosen()));
+  };
   dialog->setNameFilters(filters.names);
   dialog->selectNameFilter(filters.names.value(options.filterIndex - 1));
   followFilter();

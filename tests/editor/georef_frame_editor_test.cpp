@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "dialogs/database_manager.h"
 #include "dialogs/guarded.h"
 #include "tests/dialogs/dialog_fixture.h"
 #include "tests/support/sample_trees.h"
@@ -118,6 +119,20 @@ TEST_F(Editor, WithoutADatabaseOperationsAnswerNo) {
   EXPECT_FALSE(editor_.GetInfo(&lines));
   EXPECT_EQ(lines, std::vector<std::string>{"as before"});
   EXPECT_TRUE(editor_.Browse(1));
+  EXPECT_FALSE(editor_.ManageDatabase());
+}
+
+TEST_F(Editor, ManagesTheDatabaseInItsOwnMode) {
+  TQvGeoRefFrameDialogOptions options = Options();
+  options.DialogMode = 1;
+  ASSERT_TRUE(editor_.Initialize(&options));
+  ScreenUser user;
+  user.In<QvRefSystem::TformGeoRefFrameDatabaseManager>(
+          [](QWidget& form) { Press(form, "listboxContent", Qt::Key_Return); })
+      .In<TformQvRfSelector>([](QWidget& form) { Click(form, "bitbtnClose"); })
+      .In<QvRefSystem::TformGeoRefFrameDatabaseManager>(
+          [](QWidget& form) { Click(form, "bitbtnClose"); });
+  EXPECT_TRUE(editor_.ManageDatabase());
 }
 
 TEST_F(Editor, EditStoresTheTreesSystemAndOpensOnIt) {

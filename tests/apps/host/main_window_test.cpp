@@ -15,6 +15,7 @@
 #include <QTreeWidget>
 
 #include "apps/host/tree_view.h"
+#include "dialogs/database_manager.h"
 #include "dialogs/import_export.h"
 #include "tests/dialogs/dialog_fixture.h"
 #include "tests/support/sample_trees.h"
@@ -53,7 +54,8 @@ TEST_F(HostWindow, WithoutADatabaseSaysWhatToDo) {
   TMainWindow window(settings_, ui_);
   window.show();
   EXPECT_TRUE(Child<QLabel>(window, "lblPlaceholder").text().contains("refframe init DIR"));
-  for (const char* action : {"actChoose", "actInsert", "actInfo", "actSaveTree", "actBrowse1"}) {
+  for (const char* action :
+       {"actChoose", "actInsert", "actInfo", "actSaveTree", "actManage", "actBrowse1"}) {
     EXPECT_FALSE(Action(window, action).isEnabled()) << action;
   }
   EXPECT_FALSE(window.OpenDatabase("/no/such/folder"));
@@ -159,6 +161,15 @@ TEST_F(HostWindow, RemembersItsDatabaseAndItsOptions) {
   EXPECT_EQ(QvRefSystem::datamoduleQvRfData->DatabasePath, database_.path + "/");
   EXPECT_EQ(QvRefSystem::datamoduleQvRfData->DialogMode, QvRefSystem::kSimpleMode);
   EXPECT_TRUE(QvRefSystem::datamoduleQvRfData->ShowImportExport);
+}
+
+TEST_F(HostWindow, ManagesItsDatabase) {
+  TMainWindow window(settings_, ui_);
+  ASSERT_TRUE(Open(window));
+  ScreenUser user;
+  user.In<QvRefSystem::TformGeoRefFrameDatabaseManager>(
+      [](QWidget& form) { Click(form, "bitbtnClose"); });
+  Action(window, "actManage").trigger();
 }
 
 TEST_F(HostWindow, DescribesWhatATreeLacks) {
