@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "platform/storage/stream.h"
+#include "platform/ui/user_interface.h"
 
 /// Whole-file operations over both forms of a database. Each takes a stream name: a path in the
 /// folder form, a resource name in the resource form. No stream stays open between calls.
@@ -12,6 +13,14 @@ namespace QvRefSystem {
 
 /// A new stream of that form, closed.
 [[nodiscard]] std::unique_ptr<QvPlatform::TQvStream> MakeStream(bool resourceForm);
+
+/// A new stream of that form, open for writing, in the folder form after making all missing folders
+/// of its path. Null if it cannot be opened.
+[[nodiscard]] std::unique_ptr<QvPlatform::TQvStream> CreateStream(const std::string& name,
+                                                                  bool resourceForm);
+
+/// Tells the user by an error box that a stream of that name and form could not be opened.
+void TellCannotCreate(const std::string& name, bool resourceForm, QvPlatform::TUserInterface& ui);
 
 /// The file name part of a path, trimmed, without the extension "dat" in any case.
 [[nodiscard]] std::string ExtractTableBaseName(std::string_view name);
