@@ -1,5 +1,6 @@
 #include "database/storage_files.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <system_error>
@@ -128,6 +129,15 @@ bool CopyStorageFile(const std::string& from, bool fromResourceForm, const std::
 std::string StorageShortName(std::string_view name, bool resourceForm) {
   const std::size_t at = name.find_last_of(resourceForm ? '.' : '/');
   return std::string(at == std::string_view::npos ? name : name.substr(at + 1));
+}
+
+std::string MakeFileName(std::string_view name) {
+  std::string result(name);
+  static constexpr std::string_view kUnwanted = "/.\\:+*?!\"";
+  std::replace_if(
+      result.begin(), result.end(), [](char c) { return kUnwanted.find(c) != kUnwanted.npos; },
+      ' ');
+  return result;
 }
 
 std::string MakeUniqueStorageName(std::string_view name, bool resourceForm) {

@@ -32,6 +32,9 @@ bool DeleteStorageFile(const std::string& name, bool resourceForm);
                                    const std::string& to, bool toResourceForm);
 /// The part behind the last "." in the resource form; the file name in the folder form.
 [[nodiscard]] std::string StorageShortName(std::string_view name, bool resourceForm);
+/// The name of an object with a blank in the place of each character that a file name had better
+/// not hold: / . \ : + * ? ! and the double quote.
+[[nodiscard]] std::string MakeFileName(std::string_view name);
 /// The first free name: "Alps", "Alps_1", "Alps_2" in the resource form; "a.txt", "a[1].txt",
 /// "a[2].txt" in the folder form. A number that is there already is raised.
 [[nodiscard]] std::string MakeUniqueStorageName(std::string_view name, bool resourceForm);
