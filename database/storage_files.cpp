@@ -139,6 +139,20 @@ bool CopyStorageFile(const std::string& from, bool fromResourceForm, const std::
          SaveStorageFile(to, toResourceForm, content);
 }
 
+std::vector<std::string> ListStorageFiles(const std::string& prefix, bool resourceForm) {
+  if (resourceForm) return TQvResourceSession::NamesBehind(prefix);
+  std::vector<std::string> names;
+  std::error_code error;
+  if (!fs::exists(ToPath(prefix), error)) return names;
+  fs::directory_iterator entry(ToPath(prefix), error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    std::error_code ignored;
+    if (entry->is_regular_file(ignored)) names.push_back(FromPath(entry->path().filename()));
+  }
+  if (error) throw StorageError("\"" + prefix + "\" cannot be read: " + error.message());
+  return names;
+}
+
 std::string StorageShortName(std::string_view name, bool resourceForm) {
   const std::size_t at = name.find_last_of(resourceForm ? '.' : '/');
   return std::string(at == std::string_view::npos ? name : name.substr(at + 1));

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/storage/stream.h"
 #include "platform/ui/user_interface.h"
@@ -39,6 +40,11 @@ bool DeleteStorageFile(const std::string& name, bool resourceForm);
                                    std::string_view content);
 [[nodiscard]] bool CopyStorageFile(const std::string& from, bool fromResourceForm,
                                    const std::string& to, bool toResourceForm);
+/// Names of the files that stand in a folder, or of the resources whose names begin with the
+/// prefix, as they follow it. The prefix ends in the separator. Nothing if there is no such place.
+/// Throws StorageError if it cannot be read.
+[[nodiscard]] std::vector<std::string> ListStorageFiles(const std::string& prefix,
+                                                        bool resourceForm);
 /// The part behind the last "." in the resource form; the file name in the folder form.
 [[nodiscard]] std::string StorageShortName(std::string_view name, bool resourceForm);
 /// The name of an object with a blank in the place of each character that a file name had better
