@@ -4,13 +4,13 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLayout>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QResizeEvent>
 #include <QScreen>
 #include <optional>
 #include <stdexcept>
 
+#include "dialogs/details_view.h"
 #include "dialogs/edit_base.h"
 #include "dialogs/edit_forms.h"
 #include "dialogs/guarded.h"
@@ -53,6 +53,34 @@ class TLiveControls {
   TQvRfDataProcessor& processor_;
 };
 
+// Whoever waits behind this dialog stands on records of other tables, which writing a tree leaves.
+class TKeptRecords {
+ public:
+  explicit TKeptRecords(TdatamoduleQvRfData& data) {
+    for (const TObjectDescriptor& object : ObjectDescriptors()) {
+      if (auto* processor = ProcessorFor(data, static_cast<int>(object.type))) {
+        processor->DataSet->DisableControls();
+        records_.push_back({processor, processor->GetCurrentKey()});
+      }
+    }
+  }
+  ~TKeptRecords() {
+    for (const auto& [processor, key] : records_) {
+      try {
+        processor->LocateKey(key);
+      } catch (const std::exception&) {
+        // The table has been lost, which its next user is told.
+      }
+      processor->DataSet->EnableControls();
+    }
+  }
+  TKeptRecords(const TKeptRecords&) = delete;
+  TKeptRecords& operator=(const TKeptRecords&) = delete;
+
+ private:
+  std::vector<std::pair<TQvRfDataProcessor*, int>> records_;
+};
+
 // Opens the table anew after a change of how its rows are arranged.
 template <typename Change>
 void Rearrange(QvPlatform::TQvDataSet& dataSet, Change&& change) {
@@ -87,6 +115,12 @@ TformQvRfSelector::TformQvRfSelector(QWidget* owner, const TSelectorTraits& trai
   dbgridList->SetDataSetModel(listModel_.get());
   bitbtnExport->setEnabled(!TypeList);
   bitbtnImport->setEnabled(!TypeList);
+  if (traits.type == TObjectType::kReferenceSystem) {
+    tabDetails->SetSystemSource([this](TStringTree* tree) {
+      const TKeptRecords kept(Data());
+      return Processor->WriteToTree(tree, 0, 0);
+    });
+  }
   ConnectControls();
   lblCount->setToolTip(Translated("Rows that show, of all rows"));
   const QSize third = QGuiApplication::primaryScreen()->availableSize() / 3;
@@ -264,7 +298,7 @@ void TformQvRfSelector::resizeEvent(QResizeEvent* event) {
 }
 
 void TformQvRfSelector::bitbtnListClick() {
-  memoDetails->hide();
+  tabDetails->hide();
   bitbtnList->hide();
   dbgridList->show();
   bitbtnDetails->show();
@@ -273,13 +307,10 @@ void TformQvRfSelector::bitbtnListClick() {
 void TformQvRfSelector::bitbtnDetailsClick() {
   TStrings lines;
   if (!GetInfo(&lines)) return;
-  QStringList text;
-  for (const std::string& line : lines)
-    text << ToQt(line);
-  memoDetails->setPlainText(text.join(QLatin1Char('\n')));
+  tabDetails->ShowObject(lines);
   dbgridList->hide();
   bitbtnDetails->hide();
-  memoDetails->show();
+  tabDetails->show();
   bitbtnList->show();
 }
 

@@ -5,11 +5,11 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QToolButton>
 #include <algorithm>
 
+#include "dialogs/details_view.h"
 #include "platform/widgets/data_grid.h"
 #include "platform/widgets/qt_text.h"
 
@@ -63,7 +63,7 @@ void TSelectorControls::BuildControls(QDialog* form) {
   BuildViews(form);
   column->addWidget(pnlSearch);
   column->addWidget(dbgridList, 1);
-  column->addWidget(memoDetails, 1);
+  column->addWidget(tabDetails, 1);
   BuildButtons(form);
 }
 
@@ -102,13 +102,9 @@ void TSelectorControls::BuildViews(QDialog* form) {
   dbgridList->setObjectName("dbgridList");
   dbgridList->setAccessibleName(Translated("List"));
 
-  memoDetails = new QPlainTextEdit(form);
-  memoDetails->setObjectName("memoDetails");
-  memoDetails->setAccessibleName(Translated("Details"));
-  memoDetails->setReadOnly(true);
-  memoDetails->setTabChangesFocus(true);
-  memoDetails->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  memoDetails->hide();
+  tabDetails = new TDetailsView(form);
+  tabDetails->hide();
+  memoDetails = tabDetails->Description();
 
   // Outside the layout: it covers the whole form.
   dbgridShowAll = new TDataGrid(form);
