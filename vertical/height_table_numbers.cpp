@@ -183,6 +183,14 @@ char* WriteThreeDecimals(double value, char* out) {
   return out + 4;
 }
 
+char* WriteThreeDecimals(const double* values, std::size_t count, char* out) {
+  for (std::size_t i = 0; i < count; ++i) {
+    out = WriteThreeDecimals(values[i], out);
+    *out++ = '\t';
+  }
+  return out;
+}
+
 bool IsSeparator(char c) {
   return kIsSeparator[static_cast<unsigned char>(c)];
 }

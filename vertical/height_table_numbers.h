@@ -13,6 +13,8 @@ constexpr std::size_t kThreeDecimalsSpace = 1 + 309 + 1 + 3;
 /// What printf makes of "%.3lf" in the C locale: the three decimals nearest to the exact value of
 /// the double, a tie going to the even one. Returns the end of what it wrote.
 char* WriteThreeDecimals(double value, char* out);
+/// The same for a run of values with a tab behind each.
+char* WriteThreeDecimals(const double* values, std::size_t count, char* out);
 
 /// Blank, tab, line feed and carriage return.
 [[nodiscard]] bool IsSeparator(char c);

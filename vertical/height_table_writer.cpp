@@ -98,29 +98,25 @@ bool AppendHeader(const Table& table, const char* format, std::string* text) {
   return true;
 }
 
-/// Three decimals. Rows are put together in a piece of memory that stays in the cache: text in the
+/// Three decimals. They are put together in a piece of memory that stays in the cache: text in the
 /// string itself would have to be cleared first.
 class FastRow {
  public:
-  explicit FastRow(std::string* text) : text_(text), piece_(kPiece) {}
+  explicit FastRow(std::string* text) : text_(text), piece_(kRun * kValueSpace) {}
 
   void Append(const double* values, std::size_t count) {
-    char* out = piece_.data();
-    const char* limit = out + piece_.size() - detail::kThreeDecimalsSpace - 2;
-    for (std::size_t i = 0; i < count; ++i) {
-      out = detail::WriteThreeDecimals(values[i], out);
-      *out++ = '\t';
-      if (out >= limit) [[unlikely]] {
-        text_->append(piece_.data(), out);
-        out = piece_.data();
-      }
+    while (count != 0) {
+      const std::size_t run = std::min(count, kRun);
+      text_->append(piece_.data(), detail::WriteThreeDecimals(values, run, piece_.data()));
+      values += run;
+      count -= run;
     }
-    *out++ = '\n';
-    text_->append(piece_.data(), out);
+    text_->push_back('\n');
   }
 
  private:
-  static constexpr std::size_t kPiece = std::size_t{64} << 10;
+  static constexpr std::size_t kRun = 512;
+  static constexpr std::size_t kValueSpace = detail::kThreeDecimalsSpace + 1;
   std::string* text_;
   std::vector<char> piece_;
 };
