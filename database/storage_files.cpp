@@ -1,10 +1,12 @@
 #include "database/storage_files.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <system_error>
 
 #include "platform/text/text.h"
+#include "platform/ui/texts.h"
 
 namespace QvRefSystem {
 namespace {
@@ -56,6 +58,23 @@ std::unique_ptr<TQvStream> MakeStream(bool resourceForm) {
   return std::make_unique<TQvFileStream>();
 }
 
+std::unique_ptr<TQvStream> CreateStream(const std::string& name, bool resourceForm) {
+  if (!resourceForm) {
+    const fs::path folder = ToPath(name).parent_path();
+    std::error_code error;
+    if (!folder.empty()) fs::create_directories(folder, error);
+  }
+  auto stream = MakeStream(resourceForm);
+  return stream->Open(name, QvOpenMode::kCreate) ? std::move(stream) : nullptr;
+}
+
+void TellCannotCreate(const std::string& name, bool resourceForm, QvPlatform::TUserInterface& ui) {
+  using QvPlatform::TextId;
+  const TextId text = resourceForm ? TextId::kCannotCreateResource : TextId::kCannotCreateFile;
+  ui.ShowMessage(QvPlatform::MessageKind::kError, QvPlatform::SystemText(text) + " " + name,
+                 QvPlatform::MessageButtons::kOk);
+}
+
 std::string ExtractTableBaseName(std::string_view name) {
   const std::size_t separator = name.find_last_of('/');
   if (separator != std::string_view::npos) name.remove_prefix(separator + 1);
@@ -103,13 +122,8 @@ bool LoadStorageFile(const std::string& name, bool resourceForm, std::string* co
 
 bool SaveStorageFile(const std::string& name, bool resourceForm, std::string_view content) {
   try {
-    if (!resourceForm) {
-      const fs::path folder = ToPath(name).parent_path();
-      std::error_code error;
-      if (!folder.empty()) fs::create_directories(folder, error);
-    }
-    const auto stream = MakeStream(resourceForm);
-    if (!stream->Open(name, QvOpenMode::kCreate)) return false;
+    const auto stream = CreateStream(name, resourceForm);
+    if (stream == nullptr) return false;
     stream->Write(content.data(), content.size());
     stream->Commit();
     return true;
@@ -128,6 +142,15 @@ bool CopyStorageFile(const std::string& from, bool fromResourceForm, const std::
 std::string StorageShortName(std::string_view name, bool resourceForm) {
   const std::size_t at = name.find_last_of(resourceForm ? '.' : '/');
   return std::string(at == std::string_view::npos ? name : name.substr(at + 1));
+}
+
+std::string MakeFileName(std::string_view name) {
+  std::string result(name);
+  static constexpr std::string_view kUnwanted = "/.\\:+*?!\"";
+  std::replace_if(
+      result.begin(), result.end(), [](char c) { return kUnwanted.find(c) != kUnwanted.npos; },
+      ' ');
+  return result;
 }
 
 std::string MakeUniqueStorageName(std::string_view name, bool resourceForm) {

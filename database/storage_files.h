@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "platform/storage/stream.h"
+#include "platform/ui/user_interface.h"
 
 /// Whole-file operations over both forms of a database. Each takes a stream name: a path in the
 /// folder form, a resource name in the resource form. No stream stays open between calls.
@@ -12,6 +13,14 @@ namespace QvRefSystem {
 
 /// A new stream of that form, closed.
 [[nodiscard]] std::unique_ptr<QvPlatform::TQvStream> MakeStream(bool resourceForm);
+
+/// A new stream of that form, open for writing, in the folder form after making all missing folders
+/// of its path. Null if it cannot be opened.
+[[nodiscard]] std::unique_ptr<QvPlatform::TQvStream> CreateStream(const std::string& name,
+                                                                  bool resourceForm);
+
+/// Tells the user by an error box that a stream of that name and form could not be opened.
+void TellCannotCreate(const std::string& name, bool resourceForm, QvPlatform::TUserInterface& ui);
 
 /// The file name part of a path, trimmed, without the extension "dat" in any case.
 [[nodiscard]] std::string ExtractTableBaseName(std::string_view name);
@@ -32,6 +41,9 @@ bool DeleteStorageFile(const std::string& name, bool resourceForm);
                                    const std::string& to, bool toResourceForm);
 /// The part behind the last "." in the resource form; the file name in the folder form.
 [[nodiscard]] std::string StorageShortName(std::string_view name, bool resourceForm);
+/// The name of an object with a blank in the place of each character that a file name had better
+/// not hold: / . \ : + * ? ! and the double quote.
+[[nodiscard]] std::string MakeFileName(std::string_view name);
 /// The first free name: "Alps", "Alps_1", "Alps_2" in the resource form; "a.txt", "a[1].txt",
 /// "a[2].txt" in the folder form. A number that is there already is raised.
 [[nodiscard]] std::string MakeUniqueStorageName(std::string_view name, bool resourceForm);

@@ -1,7 +1,6 @@
 #include "dialogs/import_export.h"
 
-#include <algorithm>
-
+#include "database/storage_files.h"
 #include "platform/storage/stream.h"
 #include "platform/widgets/file_dialogs.h"
 #include "platform/widgets/qt_text.h"
@@ -43,15 +42,6 @@ TFileDialogOptions DialogOptions(const TQvRfDataProcessor& processor, const std:
 }
 
 }  // namespace
-
-std::string MakeFileName(std::string_view name) {
-  std::string result(name);
-  static constexpr std::string_view kUnwanted = "/.\\:+*?!\"";
-  std::replace_if(
-      result.begin(), result.end(), [](char c) { return kUnwanted.find(c) != kUnwanted.npos; },
-      ' ');
-  return result;
-}
 
 void WriteTreeFile(const TStringTree& tree, const std::string& path, TObjectFileForm form) {
   TQvFileStream stream;

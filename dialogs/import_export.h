@@ -13,10 +13,6 @@ namespace QvRefSystem {
 /// The two forms of an object file; the first is named by the object's stored label.
 enum class TObjectFileForm { kText, kXml };
 
-/// The name with a blank in the place of each character that a file name had better not hold:
-/// / . \ : + * ? ! and the double quote.
-[[nodiscard]] std::string MakeFileName(std::string_view name);
-
 /// Writes the current object over whatever stands under the path. False, and nothing is written,
 /// if the object cannot be told whole. Throws StorageError if the file cannot be written.
 [[nodiscard]] bool WriteObjectFile(TQvRfDataProcessor& processor, const std::string& path,

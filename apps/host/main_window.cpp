@@ -21,6 +21,7 @@
 
 #include "apps/host/tree_view.h"
 #include "database/data_module.h"
+#include "database/storage_files.h"
 #include "dialogs/guarded.h"
 #include "dialogs/import_export.h"
 #include "platform/widgets/file_dialogs.h"

@@ -52,6 +52,7 @@ class TQtProgress final : public TProgress {
     dialog_.setValue(dialog_.value() < 0 ? 1 : dialog_.value() + 1);
     return !dialog_.wasCanceled();
   }
+  void SetMax(int count) override { dialog_.setMaximum(count); }
 
  private:
   QProgressDialog dialog_;

@@ -209,6 +209,17 @@ TEST(StorageFiles, TellNamesApart) {
   EXPECT_EQ(QvRefSystem::StorageShortName("a/Heights/Alps.txt", false), "Alps.txt");
 }
 
+TEST(StorageFiles, FileNamesAreFreeOfWhatAFileSystemTakesAmiss) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"WGS 84 / UTM zone 37N", "WGS 84   UTM zone 37N"},
+      {"a/b.c:d", "a b c d"},
+      {"\\+*?!\"", "      "},
+      {"   ", "   "},
+      {"Größe-3_(m)", "Größe-3_(m)"}};
+  for (const auto& [name, file] : rows)
+    EXPECT_EQ(QvRefSystem::MakeFileName(name), file);
+}
+
 TEST(StorageFiles, FindFreeNamesInBothForms) {
   const TemporaryFolder folder;
   const struct {

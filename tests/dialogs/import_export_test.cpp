@@ -13,7 +13,6 @@
 namespace refframe_tests {
 namespace {
 
-using QvRefSystem::MakeFileName;
 using QvRefSystem::TformQvRfSelector;
 using QvRefSystem::TObjectFileForm;
 using enum QvRefSystem::TObjectType;
@@ -27,17 +26,6 @@ class ImportAndExport : public DialogTest {
   QvRefSystem::TQvRfDataProcessor& Units() { return database_.Processor(kLinearUnit); }
   TemporaryFolder folder_;
 };
-
-TEST_F(ImportAndExport, FileNamesAreFreeOfWhatAFileSystemTakesAmiss) {
-  const std::pair<const char*, const char*> rows[] = {
-      {"WGS 84 / UTM zone 37N", "WGS 84   UTM zone 37N"},
-      {"a/b.c:d", "a b c d"},
-      {"\\+*?!\"", "      "},
-      {"   ", "   "},
-      {"Größe-3_(m)", "Größe-3_(m)"}};
-  for (const auto& [name, file] : rows)
-    EXPECT_EQ(MakeFileName(name), file);
-}
 
 TEST_F(ImportAndExport, BothFormsComeBackAsTheSameTree) {
   ASSERT_GT(Units().InsertFromTree(MakeTree(MetreTree).get()), 0);

@@ -1,0 +1,110 @@
+// Names of height files: none leads out of the place for heights.
+
+#include "database/height_storage.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/support/test_database.h"
+
+namespace refframe_tests {
+namespace {
+
+namespace fs = std::filesystem;
+using QvRefSystem::HeightStoragePath;
+using QvRefSystem::NewHeightStorageName;
+using QvRefSystem::THeightNaming;
+
+class HeightStorage : public testing::TestWithParam<bool> {
+ protected:
+  [[nodiscard]] std::string Short(const std::string& objectName, THeightNaming naming) const {
+    return QvRefSystem::StorageShortName(NewHeightStorageName(*database_.data, objectName, naming),
+                                         GetParam());
+  }
+
+  TestDatabase database_{GetParam()};
+};
+
+TEST_P(HeightStorage, NamesNewFilesAfterTheirObjects) {
+  const struct {
+    std::string object;
+    std::string replaced;
+    std::string asNamed;
+    std::string asNamedResource;
+  } rows[] = {
+      {"Alps", "Alps", "Alps", "Alps"},
+      {"  Höhen (m)  ", "Höhen (m)", "Höhen (m)", "Höhen (m)"},
+      {"EGM+96*?!", "EGM 96", "EGM+96*?!", "EGM+96*?!"},
+      {"v1.2", "v1 2", "v1.2", "v1 2"},
+      {"../../escape", "escape", ".. .. escape", "escape"},
+      {"..\\..\\escape", "escape", ".. .. escape", "escape"},
+      {"/etc/passwd", "etc passwd", "etc passwd", "etc passwd"},
+      {"C:drive", "C drive", "C drive", "C drive"},
+      {std::string("a\0b\tc\n", 6), "a b c", "a b c", "a b c"},
+      {"", "heights", "heights", "heights"},
+      {" \t ", "heights", "heights", "heights"},
+      {"..", "heights", "heights", "heights"},
+      {"/", "heights", "heights", "heights"},
+      {"nul", "nul_", "nul_", "nul_"},
+      {"Com1.txt", "Com1 txt", "Com1_.txt", "Com1 txt"},
+      {"combo", "combo", "combo", "combo"},
+      {std::string(1000, 'x'), std::string(240, 'x'), std::string(240, 'x'), std::string(240, 'x')},
+      {std::string(239, 'x') + "ö", std::string(239, 'x'), std::string(239, 'x'),
+       std::string(239, 'x')},
+  };
+  const std::string prefix = database_.data->GetHeightsPrefix();
+  for (const auto& row : rows) {
+    EXPECT_EQ(Short(row.object, THeightNaming::kReplaced), row.replaced) << row.object;
+    EXPECT_EQ(Short(row.object, THeightNaming::kAsNamed),
+              GetParam() ? row.asNamedResource : row.asNamed)
+        << row.object;
+    for (const auto naming : {THeightNaming::kReplaced, THeightNaming::kAsNamed}) {
+      const std::string name = NewHeightStorageName(*database_.data, row.object, naming);
+      EXPECT_EQ(HeightStoragePath(*database_.data, Short(row.object, naming)), name);
+    }
+  }
+}
+
+TEST_P(HeightStorage, NeverNamesAFileTwice) {
+  for (const auto naming : {THeightNaming::kReplaced, THeightNaming::kAsNamed}) {
+    for (const char* object : {"Alps", "../Alps", "..", "prn", "a.b"}) {
+      for (int turn = 0; turn < 3; ++turn) {
+        const std::string name = NewHeightStorageName(*database_.data, object, naming);
+        EXPECT_FALSE(QvRefSystem::StorageFileExists(name, GetParam())) << name;
+        ASSERT_TRUE(QvRefSystem::SaveStorageFile(name, GetParam(), "x")) << name;
+        EXPECT_EQ(
+            HeightStoragePath(*database_.data, QvRefSystem::StorageShortName(name, GetParam())),
+            name);
+      }
+    }
+  }
+  if (GetParam()) return;
+  int files = 0;
+  for (const auto& entry : fs::directory_iterator(database_.data->GetHeightsPrefix())) {
+    EXPECT_TRUE(entry.is_regular_file());
+    ++files;
+  }
+  EXPECT_EQ(files, 30);
+}
+
+TEST_P(HeightStorage, RefusesWhatARecordCannotName) {
+  const std::string longDots(300, '.');
+  for (const std::string& name :
+       {std::string(), std::string("."), std::string(".."), longDots, std::string("../a"),
+        std::string("a/b"), std::string("a\\b"), std::string("c:a"), std::string("/a"),
+        std::string("a\n"), std::string("a\0b", 3), std::string(" "), std::string(" a"),
+        std::string("a ")}) {
+    EXPECT_EQ(HeightStoragePath(*database_.data, name), std::nullopt) << name;
+  }
+  const std::string prefix = database_.data->GetHeightsPrefix();
+  for (const char* name : {"Alps", "Alps[1]", "Alps_1", "a.b", "..a", "Höhe"})
+    EXPECT_EQ(HeightStoragePath(*database_.data, name), prefix + name);
+}
+
+INSTANTIATE_TEST_SUITE_P(, HeightStorage, testing::Bool(), [](const auto& test) {
+  return std::string(test.param ? "Container" : "Folder");
+});
+
+}  // namespace
+}  // namespace refframe_tests
