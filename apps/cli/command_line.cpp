@@ -129,7 +129,7 @@ void TArguments::AddHeightCommands() {
   view.add_option("--window", request_.heights.window, "Only the nodes within these limits")
       ->expected(4)
       ->type_name("NORTH SOUTH EAST WEST");
-  view.add_option("--step", request_.heights.step, "Only every so manieth column and row (1)")
+  view.add_option("--step", request_.heights.step, "Shows one column and one row of so many (1)")
       ->check(CLI::PositiveNumber);
 
   CLI::App& interpolate =

@@ -20,9 +20,9 @@ struct THeightRequest {
   std::string target;
   /// North, south, east, west, cell north-south, cell east-west; empty: derived from the source.
   std::vector<std::string> grid;
-  /// South, north, west, east; empty: all.
+  /// North, south, east, west; empty: all.
   std::vector<double> window;
-  /// Every how manieth node of a row and of a column is shown.
+  /// One node is shown of so many along a row and along a column.
   int step = 1;
 };
 
