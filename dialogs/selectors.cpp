@@ -1,12 +1,16 @@
 #include "dialogs/selectors.h"
 
 #include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <array>
 
 #include "dialogs/edit_forms.h"
 #include "dialogs/ellipsoid_edit.h"
+#include "dialogs/guarded.h"
+#include "dialogs/legacy_tool.h"
 
 namespace QvRefSystem {
 namespace {
@@ -101,7 +105,24 @@ TformQvRfDatumShiftSelector::TformQvRfDatumShiftSelector(QWidget* owner)
 
 TformQvRfRefSystemSelector::TformQvRfRefSystemSelector(QWidget* owner)
     : TTypedSelector(owner, {.type = TObjectType::kReferenceSystem, .ownSource = true},
-                     TObjectType::kReferenceSystemType) {}
+                     TObjectType::kReferenceSystemType) {
+  bitbtnImport->installEventFilter(this);
+}
+
+bool TformQvRfRefSystemSelector::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == bitbtnImport && event->type() == QEvent::KeyPress &&
+      bitbtnImportKeyDown(static_cast<const QKeyEvent&>(*event))) {
+    return true;
+  }
+  return TTypedSelector::eventFilter(watched, event);
+}
+
+bool TformQvRfRefSystemSelector::bitbtnImportKeyDown(const QKeyEvent& event) {
+  const Qt::KeyboardModifiers both = Qt::ControlModifier | Qt::ShiftModifier;
+  if (event.key() != Qt::Key_F2 || (event.modifiers() & both) != both) return false;
+  Guarded(Data().Ui(), [this] { RunLegacyTool(this, Data()); });
+  return true;
+}
 
 bool TformQvRfRefSystemSelector::SelectFiltered(TStringTree* tree, int id, int type, bool hideOwner,
                                                 int* key, int index) {

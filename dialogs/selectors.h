@@ -77,8 +77,11 @@ class TformQvRfRefSystemSelector final : public TTypedSelector {
   [[nodiscard]] int TypeOfNew() override;
   void Saved() override { bitbtnListClick(); }
   void FormShow(bool first) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  [[nodiscard]] bool bitbtnImportKeyDown(const QKeyEvent& event);
+
   /// The one TYPE that the list is confined to, 0 for all.
   int fixedType_ = 0;
 };
