@@ -12,6 +12,7 @@
 #include <stdexcept>
 
 #include "dialogs/edit_base.h"
+#include "dialogs/edit_forms.h"
 #include "dialogs/guarded.h"
 #include "dialogs/import_export.h"
 #include "platform/text/text.h"
@@ -210,6 +211,15 @@ bool TformQvRfSelector::HasVisibleCurrent() const {
   return listModel_->CurrentRow() >= 0;
 }
 
+bool TformQvRfSelector::HasEditDialog() const {
+  return EditForm != nullptr || HasEditForm(Processor->Descriptor().type);
+}
+
+TformQvRfEdit* TformQvRfSelector::NeedEditForm() {
+  if (EditForm == nullptr) EditForm = GetEditForm(this, Processor->Descriptor().type);
+  return EditForm;
+}
+
 void TformQvRfSelector::UpdateEditButtons() {
   const bool current = HasVisibleCurrent();
   const bool edits = HasEditDialog();
@@ -284,7 +294,7 @@ void TformQvRfSelector::bitbtnCloseClick() {
 }
 
 void TformQvRfSelector::bitbtnNewClick() {
-  if (EditForm == nullptr) return;
+  if (NeedEditForm() == nullptr) return;
   const int key = Processor->GetCurrentKey();
   if (EditForm->CreateNew()) {
     bitbtnListClick();
@@ -296,7 +306,7 @@ void TformQvRfSelector::bitbtnNewClick() {
 }
 
 void TformQvRfSelector::bitbtnEditClick() {
-  if (EditForm == nullptr) return;
+  if (NeedEditForm() == nullptr) return;
   if (EditForm->EditCurrent()) {
     bitbtnListClick();
     ShowCurrentRecord();

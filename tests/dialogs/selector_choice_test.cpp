@@ -285,7 +285,7 @@ TEST_F(SelectorChoice, TabGoesFromTheSearchToTheListToTheButtons) {
     } while (form.focusWidget() != first && order.size() < 1000);
     EXPECT_EQ(order,
               "comboSearch bitbtnSearchDown bitbtnSearchUp dbgridList bitbtnOk bitbtnDetails "
-              "bitbtnRemove bitbtnCancel ");
+              "bitbtnNew bitbtnEdit bitbtnRemove bitbtnCancel ");
     form.reject();
   });
   EXPECT_FALSE(selector.Select(nullptr, 0, false, nullptr, 0));
