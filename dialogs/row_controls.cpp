@@ -1,12 +1,12 @@
 #include "dialogs/row_controls.h"
 
-#include <QAbstractScrollArea>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
@@ -283,13 +283,19 @@ void TRowLayout::Add(const TRowControls& row) {
     place_->addLayout(grid_, 1);
   }
   const int line = grid_->rowCount();
-  const bool tall = qobject_cast<QAbstractScrollArea*>(row.Control()) != nullptr;
-  const Qt::Alignment top = tall ? Qt::AlignTop : Qt::Alignment();
+  const int stretch = row.Row().stretch;
+  const Qt::Alignment top = stretch > 0 ? Qt::AlignTop : Qt::Alignment();
+  auto* memo = qobject_cast<QPlainTextEdit*>(row.Control());
+  if (memo != nullptr && row.Lead() != nullptr) {
+    // In line with the first line of the text.
+    const int frame = memo->frameWidth() + static_cast<int>(memo->document()->documentMargin());
+    row.Lead()->setContentsMargins(0, frame, 0, 0);
+  }
   if (row.Lead() != nullptr) grid_->addWidget(row.Lead(), line, 0, top);
   if (row.Control() == nullptr) return;
   grid_->addWidget(row.Control(), line, 1, 1, row.Button() == nullptr ? 2 : 1);
   if (row.Button() != nullptr) grid_->addWidget(row.Button(), line, 2);
-  if (tall) grid_->setRowStretch(line, 1);
+  grid_->setRowStretch(line, stretch);
 }
 
 }  // namespace QvRefSystem
