@@ -150,12 +150,39 @@ void ReadDatumOrEllipsoid(const TreeReader& tree, SystemModel* model) {
   }
 }
 
+HeightSystemModel ReadStoredHeights(const TreeReader& tree, int kind) {
+  HeightSystemModel heights;
+  heights.kind = kind;
+  heights.name = tree.TextOr(TreeIds::kHeightSystemName, {});
+  heights.description = tree.TextOr(TreeIds::kHeightSystemDescription, {});
+  heights.abbreviation = tree.TextOr(TreeIds::kHeightSystemAbbreviation, {});
+  if (kind == TreeIds::kHeightSystemIsOffset) {
+    heights.offset = tree.Text(TreeIds::kHeightSystemOffset);
+    heights.offsetUnit = ReadLinearUnit(tree.Level(TreeIds::kHeightSystemUnit));
+  }
+  const TreeIds::Item limits[] = {TreeIds::kHeightSystemNorth, TreeIds::kHeightSystemEast,
+                                  TreeIds::kHeightSystemSouth, TreeIds::kHeightSystemWest};
+  for (int i = 0; i < 4; ++i)
+    heights.limits[i] = tree.TextOr(limits[i], {});
+  heights.cells[0] = tree.TextOr(TreeIds::kHeightSystemCellNorthSouth, {});
+  heights.cells[1] = tree.TextOr(TreeIds::kHeightSystemCellEastWest, {});
+  return heights;
+}
+
 void ReadHeightSystem(const TreeReader& tree, SystemModel* model) {
   const auto heights = tree.LevelIfAny(TreeIds::kHeightSystem);
-  if (!heights || heights->Integer(TreeIds::kHeightSystemKind) != TreeIds::kHeightSystemIsGeoid) {
-    return;
+  if (!heights) return;
+  switch (const int kind = heights->Integer(TreeIds::kHeightSystemKind)) {
+    case TreeIds::kHeightSystemIsTable:
+    case TreeIds::kHeightSystemIsOffset:
+      model->heights = ReadStoredHeights(*heights, kind);
+      break;
+    case TreeIds::kHeightSystemIsGeoid:
+      model->geoidCode = heights->Integer(TreeIds::kHeightSystemCode);
+      break;
+    default:
+      heights->Refuse("the type of a height system must be 1, 2 or 3");
   }
-  model->geoidCode = heights->Integer(TreeIds::kHeightSystemCode);
 }
 
 SystemModel ReadSystem(const TreeReader& tree);

@@ -36,6 +36,15 @@ inline constexpr Item kHeightSystemKind{1501, "type"};
 inline constexpr Item kHeightSystemName{1502, "name"};
 inline constexpr Item kHeightSystemDescription{1503, "description"};
 inline constexpr Item kHeightSystemAbbreviation{1504, "abbreviation"};
+inline constexpr Item kHeightSystemTable{1511, "table"};
+inline constexpr Item kHeightSystemOffset{1513, "offset"};
+inline constexpr Item kHeightSystemUnit{1514, "linear unit"};
+inline constexpr Item kHeightSystemNorth{1515, "extents North"};
+inline constexpr Item kHeightSystemEast{1516, "extents East"};
+inline constexpr Item kHeightSystemSouth{1517, "extents South"};
+inline constexpr Item kHeightSystemWest{1518, "extents West"};
+inline constexpr Item kHeightSystemCellNorthSouth{1519, "cell North-South"};
+inline constexpr Item kHeightSystemCellEastWest{1520, "cell East-West"};
 inline constexpr Item kHeightSystemCode{1521, "code"};
 inline constexpr Item kSystemType{2000, "refsystem type"};
 inline constexpr Item kSystemTypeNumber{2001, "type"};
@@ -125,7 +134,9 @@ inline constexpr Item kGeoTiffProjection{102007, "GeoTIFF map projection"};
 inline constexpr Item kGeoTiffProjectionType{102008, "GeoTIFF map proj type"};
 inline constexpr Item kGeoTiffPrimeMeridian{102009, "GeoTIFF prime meridian"};
 
-/// Kind of a height system that is a built-in geoid.
+/// Kinds of height systems: a table, an offset, a built-in geoid.
+inline constexpr int kHeightSystemIsTable = 1;
+inline constexpr int kHeightSystemIsOffset = 2;
 inline constexpr int kHeightSystemIsGeoid = 3;
 /// Name and description of the primary system that stands in a projected system's tree when it
 /// refers to none. It says nothing that the projected system itself does not.

@@ -11,8 +11,8 @@ namespace QvRefSystem {
 
 enum class Dimension { kTwo = 2, kThree = 3 };
 
-/// Reads the model out of a reference system's tree. A generated primary system reads as none; a
-/// height system other than a built-in geoid is left aside. False, with `model` unchanged and
+/// Reads the model out of a reference system's tree. A generated primary system reads as none; the
+/// values of a height table are left aside. False, with `model` unchanged and
 /// `error` telling what is missing where, if the tree does not hold a whole system.
 [[nodiscard]] bool ModelFromTree(const QvCommonUtils::TStringTree* tree, SystemModel* model,
                                  std::string* error);

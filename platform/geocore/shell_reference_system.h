@@ -70,6 +70,8 @@ class TShellReferenceSystem {
   /// The point of set_core_coords in the system's notation: degrees, minutes and seconds with the
   /// letter of the hemisphere for latitude and longitude, plain decimals for all else.
   virtual void GetCoords(TShellCoords* coords) const;
+  /// A point by its own axes in that notation.
+  void WriteNotation(const TShellPoint& point, TShellCoords* coords) const;
   /// Whether axis 0 is the one to the north or south, and axis 1 the one to the west or east.
   [[nodiscard]] virtual bool IsFirstAxisNorth() const;
   /// Whether both define the same plane: everything that changes a plane coordinate agrees, and

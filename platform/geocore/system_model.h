@@ -92,6 +92,23 @@ struct ProjectionModel {
   int geoTiffCode = 0;
 };
 
+/// Heights that count from a surface stored with the system.
+struct HeightSystemModel {
+  /// 1: a table of undulations over the system's plane; 2: a constant offset.
+  int kind = 0;
+  std::string name;
+  std::string description;
+  std::string abbreviation;
+  /// Kind 2: the undulation, in its own unit.
+  std::string offset;
+  UnitModel offsetUnit;
+  /// Limits (north, east, south, west) and cells (north-south, east-west) of the grid, in the plane
+  /// of the system; empty where they are not known. The values of a table are no part of the model:
+  /// they are large, and only a computation reads them.
+  std::string limits[4];
+  std::string cells[2];
+};
+
 /// Kinds by their TYPE number.
 enum class SystemKind {
   kLocalCartesian = 1,
@@ -124,6 +141,8 @@ struct SystemModel {
   std::string azimuth;
   /// Code of a built-in geoid (kinds 4 and 5), 0 for none.
   int geoidCode = 0;
+  /// Heights of kinds 4 and 5 over a table or an offset of their own.
+  std::optional<HeightSystemModel> heights;
   int geoTiffCode = 0;
 };
 

@@ -1,0 +1,163 @@
+#include "platform/geocore/shell_machine.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <unordered_map>
+
+#include "platform/geocore/geoids.h"
+#include "platform/geocore/proj_handles.h"
+#include "platform/geocore/shell_frames.h"
+
+namespace QvRefSystem {
+namespace {
+
+/// PROJ's objects of one thread by their definitions.
+class Operations {
+ public:
+  // `make` is called for a definition that is not kept. Throws GeodesyError with PROJ's words if it
+  // gives null.
+  template <typename Make>
+  PJ* Get(const std::string& definition, Make make) {
+    ++clock_;
+    if (const auto found = kept_.find(definition); found != kept_.end()) {
+      found->second.lastUse = clock_;
+      return found->second.object.get();
+    }
+    (void)TakeProjMessage();
+    ProjObject object = make(definition);
+    if (!object) {
+      const std::string reason = TakeProjMessage();
+      throw GeodesyError("PROJ cannot compute " + definition +
+                         (reason.empty() ? std::string() : ": " + reason));
+    }
+    if (kept_.size() >= kMost) DropOldest();
+    return kept_.emplace(definition, Kept{std::move(object), clock_}).first->second.object.get();
+  }
+
+ private:
+  struct Kept {
+    ProjObject object;
+    std::uint64_t lastUse;
+  };
+
+  // Enough for any number of systems that are at work at once.
+  static constexpr std::size_t kMost = 64;
+
+  void DropOldest() {
+    kept_.erase(std::ranges::min_element(kept_, {},
+                                         [](const auto& entry) { return entry.second.lastUse; }));
+  }
+
+  std::unordered_map<std::string, Kept> kept_;
+  std::uint64_t clock_ = 0;
+};
+
+Operations& ThreadOperations() {
+  // The context is made first, so that it outlives the objects made with it.
+  (void)ThreadProjContext();
+  thread_local Operations operations;
+  return operations;
+}
+
+PJ* OperationOf(const std::string& definition) {
+  return ThreadOperations().Get(definition, [](const std::string& text) {
+    return ProjObject(proj_create(ThreadProjContext(), text.c_str()));
+  });
+}
+
+// The exact way between two systems of the registry, in longitude, latitude (degrees) and height.
+PJ* WayToBase(const SystemGeoid& geoid) {
+  constexpr const char* kWgs84Geographic3D = "EPSG:4979";
+  const std::string base = "EPSG:" + std::to_string(geoid.baseSystem);
+  return ThreadOperations().Get(
+      std::string(kWgs84Geographic3D) + ">" + base, [&](const std::string&) -> ProjObject {
+        PJ_CONTEXT* context = ThreadProjContext();
+        const ProjObject from(proj_create(context, kWgs84Geographic3D));
+        const ProjObject to(proj_create(context, base.c_str()));
+        const char* options[] = {"ALLOW_BALLPARK=NO", nullptr};
+        if (!from || !to) return nullptr;
+        const ProjObject way(
+            proj_create_crs_to_crs_from_pj(context, from.get(), to.get(), nullptr, options));
+        return ProjObject(way ? proj_normalize_for_visualization(context, way.get()) : nullptr);
+      });
+}
+
+void FailWhatIsNotFinite(std::span<TShellPoint> points) {
+  for (TShellPoint& point : points) {
+    if (!std::isfinite(point.First) || !std::isfinite(point.Second) ||
+        !std::isfinite(point.Third)) {
+      point = FailedPoint();
+    }
+  }
+}
+
+// First and Second alone; a projection must not see heights.
+void TransformPlane(PJ* operation, PJ_DIRECTION direction, std::span<TShellPoint> points) {
+  constexpr std::size_t kStride = sizeof(TShellPoint);
+  proj_trans_generic(operation, direction, &points.front().First, kStride, points.size(),
+                     &points.front().Second, kStride, points.size(), nullptr, 0, 0, nullptr, 0, 0);
+  // What went wrong with a point shows in it; the object must not remember.
+  proj_errno_reset(operation);
+  FailWhatIsNotFinite(points);
+}
+
+void TransformSpace(PJ* operation, std::span<TShellPoint> points) {
+  constexpr std::size_t kStride = sizeof(TShellPoint);
+  proj_trans_generic(operation, PJ_FWD, &points.front().First, kStride, points.size(),
+                     &points.front().Second, kStride, points.size(), &points.front().Third, kStride,
+                     points.size(), nullptr, 0, 0);
+  proj_errno_reset(operation);
+  FailWhatIsNotFinite(points);
+}
+
+}  // namespace
+
+void Project(const std::string& operation, std::span<TShellPoint> points) {
+  if (!points.empty()) TransformPlane(OperationOf(operation), PJ_FWD, points);
+}
+
+void Unproject(const std::string& operation, std::span<TShellPoint> points) {
+  if (!points.empty()) TransformPlane(OperationOf(operation), PJ_INV, points);
+}
+
+void PutGridUndulations(const SystemGeoid& geoid, std::span<TShellPoint> points) {
+  if (points.empty()) return;
+  for (TShellPoint& point : points)
+    point.Third = point.First == HUGE_VAL ? HUGE_VAL : 0;
+  TransformSpace(OperationOf("+proj=vgridshift +multiplier=1 +grids=" + geoid.grid), points);
+}
+
+void MoveToGeoidBase(const SystemGeoid& geoid, std::span<TShellPoint> points) {
+  constexpr int kWgs84Geographic3D = 4979;
+  if (points.empty() || geoid.baseSystem == kWgs84Geographic3D) return;
+  PJ* way = WayToBase(geoid);
+  constexpr double kDegree = 180 / 3.14159265358979323846;
+  for (TShellPoint& point : points) {
+    point.First *= kDegree;
+    point.Second *= kDegree;
+  }
+  TransformSpace(way, points);
+  for (TShellPoint& point : points) {
+    point.First /= kDegree;
+    point.Second /= kDegree;
+  }
+}
+
+std::string WhyNotProjected(const std::string& operation, const TShellPoint& point, bool inverse) {
+  PJ* object = OperationOf(operation);
+  proj_errno_reset(object);
+  const PJ_COORD result =
+      proj_trans(object, inverse ? PJ_INV : PJ_FWD, proj_coord(point.First, point.Second, 0, 0));
+  const int error = proj_errno(object);
+  std::string reason;
+  if (error != 0) {
+    reason = proj_context_errno_string(ThreadProjContext(), error);
+  } else if (!std::isfinite(result.v[0]) || !std::isfinite(result.v[1])) {
+    reason = "the projection has no image of it";
+  }
+  proj_errno_reset(object);
+  return reason;
+}
+
+}  // namespace QvRefSystem
