@@ -235,11 +235,7 @@ bool CreateFrom(const std::string& name, bool resourceForm, const TableSpec* tab
                 QvPlatform::TUserInterface& ui) {
   auto stream = MakeStream(resourceForm);
   if (!stream->Open(name, QvPlatform::QvOpenMode::kCreate)) {
-    ui.ShowMessage(
-        MessageKind::kError,
-        SystemText(resourceForm ? TextId::kCannotCreateResource : TextId::kCannotCreateFile) + " " +
-            name,
-        MessageButtons::kOk);
+    TellCannotCreate(name, resourceForm, ui);
     return false;
   }
   if (table == nullptr) return false;

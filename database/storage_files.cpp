@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "platform/text/text.h"
+#include "platform/ui/texts.h"
 
 namespace QvRefSystem {
 namespace {
@@ -57,6 +58,23 @@ std::unique_ptr<TQvStream> MakeStream(bool resourceForm) {
   return std::make_unique<TQvFileStream>();
 }
 
+std::unique_ptr<TQvStream> CreateStream(const std::string& name, bool resourceForm) {
+  if (!resourceForm) {
+    const fs::path folder = ToPath(name).parent_path();
+    std::error_code error;
+    if (!folder.empty()) fs::create_directories(folder, error);
+  }
+  auto stream = MakeStream(resourceForm);
+  return stream->Open(name, QvOpenMode::kCreate) ? std::move(stream) : nullptr;
+}
+
+void TellCannotCreate(const std::string& name, bool resourceForm, QvPlatform::TUserInterface& ui) {
+  using QvPlatform::TextId;
+  const TextId text = resourceForm ? TextId::kCannotCreateResource : TextId::kCannotCreateFile;
+  ui.ShowMessage(QvPlatform::MessageKind::kError, QvPlatform::SystemText(text) + " " + name,
+                 QvPlatform::MessageButtons::kOk);
+}
+
 std::string ExtractTableBaseName(std::string_view name) {
   const std::size_t separator = name.find_last_of('/');
   if (separator != std::string_view::npos) name.remove_prefix(separator + 1);
@@ -104,13 +122,8 @@ bool LoadStorageFile(const std::string& name, bool resourceForm, std::string* co
 
 bool SaveStorageFile(const std::string& name, bool resourceForm, std::string_view content) {
   try {
-    if (!resourceForm) {
-      const fs::path folder = ToPath(name).parent_path();
-      std::error_code error;
-      if (!folder.empty()) fs::create_directories(folder, error);
-    }
-    const auto stream = MakeStream(resourceForm);
-    if (!stream->Open(name, QvOpenMode::kCreate)) return false;
+    const auto stream = CreateStream(name, resourceForm);
+    if (stream == nullptr) return false;
     stream->Write(content.data(), content.size());
     stream->Commit();
     return true;
@@ -124,6 +137,20 @@ bool CopyStorageFile(const std::string& from, bool fromResourceForm, const std::
   std::string content;
   return LoadStorageFile(from, fromResourceForm, &content) &&
          SaveStorageFile(to, toResourceForm, content);
+}
+
+std::vector<std::string> ListStorageFiles(const std::string& prefix, bool resourceForm) {
+  if (resourceForm) return TQvResourceSession::NamesBehind(prefix);
+  std::vector<std::string> names;
+  std::error_code error;
+  if (!fs::exists(ToPath(prefix), error)) return names;
+  fs::directory_iterator entry(ToPath(prefix), error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    std::error_code ignored;
+    if (entry->is_regular_file(ignored)) names.push_back(FromPath(entry->path().filename()));
+  }
+  if (error) throw StorageError("\"" + prefix + "\" cannot be read: " + error.message());
+  return names;
 }
 
 std::string StorageShortName(std::string_view name, bool resourceForm) {

@@ -3,8 +3,10 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/storage/stream.h"
+#include "platform/ui/user_interface.h"
 
 /// Whole-file operations over both forms of a database. Each takes a stream name: a path in the
 /// folder form, a resource name in the resource form. No stream stays open between calls.
@@ -12,6 +14,14 @@ namespace QvRefSystem {
 
 /// A new stream of that form, closed.
 [[nodiscard]] std::unique_ptr<QvPlatform::TQvStream> MakeStream(bool resourceForm);
+
+/// A new stream of that form, open for writing, in the folder form after making all missing folders
+/// of its path. Null if it cannot be opened.
+[[nodiscard]] std::unique_ptr<QvPlatform::TQvStream> CreateStream(const std::string& name,
+                                                                  bool resourceForm);
+
+/// Tells the user by an error box that a stream of that name and form could not be opened.
+void TellCannotCreate(const std::string& name, bool resourceForm, QvPlatform::TUserInterface& ui);
 
 /// The file name part of a path, trimmed, without the extension "dat" in any case.
 [[nodiscard]] std::string ExtractTableBaseName(std::string_view name);
@@ -30,6 +40,11 @@ bool DeleteStorageFile(const std::string& name, bool resourceForm);
                                    std::string_view content);
 [[nodiscard]] bool CopyStorageFile(const std::string& from, bool fromResourceForm,
                                    const std::string& to, bool toResourceForm);
+/// Names of the files that stand in a folder, or of the resources whose names begin with the
+/// prefix, as they follow it. The prefix ends in the separator. Nothing if there is no such place.
+/// Throws StorageError if it cannot be read.
+[[nodiscard]] std::vector<std::string> ListStorageFiles(const std::string& prefix,
+                                                        bool resourceForm);
 /// The part behind the last "." in the resource form; the file name in the folder form.
 [[nodiscard]] std::string StorageShortName(std::string_view name, bool resourceForm);
 /// The name of an object with a blank in the place of each character that a file name had better

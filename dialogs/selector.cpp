@@ -4,14 +4,15 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLayout>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QResizeEvent>
 #include <QScreen>
 #include <optional>
 #include <stdexcept>
 
+#include "dialogs/details_view.h"
 #include "dialogs/edit_base.h"
+#include "dialogs/edit_forms.h"
 #include "dialogs/guarded.h"
 #include "dialogs/import_export.h"
 #include "platform/text/text.h"
@@ -52,6 +53,34 @@ class TLiveControls {
   TQvRfDataProcessor& processor_;
 };
 
+// Whoever waits behind this dialog stands on records of other tables, which writing a tree leaves.
+class TKeptRecords {
+ public:
+  explicit TKeptRecords(TdatamoduleQvRfData& data) {
+    for (const TObjectDescriptor& object : ObjectDescriptors()) {
+      if (auto* processor = ProcessorFor(data, static_cast<int>(object.type))) {
+        processor->DataSet->DisableControls();
+        records_.push_back({processor, processor->GetCurrentKey()});
+      }
+    }
+  }
+  ~TKeptRecords() {
+    for (const auto& [processor, key] : records_) {
+      try {
+        processor->LocateKey(key);
+      } catch (const std::exception&) {
+        // The table has been lost, which its next user is told.
+      }
+      processor->DataSet->EnableControls();
+    }
+  }
+  TKeptRecords(const TKeptRecords&) = delete;
+  TKeptRecords& operator=(const TKeptRecords&) = delete;
+
+ private:
+  std::vector<std::pair<TQvRfDataProcessor*, int>> records_;
+};
+
 // Opens the table anew after a change of how its rows are arranged.
 template <typename Change>
 void Rearrange(QvPlatform::TQvDataSet& dataSet, Change&& change) {
@@ -86,6 +115,12 @@ TformQvRfSelector::TformQvRfSelector(QWidget* owner, const TSelectorTraits& trai
   dbgridList->SetDataSetModel(listModel_.get());
   bitbtnExport->setEnabled(!TypeList);
   bitbtnImport->setEnabled(!TypeList);
+  if (traits.type == TObjectType::kReferenceSystem) {
+    tabDetails->SetSystemSource([this](TStringTree* tree) {
+      const TKeptRecords kept(Data());
+      return Processor->WriteToTree(tree, 0, 0);
+    });
+  }
   ConnectControls();
   lblCount->setToolTip(Translated("Rows that show, of all rows"));
   const QSize third = QGuiApplication::primaryScreen()->availableSize() / 3;
@@ -210,6 +245,15 @@ bool TformQvRfSelector::HasVisibleCurrent() const {
   return listModel_->CurrentRow() >= 0;
 }
 
+bool TformQvRfSelector::HasEditDialog() const {
+  return EditForm != nullptr || HasEditForm(Processor->Descriptor().type);
+}
+
+TformQvRfEdit* TformQvRfSelector::NeedEditForm() {
+  if (EditForm == nullptr) EditForm = GetEditForm(this, Processor->Descriptor().type);
+  return EditForm;
+}
+
 void TformQvRfSelector::UpdateEditButtons() {
   const bool current = HasVisibleCurrent();
   const bool edits = HasEditDialog();
@@ -254,7 +298,7 @@ void TformQvRfSelector::resizeEvent(QResizeEvent* event) {
 }
 
 void TformQvRfSelector::bitbtnListClick() {
-  memoDetails->hide();
+  tabDetails->hide();
   bitbtnList->hide();
   dbgridList->show();
   bitbtnDetails->show();
@@ -263,13 +307,10 @@ void TformQvRfSelector::bitbtnListClick() {
 void TformQvRfSelector::bitbtnDetailsClick() {
   TStrings lines;
   if (!GetInfo(&lines)) return;
-  QStringList text;
-  for (const std::string& line : lines)
-    text << ToQt(line);
-  memoDetails->setPlainText(text.join(QLatin1Char('\n')));
+  tabDetails->ShowObject(lines);
   dbgridList->hide();
   bitbtnDetails->hide();
-  memoDetails->show();
+  tabDetails->show();
   bitbtnList->show();
 }
 
@@ -284,7 +325,7 @@ void TformQvRfSelector::bitbtnCloseClick() {
 }
 
 void TformQvRfSelector::bitbtnNewClick() {
-  if (EditForm == nullptr) return;
+  if (NeedEditForm() == nullptr) return;
   const int key = Processor->GetCurrentKey();
   if (EditForm->CreateNew()) {
     bitbtnListClick();
@@ -296,7 +337,7 @@ void TformQvRfSelector::bitbtnNewClick() {
 }
 
 void TformQvRfSelector::bitbtnEditClick() {
-  if (EditForm == nullptr) return;
+  if (NeedEditForm() == nullptr) return;
   if (EditForm->EditCurrent()) {
     bitbtnListClick();
     ShowCurrentRecord();
@@ -305,7 +346,7 @@ void TformQvRfSelector::bitbtnEditClick() {
 }
 
 void TformQvRfSelector::bitbtnRemoveClick() {
-  if (!Processor->DeleteRecord(this)) return;
+  if (!Processor->DeleteWithConsent(this)) return;
   bitbtnListClick();
   KeepCurrentInSight();
   UpdateEditButtons();

@@ -57,7 +57,7 @@ class TformQvRfSelector : public QvPlatform::TModalForm, protected TSelectorCont
   [[nodiscard]] bool GetInfo(TStrings* lines);
 
   TQvRfDataProcessor* const Processor;
-  /// The dialog that edits this object; null where there is none yet, or more than one.
+  /// The dialog that edits this object, made on first need; null where there is more than one.
   TformQvRfEdit* EditForm = nullptr;
   const bool TypeList;
   /// How the last modal run ended.
@@ -68,7 +68,9 @@ class TformQvRfSelector : public QvPlatform::TModalForm, protected TSelectorCont
   virtual void DoRemove() { bitbtnRemoveClick(); }
   virtual void DoNew() { bitbtnNewClick(); }
   virtual void DoEdit() { bitbtnEditClick(); }
-  [[nodiscard]] virtual bool HasEditDialog() const { return EditForm != nullptr; }
+  [[nodiscard]] bool HasEditDialog() const;
+  /// EditForm, made if need be; null if the object has no edit dialog.
+  TformQvRfEdit* NeedEditForm();
 
   void bitbtnNewClick();
   void bitbtnEditClick();

@@ -14,6 +14,8 @@ class TDataGrid;
 
 namespace QvRefSystem {
 
+class TDetailsView;
+
 /// The controls of a selector; each bears its name as object name. They belong to the form.
 struct TSelectorControls {
   QWidget* pnlSearch = nullptr;
@@ -24,6 +26,8 @@ struct TSelectorControls {
   /// How many of the rows the search text leaves.
   QLabel* lblCount = nullptr;
   QvPlatform::TDataGrid* dbgridList = nullptr;
+  /// The details view, of which memoDetails is the first page.
+  TDetailsView* tabDetails = nullptr;
   QPlainTextEdit* memoDetails = nullptr;
   QvPlatform::TDataGrid* dbgridShowAll = nullptr;
   QPushButton* bitbtnOk = nullptr;

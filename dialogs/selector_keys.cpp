@@ -6,13 +6,13 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QToolButton>
 #include <algorithm>
 
+#include "dialogs/details_view.h"
 #include "dialogs/guarded.h"
 #include "dialogs/selector.h"
 #include "platform/text/text.h"
@@ -75,7 +75,7 @@ void TformQvRfSelector::ConnectButtons() {
   });
   onClick(bitbtnDetails, [this] {
     bitbtnDetailsClick();
-    memoDetails->setFocus();
+    tabDetails->FocusPage();
   });
 }
 
@@ -287,7 +287,7 @@ void TformQvRfSelector::ShowCurrentRecord() {
 void TformQvRfSelector::CursorMoved() {
   UpdateEditButtons();
   UpdateCount();
-  if (!memoDetails->isHidden()) bitbtnDetailsClick();
+  if (!tabDetails->isHidden()) bitbtnDetailsClick();
 }
 
 void TformQvRfSelector::UpdateCount() {

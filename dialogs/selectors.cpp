@@ -5,7 +5,8 @@
 #include <QScreen>
 #include <array>
 
-#include "dialogs/edit_base.h"
+#include "dialogs/edit_forms.h"
+#include "dialogs/ellipsoid_edit.h"
 
 namespace QvRefSystem {
 namespace {
@@ -40,16 +41,21 @@ constexpr std::array kSelectors{
 
 bool TformQvRfEllipsoidSelector::SelectSpheres(TStringTree* tree, int id, bool hideOwner, int* key,
                                                int index) {
-  return SelectWhere("SPHEROID", 1, tree, id, hideOwner, key, index);
+  auto* form = dynamic_cast<TformQvRfEllipsoidEdit*>(NeedEditForm());
+  if (form != nullptr) form->SetSphereOnly(true);
+  const bool chosen = SelectWhere("SPHEROID", 1, tree, id, hideOwner, key, index);
+  if (form != nullptr) form->SetSphereOnly(false);
+  return chosen;
 }
 
 TTypedSelector::TTypedSelector(QWidget* owner, const TSelectorTraits& traits,
                                TObjectType typeObject)
     : TformQvRfSelector(owner, traits), typeObject_(typeObject) {}
 
-TformQvRfEdit* TTypedSelector::EditFormOf(int type) const {
-  const auto found = EditForms.find(type);
-  return found == EditForms.end() ? nullptr : found->second;
+TformQvRfEdit* TTypedSelector::EditFormOf(int type) {
+  TformQvRfEdit* form = type == 0 ? nullptr : GetEditForm(this, Processor->Descriptor().type, type);
+  if (form != nullptr) TellType(*form, type);
+  return form;
 }
 
 int TTypedSelector::TypeOfNew() {

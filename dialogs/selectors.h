@@ -1,7 +1,5 @@
 #pragma once
 
-#include <map>
-
 #include "dialogs/selector.h"
 
 /// The selectors of all object types, and the way from an object type to its selector.
@@ -38,27 +36,26 @@ class TTypedSelector : public TformQvRfSelector {
  public:
   TTypedSelector(QWidget* owner, const TSelectorTraits& traits, TObjectType typeObject);
 
-  /// Edit dialogs by TYPE, not owned; several types may share one.
-  std::map<int, TformQvRfEdit*> EditForms;
-
- protected:
-  void DoNew() override { bitbtnNewClick(); }
-  void DoEdit() override { bitbtnEditClick(); }
-  [[nodiscard]] bool HasEditDialog() const override { return !EditForms.empty(); }
   /// Makes an object of a type that the user chooses first; without one the record that was current
   /// is current again.
   [[nodiscard]] bool NewByType();
   /// Edits the current object; it stays current whatever became of it.
   [[nodiscard]] bool EditByType();
+
+ protected:
+  void DoNew() override { bitbtnNewClick(); }
+  void DoEdit() override { bitbtnEditClick(); }
   /// TYPE of a new object; 0 for none.
   [[nodiscard]] virtual int TypeOfNew();
+  /// Tells an edit dialog that serves several types which one it is for.
+  virtual void TellType(TformQvRfEdit& /*form*/, int /*type*/) {}
   /// Called when an edit dialog has saved. The view stays as it was.
   virtual void Saved() {}
 
  private:
   void bitbtnNewClick();
   void bitbtnEditClick();
-  [[nodiscard]] TformQvRfEdit* EditFormOf(int type) const;
+  [[nodiscard]] TformQvRfEdit* EditFormOf(int type);
 
   const TObjectType typeObject_;
 };

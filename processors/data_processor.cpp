@@ -66,6 +66,10 @@ int TQvRfDataProcessor::ItemColumn(const TTreeItem& item) const {
   return Column(item.column);
 }
 
+const TTreeItem& TQvRfDataProcessor::ItemOf(int id) const {
+  return *std::ranges::find(descriptor_.items, id, &TTreeItem::id);
+}
+
 int TQvRfDataProcessor::CurrentInteger(std::string_view column) const {
   const TRowView row = DataSet->CurrentRow();
   return row ? row.GetInteger(Column(column)) : 0;
@@ -283,7 +287,7 @@ void TQvRfDataProcessor::RemoveCurrent() {
 bool TQvRfDataProcessor::DeleteRecord(TComponent* owner) {
   const TControlsGuard guard(*DataSet);
   if (!CheckNotUsed(owner)) return false;
-  if (!ConfirmDelete()) return true;
+  if (AsksToDelete() && !ConfirmDelete()) return true;
   try {
     RemoveCurrent();
     return true;
@@ -291,6 +295,11 @@ bool TQvRfDataProcessor::DeleteRecord(TComponent* owner) {
     ReportStorage(error);
     return false;
   }
+}
+
+bool TQvRfDataProcessor::DeleteWithConsent(TComponent* owner) {
+  const bool declined = GetCurrentKey() != 0 && !AsksToDelete() && !ConfirmDelete();
+  return declined || DeleteRecord(owner);
 }
 
 void TQvRfDataProcessor::DeleteIfUsedOnce(TObjectType object, std::string_view column) {

@@ -30,6 +30,12 @@ class InvalidTypeError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Storage refused what lies beside a record, and the user was told already.
+class ToldStorageError : public QvPlatform::StorageError {
+ public:
+  using QvPlatform::StorageError::StorageError;
+};
+
 /// What InsertFromTree has read for a record: values by field number, in reading order.
 class TRecordImage {
  public:
@@ -83,10 +89,13 @@ class TQvRfDataProcessor {
   /// Removes the current record if nothing refers to it and the user confirms. True unless it was
   /// refused; a No of the user is no refusal.
   virtual bool DeleteRecord(TComponent* owner);
+  /// DeleteRecord for those whom a user drives: asks first where DeleteRecord itself does not.
+  bool DeleteWithConsent(TComponent* owner);
   /// False, after a warning, if the current record is under editing.
   virtual bool CheckNotEditing();
   /// Finds the equal record or adds one, its sub-objects first. Returns its key, or 0 if the tree
-  /// does not hold a whole object; what the sub-objects added then stays.
+  /// does not hold a whole object; what the sub-objects added then stays. Objects without an
+  /// equality are added whenever they come, and leave no notes of it in the tree.
   virtual int InsertFromTree(TStringTree* tree);
   /// False, after showing who refers to it, if the current record is used.
   virtual bool CheckNotUsed(TComponent* owner);
@@ -142,9 +151,17 @@ class TQvRfDataProcessor {
   [[nodiscard]] virtual bool CanAppend() const { return true; }
   /// Adds what belongs to a new record beside it. The default adds the rows of its codes.
   virtual void AppendBeside(TStringTree* tree, const TRecordImage& image, int key);
+  /// An equal record was found: takes back what was stored for this image alone.
+  virtual void DropBeside(const TRecordImage& /*image*/) {}
   /// Removes what goes with the current record, which is removed next.
   virtual void DeleteBeside(int /*key*/) {}
+  /// Removes the current record with what goes with it, or throws; the neighbour is current then.
+  virtual void RemoveCurrent();
+  /// Whether DeleteRecord asks the user.
+  [[nodiscard]] virtual bool AsksToDelete() const { return true; }
 
+  /// The descriptor's item of that id, the first of several.
+  [[nodiscard]] const TTreeItem& ItemOf(int id) const;
   /// Walks the items and writes each.
   [[nodiscard]] bool WriteItems(TStringTree* tree, std::span<const TTreeItem> items);
   [[nodiscard]] bool WriteItem(TStringTree* tree, const TTreeItem& item, QvPlatform::TRowView row);
@@ -158,6 +175,8 @@ class TQvRfDataProcessor {
   [[nodiscard]] bool StoreSubobject(TStringTree* tree, TObjectType object, int id, bool optional,
                                     int* key);
   [[nodiscard]] TQvRfDataProcessor& ProcessorOf(TObjectType type) const;
+  /// Tells the user that the database could not be written.
+  void ReportStorage(const std::exception& error);
 
   /// Field numbers in the file of param_value, by its fields as the catalogue states them.
   enum TParamField { kOwnerContent, kOwnerId, kParamTag, kParamGroup, kParamCode, kValue };
@@ -193,11 +212,9 @@ class TQvRfDataProcessor {
   [[nodiscard]] bool IsEqualRow(const TRecordImage& image, QvPlatform::TRowView row) const;
   [[nodiscard]] int AppendRecord(const TRecordImage& image);
   void WriteResultNotes(TStringTree* tree, int key, bool inserted) const;
-  void RemoveCurrent();
   [[nodiscard]] bool ConfirmDelete();
   [[nodiscard]] bool FindByName(std::string_view text, int step);
   [[nodiscard]] std::vector<QvPlatform::UsedByRow> CollectUsers(int key) const;
-  void ReportStorage(const std::exception& error);
 
   [[nodiscard]] int ItemColumn(const TTreeItem& item) const;
 

@@ -26,6 +26,8 @@ int TQvRfDataProcessor::InsertFromTree(TStringTree* tree) {
     }
     group.Commit();
     return key;
+  } catch (const ToldStorageError&) {
+    return 0;
   } catch (const StorageError& error) {
     ReportStorage(error);
   } catch (const DataSetError& error) {
@@ -43,11 +45,12 @@ int TQvRfDataProcessor::StoreFromTree(TStringTree* tree) {
   int key = 0;
   if (found) {
     key = found.GetInteger(keyField_);
+    DropBeside(image);
   } else if (CanAppend()) {
     key = AppendRecord(image);
     AppendBeside(tree, image, key);
   }
-  WriteResultNotes(tree, key, inserted);
+  if (!descriptor_.equality.empty()) WriteResultNotes(tree, key, inserted);
   if (key != 0) LocateKey(key);
   return key;
 }
@@ -113,6 +116,7 @@ bool TQvRfDataProcessor::StoreSubobject(TStringTree* tree, TObjectType object, i
 }
 
 TRowView TQvRfDataProcessor::FindEqual(const TRecordImage& image) const {
+  if (descriptor_.equality.empty()) return {};
   const TEqualityColumn& first = descriptor_.equality.front();
   const int column = Column(first.column);
   const TMatch match = first.compare == TCompare::kFoldedName

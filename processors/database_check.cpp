@@ -9,7 +9,9 @@
 #include <utility>
 
 #include "platform/text/text.h"
+#include "processors/height_check.h"
 #include "processors/object_descriptor.h"
+#include "processors/vertical_records.h"
 
 namespace QvRefSystem {
 namespace {
@@ -94,6 +96,9 @@ class Table {
   [[nodiscard]] const TableSpec& Spec() const { return *spec_; }
   [[nodiscard]] int Rows() const { return dataSet_->RecordCount(); }
   [[nodiscard]] TRowView Row(int position) const { return dataSet_->Row(position); }
+  [[nodiscard]] TRowView WithKey(int key) const {
+    return dataSet_->FindFirst({QvPlatform::TMatch::Integer(fields_.at(spec_->keyField), key)});
+  }
   [[nodiscard]] int Integer(TRowView row, std::string_view field) const {
     return row.GetInteger(fields_.at(field));
   }
@@ -124,7 +129,8 @@ struct Parameter {
 
 class Checker {
  public:
-  Checker(TdatamoduleQvRfData& data, std::vector<std::string>* findings) : findings_(findings) {
+  Checker(TdatamoduleQvRfData& data, std::vector<std::string>* findings)
+      : data_(data), findings_(findings) {
     for (const TableSpec& spec : TableCatalogue()) {
       if (spec.tag == kUnopenedTag) continue;
       tables_.emplace(spec.id, Table(data, spec.id));
@@ -145,6 +151,9 @@ class Checker {
     CheckValues();
     CheckProjections();
     CheckChoices();
+    CheckHeights(data_, [this](TableId table, TRowView row, const std::string& what) {
+      Find(Of(table), row, what);
+    });
     for (const TObjectDescriptor& descriptor : ObjectDescriptors())
       CheckDuplicates(descriptor);
   }
@@ -153,7 +162,7 @@ class Checker {
   void Find(const Table& table, TRowView row, const std::string& what) {
     std::string line(table.Spec().streamName);
     // Rows of the service tables have neither key nor name; `what` tells them apart.
-    if (!table.Spec().keyField.empty()) {
+    if (row && !table.Spec().keyField.empty()) {
       line += ", key " + std::to_string(table.Key(row)) + ", \"" + table.Text(row, "NAME") + "\"";
     }
     findings_->push_back(line + ": " + what);
@@ -453,9 +462,25 @@ class Checker {
       return values == projectionValues_.end() ? std::string() : values->second;
     }
     if (type == TObjectType::kReferenceSystem) {
-      return positiveLongitude_.contains(table.Key(row)) ? "positive longitude" : "";
+      return ComparableHeights(table, row) +
+             (positiveLongitude_.contains(table.Key(row)) ? "positive longitude" : "");
     }
     return "";
+  }
+
+  // What a reference system's heights say, wherever they lie.
+  [[nodiscard]] std::string ComparableHeights(const Table& systems, TRowView row) const {
+    const int key = systems.Integer(row, "VERT_SYSTEM_AUTOKEY");
+    if (key == 0) return "code " + std::to_string(systems.Integer(row, "VERT_SYSTEM_CODE")) + '\n';
+    const Table& heights = Of(TableId::kVerticalRefSystem);
+    const TRowView record = heights.WithKey(key);
+    if (!record) return "key " + std::to_string(key) + '\n';
+    std::string signature;
+    for (const TEqualityColumn& column :
+         VerticalEqualityOf(heights.Integer(record, "VDATA_TYPE"))) {
+      signature += Comparable(heights, record, column) + '\n';
+    }
+    return signature;
   }
 
   void CheckDuplicates(const TObjectDescriptor& descriptor) {
@@ -474,6 +499,7 @@ class Checker {
     }
   }
 
+  TdatamoduleQvRfData& data_;
   std::vector<std::string>* findings_;
   std::map<TableId, Table> tables_;
   std::map<TableId, std::set<int>> keys_;

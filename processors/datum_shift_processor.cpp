@@ -31,10 +31,6 @@ std::span<const int> MembersOf(int type) {
 
 }  // namespace
 
-const TTreeItem& TQvRfDatumShiftDataProcessor::ItemOf(int id) const {
-  return *std::ranges::find(Descriptor().items, id, &TTreeItem::id);
-}
-
 bool TQvRfDatumShiftDataProcessor::WriteContent(TStringTree* tree) {
   const int type = CurrentInteger("TYPE");
   const std::span<const int> members = MembersOf(type);

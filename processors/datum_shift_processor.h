@@ -14,9 +14,6 @@ class TQvRfDatumShiftDataProcessor final : public TQvRfDataProcessor {
  protected:
   [[nodiscard]] bool WriteContent(TStringTree* tree) override;
   [[nodiscard]] bool ReadContent(TStringTree* tree, TRecordImage* image) override;
-
- private:
-  [[nodiscard]] const TTreeItem& ItemOf(int id) const;
 };
 
 }  // namespace QvRefSystem

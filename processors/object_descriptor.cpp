@@ -173,7 +173,7 @@ constexpr std::array kReferenceSystemTypeItems{
     IntegerItem(2005, "swap", "SWAP_COORDS")};
 
 // Reference systems. This is the head that all kinds share; the kinds' bodies stand with the
-// processor. Each kind compares the columns that it has.
+// processor. Each kind compares the columns that it has, and its heights beside them.
 constexpr std::array kReferenceSystemItems{
     TextItem(1020, "name", "NAME"), TextItem(1021, "desc", "DESCRIPTION"),
     TextItem(1022, "abbr", "ABBREVIATION"), IntegerItem(1100, "type", "TYPE"),
@@ -192,11 +192,26 @@ constexpr std::array kReferenceSystemEquality{
     TEqualityColumn{"ORIGIN_COORD1", TCompare::kTrimmedText},
     TEqualityColumn{"ORIGIN_COORD2", TCompare::kTrimmedText},
     TEqualityColumn{"ORIGIN_COORD3", TCompare::kTrimmedText},
-    TEqualityColumn{"AZIMUTH", TCompare::kTrimmedText},
-    TEqualityColumn{"VERT_SYSTEM_AUTOKEY", TCompare::kInteger},
-    TEqualityColumn{"VERT_SYSTEM_CODE", TCompare::kInteger}};
+    TEqualityColumn{"AZIMUTH", TCompare::kTrimmedText}};
 constexpr std::array kReferenceSystemUsers{
     TUsedByScan{kReferenceSystem, "PRIMARY_REFSYSTEM_AUTOKEY"}};
+
+// Height systems. All have the texts and the kind; the kind tells which of the others.
+constexpr std::array kVerticalItems{
+    TextItem(1502, "name", "NAME"),
+    TextItem(1503, "description", "DESCRIPTION"),
+    TextItem(1504, "abbreviation", "ABBREVIATION"),
+    IntegerItem(1501, "type", "VDATA_TYPE"),
+    With(IntegerItem(1512, "crc32", "VDATA_CRC32"), kByRule),
+    OwnItem(1511, "table"),
+    With(TextItem(1513, "offset", "VDATA_OFFSET"), kByRule),
+    With(SubobjectItem(1514, kLinearUnit, "VDATA_UNIT_AUTOKEY"), kByRule),
+    With(TextItem(1515, "extents North", "VDATA_EXTENTS_NORTH"), kByRule),
+    With(TextItem(1516, "extents East", "VDATA_EXTENTS_EAST"), kByRule),
+    With(TextItem(1517, "extents South", "VDATA_EXTENTS_SOUTH"), kByRule),
+    With(TextItem(1518, "extents West", "VDATA_EXTENTS_WEST"), kByRule),
+    With(TextItem(1519, "cell North-South", "VDATA_CELL_NORTH_SOUTH"), kByRule),
+    With(TextItem(1520, "cell East-West", "VDATA_CELL_EAST_WEST"), kByRule)};
 
 constexpr std::span<const TUsedByScan> kNoUsers{};
 
@@ -233,7 +248,7 @@ constexpr std::array<TObjectDescriptor, 13> kDescriptors{{
      "height system",
      "height system",
      TextId::kVerticalReferenceSystem,
-     {},
+     kVerticalItems,
      {},
      kNoUsers,
      kNameAndDescription},

@@ -44,7 +44,7 @@ enum class TParamTag : int {
 /// How a tree field is read.
 enum class TValueForm : unsigned char { kText, kInteger, kDouble };
 
-/// Whether InsertFromTree needs the field: kByRule leaves it to the object's own code, and
+/// Whether InsertFromTree needs the member: kByRule leaves it to the object's own code, and
 /// kWriteOnly fields are never read.
 enum class TReading : unsigned char { kRequired, kByRule, kWriteOnly };
 
@@ -101,8 +101,8 @@ constexpr TTreeItem CodeItem(int id, std::string_view label, TParamTag tag,
           .tag = tag,
           .blank = blank};
 }
-constexpr TTreeItem OwnItem(int id) {
-  return {.kind = TTreeItem::Kind::kOwn, .id = id};
+constexpr TTreeItem OwnItem(int id, std::string_view label = {}) {
+  return {.kind = TTreeItem::Kind::kOwn, .id = id, .label = label};
 }
 constexpr TTreeItem With(TTreeItem item, TReading reading) {
   item.reading = reading;
@@ -141,6 +141,7 @@ struct TObjectDescriptor {
   /// Text shown in dialogs.
   QvPlatform::TextId displayName;
   std::span<const TTreeItem> items;
+  /// Empty for objects that belong to one other object and are never shared.
   std::span<const TEqualityColumn> equality;
   std::span<const TUsedByScan> usedBy;
   std::span<const TInfoLine> infoLines;

@@ -8,6 +8,7 @@
 #include "processors/ref_system_processor.h"
 #include "processors/type_processors.h"
 #include "processors/unit_processors.h"
+#include "vertical/vertical_processor.h"
 
 namespace QvRefSystem {
 
@@ -39,6 +40,7 @@ std::shared_ptr<void> MakeProcessors(TdatamoduleQvRfData& data) {
   Make(data, owned.get(), &data.EllipsoidProcessor);
   Make(data, owned.get(), &data.RefSystemTypeProcessor);
   Make(data, owned.get(), &data.RefSystemProcessor);
+  Make(data, owned.get(), &data.VerticalRefSystemProcessor);
   return owned;
 }
 
@@ -72,7 +74,8 @@ TQvRfDataProcessor* ProcessorFor(TdatamoduleQvRfData& data, int objectType) {
       return data.MapProjTypeProcessor;
     case TObjectType::kReferenceSystemType:
       return data.RefSystemTypeProcessor;
-    case TObjectType::kVerticalReferenceSystem:  // comes with the height data
+    case TObjectType::kVerticalReferenceSystem:
+      return data.VerticalRefSystemProcessor;
     case TObjectType::kNone:
       break;
   }

@@ -5,6 +5,7 @@
 #include "processors/datum_processor.h"
 #include "processors/map_projection_processor.h"
 #include "processors/ref_system_steps.h"
+#include "processors/vertical_records.h"
 
 // What travels beside a system for hosts that speak other formats: the MIF/MID export subtree, the
 // built-in geoid, and the unit that a made-up primary system has.
@@ -18,6 +19,10 @@ constexpr int kExportId = 101000;
 
 TQvRfMapProjDataProcessor& TQvRfRefSystemDataProcessor::MapProjections() const {
   return *data_.MapProjProcessor;
+}
+
+TVerticalRecords& TQvRfRefSystemDataProcessor::VerticalSystems() const {
+  return dynamic_cast<TVerticalRecords&>(ProcessorOf(TObjectType::kVerticalReferenceSystem));
 }
 
 bool TQvRfRefSystemDataProcessor::WriteGeneratedRadian(TStringTree* primary) {
@@ -41,7 +46,6 @@ bool TQvRfRefSystemDataProcessor::WriteGeneratedRadian(TStringTree* primary) {
 }
 
 bool TQvRfRefSystemDataProcessor::WriteSystemGeoid(TStringTree* tree, int code) {
-  constexpr int kSystemGeoidKind = 3;
   std::string name;
   if (!GetSystemGeoidName(code, &name)) return false;
   TStringTree* geoid = tree;
@@ -50,7 +54,7 @@ bool TQvRfRefSystemDataProcessor::WriteSystemGeoid(TStringTree* tree, int code) 
          EnterSubtree(&geoid, 1500, 0) && EnsureField(geoid, 1502, 0, name, "name") &&
          EnsureField(geoid, 1503, 0, "SystemGeoid; Code=" + std::to_string(code), "description") &&
          EnsureField(geoid, 1504, 0, name, "abbreviation") &&
-         EnsureField(geoid, 1501, 0, std::to_string(kSystemGeoidKind), "type") &&
+         EnsureField(geoid, 1501, 0, std::to_string(kSystemGeoid), "type") &&
          EnsureField(geoid, 1521, 0, std::to_string(code), "code");
 }
 

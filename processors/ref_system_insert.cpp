@@ -3,6 +3,7 @@
 
 #include "platform/text/text.h"
 #include "processors/ref_system_steps.h"
+#include "processors/vertical_records.h"
 
 namespace QvRefSystem {
 
@@ -119,33 +120,50 @@ bool TQvRfRefSystemDataProcessor::ReadOptionalPrimary(TStringTree* tree, TRecord
 }
 
 bool TQvRfRefSystemDataProcessor::ReadVertical(TStringTree* tree, TRecordImage* image) {
-  enum : int { kHeightTable = 1, kOffset = 2, kSystemGeoid = 3 };
   image->SetInteger(columns_.verticalSystem, 0);
   image->SetInteger(columns_.verticalCode, 0);
   TStringTree* vertical = tree;
   if (!EnterSubtree(&vertical, 1500, 0)) return true;
   int kind = 0;
   if (!vertical->GetInteger(1501, 0, &kind)) return false;
-  switch (kind) {
-    case kHeightTable:
-    case kOffset:
-      // Height data has no processor yet: a sub-object that cannot be stored.
-      return false;
-    case kSystemGeoid: {
-      int code = 0;
-      if (!vertical->GetInteger(1521, 0, &code)) return false;
-      image->SetInteger(columns_.verticalCode, code);
-      return true;
-    }
-    default:
-      throw InvalidTypeError("a height system of kind " + std::to_string(kind) + " is not known");
+  if (TVerticalRecords::IsStoredKind(kind)) {
+    // Heights that are not whole leave a system of ellipsoidal heights.
+    int key = 0;
+    (void)StoreSubobject(tree, TObjectType::kVerticalReferenceSystem, 1500, true, &key);
+    image->SetInteger(columns_.verticalSystem, key);
+    return true;
   }
+  int code = 0;
+  if (!vertical->GetInteger(1521, 0, &code)) return false;
+  image->SetInteger(columns_.verticalCode, code);
+  return true;
 }
 
 bool TQvRfRefSystemDataProcessor::IsEqualBeside(const TRecordImage& image,
                                                 QvPlatform::TRowView row) const {
-  return image.Integer(columns_.type) != kGeodetic ||
-         IsPositiveLongitude(row.GetInteger(Column("AUTOKEY"))) == image.Beside.contains(1111);
+  if (image.Integer(columns_.type) == kGeodetic &&
+      IsPositiveLongitude(row.GetInteger(Column("AUTOKEY"))) != image.Beside.contains(1111)) {
+    return false;
+  }
+  return HasSameHeights(image, row);
+}
+
+bool TQvRfRefSystemDataProcessor::HasSameHeights(const TRecordImage& image,
+                                                 QvPlatform::TRowView row) const {
+  // Kinds that read no heights do not compare them.
+  if (!image.Has(columns_.verticalSystem)) return true;
+  const int given = image.Integer(columns_.verticalSystem);
+  const int stored = row.GetInteger(columns_.verticalSystem);
+  if (given != 0) {
+    return VerticalSystems().LocateKey(given) && VerticalSystems().IsSameRecord(stored);
+  }
+  return stored == 0 &&
+         row.GetInteger(columns_.verticalCode) == image.Integer(columns_.verticalCode);
+}
+
+void TQvRfRefSystemDataProcessor::DropBeside(const TRecordImage& image) {
+  // The system that was found keeps the heights that it has.
+  VerticalSystems().Remove(image.Integer(columns_.verticalSystem));
 }
 
 void TQvRfRefSystemDataProcessor::AppendBeside(TStringTree* tree, const TRecordImage& image,

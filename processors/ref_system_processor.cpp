@@ -7,6 +7,7 @@
 #include "platform/ui/texts.h"
 #include "processors/map_projection_processor.h"
 #include "processors/ref_system_steps.h"
+#include "processors/vertical_records.h"
 
 namespace QvRefSystem {
 
@@ -193,14 +194,11 @@ bool TQvRfRefSystemDataProcessor::WriteGeneratedPrimary(TStringTree* tree, const
 }
 
 bool TQvRfRefSystemDataProcessor::WriteVertical(TStringTree* tree, const Record& record) {
-  if (record.verticalSystem != 0) {
-    TQvRfDataProcessor* vertical =
-        ProcessorFor(data_, static_cast<int>(TObjectType::kVerticalReferenceSystem));
-    if (vertical == nullptr || !vertical->LocateKey(record.verticalSystem) ||
-        !vertical->WriteToTree(tree, 1500, 0)) {
-      return false;
-    }
+  if (record.verticalSystem != 0 &&
+      !WriteSubobject(tree, TObjectType::kVerticalReferenceSystem, record.verticalSystem, 1500)) {
+    return false;
   }
+  // A record with both cannot be written: the tree takes no second subtree.
   return record.verticalCode == 0 || WriteSystemGeoid(tree, record.verticalCode);
 }
 
@@ -233,6 +231,7 @@ void TQvRfRefSystemDataProcessor::DeleteBeside(int key) {
   if (data_.DialogMode == kSimpleMode && kind == kProjected) {
     DeleteIfUsedOnce(TObjectType::kMapProjection, "MAP_PROJ_AUTOKEY");
   }
+  VerticalSystems().Remove(CurrentInteger("VERT_SYSTEM_AUTOKEY"));
 }
 
 }  // namespace QvRefSystem

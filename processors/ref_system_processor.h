@@ -7,6 +7,7 @@
 namespace QvRefSystem {
 
 class TQvRfMapProjDataProcessor;
+class TVerticalRecords;
 
 /// Reference systems: the object that hosts ask for. The six kinds share a head and differ in the
 /// members of their bodies, which stand as lists of steps.
@@ -24,6 +25,7 @@ class TQvRfRefSystemDataProcessor final : public TQvRfDataProcessor {
   [[nodiscard]] bool IsEqualBeside(const TRecordImage& image,
                                    QvPlatform::TRowView row) const override;
   void AppendBeside(TStringTree* tree, const TRecordImage& image, int key) override;
+  void DropBeside(const TRecordImage& image) override;
   void DeleteBeside(int key) override;
 
  private:
@@ -56,6 +58,7 @@ class TQvRfRefSystemDataProcessor final : public TQvRfDataProcessor {
   [[nodiscard]] bool WriteGeneratedRadian(TStringTree* primary);
   [[nodiscard]] bool WriteSystemGeoid(TStringTree* tree, int code);
   [[nodiscard]] TQvRfMapProjDataProcessor& MapProjections() const;
+  [[nodiscard]] TVerticalRecords& VerticalSystems() const;
   [[nodiscard]] bool WriteVertical(TStringTree* tree, const Record& record);
   void WriteCode(TStringTree* tree, int id, std::string_view label, const std::string* code);
   void WriteGeoTiffCodes(TStringTree* tree, int kind, int owner);
@@ -75,6 +78,7 @@ class TQvRfRefSystemDataProcessor final : public TQvRfDataProcessor {
   [[nodiscard]] bool ReadDatumOrEllipsoid(TStringTree* tree, TRecordImage* image);
   [[nodiscard]] bool ReadOptionalPrimary(TStringTree* tree, TRecordImage* image);
   [[nodiscard]] bool ReadVertical(TStringTree* tree, TRecordImage* image);
+  [[nodiscard]] bool HasSameHeights(const TRecordImage& image, QvPlatform::TRowView row) const;
 
   // Field numbers in the file.
   struct Columns {

@@ -231,6 +231,10 @@ class TQvWriteGroup {
   TQvWriteGroup& operator=(const TQvWriteGroup&) = delete;
   /// Throws StorageError if the store refuses; everything the group wrote is then undone.
   void Commit();
+  /// For what lies beside the tables and takes no part in their transaction, such as plain files:
+  /// `done` runs once the outermost group has committed, `undone` once what this group wrote is
+  /// undone, the last call first. Either may be empty; what they throw is dropped.
+  void AtEnd(std::function<void()> done, std::function<void()> undone);
 
  private:
   struct Impl;

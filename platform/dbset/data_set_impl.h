@@ -140,7 +140,19 @@ class WriteGroupState {
   /// Ends the transaction, undoing what was not committed, and sets the members free.
   void End() noexcept;
 
+  /// What is to happen beside the tables when the group ends.
+  struct Follower {
+    std::function<void()> done;
+    std::function<void()> undone;
+  };
+  void AddFollower(Follower follower) { followers_.push_back(std::move(follower)); }
+  [[nodiscard]] std::size_t FollowerCount() const { return followers_.size(); }
+  void TellDone() noexcept;
+  /// Tells those from the given one on, the last one first, and forgets them.
+  void TellUndone(std::size_t first) noexcept;
+
  private:
+  std::vector<Follower> followers_;
   std::vector<DataSetImpl*> members_;
   std::unique_ptr<detail::StoreTransaction> transaction_;
 };

@@ -30,6 +30,15 @@ std::shared_ptr<WriteGroupState> OuterGroup(const std::vector<DataSetImpl*>& mem
   return outer;
 }
 
+// What lies beside the tables stays behind where it cannot be cleared away.
+void RunQuietly(const std::function<void()>& action) noexcept {
+  try {
+    if (action) action();
+  } catch (...) {
+    return;
+  }
+}
+
 }  // namespace
 
 WriteGroupState::WriteGroupState(std::vector<DataSetImpl*> members)
@@ -43,9 +52,24 @@ void WriteGroupState::End() noexcept {
     member->LeaveGroup();
 }
 
+void WriteGroupState::TellDone() noexcept {
+  for (const Follower& follower : std::exchange(followers_, {}))
+    RunQuietly(follower.done);
+}
+
+void WriteGroupState::TellUndone(std::size_t first) noexcept {
+  while (followers_.size() > first) {
+    const Follower follower = std::move(followers_.back());
+    followers_.pop_back();
+    RunQuietly(follower.undone);
+  }
+}
+
 struct TQvWriteGroup::Impl {
   /// Null for a group of nothing.
   std::shared_ptr<WriteGroupState> state;
+  /// Number of the first follower that belongs to this group or to one inside of it.
+  std::size_t firstFollower = 0;
   bool outermost = false;
   bool committed = false;
 };
@@ -63,6 +87,7 @@ TQvWriteGroup::TQvWriteGroup(const std::vector<TQvDataSet*>& dataSets)
   impl_->state = OuterGroup(members);
   if (impl_->state != nullptr) {
     impl_->state->Transaction().PushLevel();
+    impl_->firstFollower = impl_->state->FollowerCount();
     return;
   }
   impl_->state = std::make_shared<WriteGroupState>(members);
@@ -78,6 +103,7 @@ TQvWriteGroup::~TQvWriteGroup() {
   } else {
     impl_->state->Transaction().UndoLevel();
   }
+  impl_->state->TellUndone(impl_->firstFollower);
 }
 
 void TQvWriteGroup::Commit() {
@@ -93,9 +119,19 @@ void TQvWriteGroup::Commit() {
     impl_->state->Transaction().Commit();
   } catch (...) {
     impl_->state->End();
+    impl_->state->TellUndone(0);
     throw;
   }
   impl_->state->End();
+  impl_->state->TellDone();
+}
+
+void TQvWriteGroup::AtEnd(std::function<void()> done, std::function<void()> undone) {
+  if (impl_->state != nullptr) {
+    impl_->state->AddFollower({std::move(done), std::move(undone)});
+  } else {
+    RunQuietly(done);
+  }
 }
 
 }  // namespace QvPlatform

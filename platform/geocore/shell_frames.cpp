@@ -61,8 +61,9 @@ void EllipsoidShape::ToCartesian(std::span<TShellPoint> points) const {
   for (TShellPoint& point : points) {
     if (point.First == HUGE_VAL) continue;
     const double sine = std::sin(point.Second);
-    // The cosine of the double next to 90 degrees is 6e-17: a pole is a pole.
-    const double cosine = std::abs(sine) == 1 ? 0 : std::cos(point.Second);
+    // The cosine of the double nearest to 90 degrees is 6e-17: a pole is a pole.
+    const double nearPole = std::cos(point.Second);
+    const double cosine = std::abs(nearPole) < 1e-16 ? 0 : nearPole;
     const double normal = a / std::sqrt(1 - e2 * sine * sine);
     const double out = (normal + point.Third) * cosine;
     point = {out * std::cos(point.First), out * std::sin(point.First),

@@ -105,6 +105,8 @@ void Definition::EnterProjection(std::span<TShellPoint> points) const {
   ToMetres(points);
   if (equidistant_) {
     equidistant_->Unproject(points);
+  } else if (HasRoughInverse(model_.projection->method)) {
+    UnprojectExactly(projection_, points);
   } else {
     Unproject(projection_, points);
   }

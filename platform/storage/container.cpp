@@ -188,6 +188,17 @@ bool Container::FindBlob(const std::string& resource, Blob* blob) {
   return true;
 }
 
+std::vector<std::string> Container::BlobNames(const std::string& prefix) {
+  Statement query = session_->Db().Prepare(
+      "SELECT name FROM qv_blobs WHERE lower(substr(name, 1, length(?1))) = lower(?1) "
+      "AND length(name) > length(?1) ORDER BY id");
+  query.BindText(1, prefix);
+  std::vector<std::string> names;
+  while (query.Step())
+    names.emplace_back(query.ColumnText(0));
+  return names;
+}
+
 std::string Container::ReadTable(const std::string& resource) {
   const ReadScope scope(*session_);
   return MakeTableImage(session_->Db(), resource);

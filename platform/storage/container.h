@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/storage/session.h"
 
@@ -43,6 +44,9 @@ class Container {
   [[nodiscard]] Session& Transactions() { return *session_; }
   [[nodiscard]] bool HasTable(const std::string& resource);
   [[nodiscard]] bool FindBlob(const std::string& resource, Blob* blob);
+  /// Names of all blobs that begin with the prefix and go on behind it, in the order of their
+  /// making.
+  [[nodiscard]] std::vector<std::string> BlobNames(const std::string& prefix);
   /// Bytes of a table file with the records of a table.
   [[nodiscard]] std::string ReadTable(const std::string& resource);
   /// One part of a blob, each but the last of kPartSize bytes. Throws if it has been replaced.

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Streams over files and over the named resources of a container.
 namespace QvPlatform {
@@ -84,6 +85,10 @@ class TQvResourceSession final : public TQvStream {
   void Close() noexcept override;
 
   [[nodiscard]] static bool Exists(const std::string& name);
+  /// What follows the prefix in the names of those resources that begin with it and are no record
+  /// tables. The prefix is a container's path, "." and the beginning of the resources' own names.
+  /// Throws StorageError if the container cannot be read.
+  [[nodiscard]] static std::vector<std::string> NamesBehind(const std::string& prefix);
   /// True if the resource was there and is gone.
   [[nodiscard]] static bool Delete(const std::string& name);
 

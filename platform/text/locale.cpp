@@ -1,6 +1,7 @@
 #include <unicode/ucasemap.h>
 #include <unicode/ucol.h>
 #include <unicode/uloc.h>
+#include <unicode/unum.h>
 #include <unicode/ustring.h>
 
 #include <algorithm>
@@ -27,6 +28,9 @@ struct CaseMapCloser {
 };
 struct CollatorCloser {
   void operator()(UCollator* collator) const { ucol_close(collator); }
+};
+struct NumberFormatCloser {
+  void operator()(UNumberFormat* format) const { unum_close(format); }
 };
 
 std::int32_t IcuLength(std::size_t size) {
@@ -87,8 +91,8 @@ class Utf16 {
 
 /// The user's own choice in the order in which POSIX looks it up; ICU's view of the system where
 /// nothing is chosen.
-std::string EnvironmentLocale() {
-  for (const char* variable : {"LC_ALL", "LC_COLLATE", "LANG"}) {
+std::string EnvironmentLocale(const char* category) {
+  for (const char* variable : {"LC_ALL", category, "LANG"}) {
     const char* value = std::getenv(variable);
     if (value != nullptr && *value != '\0') return value;
   }
@@ -97,8 +101,8 @@ std::string EnvironmentLocale() {
 
 /// The name as ICU knows it. "C" and "POSIX" say nothing of a language and stand for the root
 /// locale, whose order people can read, rather than for the order of the bytes.
-std::string IcuLocale(std::string name) {
-  if (name.empty()) name = EnvironmentLocale();
+std::string IcuLocale(std::string name, const char* category) {
+  if (name.empty()) name = EnvironmentLocale(category);
   const std::string base = name.substr(0, name.find_first_of(".@"));
   if (base == "C" || base == "POSIX" || base == "c" || base == "en_US_POSIX") return "";
   std::array<char, kLocaleNameSpace> buffer{};
@@ -120,11 +124,28 @@ bool HasOwnAsciiCase(const std::string& locale) {
   return U_FAILURE(status) || found == "tr" || found == "az" || found == "lt";
 }
 
+/// A locale that ICU does not know separates as C does.
+std::string DecimalSeparatorOf(const std::string& locale) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<UNumberFormat, NumberFormatCloser> format(
+      unum_open(UNUM_DECIMAL, nullptr, 0, locale.c_str(), nullptr, &status));
+  std::array<UChar, 8> symbol{};
+  const std::int32_t length =
+      U_FAILURE(status) ? 0
+                        : unum_getSymbol(format.get(), UNUM_DECIMAL_SEPARATOR_SYMBOL, symbol.data(),
+                                         static_cast<std::int32_t>(symbol.size()), &status);
+  std::array<char, 32> text{};
+  std::int32_t size = 0;
+  u_strToUTF8(text.data(), static_cast<std::int32_t>(text.size()), &size, symbol.data(), length,
+              &status);
+  return U_FAILURE(status) || size == 0 ? "." : std::string(text.data());
+}
+
 /// The rules of one language.
 class UserLocale {
  public:
   explicit UserLocale(const std::string& name) {
-    const std::string locale = IcuLocale(name);
+    const std::string locale = IcuLocale(name, "LC_COLLATE");
     UErrorCode status = U_ZERO_ERROR;
     caseMap_.reset(ucasemap_open(locale.c_str(), 0, &status));
     collator_.reset(ucol_open(locale.c_str(), &status));
@@ -133,15 +154,18 @@ class UserLocale {
                                "\": " + u_errorName(status));
     }
     asciiCase_ = !HasOwnAsciiCase(locale);
+    decimalSeparator_ = DecimalSeparatorOf(IcuLocale(name, "LC_NUMERIC"));
   }
 
   [[nodiscard]] std::string UpperCase(std::string_view text) const;
   [[nodiscard]] std::string CollationKey(std::string_view text) const;
+  [[nodiscard]] const std::string& DecimalSeparator() const { return decimalSeparator_; }
 
  private:
   std::unique_ptr<UCaseMap, CaseMapCloser> caseMap_;
   std::unique_ptr<UCollator, CollatorCloser> collator_;
   bool asciiCase_ = true;
+  std::string decimalSeparator_;
 };
 
 std::string UserLocale::UpperCase(std::string_view text) const {
@@ -208,6 +232,28 @@ std::string UpperCase(std::string_view text) {
 
 std::string CollationKey(std::string_view text) {
   return Current().rules->CollationKey(text);
+}
+
+std::string DecimalSeparator() {
+  return Current().rules->DecimalSeparator();
+}
+
+std::string DoubleToUserText(double value) {
+  std::string text = DoubleToText(value);
+  const std::size_t point = text.find('.');
+  if (point != std::string::npos) text.replace(point, 1, DecimalSeparator());
+  return text;
+}
+
+bool UserTextToDouble(std::string_view text, double* out) {
+  const std::string separator = DecimalSeparator();
+  std::string number(text);
+  if (separator != ".") {
+    if (number.find('.') != std::string::npos) return false;
+    const std::size_t at = number.find(separator);
+    if (at != std::string::npos) number.replace(at, separator.size(), ".");
+  }
+  return TextToDouble(number, out);
 }
 
 void SetUserLocale(const std::string& name) {

@@ -5,7 +5,8 @@
 #include <string_view>
 
 /// Text as the whole system treats it: UTF-8 everywhere, case and order by the user's locale
-/// (ICU), numbers in the C notation whatever the process locale says.
+/// (ICU), numbers in the C notation whatever the process locale says, but for the few that a user
+/// reads and types in the notation of his own.
 namespace QvPlatform {
 
 /// Without the blanks and control characters (U+0000 to U+0020) at both ends.
@@ -21,8 +22,16 @@ namespace QvPlatform {
 /// Bytes whose memcmp order is the collation order of the texts under the user's locale.
 [[nodiscard]] std::string CollationKey(std::string_view text);
 
-/// Sets the locale of UpperCase and CollationKey by its BCP 47 or POSIX name ("" is the
-/// environment's). For hosts that know their user better, and for tests. Not thread-safe.
+/// What parts the whole from the fraction of a number in the user's locale; a decimal comma, say.
+[[nodiscard]] std::string DecimalSeparator();
+/// DoubleToText with the decimal separator of the user's locale.
+[[nodiscard]] std::string DoubleToUserText(double value);
+/// Reads what TextToDouble reads, with the decimal separator of the user's locale and no other.
+/// Thousands are not parted: a point or comma in the wrong place must not make another number.
+[[nodiscard]] bool UserTextToDouble(std::string_view text, double* out);
+
+/// Sets the locale of UpperCase, CollationKey and the user's numbers by its BCP 47 or POSIX name
+/// ("" is the environment's). For hosts that know their user better, and for tests. Not thread-safe.
 void SetUserLocale(const std::string& name);
 /// Changes whenever SetUserLocale does; what was made under another number may be out of order.
 [[nodiscard]] unsigned UserLocaleVersion();

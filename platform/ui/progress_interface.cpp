@@ -1,8 +1,13 @@
 #include "platform/ui/progress_interface.h"
 
+#include <algorithm>
+
 namespace QvRefSystem {
 
 namespace {
+
+/// More steps than that no bar on a screen can show.
+constexpr int kMostShown = 1000;
 
 thread_local TProgressDisplay* innermost = nullptr;
 
@@ -23,12 +28,19 @@ TProgressDisplay::~TProgressDisplay() {
 int TProgressDisplay::Next() {
   TProgressDisplay* display = innermost;
   if (display == nullptr || display->progress_ == nullptr) return 0;
-  if (!display->progress_->Next()) display->cancelled_ = true;
+  if (++display->taken_ >= display->stepsAtATime_) {
+    display->taken_ = 0;
+    if (!display->progress_->Next()) display->cancelled_ = true;
+  }
   return display->cancelled_ ? 1 : 0;
 }
 
 void TProgressDisplay::SetMax(int count) {
-  if (innermost != nullptr && innermost->progress_ != nullptr) innermost->progress_->SetMax(count);
+  TProgressDisplay* display = innermost;
+  if (display == nullptr || display->progress_ == nullptr) return;
+  display->taken_ = 0;
+  display->stepsAtATime_ = std::max(1, count / kMostShown);
+  display->progress_->SetMax(count / display->stepsAtATime_);
 }
 
 }  // namespace QvRefSystem

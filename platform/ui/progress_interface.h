@@ -22,6 +22,10 @@ struct TProgressInterface {
 /// Shows the course of one operation to the user while it lives, and lends it to computations as a
 /// TProgressInterface. Displays may nest: the functions act on the innermost one of the thread that
 /// made it.
+///
+/// A computation may take millions of steps, which no display could follow: where more than some
+/// thousand are announced, the display takes many of them for one of an accordingly smaller count.
+/// Without an announcement it is told each of them.
 class TProgressDisplay {
  public:
   /// Options of a display whose count the work announces by SetMax, and of one that runs free.
@@ -45,6 +49,9 @@ class TProgressDisplay {
   TProgressInterface interface_;
   std::unique_ptr<QvPlatform::TProgress> progress_;
   TProgressDisplay* outer_;
+  /// Steps of the computation that make one step of the display, and those taken since the last.
+  int stepsAtATime_ = 1;
+  int taken_ = 0;
   bool cancelled_ = false;
 };
 

@@ -16,10 +16,10 @@ struct KindRow {
 };
 
 // In the order of MessageKind.
-constexpr KindRow kKinds[] = {{QMessageBox::NoIcon, "Reference systems"},
-                              {QMessageBox::Warning, "Warning"},
-                              {QMessageBox::Critical, "Error"},
-                              {QMessageBox::Question, "Confirmation"}};
+constexpr KindRow kKinds[] = {{QMessageBox::NoIcon, Translatable("Reference systems")},
+                              {QMessageBox::Warning, Translatable("Warning")},
+                              {QMessageBox::Critical, Translatable("Error")},
+                              {QMessageBox::Question, Translatable("Confirmation")}};
 
 struct ButtonRow {
   QMessageBox::StandardButton button;
@@ -52,6 +52,7 @@ class TQtProgress final : public TProgress {
     dialog_.setValue(dialog_.value() < 0 ? 1 : dialog_.value() + 1);
     return !dialog_.wasCanceled();
   }
+  void SetMax(int count) override { dialog_.setMaximum(count); }
 
  private:
   QProgressDialog dialog_;

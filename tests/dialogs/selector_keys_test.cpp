@@ -10,6 +10,7 @@
 #include "dialogs/edit_base.h"
 #include "platform/widgets/data_grid.h"
 #include "tests/dialogs/dialog_fixture.h"
+#include "tests/support/sample_trees.h"
 
 namespace refframe_tests {
 namespace {
@@ -24,18 +25,23 @@ using enum QvRefSystem::TObjectType;
 // An edit dialog that does at once what its test says.
 class ScriptedEdit : public TformQvRfEdit {
  public:
-  using TformQvRfEdit::TformQvRfEdit;
-  bool EditCurrent() override {
-    calls += "edit ";
-    return onEdit ? onEdit() : false;
+  explicit ScriptedEdit(TformQvRfSelector* owner)
+      : TformQvRfEdit(owner, owner->Processor->Descriptor().type) {
+    owner->EditForm = this;
   }
-  bool CreateNew() override {
+  std::string calls;
+  std::function<bool()> onNew;
+
+ protected:
+  bool EditRecord() override {
+    calls += "edit ";
+    return false;
+  }
+  bool NewRecord() override {
     calls += "new ";
     return onNew ? onNew() : false;
   }
-  std::string calls;
-  std::function<bool()> onEdit;
-  std::function<bool()> onNew;
+  bool StoreRecord() override { return false; }
 };
 
 class SelectorKeys : public DialogTest {
@@ -142,6 +148,7 @@ TEST_F(SelectorKeys, ANameIsChosenFromTheSearchField) {
        "Clarke 1880 (IGN)"},
       {"down, up, and back again", "clarke", {Qt::Key_Down, Qt::Key_Up, Qt::Key_Return}, ""},
   };
+  database_.data->DialogMode = QvRefSystem::kSimpleMode;
   for (const auto& row : rows) {
     const bool chosen = Choose([&](QDialog& form) {
       Search(form, row.text);
@@ -170,10 +177,8 @@ TEST_F(SelectorKeys, FocusGoesBetweenSearchFieldAndListByArrows) {
   });
 }
 
-TEST_F(SelectorKeys, EnterEditsWhereThereIsAnEditDialogAndElseChooses) {
-  EXPECT_TRUE(Choose([](QDialog& form) { Press(form, "dbgridList", Qt::Key_Return); }));
+TEST_F(SelectorKeys, EnterEditsWhereEditingIsOfferedAndElseChooses) {
   ScriptedEdit edit(&selector_);
-  selector_.EditForm = &edit;
   EXPECT_FALSE(Choose([](QDialog& form) { Press(form, "dbgridList", Qt::Key_Return); }));
   EXPECT_EQ(edit.calls, "edit ");
   database_.data->DialogMode = QvRefSystem::kSimpleMode;
@@ -185,19 +190,16 @@ TEST_F(SelectorKeys, KeysDoWhatTheirButtonsOffer) {
   ScriptedEdit edit(&selector_);
   const struct {
     const char* name;
-    bool hasEdit;
     signed char mode;
     Qt::Key key;
     const char* calls;
     int left;
-  } rows[] = {{"Insert", true, 2, Qt::Key_Insert, "new ", 7},
-              {"Insert without an edit dialog", false, 2, Qt::Key_Insert, "", 7},
-              {"Insert in simple mode", true, 1, Qt::Key_Insert, "", 7},
-              {"Delete in simple mode", true, 1, Qt::Key_Delete, "", 7},
-              {"Delete", false, 2, Qt::Key_Delete, "", 6}};
+  } rows[] = {{"Insert", 2, Qt::Key_Insert, "new ", 7},
+              {"Insert in simple mode", 1, Qt::Key_Insert, "", 7},
+              {"Delete in simple mode", 1, Qt::Key_Delete, "", 7},
+              {"Delete", 2, Qt::Key_Delete, "", 6}};
   for (const auto& row : rows) {
     edit.calls.clear();
-    selector_.EditForm = row.hasEdit ? &edit : nullptr;
     database_.data->DialogMode = row.mode;
     Choose([&](QDialog& form) { Press(form, "dbgridList", row.key); });
     EXPECT_EQ(edit.calls, row.calls) << row.name;
@@ -208,7 +210,6 @@ TEST_F(SelectorKeys, KeysDoWhatTheirButtonsOffer) {
 TEST_F(SelectorKeys, OnTypeListsInsertAndDeleteDoNothing) {
   const std::unique_ptr<TformQvRfSelector> types(GetSelectorFor(nullptr, 12));
   ScriptedEdit edit(types.get());
-  types->EditForm = &edit;
   ScreenUser user;
   user.In<TformQvRfSelector>([&](QDialog& form) {
     Press(form, "dbgridList", Qt::Key_Insert);
@@ -224,7 +225,6 @@ TEST_F(SelectorKeys, OnTypeListsInsertAndDeleteDoNothing) {
 
 TEST_F(SelectorKeys, ANewRecordShowsWhateverTheFilterWas) {
   ScriptedEdit edit(&selector_);
-  selector_.EditForm = &edit;
   edit.onNew = [this] { return Add(TableId::kEllipsoid, "Hayford") != 0; };
   Choose([](QDialog& form) {
     Search(form, "clarke");
@@ -258,6 +258,29 @@ TEST_F(SelectorKeys, AfterARemovalTheNeighbourInSightIsCurrent) {
     Click(form, "bitbtnRemove");
     EXPECT_EQ(MarkedName(form), "Airy 1830") << "a No leaves everything";
   });
+}
+
+TEST_F(SelectorKeys, AHeightSystemGoesWithItsFileOnceTheUserSaysYes) {
+  auto& heights = database_.Processor(kVerticalReferenceSystem);
+  ASSERT_GT(heights.InsertFromTree(MakeTree(HeightTableTree).get()), 0);
+  const std::unique_ptr<TformQvRfSelector> selector(
+      GetSelectorFor(nullptr, static_cast<int>(kVerticalReferenceSystem)));
+  ASSERT_NE(selector, nullptr);
+  const auto fileCount = [this] {
+    return QvRefSystem::ListStorageFiles(database_.data->GetHeightsPrefix(), false).size();
+  };
+  database_.ui.answers = {QvPlatform::MessageAnswer::kNo};
+  ScreenUser user;
+  user.In<TformQvRfSelector>([&](QDialog& form) {
+    EXPECT_EQ(ListedNames(form), "Alps");
+    Click(form, "bitbtnRemove");
+    EXPECT_EQ(fileCount(), 1U);
+    Click(form, "bitbtnRemove");
+    EXPECT_EQ(fileCount(), 0U);
+    form.reject();
+  });
+  EXPECT_FALSE(selector->Select(nullptr, 0, false, nullptr, 0));
+  EXPECT_EQ(heights.DataSet->RecordCount(), 0);
 }
 
 TEST_F(SelectorKeys, SearchButtonsGoFromMatchToMatchAndTellTheEnd) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "tests/support/sample_trees.h"
 #include "tests/support/test_database.h"
 
@@ -185,9 +187,12 @@ TEST_F(ReferenceSystems, RefuseTreesThatAreNotWhole) {
     }
     EXPECT_EQ(Systems().InsertFromTree(tree.get()), 0) << row.name;
   }
-  const TreePtr stored = MakeTree(SystemTree, 4);
-  TreeBuilder(stored.get()).Sub(1500).Field(1501, "2");
-  EXPECT_EQ(Systems().InsertFromTree(stored.get()), 0);
+  const TreePtr kindless = MakeTree(SystemTree, 4);
+  TreeBuilder(kindless.get()).Sub(1500).Field(1502, "heights");
+  EXPECT_EQ(Systems().InsertFromTree(kindless.get()), 0);
+  const TreePtr geoid = MakeTree(SystemTree, 4);
+  TreeBuilder(geoid.get()).Sub(1500).Field(1501, "3");
+  EXPECT_EQ(Systems().InsertFromTree(geoid.get()), 0);
   const TreePtr unknown = MakeTree(SystemTree, 4);
   TreeBuilder(unknown.get()).Sub(1500).Field(1501, "9");
   EXPECT_THROW(Systems().InsertFromTree(unknown.get()), QvRefSystem::InvalidTypeError);
@@ -247,6 +252,140 @@ TEST_F(ReferenceSystems, StoreWhatTheyAreBuiltFromOnceForAll) {
   EXPECT_EQ(database_.data->datasetDatum.RecordCount(), 1);
   EXPECT_EQ(database_.data->datasetPrimeMeridian.RecordCount(), 1);
   EXPECT_EQ(database_.data->datasetMapProj.RecordCount(), 1);
+}
+
+// Heights of a system, of each kind, in both forms of a database.
+class SystemsWithHeights : public testing::TestWithParam<bool> {
+ protected:
+  struct Sample {
+    const char* name;
+    void (*write)(TreeBuilder);
+    int records;
+    int files;
+  };
+  static constexpr Sample kSamples[] = {{"table", HeightTableTree, 1, 1},
+                                        {"offset", HeightOffsetTree, 1, 0},
+                                        {"geoid", SystemGeoidTree, 0, 0}};
+  [[nodiscard]] QvRefSystem::TQvRfDataProcessor& Systems() const {
+    return database_.Processor(kReferenceSystem);
+  }
+  [[nodiscard]] int Records() const {
+    return database_.data->datasetVerticalRefSystem.RecordCount();
+  }
+  [[nodiscard]] int Files() const {
+    return static_cast<int>(
+        QvRefSystem::ListStorageFiles(database_.data->GetHeightsPrefix(), GetParam()).size());
+  }
+  static TreePtr Tree(int kind, void (*heights)(TreeBuilder)) {
+    TreePtr tree = MakeTree(SystemTree, kind);
+    heights(TreeBuilder(tree.get()).Sub(1500));
+    return tree;
+  }
+  [[nodiscard]] int Insert(int kind, void (*heights)(TreeBuilder)) const {
+    return Systems().InsertFromTree(Tree(kind, heights).get());
+  }
+  void SetField(const char* name, int value) const {
+    Systems().DataSet->Edit();
+    Systems().DataSet->FieldByName(name).SetInteger(value);
+    Systems().DataSet->Post();
+  }
+  TestDatabase database_{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(Forms, SystemsWithHeights, testing::Bool(),
+                         [](const auto& form) { return form.param ? "Container" : "Folder"; });
+
+TEST_P(SystemsWithHeights, AreFoundAgainByWhatTheyWrite) {
+  for (const int kind : {4, 5}) {
+    for (const Sample& sample : kSamples) {
+      const int records = Records() + sample.records;
+      const int files = Files() + sample.files;
+      const int key = Insert(kind, sample.write);
+      ASSERT_GT(key, 0) << sample.name;
+      EXPECT_EQ(Records(), records) << sample.name;
+      EXPECT_EQ(Files(), files) << sample.name;
+      TStringTree written;
+      ASSERT_TRUE(Systems().WriteToTree(&written, 0, 0)) << sample.name;
+      ASSERT_NE(FindSubtree(&written, 1500, 0), nullptr) << sample.name;
+      TStringTree fromText;
+      ReadTreeText(WriteTreeText(&written), &fromText);
+      ASSERT_TRUE(SameTree(&written, &fromText)) << sample.name;
+      TStringTree fromXml;
+      ReadTreeXml(WriteTreeXml(&written), &fromXml);
+      ASSERT_TRUE(SameTree(&written, &fromXml)) << sample.name;
+      const std::vector<int> counts = database_.Counts();
+      EXPECT_EQ(Systems().InsertFromTree(&fromText), key) << sample.name;
+      EXPECT_EQ(Systems().InsertFromTree(&fromXml), key) << sample.name;
+      EXPECT_EQ(database_.Counts(), counts) << sample.name;
+      EXPECT_EQ(Files(), files) << sample.name;
+      TStringTree again;
+      ASSERT_TRUE(Systems().WriteToTree(&again, 0, 0)) << sample.name;
+      EXPECT_TRUE(SameTree(&written, &again)) << "the found system keeps its heights";
+    }
+  }
+}
+
+TEST_P(SystemsWithHeights, DifferByTheirHeights) {
+  const int none = Systems().InsertFromTree(MakeTree(SystemTree, 4).get());
+  std::set<int> keys{none};
+  for (const Sample& sample : kSamples)
+    keys.insert(Insert(4, sample.write));
+  keys.insert(Insert(4, [](TreeBuilder tree) {
+    tree.Field(1512, "17");
+    HeightTableTree(tree);
+  }));
+  EXPECT_EQ(keys.size(), 5U);
+  EXPECT_FALSE(keys.contains(0));
+  EXPECT_EQ(Systems().InsertFromTree(MakeTree(SystemTree, 4).get()), none);
+  // Heights that are not whole are none.
+  EXPECT_EQ(Insert(4, [](TreeBuilder tree) { tree.Field(1501, "2"); }), none);
+  EXPECT_EQ(Records(), 3);
+  EXPECT_EQ(Files(), 2);
+}
+
+TEST_P(SystemsWithHeights, OfOtherKindsOnlyWriteThem) {
+  database_.data->ShowImportExport = true;
+  ASSERT_GT(Insert(4, HeightOffsetTree), 0);
+  const int vertical = Systems().DataSet->FieldByName("VERT_SYSTEM_AUTOKEY").AsInteger();
+  for (const int kind : {1, 2, 3, 6}) {
+    const int records = Records();
+    const int key = Insert(kind, HeightTableTree);
+    ASSERT_GT(key, 0) << kind;
+    EXPECT_EQ(Records(), records) << "heights are not read by kind " << kind;
+    SetField("VERT_SYSTEM_AUTOKEY", vertical);
+    TStringTree tree;
+    ASSERT_TRUE(Systems().WriteToTree(&tree, 0, 0)) << kind;
+    EXPECT_EQ(FindField(&tree, 1120, 0) != nullptr, kind == 6) << kind;
+    const TStringTree* heights = FindSubtree(&tree, 1500, 0);
+    ASSERT_NE(heights, nullptr) << kind;
+    std::string offset;
+    EXPECT_TRUE(heights->GetString(1513, 0, &offset));
+    EXPECT_EQ(offset, "-2.33");
+    EXPECT_EQ(Systems().InsertFromTree(&tree), key) << "heights are not compared by kind " << kind;
+  }
+}
+
+TEST_P(SystemsWithHeights, TakeThemAlongWhenTheyGo) {
+  const int offset = Insert(4, HeightOffsetTree);
+  ASSERT_GT(Insert(5, HeightTableTree), 0);
+  database_.ui.answers = {QvPlatform::MessageAnswer::kNo};
+  EXPECT_TRUE(Systems().DeleteRecord(nullptr));
+  EXPECT_EQ(Files(), 1);
+  EXPECT_TRUE(Systems().DeleteRecord(nullptr));
+  EXPECT_EQ(Records(), 1);
+  EXPECT_EQ(Files(), 0);
+  ASSERT_TRUE(Systems().LocateKey(offset));
+  TStringTree tree;
+  EXPECT_TRUE(Systems().WriteToTree(&tree, 0, 0));
+  EXPECT_TRUE(Systems().DeleteRecord(nullptr));
+  EXPECT_EQ(Records(), 0);
+}
+
+TEST_P(SystemsWithHeights, AreNotWrittenWithTwoKindsOfThem) {
+  ASSERT_GT(Insert(4, HeightOffsetTree), 0);
+  SetField("VERT_SYSTEM_CODE", 5773);
+  TStringTree tree;
+  EXPECT_FALSE(Systems().WriteToTree(&tree, 0, 0));
 }
 
 }  // namespace

@@ -37,6 +37,14 @@ void TranslationTree(TreeBuilder tree);
 void PositionVectorTree(TreeBuilder tree);
 void DatumTree(TreeBuilder tree);
 void ProjectionTree(TreeBuilder tree);
+/// The text of a height file of two by three nodes, and the checksum that belongs to it.
+[[nodiscard]] const std::string& HeightText();
+[[nodiscard]] int HeightCrc();
+/// Height systems with a table (as a tree holds it, on one line), with an offset in metres, and a
+/// built-in one, EGM96.
+void HeightTableTree(TreeBuilder tree);
+void HeightOffsetTree(TreeBuilder tree);
+void SystemGeoidTree(TreeBuilder tree);
 /// A system of kind 1 to 6; a projected one with a stored primary of GeoTIFF code 4267.
 void SystemTree(TreeBuilder tree, int kind);
 

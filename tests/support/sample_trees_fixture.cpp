@@ -1,3 +1,6 @@
+#include <algorithm>
+
+#include "platform/storage/stream.h"
 #include "tests/support/sample_trees.h"
 
 namespace refframe_tests {
@@ -78,6 +81,37 @@ void ProjectionTree(TreeBuilder tree) {
   DegreeTree(tree.Sub(6090));
   UnityTree(tree.Sub(6092));
   tree.Field(102007, "16017");
+}
+
+const std::string& HeightText() {
+  static const std::string kText =
+      "54 55 36 38 1 1\n20.125\t20.250\t20.375\t\n19.500\t-19.625\t19.750\t\n";
+  return kText;
+}
+
+int HeightCrc() {
+  return static_cast<int>(QvPlatform::Crc32(HeightText()));
+}
+
+void HeightTableTree(TreeBuilder tree) {
+  std::string line = HeightText();
+  std::ranges::replace(line, '\t', ' ');
+  std::ranges::replace(line, '\n', ' ');
+  tree.Field(1502, "Alps").Field(1503, "A table").Field(1504, "ALP").Field(1501, "1");
+  tree.Field(1512, std::to_string(HeightCrc())).Field(1511, line);
+  tree.Field(1515, "55").Field(1516, "38").Field(1517, "54").Field(1518, "36");
+  tree.Field(1519, "1").Field(1520, "1");
+}
+
+void HeightOffsetTree(TreeBuilder tree) {
+  tree.Field(1502, "Harbour").Field(1503, "An offset").Field(1504, "HBR").Field(1501, "2");
+  tree.Field(1513, "-2.33");
+  MetreTree(tree.Sub(1514));
+}
+
+void SystemGeoidTree(TreeBuilder tree) {
+  tree.Field(1502, "EGM96 height").Field(1503, "SystemGeoid; Code=5773");
+  tree.Field(1504, "EGM96 height").Field(1501, "3").Field(1521, "5773");
 }
 
 void SystemTree(TreeBuilder tree, int kind) {

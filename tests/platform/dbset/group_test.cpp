@@ -133,6 +133,51 @@ TEST_P(Groups, InsideOthersEndWithTheOuterOne) {
   EXPECT_THAT(Stored("b"), ElementsAre("second"));
 }
 
+TEST_P(Groups, TellWhatLiesBesideTheTablesHowTheyEnd) {
+  Table a = Open("a");
+  std::vector<std::string> told;
+  const auto follow = [&told](TQvWriteGroup& group, const std::string& name) {
+    group.AtEnd([&told, name] { told.push_back(name + " done"); },
+                [&told, name] {
+                  told.push_back(name + " undone");
+                  throw std::runtime_error("is dropped");
+                });
+  };
+  {
+    TQvWriteGroup outer({&a.set});
+    follow(outer, "first");
+    {
+      TQvWriteGroup kept({&a.set});
+      follow(kept, "kept");
+      kept.Commit();
+    }
+    {
+      TQvWriteGroup left({&a.set});
+      follow(left, "left");
+      {
+        TQvWriteGroup innermost({&a.set});
+        follow(innermost, "innermost");
+        innermost.Commit();
+      }
+    }
+    EXPECT_THAT(told, ElementsAre("innermost undone", "left undone"));
+    told.clear();
+    a.Add("x", 1);
+    outer.Commit();
+  }
+  EXPECT_THAT(told, ElementsAre("first done", "kept done"));
+  told.clear();
+  {
+    TQvWriteGroup outer({&a.set});
+    follow(outer, "first");
+    follow(outer, "second");
+    outer.AtEnd({}, {});
+    a.Add("y", 1);
+  }
+  EXPECT_THAT(told, ElementsAre("second undone", "first undone"));
+  EXPECT_THAT(Stored("a"), ElementsAre("x"));
+}
+
 TEST_P(Groups, TakeNoFurtherDataSetsInside) {
   Table a = Open("a");
   Table b = Open("b");

@@ -1,0 +1,328 @@
+#include "dialogs/described_edit.h"
+
+#include <QAbstractButton>
+#include <QButtonGroup>
+#include <QComboBox>
+#include <QFocusEvent>
+#include <QGuiApplication>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QToolTip>
+#include <QVBoxLayout>
+#include <stdexcept>
+
+#include "dialogs/guarded.h"
+#include "dialogs/selectors.h"
+#include "platform/text/text.h"
+#include "platform/widgets/limited_text.h"
+#include "platform/widgets/qt_text.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::ToQt;
+using QvPlatform::Translated;
+
+namespace {
+
+// Where the user has put a form and how large he has made it, while the program runs.
+struct Place {
+  std::optional<QPoint> position;
+  std::optional<QSize> size;
+};
+
+Place& PlaceOf(const TFormDescription& form) {
+  static std::map<std::string_view, Place> places;
+  return places[form.caption];
+}
+
+QString ReasonOf(TRefusal refusal) {
+  switch (refusal) {
+    case TRefusal::kEmpty:
+      return Translated("This must not be empty");
+    case TRefusal::kNoNumber:
+      return Translated("This is not a number; the decimal separator is \"%1\"")
+          .arg(ToQt(QvPlatform::DecimalSeparator()));
+    case TRefusal::kZero:
+      return Translated("This must not be 0");
+    case TRefusal::kNotChosen:
+      return Translated("One must be chosen");
+  }
+  return {};
+}
+
+}  // namespace
+
+TDescribedEdit::TDescribedEdit(QWidget* owner, const TFormDescription& form)
+    : TformQvRfEdit(owner, form.object), form_(form), record_(*Processor, form) {
+  setWindowTitle(Translated(form.caption));
+  BuildRows();
+}
+
+TDescribedEdit::~TDescribedEdit() = default;
+
+void TDescribedEdit::BuildRows() {
+  auto* column = new QVBoxLayout(this);
+  auto* place = new QVBoxLayout;
+  column->addLayout(place, 1);
+  TRowLayout layout(place);
+  // Tab walks the controls in the order of their making.
+  rows_.reserve(form_.rows.size());
+  for (const TFormRow& row : form_.rows) {
+    layout.Add(rows_.emplace_back(row, this));
+    ConnectRow(rows_.back());
+  }
+  BuildButtons(column);
+}
+
+void TDescribedEdit::BuildButtons(QVBoxLayout* place) {
+  auto* line = new QHBoxLayout;
+  bitbtnSave_ = new QPushButton(Translated("Save"), this);
+  bitbtnSave_->setObjectName("bitbtnSave");
+  bitbtnSave_->setDefault(true);
+  bitbtnClose_ = new QPushButton(Translated("Close"), this);
+  bitbtnClose_->setObjectName("bitbtnClose");
+  line->addStretch(1);
+  line->addWidget(bitbtnSave_);
+  line->addWidget(bitbtnClose_);
+  place->addLayout(line);
+  connect(bitbtnSave_, &QPushButton::clicked, this, [this] { Act([this] { bitbtnSaveClick(); }); });
+  connect(bitbtnClose_, &QPushButton::clicked, this, [this] { bitbtnCloseClick(); });
+}
+
+void TDescribedEdit::ConnectRow(TRowControls& row) {
+  const std::size_t at = rows_.size() - 1;
+  const TFormRow& spec = row.Row();
+  const bool typed = spec.kind == TRowKind::kText || spec.kind == TRowKind::kMemo;
+  if (typed) row.SetLimit(Processor->DataSet->FieldByName(spec.column).Definition().length);
+  if (spec.kind == TRowKind::kNumber) {
+    row.SetHint(Translated("A number; the decimal separator is \"%1\"")
+                    .arg(ToQt(QvPlatform::DecimalSeparator())));
+  }
+  if (row.Control() != nullptr) row.Control()->installEventFilter(this);
+  // A control that is refused while it has the focus is not entered again.
+  if (row.Line() != nullptr && spec.enteringClears) {
+    connect(row.Line(), &QLineEdit::textEdited, this, [this, at] { rows_[at].ClearMark(); });
+  }
+  if (row.Button() != nullptr) {
+    connect(row.Button(), &QPushButton::clicked, this,
+            [this, at] { Act([this, at] { ButtonClick(at); }); });
+  }
+  if (QAbstractButton* lead = row.LeadButton()) {
+    if (spec.leadKind == TLeadKind::kRadio) {
+      QButtonGroup*& group = choices_[spec.choice];
+      if (group == nullptr) group = new QButtonGroup(this);
+      group->addButton(lead);
+    }
+    connect(lead, &QAbstractButton::clicked, this, [this] { Act([this] { UpdateLeads(); }); });
+  }
+}
+
+void TDescribedEdit::Act(const std::function<void()>& action) {
+  Guarded(Data().Ui(), action);
+}
+
+TRowControls& TDescribedEdit::RowOf(std::string_view control) {
+  return rows_.at(QvRefSystem::RowOf(form_, control));
+}
+
+QAbstractButton& TDescribedEdit::LeadOf(std::string_view lead) {
+  for (const TRowControls& row : rows_) {
+    if (row.Row().lead == lead && row.LeadButton() != nullptr) return *row.LeadButton();
+  }
+  throw std::out_of_range("no radio button or check box " + std::string(lead));
+}
+
+void TDescribedEdit::SetChoice(int choice, std::string_view lead) {
+  QButtonGroup* group = choices_.at(choice);
+  group->setExclusive(false);
+  for (QAbstractButton* button : group->buttons())
+    button->setChecked(button->objectName().toStdString() == lead);
+  group->setExclusive(true);
+  UpdateLeads();
+}
+
+void TDescribedEdit::UpdateLeads() {
+  for (TRowControls& row : rows_) {
+    if (row.LeadButton() != nullptr) row.SetUsable(row.LeadButton()->isChecked());
+  }
+  OnLeads();
+}
+
+TformQvRfSelector& TDescribedEdit::SelectorOf(TObjectType object) {
+  TformQvRfSelector* selector = GetSelectorFor(this, static_cast<int>(object));
+  if (selector == nullptr) throw std::invalid_argument("no selector of this object type");
+  return *selector;
+}
+
+// Filling and running.
+
+bool TDescribedEdit::EditRecord() {
+  BeginRun(Processor->GetCurrentKey());
+  record_.Load();
+  BeginFilled();
+  // An object that refers to one of its own table has left the cursor there.
+  Processor->LocateKey(Key);
+  OnEditRecord();
+  return RunEdit();
+}
+
+bool TDescribedEdit::NewRecord() {
+  if (!form_.makesRecords) return false;
+  BeginRun(0);
+  record_.Clear();
+  BeginFilled();
+  OnNewRecord();
+  return RunEdit();
+}
+
+void TDescribedEdit::BeginFilled() {
+  ShowValues();
+  bitbtnSave_->setToolTip({});
+  for (TRowControls& row : rows_)
+    row.ClearMark();
+  UpdateLeads();
+}
+
+void TDescribedEdit::ShowValues() {
+  for (std::size_t at = 0; at < rows_.size(); ++at)
+    rows_[at].Show(record_.At(at));
+}
+
+// References.
+
+bool TDescribedEdit::Choose(const TFormRow& row) {
+  return SelectorOf(row.object).Select(nullptr, 0, true, nullptr, 0);
+}
+
+void TDescribedEdit::ButtonClick(std::size_t row) {
+  rows_[row].ClearMark();
+  const bool chosen = Choose(form_.rows[row]);
+  if (chosen) record_.TakeCurrent(row);
+  // Further down an object may have been renamed or removed.
+  record_.RefreshReferences();
+  for (std::size_t at = 0; at < rows_.size(); ++at) {
+    if (form_.rows[at].kind == TRowKind::kReference) rows_[at].Show(record_.At(at));
+  }
+  if (chosen) OnChosen(form_.rows[row]);
+}
+
+// Checking and storing.
+
+void TDescribedEdit::ReadControls() {
+  for (std::size_t at = 0; at < rows_.size(); ++at)
+    rows_[at].Read(&record_.At(at));
+  OnRead();
+}
+
+bool TDescribedEdit::CheckRows() {
+  bool ok = true;
+  for (std::size_t at = 0; at < rows_.size(); ++at) {
+    rows_[at].ClearMark();
+    if (!rows_[at].IsUsed()) continue;
+    const std::optional<TRefusal> refusal = record_.Check(at);
+    if (!refusal) continue;
+    rows_[at].Refuse(ErrorColour, ReasonOf(*refusal));
+    ok = false;
+  }
+  return CheckMore() && ok;
+}
+
+void TDescribedEdit::Refuse(std::string_view control, const QString& reason, const QColor& colour) {
+  RowOf(control).Refuse(colour.isValid() ? colour : ErrorColour, reason);
+}
+
+bool TDescribedEdit::StoreRecord() {
+  const bool located = Key == 0 || Processor->LocateKey(Key);
+  ReadControls();
+  const bool accepted = CheckRows();
+  if (!located) TellNotSaved(Translated("The object has been removed."));
+  return accepted && located && Write();
+}
+
+bool TDescribedEdit::Write() {
+  TFormRecord::TExtras extras;
+  extras.fields = [this](QvPlatform::TQvDataSet& dataSet) { WriteMore(dataSet); };
+  extras.tables = TablesBeside();
+  if (!extras.tables.empty()) extras.beside = [this](int key) { StoreBeside(key); };
+  try {
+    record_.Store(EditMode == 0, extras);
+    return true;
+  } catch (const std::exception& error) {
+    TellNotSaved(ToQt(error.what()));
+    return false;
+  }
+}
+
+// No box: the dialog stays as it is, and the tip of the button says what was in the way.
+void TDescribedEdit::TellNotSaved(const QString& why) {
+  const QString tip =
+      QStringLiteral("<qt>%1</qt>").arg(Translated("Not saved: %1").arg(why).toHtmlEscaped());
+  bitbtnSave_->setToolTip(tip);
+  QToolTip::showText(bitbtnSave_->mapToGlobal(QPoint(0, bitbtnSave_->height())), tip, bitbtnSave_);
+}
+
+// The window.
+
+void TDescribedEdit::FormShow(bool first) {
+  if (!first) return;
+  PlaceAndSize();
+  for (const TRowControls& row : rows_) {
+    if (row.Line() == nullptr || !row.Control()->isEnabled()) continue;
+    row.Control()->setFocus(Qt::OtherFocusReason);
+    break;
+  }
+}
+
+void TDescribedEdit::PlaceAndSize() {
+  const Place& kept = PlaceOf(form_);
+  const QScreen* shown = screen() != nullptr ? screen() : QGuiApplication::primaryScreen();
+  const QSize room = shown->availableSize();
+  const QSize share(static_cast<int>(room.width() * form_.width),
+                    static_cast<int>(room.height() * form_.height));
+  layout()->activate();
+  resize(kept.size.value_or(share).expandedTo(minimumSizeHint()));
+  if (kept.position) {
+    move(*kept.position);
+  } else {
+    PlaceAtOwner();
+  }
+  placed_ = QRect(pos(), size());
+}
+
+// What the user has changed is kept; the rest goes by its owner and the screen again.
+void TDescribedEdit::FormHide() {
+  Place& kept = PlaceOf(form_);
+  if (pos() != placed_.topLeft()) kept.position = pos();
+  if (size() != placed_.size()) kept.size = size();
+}
+
+bool TDescribedEdit::eventFilter(QObject* watched, QEvent* event) {
+  const bool entered = event->type() == QEvent::FocusIn &&
+                       static_cast<QFocusEvent*>(event)->reason() != Qt::ActiveWindowFocusReason &&
+                       static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason;
+  const bool pressed = event->type() == QEvent::MouseButtonPress;
+  if (entered || pressed) {
+    for (TRowControls& row : rows_) {
+      if (row.Control() != watched) continue;
+      if (row.Row().enteringClears) row.ClearMark();
+      // A click into the field of an unchosen radio button chooses it, so that the user can type.
+      QAbstractButton* lead = row.LeadButton();
+      if (pressed && row.Row().kind == TRowKind::kText && lead != nullptr && !lead->isChecked() &&
+          lead->isEnabled()) {
+        lead->click();
+      }
+    }
+  }
+  return TformQvRfEdit::eventFilter(watched, event);
+}
+
+void TDescribedEdit::changeEvent(QEvent* event) {
+  TformQvRfEdit::changeEvent(event);
+  if (event->type() != QEvent::PaletteChange) return;
+  for (TRowControls& row : rows_)
+    row.Paint();
+}
+
+}  // namespace QvRefSystem

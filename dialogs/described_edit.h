@@ -1,0 +1,103 @@
+#pragma once
+
+#include <vector>
+
+#include "dialogs/edit_base.h"
+#include "dialogs/row_controls.h"
+
+class QPushButton;
+class QVBoxLayout;
+
+namespace QvRefSystem {
+
+class TformQvRfSelector;
+
+/// An edit dialog made from the description of its form: it makes the controls, fills them, checks
+/// all of them on every attempt to save, marks what it refuses, and stores the record. A subclass
+/// adds only what its object alone does, in the hooks below.
+class TDescribedEdit : public TformQvRfEdit {
+  Q_OBJECT
+
+ public:
+  TDescribedEdit(QWidget* owner, const TFormDescription& form);
+  ~TDescribedEdit() override;
+
+ protected:
+  // What an object does beside its rows. The rows of a new record are empty or have their defaults
+  // when OnNewRecord is called; those of an edited one show the record, which is current.
+  virtual void OnNewRecord() {}
+  virtual void OnEditRecord() {}
+  /// Called when the controls have been read and before they are checked.
+  virtual void OnRead() {}
+  /// Checks what the rules of the rows do not; false if it has refused anything.
+  [[nodiscard]] virtual bool CheckMore() { return true; }
+  /// Writes fields of the pending record that no row holds.
+  virtual void WriteMore(QvPlatform::TQvDataSet& /*dataSet*/) {}
+  /// Tables of what belongs to the record beside it, and the writing of it; one transaction with
+  /// the record. Without tables StoreBeside is not called.
+  [[nodiscard]] virtual std::vector<QvPlatform::TQvDataSet*> TablesBeside() { return {}; }
+  virtual void StoreBeside(int /*key*/) {}
+  /// A lead was clicked, or set by the program.
+  virtual void OnLeads() {}
+  /// Runs the dialog in which the object of a row is chosen; the default is its selector. True if
+  /// one was, and it is then current on its processor.
+  [[nodiscard]] virtual bool Choose(const TFormRow& row);
+  /// Called when another object was taken over into the row.
+  virtual void OnChosen(const TFormRow& /*row*/) {}
+
+  /// The controls of a row, and what it holds since it was last filled, chosen or read. Throws
+  /// std::out_of_range for a control that the form does not have.
+  [[nodiscard]] TRowControls& RowOf(std::string_view control);
+  [[nodiscard]] TFormValue& ValueOf(std::string_view control) { return record_.At(control); }
+  /// The radio button or check box of that name.
+  [[nodiscard]] QAbstractButton& LeadOf(std::string_view lead);
+  /// Checks that one of a group of radio buttons, or none for "".
+  void SetChoice(int choice, std::string_view lead);
+  /// Marks a control; the colour is ErrorColour unless another is given.
+  void Refuse(std::string_view control, const QString& reason, const QColor& colour = {});
+  /// Shows what the rows hold again in their controls.
+  void ShowValues();
+  /// Lets the rows be used whose leads are checked.
+  void UpdateLeads();
+  /// The selector of that object type, made on first need.
+  [[nodiscard]] TformQvRfSelector& SelectorOf(TObjectType object);
+  /// Runs an action of the user's; what it throws is told.
+  void Act(const std::function<void()>& action);
+
+  [[nodiscard]] bool StoreRecord() override;
+  [[nodiscard]] bool EditRecord() override;
+  [[nodiscard]] bool NewRecord() override;
+  void FormShow(bool first) override;
+  void FormHide() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void BuildRows();
+  void BuildButtons(QVBoxLayout* place);
+  void ConnectRow(TRowControls& row);
+  void BeginFilled();
+  void ButtonClick(std::size_t row);
+  void ReadControls();
+  [[nodiscard]] bool CheckRows();
+  [[nodiscard]] bool Write();
+  void TellNotSaved(const QString& why);
+  void PlaceAndSize();
+
+  const TFormDescription& form_;
+  TFormRecord record_;
+  std::vector<TRowControls> rows_;
+  std::map<int, QButtonGroup*> choices_;
+  QPushButton* bitbtnSave_ = nullptr;
+  QPushButton* bitbtnClose_ = nullptr;
+  QRect placed_;
+};
+
+/// The dialog of an object that needs no more than its description.
+template <const TFormDescription& Form>
+class TEditOf : public TDescribedEdit {
+ public:
+  explicit TEditOf(QWidget* owner) : TDescribedEdit(owner, Form) {}
+};
+
+}  // namespace QvRefSystem

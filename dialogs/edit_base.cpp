@@ -1,0 +1,96 @@
+#include "dialogs/edit_base.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "platform/widgets/colour.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::THiddenForm;
+
+namespace {
+
+TQvRfDataProcessor* ProcessorOf(TObjectType object) {
+  TQvRfDataProcessor* processor = datamoduleQvRfData == nullptr
+                                      ? nullptr
+                                      : ProcessorFor(*datamoduleQvRfData, static_cast<int>(object));
+  if (processor == nullptr) throw std::invalid_argument("no processor of this object type");
+  return processor;
+}
+
+// Locks a record while its dialog runs. Afterwards the record is current again, if it is still
+// there, and the lock is gone in any case.
+class TEditLock {
+ public:
+  TEditLock(TQvRfDataProcessor& processor, int key) : processor_(processor), key_(key) {
+    processor_.PushEditKey();
+  }
+  ~TEditLock() {
+    if (processor_.LocateKey(key_)) {
+      processor_.PopEditKey();
+      return;
+    }
+    const auto lock = std::ranges::find(processor_.EditKeys, key_);
+    if (lock != processor_.EditKeys.end()) processor_.EditKeys.erase(lock);
+  }
+  TEditLock(const TEditLock&) = delete;
+  TEditLock& operator=(const TEditLock&) = delete;
+
+ private:
+  TQvRfDataProcessor& processor_;
+  const int key_;
+};
+
+}  // namespace
+
+TformQvRfEdit::TformQvRfEdit(QWidget* owner, TObjectType object)
+    : TModalForm(owner),
+      ErrorColour(QvPlatform::ColourFromBgr(
+          datamoduleQvRfData != nullptr ? datamoduleQvRfData->ErrorColour : 0)),
+      Processor(ProcessorOf(object)) {}
+
+bool TformQvRfEdit::EditCurrent() {
+  if (IsRunning()) return false;
+  const TControlsGuard controls(*Processor->DataSet);
+  const int key = Processor->GetCurrentKey();
+  if (!Processor->CheckNotEditing()) {
+    Processor->LocateKey(key);
+    return false;
+  }
+  if (key == 0) return false;
+  // The owner shows again once the record is current.
+  const THiddenForm hidden(Owner());
+  const TEditLock lock(*Processor, key);
+  return EditRecord();
+}
+
+bool TformQvRfEdit::CreateNew() {
+  if (IsRunning()) return false;
+  const TControlsGuard controls(*Processor->DataSet);
+  const int key = Processor->GetCurrentKey();
+  const THiddenForm hidden(Owner());
+  const bool made = NewRecord();
+  if (!made) Processor->LocateKey(key);
+  return made;
+}
+
+void TformQvRfEdit::BeginRun(int key) {
+  Key = key;
+  EditMode = key != 0 ? 1 : 0;
+  Saved = false;
+}
+
+void TformQvRfEdit::bitbtnSaveClick() {
+  if (!StoreRecord()) return;
+  Saved = true;
+  accept();
+}
+
+bool TformQvRfEdit::RunEdit() {
+  RunModal();
+  if (!Saved) CancelEdit();
+  return Saved;
+}
+
+}  // namespace QvRefSystem

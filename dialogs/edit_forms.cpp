@@ -1,0 +1,54 @@
+#include "dialogs/edit_forms.h"
+
+#include <algorithm>
+#include <array>
+
+#include "dialogs/ellipsoid_edit.h"
+#include "dialogs/simple_edits.h"
+#include "dialogs/unit_edit.h"
+
+namespace QvRefSystem {
+namespace {
+
+using enum TObjectType;
+
+struct EditFormRow {
+  TObjectType object;
+  /// TYPE of the objects, 0 for all.
+  int type;
+  TformQvRfEdit* (*get)(QWidget* owner);
+};
+
+template <typename Form>
+TformQvRfEdit* Get(QWidget* owner) {
+  for (QObject* child : owner->children()) {
+    if (auto* form = dynamic_cast<Form*>(child)) return form;
+  }
+  return new Form(owner);
+}
+
+constexpr std::array kEditForms{
+    EditFormRow{kLinearUnit, 0, &Get<TformQvRfLinearUnitEdit>},
+    EditFormRow{kAngularUnit, 0, &Get<TformQvRfAngularUnitEdit>},
+    EditFormRow{kScaleUnit, 0, &Get<TformQvRfScaleUnitEdit>},
+    EditFormRow{kEllipsoid, 0, &Get<TformQvRfEllipsoidEdit>},
+    EditFormRow{kPrimeMeridian, 0, &Get<TformQvRfPrimeMeridianEdit>},
+    EditFormRow{kDatumShiftType, 0, &Get<TformQvRfDatumShiftTypeEdit>},
+    EditFormRow{kMapProjectionType, 0, &Get<TformQvRfMapProjTypeEdit>},
+    EditFormRow{kReferenceSystemType, 0, &Get<TformQvRfRefSystemTypeEdit>},
+};
+
+}  // namespace
+
+bool HasEditForm(TObjectType object) {
+  return std::ranges::find(kEditForms, object, &EditFormRow::object) != kEditForms.end();
+}
+
+TformQvRfEdit* GetEditForm(QWidget* owner, TObjectType object, int type) {
+  const auto row = std::ranges::find_if(kEditForms, [&](const EditFormRow& candidate) {
+    return candidate.object == object && (candidate.type == 0 || candidate.type == type);
+  });
+  return row == kEditForms.end() ? nullptr : row->get(owner);
+}
+
+}  // namespace QvRefSystem

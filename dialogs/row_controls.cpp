@@ -1,0 +1,296 @@
+#include "dialogs/row_controls.h"
+
+#include <QAbstractScrollArea>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+#include "platform/text/text.h"
+#include "platform/widgets/limited_text.h"
+#include "platform/widgets/qt_text.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::FromQt;
+using QvPlatform::TLimitedLine;
+using QvPlatform::TLimitedMemo;
+using QvPlatform::ToQt;
+using QvPlatform::Translated;
+
+namespace {
+
+constexpr char kChooseCaption[] = "...";
+
+template <typename Widget>
+Widget* Named(Widget* widget, const char* name) {
+  widget->setObjectName(QString::fromLatin1(name));
+  return widget;
+}
+
+// Names of records are shown as they are: a tip takes no markup from them, and breaks its lines.
+QString TipOf(const QString& text) {
+  return text.isEmpty() ? QString() : QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped());
+}
+
+bool IsBox(TRowKind kind) {
+  return kind == TRowKind::kBox || kind == TRowKind::kColumn;
+}
+
+}  // namespace
+
+void SetBackground(QWidget* control, const QColor& colour) {
+  if (!colour.isValid()) {
+    control->setPalette(QPalette());
+    return;
+  }
+  constexpr int kMiddleGrey = 128;
+  const QColor text = qGray(colour.rgb()) < kMiddleGrey ? Qt::white : Qt::black;
+  QPalette palette = control->palette();
+  // Lists are painted as buttons in some styles, and as fields in others.
+  palette.setColor(QPalette::Base, colour);
+  palette.setColor(QPalette::Button, colour);
+  palette.setColor(QPalette::Text, text);
+  palette.setColor(QPalette::ButtonText, text);
+  control->setPalette(palette);
+}
+
+TRowControls::TRowControls(const TFormRow& row, QWidget* form) : row_(&row) {
+  MakeLead(form);
+  MakeControl(form);
+  if (row.kind == TRowKind::kReference) MakeButton(form);
+  if (control_ == nullptr) return;
+  Named(control_, row.control);
+  if (auto* label = qobject_cast<QLabel*>(lead_)) label->setBuddy(control_);
+  if (!IsBox(row.kind)) control_->setAccessibleName(Translated(row.caption));
+}
+
+void TRowControls::MakeLead(QWidget* form) {
+  if (*row_->lead == 0) return;
+  const QString caption = Translated(row_->caption);
+  switch (row_->leadKind) {
+    case TLeadKind::kLabel: {
+      auto* label = new QLabel(caption, form);
+      label->setTextFormat(Qt::PlainText);
+      lead_ = label;
+      break;
+    }
+    case TLeadKind::kRadio:
+      lead_ = new QRadioButton(caption, form);
+      break;
+    case TLeadKind::kCheck:
+      lead_ = new QCheckBox(caption, form);
+      break;
+  }
+  Named(lead_, row_->lead);
+}
+
+void TRowControls::MakeControl(QWidget* form) {
+  switch (row_->kind) {
+    case TRowKind::kText:
+    case TRowKind::kNumber:
+    case TRowKind::kReference: {
+      auto* line = new TLimitedLine(form);
+      line->setReadOnly(row_->kind == TRowKind::kReference);
+      control_ = line;
+      break;
+    }
+    case TRowKind::kMemo:
+      control_ = new TLimitedMemo(form);
+      break;
+    case TRowKind::kList: {
+      auto* list = new QComboBox(form);
+      for (const char* item : row_->items)
+        list->addItem(Translated(item));
+      control_ = list;
+      break;
+    }
+    case TRowKind::kBox:
+      control_ = new QGroupBox(Translated(row_->caption), form);
+      break;
+    case TRowKind::kColumn:
+    case TRowKind::kPanel:
+      control_ = new QWidget(form);
+      break;
+    default:
+      break;
+  }
+}
+
+void TRowControls::MakeButton(QWidget* form) {
+  button_ = Named(new QPushButton(QString::fromLatin1(kChooseCaption), form), row_->button);
+  // The toolkit's least width is meant for words.
+  button_->setFixedWidth(button_->fontMetrics().horizontalAdvance(kChooseCaption) +
+                         button_->sizeHint().height());
+  const QString tip = Translated("Choose: %1").arg(Translated(row_->caption));
+  button_->setToolTip(tip);
+  button_->setAccessibleName(tip);
+}
+
+QAbstractButton* TRowControls::LeadButton() const {
+  return qobject_cast<QAbstractButton*>(lead_);
+}
+
+TLimitedLine* TRowControls::Line() const {
+  return qobject_cast<TLimitedLine*>(control_);
+}
+
+QComboBox* TRowControls::List() const {
+  return row_->kind == TRowKind::kList ? qobject_cast<QComboBox*>(control_) : nullptr;
+}
+
+void TRowControls::Show(const TFormValue& value) {
+  switch (row_->kind) {
+    case TRowKind::kText:
+      Line()->SetText(value.text);
+      break;
+    case TRowKind::kReference:
+      Line()->SetText(value.text);
+      SetHint(Line()->text());
+      break;
+    case TRowKind::kNumber:
+      // A new record has no number yet, not a 0.
+      Line()->SetText(value.isNumber ? QvPlatform::DoubleToUserText(value.number) : "");
+      break;
+    case TRowKind::kMemo:
+      static_cast<TLimitedMemo*>(control_)->SetText(value.text);
+      break;
+    case TRowKind::kList:
+      List()->setCurrentIndex(value.key);
+      break;
+    default:
+      break;
+  }
+}
+
+void TRowControls::Read(TFormValue* value) const {
+  switch (row_->kind) {
+    case TRowKind::kText:
+      value->text = Line()->Text();
+      break;
+    case TRowKind::kNumber:
+      value->number = 0;
+      value->isNumber = QvPlatform::UserTextToDouble(Line()->Text(), &value->number);
+      break;
+    case TRowKind::kMemo:
+      value->text = static_cast<const TLimitedMemo*>(control_)->Text();
+      break;
+    case TRowKind::kList:
+      value->key = List()->currentIndex();
+      break;
+    default:
+      break;
+  }
+}
+
+bool TRowControls::IsUsed() const {
+  const QAbstractButton* button = LeadButton();
+  return needed_ && (button == nullptr || button->isChecked());
+}
+
+void TRowControls::SetNeeded(bool needed) {
+  needed_ = needed;
+  for (QWidget* widget : {lead_, control_, static_cast<QWidget*>(button_)}) {
+    if (widget != nullptr) widget->setEnabled(needed);
+  }
+  Paint();
+}
+
+void TRowControls::SetUsable(bool usable) {
+  usable_ = usable;
+  if (row_->kind == TRowKind::kText || row_->kind == TRowKind::kNumber) {
+    Line()->setReadOnly(!usable);
+  } else if (row_->kind == TRowKind::kReference) {
+    button_->setEnabled(usable);
+  } else if (control_ != nullptr) {
+    control_->setEnabled(usable);
+  }
+  Paint();
+}
+
+void TRowControls::Refuse(const QColor& colour, const QString& reason) {
+  refused_ = true;
+  errorColour_ = colour;
+  control_->setToolTip(TipOf(reason));
+  control_->setAccessibleDescription(reason);
+  Paint();
+}
+
+void TRowControls::ClearMark() {
+  if (control_ == nullptr) return;
+  refused_ = false;
+  SetHint(hint_);
+  Paint();
+}
+
+void TRowControls::SetHint(const QString& hint) {
+  hint_ = hint;
+  if (refused_) return;
+  control_->setToolTip(TipOf(hint));
+  control_->setAccessibleDescription({});
+}
+
+void TRowControls::Paint() {
+  if (control_ == nullptr || IsBox(row_->kind)) return;
+  if (refused_) {
+    SetBackground(control_, errorColour_);
+  } else if (!usable_ || !needed_) {
+    SetBackground(control_, control_->parentWidget()->palette().color(QPalette::Window));
+  } else {
+    SetBackground(control_, {});
+  }
+}
+
+void TRowControls::SetLimit(int characters) {
+  if (TLimitedLine* line = Line()) line->SetLimit(characters);
+  if (auto* memo = qobject_cast<TLimitedMemo*>(control_)) memo->SetLimit(characters);
+}
+
+TRowLayout::TRowLayout(QVBoxLayout* place) : place_(place) {}
+
+void TRowLayout::BeginColumn(const TRowControls& row) {
+  if (columns_ == nullptr) {
+    columns_ = new QHBoxLayout;
+    place_->addLayout(columns_);
+  }
+  QWidget* box = row.Control();
+  columns_->addWidget(box, 1);
+  auto* inside = new QVBoxLayout(box);
+  if (row.Row().kind == TRowKind::kColumn) inside->setContentsMargins(0, 0, 0, 0);
+  if (row.Lead() != nullptr) inside->addWidget(row.Lead());
+  grid_ = new QGridLayout;
+  grid_->setColumnStretch(1, 1);
+  inside->addLayout(grid_);
+  inside->addStretch(1);
+}
+
+void TRowLayout::EndColumns() {
+  columns_ = nullptr;
+  grid_ = nullptr;
+}
+
+void TRowLayout::Add(const TRowControls& row) {
+  if (IsBox(row.Row().kind)) return BeginColumn(row);
+  if (row.Row().kind == TRowKind::kEndColumns) return EndColumns();
+  if (row.Row().inPanel) return;
+  if (grid_ == nullptr) {
+    grid_ = new QGridLayout;
+    grid_->setColumnStretch(1, 1);
+    place_->addLayout(grid_, 1);
+  }
+  const int line = grid_->rowCount();
+  const bool tall = qobject_cast<QAbstractScrollArea*>(row.Control()) != nullptr;
+  const Qt::Alignment top = tall ? Qt::AlignTop : Qt::Alignment();
+  if (row.Lead() != nullptr) grid_->addWidget(row.Lead(), line, 0, top);
+  if (row.Control() == nullptr) return;
+  grid_->addWidget(row.Control(), line, 1, 1, row.Button() == nullptr ? 2 : 1);
+  if (row.Button() != nullptr) grid_->addWidget(row.Button(), line, 2);
+  if (tall) grid_->setRowStretch(line, 1);
+}
+
+}  // namespace QvRefSystem

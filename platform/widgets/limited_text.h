@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <string>
+#include <string_view>
+
+/// Controls for texts of a limited length. The limit holds for typing: a longer text that stands in
+/// a record already shows whole and can be shortened, and only not be made longer. What does not
+/// fit is not taken at all, rather than cut, and the user is told.
+namespace QvPlatform {
+
+/// A text as it was put into a control, so that one which the user leaves alone comes back byte for
+/// byte, whatever a control makes of line ends or malformed characters.
+class TKeptText {
+ public:
+  /// Keeps `text`, which the control now shows as `shown`.
+  void Keep(std::string_view text, const QString& shown);
+  [[nodiscard]] std::string Read(const QString& shown) const;
+
+ private:
+  std::string text_;
+  QString shown_;
+};
+
+class TLimitedLine final : public QLineEdit {
+  Q_OBJECT
+
+ public:
+  explicit TLimitedLine(QWidget* parent);
+  /// 0: no limit.
+  void SetLimit(int characters) { limit_ = characters; }
+  void SetText(std::string_view text);
+  [[nodiscard]] std::string Text() const { return kept_.Read(text()); }
+
+ private:
+  int limit_ = 0;
+  TKeptText kept_;
+};
+
+class TLimitedMemo final : public QPlainTextEdit {
+  Q_OBJECT
+
+ public:
+  explicit TLimitedMemo(QWidget* parent);
+  void SetLimit(int characters) { limit_ = characters; }
+  void SetText(std::string_view text);
+  [[nodiscard]] std::string Text() const { return kept_.Read(toPlainText()); }
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
+  void insertFromMimeData(const QMimeData* source) override;
+  [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] QSize minimumSizeHint() const override;
+
+ private:
+  /// Whether a text may take the place of the selection; tells the user if not.
+  [[nodiscard]] bool Fits(const QString& inserted);
+  int limit_ = 0;
+  TKeptText kept_;
+};
+
+}  // namespace QvPlatform

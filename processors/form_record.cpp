@@ -1,0 +1,172 @@
+#include "processors/form_record.h"
+
+#include "platform/text/text.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::TField;
+using QvPlatform::TQvDataSet;
+
+namespace {
+
+bool IsBound(const TFormRow& row) {
+  return *row.column != 0;
+}
+
+}  // namespace
+
+TFormRecord::TFormRecord(TQvRfDataProcessor& processor, const TFormDescription& form)
+    : processor_(processor), form_(form), values_(form.rows.size()) {}
+
+TQvRfDataProcessor& TFormRecord::ReferredProcessor(const TFormRow& row) const {
+  TQvRfDataProcessor* processor = ProcessorFor(processor_.Data(), static_cast<int>(row.object));
+  if (processor == nullptr) throw InvalidTypeError("there is no processor of this object type");
+  return *processor;
+}
+
+void TFormRecord::Load() {
+  // The fields come first: an object may refer to one of its own table.
+  for (std::size_t at = 0; at < values_.size(); ++at) {
+    const TFormRow& row = form_.rows[at];
+    values_[at] = {};
+    if (!IsBound(row)) continue;
+    const TField& field = processor_.DataSet->FieldByName(row.column);
+    switch (row.kind) {
+      case TRowKind::kNumber:
+        values_[at].number = field.AsFloat();
+        break;
+      case TRowKind::kReference:
+      case TRowKind::kList:
+        values_[at].key = field.AsInteger();
+        break;
+      default:
+        values_[at].text = field.AsString();
+        if (row.trimmed) values_[at].text = QvPlatform::Trim(values_[at].text);
+    }
+  }
+  for (std::size_t at = 0; at < values_.size(); ++at)
+    LoadReference(at);
+}
+
+void TFormRecord::LoadReference(std::size_t row) {
+  if (form_.rows[row].kind != TRowKind::kReference) return;
+  if (ReferredProcessor(form_.rows[row]).LocateKey(values_[row].key)) {
+    TakeCurrent(row);
+  } else {
+    values_[row] = {};
+  }
+}
+
+void TFormRecord::Clear() {
+  for (std::size_t at = 0; at < values_.size(); ++at) {
+    const TFormRow& row = form_.rows[at];
+    values_[at] = {};
+    if (row.kind == TRowKind::kList) values_[at].key = -1;
+    // A number that is still to be typed is not 0.
+    values_[at].isNumber = row.kind != TRowKind::kNumber;
+    if (row.newKey == TNewKey::kNone) continue;
+    values_[at].key = ReferredProcessor(row).GetLastUsedKey();
+    LoadReference(at);
+  }
+}
+
+void TFormRecord::TakeCurrent(std::size_t row) {
+  const TQvRfDataProcessor& referred = ReferredProcessor(form_.rows[row]);
+  values_[row].key = referred.GetCurrentKey();
+  values_[row].text = referred.DataSet->FieldByName("NAME").AsString();
+}
+
+void TFormRecord::RefreshReferences() {
+  for (std::size_t at = 0; at < values_.size(); ++at) {
+    if (form_.rows[at].kind != TRowKind::kReference) continue;
+    const TQvRfDataProcessor& referred = ReferredProcessor(form_.rows[at]);
+    TQvDataSet& table = *referred.DataSet;
+    const std::string_view keyField = TableOf(referred.Descriptor().table).keyField;
+    const auto row = table.FindAll(
+        {QvPlatform::TMatch::Integer(table.FieldByName(keyField).GetIndex(), values_[at].key)},
+        QvPlatform::TRowScope::kAll);
+    if (values_[at].key == 0 || row.empty()) {
+      values_[at] = {};
+    } else {
+      values_[at].text = row.front().GetText(table.FieldByName("NAME").GetIndex());
+    }
+  }
+}
+
+std::optional<TRefusal> TFormRecord::Check(std::size_t row) const {
+  const TFormRow& spec = form_.rows[row];
+  const TFormValue& value = values_[row];
+  switch (spec.rule) {
+    case TRule::kNone:
+      break;
+    case TRule::kNotEmpty:
+      if (value.text.empty()) return TRefusal::kEmpty;
+      break;
+    case TRule::kNotZero:
+      if (!value.isNumber) return TRefusal::kNoNumber;
+      if (value.number == 0) return TRefusal::kZero;
+      break;
+    case TRule::kChosen:
+      if (spec.kind == TRowKind::kList ? value.key < 0 : value.key == 0) {
+        return TRefusal::kNotChosen;
+      }
+      break;
+  }
+  return std::nullopt;
+}
+
+void TFormRecord::WriteStamps(bool append) {
+  TQvDataSet& dataSet = *processor_.DataSet;
+  const bool now = append || form_.stamp == TEditStamp::kNow;
+  if (append) dataSet.FieldByName("FAVOUR").SetInteger(0);
+  dataSet.FieldByName("LAST_USE").SetFloat(now ? QvPlatform::CurrentMoment() : 0);
+  for (const TFixedValue& fixed : form_.fixed) {
+    if (append || fixed.always) dataSet.FieldByName(fixed.column).SetInteger(fixed.value);
+  }
+}
+
+void TFormRecord::WriteRows() {
+  for (std::size_t at = 0; at < values_.size(); ++at) {
+    const TFormRow& row = form_.rows[at];
+    if (!IsBound(row)) continue;
+    TField& field = processor_.DataSet->FieldByName(row.column);
+    switch (row.kind) {
+      case TRowKind::kNumber:
+        field.SetFloat(values_[at].number);
+        break;
+      case TRowKind::kReference:
+      case TRowKind::kList:
+        field.SetInteger(values_[at].key);
+        break;
+      default:
+        field.SetString(values_[at].text);
+    }
+  }
+}
+
+void TFormRecord::Store(bool append, const TExtras& extras) {
+  TQvDataSet& dataSet = *processor_.DataSet;
+  try {
+    std::optional<QvPlatform::TQvWriteGroup> group;
+    if (extras.beside) {
+      std::vector<TQvDataSet*> tables = extras.tables;
+      tables.push_back(&dataSet);
+      group.emplace(tables);
+    }
+    append ? dataSet.Append() : dataSet.Edit();
+    WriteStamps(append);
+    WriteRows();
+    if (extras.fields) extras.fields(dataSet);
+    dataSet.Post();
+    if (extras.beside) {
+      extras.beside(processor_.GetCurrentKey());
+      group->Commit();
+    }
+  } catch (...) {
+    dataSet.Cancel();
+    throw;
+  }
+  processor_.Reopen();
+}
+
+}  // namespace QvRefSystem

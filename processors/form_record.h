@@ -1,0 +1,77 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "processors/data_processor.h"
+#include "processors/form_description.h"
+
+namespace QvRefSystem {
+
+/// Why a control's content is refused.
+enum class TRefusal : unsigned char { kEmpty, kNoNumber, kZero, kNotChosen };
+
+/// What a row of a form holds, by its kind: text; number; a reference's key, with the object's name
+/// as text; the place in a list.
+struct TFormValue {
+  std::string text;
+  double number = 0;
+  /// kNumber: whether the text that was typed is one.
+  bool isNumber = true;
+  int key = 0;
+};
+
+/// The content of one form between a table and its dialog: filled from the current record or with
+/// the defaults of a new one, checked by the rules of the form, and written back.
+class TFormRecord {
+ public:
+  TFormRecord(TQvRfDataProcessor& processor, const TFormDescription& form);
+
+  /// Copies the current record. A reference is located on its processor; one that is not there
+  /// becomes 0.
+  void Load();
+  /// Empty texts, and the keys that a new record begins with.
+  void Clear();
+  /// References to records that have been removed since become 0, and names are read anew. Moves no
+  /// cursor.
+  void RefreshReferences();
+  /// Makes the record that is current on the row's processor the one referred to.
+  void TakeCurrent(std::size_t row);
+
+  [[nodiscard]] TFormValue& At(std::size_t row) { return values_.at(row); }
+  /// Throws std::out_of_range for a control that the form does not have.
+  [[nodiscard]] TFormValue& At(std::string_view control) {
+    return values_.at(RowOf(form_, control));
+  }
+  [[nodiscard]] std::optional<TRefusal> Check(std::size_t row) const;
+
+  /// What a store does beside the form's own rows. All may be empty.
+  struct TExtras {
+    /// Writes more fields of the pending record.
+    std::function<void(QvPlatform::TQvDataSet&)> fields;
+    /// Writes what belongs to the record of that key, in the same transaction.
+    std::function<void(int key)> beside;
+    /// Tables that `beside` writes to.
+    std::vector<QvPlatform::TQvDataSet*> tables;
+  };
+  /// Appends a record, or changes the current one, posts it and opens the table anew on it. On
+  /// failure cancels, undoes what `beside` has written, and throws.
+  void Store(bool append, const TExtras& extras);
+
+  [[nodiscard]] const TFormDescription& Form() const { return form_; }
+  /// The processor of the objects that a row refers to. Throws InvalidTypeError if there is none.
+  [[nodiscard]] TQvRfDataProcessor& ReferredProcessor(const TFormRow& row) const;
+
+ private:
+  void LoadReference(std::size_t row);
+  void WriteRows();
+  void WriteStamps(bool append);
+
+  TQvRfDataProcessor& processor_;
+  const TFormDescription& form_;
+  std::vector<TFormValue> values_;
+};
+
+}  // namespace QvRefSystem

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <span>
+
+#include "processors/data_processor.h"
+
+namespace QvRefSystem {
+
+/// VDATA_TYPE of a height system, and the member "type" of its tree.
+enum TVerticalKind : int {
+  /// Undulations of the geoid on a grid, in a file of their own.
+  kHeightTable = 1,
+  /// One offset for all heights, with its unit.
+  kHeightOffset = 2,
+  /// A geoid that is built in. No record has this kind: the reference system holds its code.
+  kSystemGeoid = 3
+};
+
+/// The columns in which two height systems of that kind have to agree to be the same.
+[[nodiscard]] std::span<const TEqualityColumn> VerticalEqualityOf(int kind);
+
+/// What reference systems ask of the processor of their height systems, which stands in a room
+/// above theirs.
+class TVerticalRecords : public TQvRfDataProcessor {
+ public:
+  using TQvRfDataProcessor::TQvRfDataProcessor;
+
+  /// Whether systems of that kind have a record. Throws InvalidTypeError for an unknown kind.
+  [[nodiscard]] static bool IsStoredKind(int kind);
+  /// Whether the current record and that of the other key say the same. False for a key that is not
+  /// there.
+  [[nodiscard]] bool IsSameRecord(int otherKey) const;
+  /// Removes the record of that key with its height file, if it is there. Nobody is asked. Throws
+  /// StorageError or DataSetError.
+  void Remove(int key);
+};
+
+}  // namespace QvRefSystem

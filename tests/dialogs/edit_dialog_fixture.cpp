@@ -1,0 +1,105 @@
+#include "tests/dialogs/edit_dialog_fixture.h"
+
+#include <QPlainTextEdit>
+
+namespace refframe_tests {
+
+using QvRefSystem::TFormDescription;
+using QvRefSystem::TFormRow;
+using QvRefSystem::TRowKind;
+using enum QvRefSystem::TObjectType;
+
+EditTest::EditTest() {
+  for (const auto object : {kLinearUnit, kAngularUnit, kScaleUnit, kDatumShift, kPrimeMeridian}) {
+    const auto table = QvRefSystem::DescriptorOf(object).table;
+    Add(table, "First");
+    Add(table, "Second");
+  }
+}
+
+QvRefSystem::TformQvRfEdit& EditTest::FormOf(const TFormDescription& form) {
+  QvRefSystem::TformQvRfEdit* dialog = QvRefSystem::GetEditForm(&owner_, form.object, form.type);
+  if (dialog == nullptr) throw std::runtime_error(std::string("no dialog: ") + form.caption);
+  return *dialog;
+}
+
+QvPlatform::TQvDataSet& EditTest::Table(const TFormDescription& form) const {
+  return *database_.Processor(form.object).DataSet;
+}
+
+std::string EditTest::Record(const TFormDescription& form,
+                             std::initializer_list<const char*> fields) const {
+  std::string text;
+  for (const char* field : fields) {
+    if (!text.empty()) text += " ";
+    text += std::string(field) + "=" + Table(form).FieldByName(field).AsString();
+  }
+  return text;
+}
+
+std::string EditTest::TextOfField(const TFormDescription& form, const char* field) const {
+  return Table(form).FieldByName(field).AsString();
+}
+
+int EditTest::AddValid(const TFormDescription& form, const std::string& name) {
+  QvPlatform::TQvDataSet& table = Table(form);
+  if (!form.makesRecords) {
+    table.First();
+    table.Edit();
+    table.FieldByName("FAVOUR").SetInteger(7);
+    table.Post();
+    return database_.Processor(form.object).GetCurrentKey();
+  }
+  table.Append();
+  table.FieldByName("NAME").SetString(name);
+  table.FieldByName("FAVOUR").SetInteger(7);
+  for (const TFormRow& row : form.rows) {
+    if (std::string_view(row.column) == "NAME" || *row.column == 0) continue;
+    QvPlatform::TField& field = table.FieldByName(row.column);
+    switch (row.kind) {
+      case TRowKind::kNumber:
+        field.SetFloat(2.5);
+        break;
+      case TRowKind::kReference:
+        field.SetInteger(KeyOf(row.object, row.object == kEllipsoid ? "GRS 1980" : "First"));
+        break;
+      case TRowKind::kList:
+        field.SetInteger(0);
+        break;
+      default:
+        field.SetString(std::string("old ") + row.column);
+    }
+  }
+  table.Post();
+  return database_.Processor(form.object).GetCurrentKey();
+}
+
+void Type(const QWidget& window, const char* objectName, const std::string& text) {
+  QWidget& control = Child(window, objectName);
+  QTest::mouseClick(&control, Qt::LeftButton);
+  QTest::keyClick(&control, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(&control, Qt::Key_Delete);
+  QTest::keyClicks(&control, QString::fromStdString(text));
+}
+
+std::string TextOf(const QWidget& window, const char* objectName) {
+  QWidget& control = Child(window, objectName);
+  const char* property = qobject_cast<QPlainTextEdit*>(&control) != nullptr ? "plainText" : "text";
+  return control.property(property).toString().toStdString();
+}
+
+bool IsPainted(const QWidget& window, const char* objectName, const QColor& colour) {
+  return Child(window, objectName).palette().color(QPalette::Base) == colour;
+}
+
+std::string RefusedControls(const QWidget& window, const TFormDescription& form) {
+  std::string refused;
+  for (const TFormRow& row : form.rows) {
+    if (*row.control == 0 || !IsPainted(window, row.control, Qt::red)) continue;
+    if (!refused.empty()) refused += " ";
+    refused += row.control;
+  }
+  return refused;
+}
+
+}  // namespace refframe_tests

@@ -1,0 +1,89 @@
+#include "vertical/height_file.h"
+
+#include <new>
+
+#include "database/storage_files.h"
+#include "platform/storage/stream.h"
+#include "platform/ui/progress_interface.h"
+#include "platform/ui/texts.h"
+#include "vertical/height_table_text.h"
+
+namespace QvRefSystem {
+
+namespace {
+
+using QvPlatform::SystemText;
+using QvPlatform::TextId;
+using QvPlatform::TUserInterface;
+using Table = QvCommonUtils::T2DTable<double>;
+
+/// Why a height file was not loaded or saved.
+enum class Outcome { kDone, kRefused, kStorageFailed };
+
+/// Runs the operation and tells the user where the storage failed. Memory may not suffice for a
+/// large file; that ends as a refusal.
+template <typename Operation>
+bool Run(const std::string& path, bool useResource, TUserInterface& ui,
+         const Operation& operation) {
+  Outcome outcome = Outcome::kRefused;
+  try {
+    outcome = operation();
+  } catch (const QvPlatform::StorageError&) {
+    outcome = Outcome::kStorageFailed;
+  } catch (const std::bad_alloc&) {
+    outcome = Outcome::kRefused;
+  }
+  if (outcome == Outcome::kStorageFailed) TellCannotCreate(path, useResource, ui);
+  return outcome == Outcome::kDone;
+}
+
+/// Whether the head of the text, whose digits are limited, leads back to the table's nodes.
+bool KeepsItsNodes(const Table& table, std::string_view text) {
+  THeightTableHeader header;
+  return ReadHeightTableHeader(text, &header) && header.countX == table.CountX &&
+         header.countY == table.CountY;
+}
+
+}  // namespace
+
+bool SaveHeightTable(const Table* table, const std::string& path, bool useResource, unsigned* crc,
+                     TUserInterface& ui) {
+  return Run(path, useResource, ui, [&] {
+    const auto stream = CreateStream(path, useResource);
+    if (stream == nullptr) return Outcome::kStorageFailed;
+    TProgressDisplay progress(ui, TProgressDisplay::kCounted, SystemText(TextId::kSavingHeights));
+    std::string text;
+    if (!FormatHeightTable(table, &text, kHeightHeaderFormat, kHeightValueFormat,
+                           progress.Interface()) ||
+        !KeepsItsNodes(*table, text)) {
+      return Outcome::kRefused;
+    }
+    stream->Write(text.data(), text.size());
+    stream->Commit();
+    if (crc != nullptr) *crc = QvPlatform::Crc32(text);
+    return Outcome::kDone;
+  });
+}
+
+bool LoadHeightTable(Table* table, const std::string& path, bool useResource, TUserInterface& ui) {
+  std::string text;
+  if (!LoadHeightText(path, useResource, &text, ui)) return false;
+  TProgressDisplay progress(ui, TProgressDisplay::kCounted, SystemText(TextId::kLoadingHeights));
+  return ParseHeightTable(table, text, progress.Interface());
+}
+
+bool LoadHeightText(const std::string& path, bool useResource, std::string* text,
+                    TUserInterface& ui) {
+  return Run(path, useResource, ui, [&] {
+    return LoadStorageFile(path, useResource, text) ? Outcome::kDone : Outcome::kStorageFailed;
+  });
+}
+
+bool SaveHeightText(const std::string& path, bool useResource, std::string_view text,
+                    TUserInterface& ui) {
+  return Run(path, useResource, ui, [&] {
+    return SaveStorageFile(path, useResource, text) ? Outcome::kDone : Outcome::kStorageFailed;
+  });
+}
+
+}  // namespace QvRefSystem

@@ -1,0 +1,246 @@
+#include "vertical/vertical_processor.h"
+
+#include <algorithm>
+#include <array>
+
+#include "database/height_storage.h"
+#include "database/storage_files.h"
+#include "platform/text/text.h"
+#include "platform/ui/texts.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::FieldType;
+using QvPlatform::TextId;
+using QvPlatform::TMatch;
+using QvPlatform::TQvWriteGroup;
+using QvPlatform::TRowView;
+
+namespace {
+
+// Members by tree id, in writing order. The grid follows, as far as the record has it.
+constexpr int kKindMember = 1501;
+constexpr int kTableMember = 1511;
+constexpr int kCrcMember = 1512;
+constexpr std::array kTexts{1502, 1503, 1504};
+constexpr std::array kTableMembers{1502, 1503, 1504, kKindMember, kCrcMember, kTableMember};
+constexpr std::array kOffsetMembers{1502, 1503, 1504, kKindMember, 1513, 1514};
+constexpr std::array kExtents{1515, 1516, 1517, 1518};
+constexpr std::array kCells{1519, 1520};
+
+// A tree holds the table as one line; those who read it split it at blanks as well.
+void PutOnOneLine(std::string* text) {
+  std::ranges::replace_if(
+      *text, [](char c) { return c == '\t' || c == '\n' || c == '\r'; }, ' ');
+}
+
+}  // namespace
+
+std::optional<std::string> TQvRfVerticalRefSystemDataProcessor::CurrentHeightFile() const {
+  if (CurrentInteger("VDATA_TYPE") != kHeightTable) return std::nullopt;
+  return HeightStoragePath(data_, CurrentText("VDATA_FILENAME"));
+}
+
+void TQvRfVerticalRefSystemDataProcessor::ReportFile(const std::string& path) {
+  const TextId text =
+      data_.ResourceForm ? TextId::kCannotCreateResource : TextId::kCannotCreateFile;
+  data_.Ui().ShowMessage(QvPlatform::MessageKind::kError, SystemText(text) + " " + path,
+                         QvPlatform::MessageButtons::kOk);
+}
+
+bool TQvRfVerticalRefSystemDataProcessor::LoadTable(std::string* text) {
+  const std::optional<std::string> path = CurrentHeightFile();
+  if (path && LoadStorageFile(*path, data_.ResourceForm, text)) return true;
+  ReportFile(path.value_or(CurrentText("VDATA_FILENAME")));
+  return false;
+}
+
+void TQvRfVerticalRefSystemDataProcessor::SaveTable(const std::string& fileName,
+                                                    const std::string& text) {
+  TQvWriteGroup group(data_.WritableTables());
+  const std::string path = data_.GetHeightsPrefix() + fileName;
+  if (!SaveStorageFile(path, data_.ResourceForm, text)) {
+    ReportFile(path);
+    throw ToldStorageError("the height file \"" + path + "\" cannot be written");
+  }
+  // The record is written already, so that in a container the file is part of its transaction.
+  if (!data_.ResourceForm) {
+    group.AtEnd({}, [path] { DeleteStorageFile(path, false); });
+  }
+  group.Commit();
+}
+
+bool TQvRfVerticalRefSystemDataProcessor::IsNamedByRecords(std::string_view fileName,
+                                                           std::size_t atLeast) const {
+  // A container tells no letter from its capital.
+  const auto match = TMatch::Folded(Column("VDATA_FILENAME"), QvPlatform::FoldName(fileName));
+  return DataSet->FindAll({match}, QvPlatform::TRowScope::kAll).size() >= atLeast;
+}
+
+std::string TQvRfVerticalRefSystemDataProcessor::NewFileName(std::string_view objectName) const {
+  std::string name(objectName);
+  for (int number = 1;; ++number) {
+    const std::string path = NewHeightStorageName(data_, name, THeightNaming::kAsNamed);
+    std::string fileName = StorageShortName(path, data_.ResourceForm);
+    // A record whose file was lost must not come to name the file of another.
+    if (!IsNamedByRecords(fileName, 1)) return fileName;
+    name = std::to_string(number) + " " + std::string(objectName);
+  }
+}
+
+// Records to tree.
+
+bool TQvRfVerticalRefSystemDataProcessor::HasAll(TRowView row, std::span<const int> ids) const {
+  return std::ranges::none_of(
+      ids, [&](int id) { return row.GetText(Column(ItemOf(id).column)).empty(); });
+}
+
+bool TQvRfVerticalRefSystemDataProcessor::WriteContent(TStringTree* tree) {
+  const TRowView row = DataSet->CurrentRow();
+  if (!row) return false;
+  const int kind = CurrentInteger("VDATA_TYPE");
+  if (kind != kHeightTable && kind != kHeightOffset) return true;
+  std::string table;
+  if (kind == kHeightTable) {
+    if (!LoadTable(&table)) return false;
+    PutOnOneLine(&table);
+  }
+  const auto write = [&](int id) {
+    const TTreeItem& item = ItemOf(id);
+    return id == kTableMember ? EnsureField(tree, id, 0, table, item.label)
+                              : WriteItem(tree, item, row);
+  };
+  const std::span<const int> members = kind == kHeightTable ? kTableMembers : kOffsetMembers;
+  if (!std::ranges::all_of(members, write)) return false;
+  if (HasAll(row, kExtents) && !std::ranges::all_of(kExtents, write)) return false;
+  return kind != kHeightTable || !HasAll(row, kCells) || std::ranges::all_of(kCells, write);
+}
+
+// Tree to records.
+
+void TQvRfVerticalRefSystemDataProcessor::ReadGrid(TStringTree* tree, TRecordImage* image) const {
+  // A part of a grid is none: all of it is stored or nothing.
+  const auto read = [&](std::span<const int> ids, bool wanted) {
+    std::vector<std::string> texts(ids.size());
+    for (std::size_t i = 0; i < ids.size(); ++i)
+      (void)tree->GetString(ids[i], 0, &texts[i]);
+    const bool whole =
+        wanted && std::ranges::none_of(texts, [](const auto& text) { return text.empty(); });
+    for (std::size_t i = 0; i < ids.size(); ++i)
+      image->SetText(Column(ItemOf(ids[i]).column), whole ? texts[i] : std::string());
+    return whole;
+  };
+  const bool hasExtents = read(kExtents, true);
+  (void)read(kCells, hasExtents);
+}
+
+bool TQvRfVerticalRefSystemDataProcessor::ReadContent(TStringTree* tree, TRecordImage* image) {
+  const auto read = [&](int id) { return ReadItem(tree, ItemOf(id), image); };
+  if (!std::ranges::all_of(kTexts, read) || !read(kKindMember)) return false;
+  for (const auto column : {"VDATA_UNIT_AUTOKEY", "VDATA_FORMAT", "VDATA_CRC32"})
+    image->SetInteger(Column(column), 0);
+  for (const auto column : {"VDATA_FILENAME", "VDATA_OFFSET"})
+    image->SetText(Column(column), {});
+  ReadGrid(tree, image);
+  switch (image->Integer(Column("VDATA_TYPE"))) {
+    case kHeightTable:
+      if (!read(kCrcMember) || !tree->GetString(kTableMember, 0, &image->Beside[kTableMember])) {
+        return false;
+      }
+      image->SetText(Column("VDATA_FILENAME"), NewFileName(image->Text(NameColumn())));
+      return true;
+    case kHeightOffset:
+      return read(1513) && read(1514);
+    default:
+      return false;
+  }
+}
+
+void TQvRfVerticalRefSystemDataProcessor::AppendBeside(TStringTree* /*tree*/,
+                                                       const TRecordImage& image, int /*key*/) {
+  const auto table = image.Beside.find(kTableMember);
+  if (table != image.Beside.end()) SaveTable(image.Text(Column("VDATA_FILENAME")), table->second);
+}
+
+// Copies and removal.
+
+TRecordImage TQvRfVerticalRefSystemDataProcessor::ImageOfCurrent() const {
+  TRecordImage image;
+  const TRowView row = DataSet->CurrentRow();
+  const auto& fields = DataSet->Header().Fields();
+  for (int number = 0; number < static_cast<int>(fields.size()); ++number) {
+    const QvPlatform::TQvDbField& field = fields[static_cast<std::size_t>(number)];
+    if (field.need == QvPlatform::FieldNeed::kGeneratedKey) continue;
+    if (field.type == FieldType::kText) {
+      image.SetText(number, row.GetText(number));
+    } else if (field.type == FieldType::kInteger) {
+      image.SetInteger(number, row.GetInteger(number));
+    } else {
+      image.SetDouble(number, row.GetFloat(number));
+    }
+  }
+  return image;
+}
+
+void TQvRfVerticalRefSystemDataProcessor::AppendDuplicate() {
+  TRecordImage image = ImageOfCurrent();
+  std::string table;
+  std::string fileName;
+  const bool hasFile = image.Integer(Column("VDATA_TYPE")) == kHeightTable;
+  if (hasFile) {
+    if (!LoadTable(&table)) throw ToldStorageError("the height file cannot be read");
+    fileName = NewFileName(image.Text(NameColumn()));
+    image.SetText(Column("VDATA_FILENAME"), fileName);
+  }
+  image.SetDouble(Column("LAST_USE"), QvPlatform::CurrentMoment());
+  TQvWriteGroup group(data_.WritableTables());
+  DataSet->Append();
+  image.Store(*DataSet);
+  DataSet->Post();
+  if (hasFile) SaveTable(fileName, table);
+  group.Commit();
+}
+
+bool TQvRfVerticalRefSystemDataProcessor::DuplicateCurrent() {
+  const int key = GetCurrentKey();
+  if (key == 0) return false;
+  const TControlsGuard guard(*DataSet);
+  try {
+    AppendDuplicate();
+    return true;
+  } catch (const ToldStorageError&) {
+    DataSet->Cancel();
+  } catch (const std::runtime_error& error) {
+    DataSet->Cancel();
+    ReportStorage(error);
+  }
+  LocateKey(key);
+  return false;
+}
+
+void TQvRfVerticalRefSystemDataProcessor::RemoveCurrent() {
+  std::optional<std::string> path = CurrentHeightFile();
+  if (path && IsNamedByRecords(CurrentText("VDATA_FILENAME"), 2)) path.reset();
+  TQvWriteGroup group(data_.WritableTables());
+  TVerticalRecords::RemoveCurrent();
+  if (path && data_.ResourceForm) {
+    DeleteStorageFile(*path, true);
+  } else if (path) {
+    group.AtEnd([path] { DeleteStorageFile(*path, false); }, {});
+  }
+  group.Commit();
+}
+
+bool TQvRfVerticalRefSystemDataProcessor::DeleteRecord(TComponent* owner) {
+  const TControlsGuard guard(*DataSet);
+  if (!CheckNotUsed(owner)) return false;
+  try {
+    RemoveCurrent();
+    return true;
+  } catch (const std::runtime_error& error) {
+    ReportStorage(error);
+    return false;
+  }
+}
+
+}  // namespace QvRefSystem
