@@ -73,6 +73,7 @@ void TDescribedEdit::BuildRows() {
     layout.Add(rows_.emplace_back(row, this));
     ConnectRow(rows_.back());
   }
+  layout.Align();
   BuildButtons(column);
 }
 

@@ -61,7 +61,7 @@ void TLimitedLine::SetText(std::string_view text) {
 }
 
 QSize TLimitedLine::minimumSizeHint() const {
-  constexpr int kDigits = 19;
+  constexpr int kDigits = 13;
   const QSize least = QLineEdit::minimumSizeHint();
   return {least.width() + fontMetrics().horizontalAdvance(u'0') * kDigits, least.height()};
 }
