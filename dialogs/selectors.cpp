@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <algorithm>
 #include <array>
 
 #include "dialogs/edit_forms.h"
@@ -135,7 +136,10 @@ void TformQvRfRefSystemSelector::FormShow(bool first) {
   TTypedSelector::FormShow(first);
   if (!first) return;
   const QScreen* shown = screen() != nullptr ? screen() : QGuiApplication::primaryScreen();
-  move(shown->availableGeometry().center() - rect().center());
+  const QRect room = shown->availableGeometry();
+  const QPoint middle = room.center() - rect().center();
+  // On a screen that is too small the beginning of each line shows.
+  move(std::max(middle.x(), room.left()), std::max(middle.y(), room.top()));
 }
 
 TformQvRfSelector* GetSelectorFor(QWidget* owner, int objectType) {
