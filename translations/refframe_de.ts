@@ -40,6 +40,10 @@
         <translation>„%1“ kann nicht gelesen werden: %2</translation>
     </message>
     <message>
+        <source>"%1" was not written by this tool, and is kept. Move it away first.</source>
+        <translation>„%1“ wurde nicht von diesem Werkzeug geschrieben und bleibt erhalten. Verschieben Sie die Datei zuerst.</translation>
+    </message>
+    <message>
         <source>"%s" not found</source>
         <translation>„%s“ nicht gefunden</translation>
     </message>
@@ -384,6 +388,10 @@
         <translation>Index</translation>
     </message>
     <message>
+        <source>Ini files (*.ini)|*.ini|All files (*.*)|*.*</source>
+        <translation>Ini-Dateien (*.ini)|*.ini|Alle Dateien (*.*)|*.*</translation>
+    </message>
+    <message>
         <source>Information</source>
         <translation>Information</translation>
     </message>
@@ -524,6 +532,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Open database folder...</source>
         <translation>Datenbankordner öffnen...</translation>
+    </message>
+    <message>
+        <source>Open ini file</source>
+        <translation>Ini-Datei öffnen</translation>
     </message>
     <message>
         <source>Open tree</source>

@@ -10,6 +10,22 @@
 
 namespace RefframeCli {
 
+/// What a command about heights asked for.
+struct THeightRequest {
+  /// The file with the table, and the system in whose plane it lies.
+  std::string file;
+  std::string plane;
+  /// In place of a file: a system with heights of its own.
+  std::string system;
+  std::string target;
+  /// North, south, east, west, cell north-south, cell east-west; empty: derived from the source.
+  std::vector<std::string> grid;
+  /// North, south, east, west; empty: all.
+  std::vector<double> window;
+  /// One node is shown of so many along a row and along a column.
+  int step = 1;
+};
+
 /// What a command line asked for; a command reads the members that it has.
 struct TRequest {
   std::string database;
@@ -24,6 +40,12 @@ struct TRequest {
   std::optional<QvRefSystem::Dimension> dimension;
   std::string output;
   std::vector<std::string> files;
+  THeightRequest heights;
+  /// The two systems of a transformation.
+  std::string from;
+  std::string to;
+  bool showNotation = false;
+  bool lineByLine = false;
 };
 
 // Each command gives kSucceeded or kFailed, or throws CommandError or UsageError.
@@ -39,6 +61,11 @@ int ImportFiles(const TRequest& request, TTerminal terminal);
 /// A line for each user: type, key, name and description between tabs.
 int ListUsers(const TRequest& request, TTerminal terminal);
 int DeleteObject(const TRequest& request, TTerminal terminal);
+/// Moves the points of standard input from one system to another, a line out for each line in;
+/// kFailed if one of them failed.
+int TransformPoints(const TRequest& request, TTerminal terminal);
+/// A line for each built-in geoid: code and name with a tab between.
+int ListGeoids(const TRequest& request, TTerminal terminal);
 /// A line for each finding; kFailed if there is one.
 int CheckWhole(const TRequest& request, TTerminal terminal);
 

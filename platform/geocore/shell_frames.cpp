@@ -61,9 +61,7 @@ void EllipsoidShape::ToCartesian(std::span<TShellPoint> points) const {
   for (TShellPoint& point : points) {
     if (point.First == HUGE_VAL) continue;
     const double sine = std::sin(point.Second);
-    // The cosine of the double nearest to 90 degrees is 6e-17: a pole is a pole.
-    const double nearPole = std::cos(point.Second);
-    const double cosine = std::abs(nearPole) < 1e-16 ? 0 : nearPole;
+    const double cosine = std::cos(point.Second);
     const double normal = a / std::sqrt(1 - e2 * sine * sine);
     const double out = (normal + point.Third) * cosine;
     point = {out * std::cos(point.First), out * std::sin(point.First),
@@ -75,7 +73,7 @@ void EllipsoidShape::ToCartesian(std::span<TShellPoint> points) const {
 // start is good to a nano-arc-second for any height in use; two rounds more reach the rounding from
 // the deep interior on.
 void EllipsoidShape::ToGeodetic(std::span<TShellPoint> points) const {
-  constexpr double kLeastRadius = 50e3;
+  constexpr double kLeastRadius = 100e3;
   constexpr int kRounds = 2;
   const double e2 = EccentricitySquared();
   const double b = a * (1 - f);
@@ -237,21 +235,6 @@ void TurnAboutAxis(std::span<TShellPoint> points, double angle) {
     point = {cosine * point.First - sine * point.Second, sine * point.First + cosine * point.Second,
              point.Third};
   }
-}
-
-double InterpolateTable(const THeightTable& table, double x, double y) {
-  if (table.CountX > 1 && table.CountY > 1) return table.Interpolate(x, y);
-  THeightTable wide;
-  const std::uint32_t countX = std::max(table.CountX, 2U);
-  const std::uint32_t countY = std::max(table.CountY, 2U);
-  wide.Resize(countX, countY, table.CountX > 1 ? table.CellX : 1,
-              table.CountY > 1 ? table.CellY : 1, table.OriginX, table.OriginY);
-  for (std::uint32_t i = 0; i < countX; ++i) {
-    for (std::uint32_t j = 0; j < countY; ++j) {
-      wide.Set(i, j, table.Get(std::min(i, table.CountX - 1), std::min(j, table.CountY - 1)));
-    }
-  }
-  return wide.Interpolate(x, y);
 }
 
 bool SameNumber(double a, double b) {

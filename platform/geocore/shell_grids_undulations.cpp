@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/geocore/shell_definition.h"
@@ -117,11 +119,12 @@ class NodeUndulations {
 
   // Where the datums differ, the height over the target's ellipsoid is sought that is a point of
   // the geoid in the source: by what the point lies off the geoid there, it is off here as well,
-  // but for the tilt between the ellipsoids. The second round is good to a micrometre as a rule.
+  // but for the tilt between the ellipsoids. From the height of a node nearby the second round is
+  // good to a micrometre as a rule.
   void SettleInSpace(std::size_t first) {
     constexpr int kMostRounds = 12;
     const double enough = 1e-6 / target_.Core().HeightUnit();
-    std::vector<double> heights(nodes_.size(), 0);
+    std::vector<double> heights(nodes_.size(), nearby_);
     for (int round = 0; round < kMostRounds; ++round) {
       for (std::size_t k = 0; k < nodes_.size(); ++k)
         nodes_[k] = Node(first + k, heights[k]);
@@ -134,7 +137,8 @@ class NodeUndulations {
         furthest = std::max(furthest, std::abs(off));
       }
       if (furthest < enough) {
-        values_ = heights;
+        nearby_ = heights.back();
+        values_ = std::move(heights);
         return;
       }
     }
@@ -163,6 +167,8 @@ class NodeUndulations {
   bool sameDatum_;
   std::vector<TShellPoint> nodes_;
   std::vector<double> values_;
+  // The undulation of the last node.
+  double nearby_ = 0;
 };
 
 void Interpolate(const TShellReferenceSystem& system, const THeightTable* source,

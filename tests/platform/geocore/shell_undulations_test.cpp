@@ -138,6 +138,15 @@ TEST(TableSamplerTest, AgreesWithTheTable) {
   }
 }
 
+TEST(TableSamplerTest, ServesTheHeightsOfPointsAlike) {
+  const auto table = Table(36, 19, 10, 0, -90);
+  const TShellReferenceSystem heights = Shell(WithHeights(Wgs84(), 1), table);
+  const TShellReferenceSystem ellipsoid = Shell(Wgs84());
+  const double undulation = (table->Get(35, 9) + table->Get(0, 9)) / 2;
+  EXPECT_NEAR(Move(heights, ellipsoid, {0, -5, 100}).Third, 100 + undulation, 1e-9);
+  EXPECT_NEAR(Move(ellipsoid, heights, {0, 355, 100}).Third, 100 - undulation, 1e-9);
+}
+
 TEST(InterpolateHeightsTest, GivesATableOnItsOwnGridBack) {
   const auto table = Table(151, 97, 0.1, 5.1, 44.3);
   const auto result = EmptyGridOf(*table);
