@@ -886,11 +886,19 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Kugel</translation>
     </message>
     <message>
-        <source>Step north to south</source>
+        <source>Step N-S</source>
+        <translation>Schritt N-S</translation>
+    </message>
+    <message>
+        <source>Step W-E</source>
+        <translation>Schritt W-O</translation>
+    </message>
+    <message>
+        <source>Step from north to south</source>
         <translation>Schritt von Nord nach Süd</translation>
     </message>
     <message>
-        <source>Step west to east</source>
+        <source>Step from west to east</source>
         <translation>Schritt von West nach Ost</translation>
     </message>
     <message>
