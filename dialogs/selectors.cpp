@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 
+#include "dialogs/datum_edit.h"
 #include "dialogs/edit_forms.h"
 #include "dialogs/ellipsoid_edit.h"
 #include "platform/widgets/qt_text.h"
@@ -117,6 +118,11 @@ void TTypedSelector::bitbtnEditClick() {
 
 TformQvRfDatumShiftSelector::TformQvRfDatumShiftSelector(QWidget* owner)
     : TTypedSelector(owner, {.type = TObjectType::kDatumShift}, TObjectType::kDatumShiftType) {}
+
+void TformQvRfDatumShiftSelector::TellType(TformQvRfEdit& form, int type) {
+  auto* bursaWolf = dynamic_cast<TformQvRfDatumShiftBursaWolfEdit*>(&form);
+  if (bursaWolf != nullptr) bursaWolf->SetShiftType(type);
+}
 
 TformQvRfRefSystemSelector::TformQvRfRefSystemSelector(QWidget* owner)
     : TTypedSelector(owner, {.type = TObjectType::kReferenceSystem, .ownSource = true},
