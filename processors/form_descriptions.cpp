@@ -200,8 +200,8 @@ std::span<const TFormDescription* const> FormDescriptions() {
   static constexpr std::array kForms{
       &kLinearUnitForm,    &kAngularUnitForm,    &kScaleUnitForm,   &kEllipsoidForm,
       &kPrimeMeridianForm, &kDatumForm,          &kMolodenskyForm,  &kBursaWolfForm,
-      &kMapProjForm,       &kDatumShiftTypeForm, &kMapProjTypeForm, &kRefSystemTypeForm,
-      &kCartSystemForm,    &kGeocSystemForm,     &kLocalSystemForm, &kTopoSystemForm};
+      &kMapProjForm,       &kCartSystemForm,     &kGeocSystemForm,  &kLocalSystemForm,
+      &kTopoSystemForm,    &kDatumShiftTypeForm, &kMapProjTypeForm, &kRefSystemTypeForm};
   return kForms;
 }
 

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
-#include <QComboBox>
 #include <algorithm>
 
 #include "tests/dialogs/edit_dialog_fixture.h"
@@ -143,7 +142,7 @@ TEST_F(EditForms, EveryFaultOfANewRecordIsMarkedAtOnce) {
       ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
       EXPECT_EQ(RefusedControls(dialog, *form), "");
       for (const TFormRow& row : form->rows) {
-        // Some begin with a default.
+        // Some begin with a text.
         if (row.rule == TRule::kNotEmpty && row.leadKind == TLeadKind::kLabel)
           Type(dialog, row.control, "");
       }
