@@ -21,7 +21,7 @@ endforeach()
 refframe_tests(
   road_tests
   FOLDERS road
-  LINKS refframe_commands refframe_test_support)
+  LINKS refframe_commands refframe_test_support PROJ::proj)
 add_test(NAME road_tests_other_half COMMAND road_tests)
 set_tests_properties(road_tests PROPERTIES ENVIRONMENT "GTEST_SHARD_INDEX=0")
 set_tests_properties(road_tests_other_half PROPERTIES ENVIRONMENT "GTEST_SHARD_INDEX=1")

@@ -6,6 +6,7 @@
 
 #include "apps/cli/command_error.h"
 #include "apps/cli/commands.h"
+#include "apps/cli/height_commands.h"
 #include "apps/cli/object_types.h"
 
 namespace RefframeCli {
@@ -36,10 +37,16 @@ class TArguments {
  private:
   using Command = int (*)(const TRequest&, TTerminal);
 
+  // A command of the program, or of a group of commands.
+  CLI::App& Add(CLI::App& group, const char* name, const char* about, Command command);
   CLI::App& Add(const char* name, const char* about, Command command);
+  void AddDatabase(CLI::App& app);
   void AddType(CLI::App& app);
   void AddForm(CLI::App& app, const char* about);
   void AddExchangeCommands();
+  void AddHeightCommands();
+  CLI::App& AddHeightFile(CLI::App& heights, const char* name, const char* about, Command command);
+  CLI::App& AddHeightWork(CLI::App& heights, const char* name, const char* about, Command command);
 
   CLI::App app_{kAbout, "refframe"};
   TRequest request_;
@@ -70,6 +77,7 @@ TArguments::TArguments() {
   info.add_option("OBJ", request_.object, "The object")->required();
 
   AddExchangeCommands();
+  AddHeightCommands();
 
   CLI::App& users =
       Add("used-by", "Lists what refers to an object: type, key, name, description", ListUsers);
@@ -108,11 +116,74 @@ void TArguments::AddExchangeCommands() {
   AddForm(read, "How they are written; the content tells it otherwise");
 }
 
-CLI::App& TArguments::Add(const char* name, const char* about, Command command) {
-  CLI::App& app = *app_.add_subcommand(name, about);
-  app.add_option("DB", request_.database, "The database")->required();
+void TArguments::AddHeightCommands() {
+  CLI::App& heights = *app_.add_subcommand("heights", "Works on tables of geoid undulations");
+  heights.require_subcommand(1);
+  AddHeightFile(heights, "info", "Tells the grid and the range of a file of heights",
+                ShowHeightFile);
+  CLI::App& view = AddHeightFile(
+      heights, "view-as-text",
+      "Prints the heights with the coordinates of their nodes: columns from west to east between "
+      "tabs, a line for each row from the north down",
+      ViewHeightFile);
+  view.add_option("--window", request_.heights.window, "Only the nodes within these limits")
+      ->expected(4)
+      ->type_name("NORTH SOUTH EAST WEST");
+  view.add_option("--step", request_.heights.step, "Only every so manieth column and row (1)")
+      ->check(CLI::PositiveNumber);
+
+  CLI::App& interpolate =
+      AddHeightWork(heights, "interpolate", "Makes a file of heights on the grid of another system",
+                    InterpolateHeightFile);
+  interpolate.add_option("-o,--output", request_.output, "File to write to")->required();
+  CLI::App& approximate =
+      AddHeightWork(heights, "approximate",
+                    "Tells the constant that stands best for heights on the grid of a system",
+                    ApproximateHeightFile);
+  approximate.add_option("--errors", request_.output,
+                         "File for the differences, undulation less constant");
+}
+
+CLI::App& TArguments::AddHeightFile(CLI::App& heights, const char* name, const char* about,
+                                    Command command) {
+  CLI::App& app = Add(heights, name, about, command);
+  app.add_option("FILE", request_.heights.file, "The file of heights")->required();
+  return app;
+}
+
+CLI::App& TArguments::AddHeightWork(CLI::App& heights, const char* name, const char* about,
+                                    Command command) {
+  CLI::App& app = Add(heights, name, about, command);
+  AddDatabase(app);
+  THeightRequest& request = request_.heights;
+  app.add_option("--source", request.file, "A file of heights; its grid lies in --plane");
+  app.add_option("--plane", request.plane, "OBJ: the system in whose plane the file's grid lies");
+  app.add_option("--source-system", request.system,
+                 "OBJ: instead of a file, a system with heights of its own");
+  app.add_option("--target", request.target, "OBJ: the system for which the heights are made")
+      ->required();
+  app.add_option("--grid", request.grid,
+                 "Limits and cells in the plane of the target; without it the grid that covers "
+                 "the ground of the source and keeps its resolution")
+      ->expected(6)
+      ->type_name("NORTH SOUTH EAST WEST CELL-NS CELL-EW");
+  return app;
+}
+
+CLI::App& TArguments::Add(CLI::App& group, const char* name, const char* about, Command command) {
+  CLI::App& app = *group.add_subcommand(name, about);
   app.callback([this, command] { command_ = command; });
   return app;
+}
+
+CLI::App& TArguments::Add(const char* name, const char* about, Command command) {
+  CLI::App& app = Add(app_, name, about, command);
+  AddDatabase(app);
+  return app;
+}
+
+void TArguments::AddDatabase(CLI::App& app) {
+  app.add_option("DB", request_.database, "The database")->required();
 }
 
 void TArguments::AddType(CLI::App& app) {

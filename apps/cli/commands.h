@@ -10,6 +10,22 @@
 
 namespace RefframeCli {
 
+/// What a command about heights asked for.
+struct THeightRequest {
+  /// The file with the table, and the system in whose plane it lies.
+  std::string file;
+  std::string plane;
+  /// In place of a file: a system with heights of its own.
+  std::string system;
+  std::string target;
+  /// North, south, east, west, cell north-south, cell east-west; empty: derived from the source.
+  std::vector<std::string> grid;
+  /// South, north, west, east; empty: all.
+  std::vector<double> window;
+  /// Every how manieth node of a row and of a column is shown.
+  int step = 1;
+};
+
 /// What a command line asked for; a command reads the members that it has.
 struct TRequest {
   std::string database;
@@ -24,6 +40,7 @@ struct TRequest {
   std::optional<QvRefSystem::Dimension> dimension;
   std::string output;
   std::vector<std::string> files;
+  THeightRequest heights;
 };
 
 // Each command gives kSucceeded or kFailed, or throws CommandError or UsageError.

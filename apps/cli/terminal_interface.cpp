@@ -1,6 +1,7 @@
 #include "apps/cli/terminal_interface.h"
 
 #include <algorithm>
+#include <chrono>
 #include <istream>
 #include <ostream>
 #include <utility>
@@ -16,30 +17,46 @@ using QvPlatform::MessageKind;
 
 namespace {
 
-// One line that is written again each time a further hundredth is done.
+// One line that is written again each time a further hundredth is done. Work whose number of steps
+// is not known shows that it goes on.
 class TTerminalProgress final : public QvPlatform::TProgress {
  public:
   TTerminalProgress(std::ostream& err, std::string title, int count)
-      : err_(err), title_(std::move(title)), count_(std::max(count, 1)) {}
+      : err_(err), title_(std::move(title)), count_(count) {}
   ~TTerminalProgress() override {
     if (shown_ >= 0) err_ << "\r\x1b[K" << std::flush;
   }
   bool Next() override {
     ++done_;
-    const int percent = static_cast<int>(100LL * std::min(done_, count_) / count_);
-    if (percent > shown_) {
-      shown_ = percent;
-      err_ << "\r" << title_ << ": " << std::to_string(percent) << " %" << std::flush;
+    if (count_ > 0) {
+      Show(static_cast<int>(100LL * std::min(done_, count_) / count_), " %");
+    } else if (const auto now = std::chrono::steady_clock::now(); now - last_ > kPause) {
+      last_ = now;
+      Show(done_, " blocks");
     }
     return true;
   }
+  void SetMax(int count) override {
+    count_ = count;
+    done_ = 0;
+    shown_ = -1;
+  }
 
  private:
+  static constexpr std::chrono::milliseconds kPause{100};
+
+  void Show(int number, const char* unit) {
+    if (number <= shown_) return;
+    shown_ = number;
+    err_ << "\r" << title_ << ": " << std::to_string(number) << unit << std::flush;
+  }
+
   std::ostream& err_;
   std::string title_;
   int count_;
   int done_ = 0;
   int shown_ = -1;
+  std::chrono::steady_clock::time_point last_;
 };
 
 class TSilentProgress final : public QvPlatform::TProgress {

@@ -239,21 +239,6 @@ void TurnAboutAxis(std::span<TShellPoint> points, double angle) {
   }
 }
 
-double InterpolateTable(const THeightTable& table, double x, double y) {
-  if (table.CountX > 1 && table.CountY > 1) return table.Interpolate(x, y);
-  THeightTable wide;
-  const std::uint32_t countX = std::max(table.CountX, 2U);
-  const std::uint32_t countY = std::max(table.CountY, 2U);
-  wide.Resize(countX, countY, table.CountX > 1 ? table.CellX : 1,
-              table.CountY > 1 ? table.CellY : 1, table.OriginX, table.OriginY);
-  for (std::uint32_t i = 0; i < countX; ++i) {
-    for (std::uint32_t j = 0; j < countY; ++j) {
-      wide.Set(i, j, table.Get(std::min(i, table.CountX - 1), std::min(j, table.CountY - 1)));
-    }
-  }
-  return wide.Interpolate(x, y);
-}
-
 bool SameNumber(double a, double b) {
   return std::abs(a - b) <= 1e-12 * std::max(std::abs(a), std::abs(b));
 }

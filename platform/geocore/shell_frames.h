@@ -72,9 +72,6 @@ struct HorizonFrame {
 
 /// Turns points about the third axis, counter-clockwise for an angle in radians above 0.
 void TurnAboutAxis(std::span<TShellPoint> points, double angle);
-/// Bilinear as THeightTable::Interpolate; a single row or column of nodes counts as constant
-/// across.
-[[nodiscard]] double InterpolateTable(const THeightTable& table, double x, double y);
 
 /// A point that could not be computed.
 [[nodiscard]] TShellPoint FailedPoint();

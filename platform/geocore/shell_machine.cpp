@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <numbers>
 #include <unordered_map>
+#include <vector>
 
 #include "platform/geocore/geoids.h"
 #include "platform/geocore/proj_handles.h"
@@ -111,6 +113,46 @@ void TransformSpace(PJ* operation, std::span<TShellPoint> points) {
   FailWhatIsNotFinite(points);
 }
 
+// One step of Newton's method for the places that project to `planes`. A place whose derivatives
+// are not to be had, as at a pole, or that the step takes further away, stays.
+void ImprovePlaces(const std::string& operation, std::span<const TShellPoint> planes,
+                   std::span<TShellPoint> places) {
+  constexpr double kStep = 1e-6;  // radians: 6 m on the Earth
+  std::vector<TShellPoint> image(places.begin(), places.end());
+  std::vector<TShellPoint> east(image);
+  std::vector<TShellPoint> poleward(image);
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    if (places[i].First == HUGE_VAL) continue;
+    east[i].First += kStep;
+    poleward[i].Second -= std::copysign(kStep, places[i].Second);
+  }
+  Project(operation, image);
+  Project(operation, east);
+  Project(operation, poleward);
+  std::vector<TShellPoint> improved(places.begin(), places.end());
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const double sense = std::copysign(kStep, -places[i].Second);
+    const double xEast = (east[i].First - image[i].First) / kStep;
+    const double yEast = (east[i].Second - image[i].Second) / kStep;
+    const double xNorth = (poleward[i].First - image[i].First) / sense;
+    const double yNorth = (poleward[i].Second - image[i].Second) / sense;
+    const double dx = planes[i].First - image[i].First;
+    const double dy = planes[i].Second - image[i].Second;
+    const double determinant = xEast * yNorth - xNorth * yEast;
+    improved[i].First += (dx * yNorth - dy * xNorth) / determinant;
+    improved[i].Second += (dy * xEast - dx * yEast) / determinant;
+  }
+  std::vector<TShellPoint> check(improved);
+  Project(operation, check);
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const double before =
+        std::hypot(planes[i].First - image[i].First, planes[i].Second - image[i].Second);
+    const double after =
+        std::hypot(planes[i].First - check[i].First, planes[i].Second - check[i].Second);
+    if (after < before) places[i] = improved[i];
+  }
+}
+
 }  // namespace
 
 void Project(const std::string& operation, std::span<TShellPoint> points) {
@@ -119,6 +161,14 @@ void Project(const std::string& operation, std::span<TShellPoint> points) {
 
 void Unproject(const std::string& operation, std::span<TShellPoint> points) {
   if (!points.empty()) TransformPlane(OperationOf(operation), PJ_INV, points);
+}
+
+void UnprojectExactly(const std::string& operation, std::span<TShellPoint> points) {
+  constexpr int kSteps = 2;
+  const std::vector<TShellPoint> planes(points.begin(), points.end());
+  Unproject(operation, points);
+  for (int step = 0; step < kSteps; ++step)
+    ImprovePlaces(operation, planes, points);
 }
 
 void PutGridUndulations(const SystemGeoid& geoid, std::span<TShellPoint> points) {
@@ -132,7 +182,7 @@ void MoveToGeoidBase(const SystemGeoid& geoid, std::span<TShellPoint> points) {
   constexpr int kWgs84Geographic3D = 4979;
   if (points.empty() || geoid.baseSystem == kWgs84Geographic3D) return;
   PJ* way = WayToBase(geoid);
-  constexpr double kDegree = 180 / 3.14159265358979323846;
+  constexpr double kDegree = 180 / std::numbers::pi;
   for (TShellPoint& point : points) {
     point.First *= kDegree;
     point.Second *= kDegree;

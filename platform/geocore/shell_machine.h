@@ -17,6 +17,9 @@ struct SystemGeoid;
 /// ProjectionOperation, or back; Third stays. Failed points stay failed.
 void Project(const std::string& operation, std::span<TShellPoint> points);
 void Unproject(const std::string& operation, std::span<TShellPoint> points);
+/// Unproject for a projection whose inverse is a short series in PROJ: two steps of Newton's method
+/// on the projection itself bring it to rounding. Four to five times the work.
+void UnprojectExactly(const std::string& operation, std::span<TShellPoint> points);
 
 /// Third becomes the undulation in metres at longitude and latitude, in radians from Greenwich, of
 /// the geoid's own base system. A point without data fails.

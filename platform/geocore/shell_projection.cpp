@@ -201,6 +201,9 @@ constexpr OwnMethod kOwnMethods[] = {
 // of the modified Krovak.
 constexpr int kNoComputation[] = {1042, 1043, 9816, 9824};
 
+// Colombia urban, equal earth, Laborde, azimuthal and cylindrical equal area.
+constexpr int kRoughInverses[] = {1052, 1078, 9813, 9820, 9835};
+
 // PROJ's own idea of any other method: what it makes of a projected system with plain axes.
 std::string AskProj(const ProjectionModel& projection) {
   SystemModel plain;
@@ -287,6 +290,10 @@ double ProjectionParameterValue(const ProjectionModel& projection, int code) {
   }
   return NumberOf(found->value, std::string(known->name) + " of " + projection.name) *
          FactorOf(*unit);
+}
+
+bool HasRoughInverse(int method) {
+  return std::ranges::find(kRoughInverses, method) != std::end(kRoughInverses);
 }
 
 std::string ProjectionOperation(const ProjectionModel& projection, const EllipsoidShape& shape) {

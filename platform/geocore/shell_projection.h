@@ -16,6 +16,10 @@ namespace QvRefSystem {
 [[nodiscard]] std::string ProjectionOperation(const ProjectionModel& projection,
                                               const EllipsoidShape& shape);
 
+/// Whether PROJ's inverse of the method is a short series that misses its own projection by more
+/// than 1e-10 degrees: by 1.5 mm for the azimuthal equal area.
+[[nodiscard]] bool HasRoughInverse(int method);
+
 /// A parameter by its EPSG code, in radians, metres or unity. Throws GeodesyError if it is missing
 /// or no number.
 [[nodiscard]] double ProjectionParameterValue(const ProjectionModel& projection, int code);

@@ -1,7 +1,5 @@
 #include "platform/geocore/shell_reference_system.h"
 
-#include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "platform/geocore/model_tree_ids.h"
@@ -9,7 +7,7 @@
 #include "platform/geocore/shell_definition.h"
 #include "platform/geocore/shell_machine.h"
 #include "platform/geocore/shell_notation.h"
-#include "platform/text/text.h"
+#include "vertical/height_table_text.h"
 
 namespace QvRefSystem {
 
@@ -112,37 +110,6 @@ const std::string* TableText(const TStringTree* tree) {
 
 bool HasTable(const SystemModel& model) {
   return model.heights && model.heights->kind == TreeIds::kHeightSystemIsTable;
-}
-
-// South, north, west, east, the two cells, then the values by rows from the north down.
-bool ParseHeightTable(THeightTable* table, std::string_view text, TProgressInterface*) {
-  const auto next = [&](double* value) {
-    const std::size_t from = text.find_first_not_of(" \t\r\n");
-    if (from == std::string_view::npos) return false;
-    const std::size_t to = std::min(text.find_first_of(" \t\r\n", from), text.size());
-    const bool read = QvPlatform::TextToDouble(text.substr(from, to - from), value);
-    text.remove_prefix(to);
-    return read;
-  };
-  double head[6];
-  for (double& value : head) {
-    if (!next(&value)) return false;
-  }
-  const auto [south, north, west, east, cellY, cellX] = head;
-  if (!(cellX > 0) || !(cellY > 0) || south > north || west > east) return false;
-  const double countX = std::floor((east - west) / cellX + 0.5) + 1;
-  const double countY = std::floor((north - south) / cellY + 0.5) + 1;
-  if (countX * countY > static_cast<double>(text.size())) return false;
-  table->Resize(static_cast<std::uint32_t>(countX), static_cast<std::uint32_t>(countY), cellX,
-                cellY, west, south);
-  for (std::uint32_t j = table->CountY; j-- > 0;) {
-    for (std::uint32_t i = 0; i < table->CountX; ++i) {
-      double value = 0;
-      if (!next(&value)) return false;
-      table->Set(i, j, value);
-    }
-  }
-  return true;
 }
 
 std::shared_ptr<const THeightTable> ReadTable(const TStringTree* tree, const SystemModel& model,

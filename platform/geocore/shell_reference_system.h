@@ -101,8 +101,9 @@ class TShellReferenceSystem {
                                  const std::string& cellNS, const std::string& cellEW,
                                  THeightTable* table) const;
   /// The grid of `target` that covers the ground of a grid of this system with cells that keep its
-  /// resolution, limits rounded outward and cells downward to readable numbers. False, with
-  /// `result` unchanged, if the texts are no grid or the ground has no image.
+  /// resolution, limits rounded outward and cells downward to readable numbers; in the same plane
+  /// the grid itself. Longitudes keep to the turn of the source and may go on across the seam (170
+  /// to 190). False, with `result` unchanged, if the texts are no grid or the ground has no image.
   [[nodiscard]] bool RecalculateTableGrid(const TShell2DTableExtents* source,
                                           const TShellReferenceSystem* target,
                                           TShell2DTableExtents* result) const;
@@ -130,7 +131,8 @@ class TShellReferenceSystem {
 
   /// The constant that, in place of the undulations on the grid of `errors` in `target`, minimises
   /// the sum of squared errors; with it their root mean square and greatest magnitude, in the
-  /// height unit of `target`, and in `errors` undulation less constant at each node. False, with
+  /// height unit of `target` and rounded to a millimetre, and in `errors` undulation less constant
+  /// at each node. False, with
   /// the three texts unchanged, if it is cancelled or cannot be computed. `progress` may be null.
   [[nodiscard]] bool ApproximateHeights(const THeightTable* source,
                                         const TShellReferenceSystem* target, std::string* offset,

@@ -5,6 +5,7 @@
 #include "platform/geocore/geoids.h"
 #include "platform/geocore/shell_definition.h"
 #include "platform/geocore/shell_machine.h"
+#include "platform/geocore/table_sampler.h"
 
 /// The way of points through a definition: see the stages in its header.
 namespace QvRefSystem {
@@ -105,6 +106,8 @@ void Definition::EnterProjection(std::span<TShellPoint> points) const {
   ToMetres(points);
   if (equidistant_) {
     equidistant_->Unproject(points);
+  } else if (HasRoughInverse(model_.projection->method)) {
+    UnprojectExactly(projection_, points);
   } else {
     Unproject(projection_, points);
   }
@@ -175,14 +178,7 @@ void Definition::LeaveCartesian(std::span<TShellPoint> points) const {
 
 double Definition::TableValue(const TShellPoint& point) const {
   const TShellPoint plane = ToPlane(point);
-  double x = plane.First;
-  const double turn = FullTurn();
-  if (turn > 0 && (x < table_->West() || x > table_->East())) {
-    // The same meridian may lie within the table a turn away; else the nearer edge counts.
-    const double middle = (table_->West() + table_->East()) / 2;
-    x = middle + std::remainder(x - middle, turn);
-  }
-  return InterpolateTable(*table_, x, plane.Second);
+  return TableSampler(*table_, FullTurn()).At(plane.First, plane.Second);
 }
 
 // The undulation above this ellipsoid is the height at which the way to the geoid's base system
