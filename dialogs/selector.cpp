@@ -346,7 +346,7 @@ void TformQvRfSelector::bitbtnEditClick() {
 }
 
 void TformQvRfSelector::bitbtnRemoveClick() {
-  if (!Processor->DeleteRecord(this)) return;
+  if (!Processor->DeleteWithConsent(this)) return;
   bitbtnListClick();
   KeepCurrentInSight();
   UpdateEditButtons();

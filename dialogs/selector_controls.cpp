@@ -16,6 +16,7 @@
 namespace QvRefSystem {
 
 using QvPlatform::TDataGrid;
+using QvPlatform::Translatable;
 using QvPlatform::Translated;
 
 namespace {
@@ -30,18 +31,24 @@ struct ButtonRow {
 // The bottom row from the left. List and Details share a spot, as do Cancel and Close: of each pair
 // one is hidden at any time.
 constexpr ButtonRow kButtons[] = {
-    {&TSelectorControls::bitbtnOk, "bitbtnOk", "OK", "Choose the current row (Ctrl+Enter)"},
-    {&TSelectorControls::bitbtnList, "bitbtnList", "&List", "Back to the list"},
-    {&TSelectorControls::bitbtnDetails, "bitbtnDetails", "&Details", "Describe the current row"},
-    {&TSelectorControls::bitbtnNew, "bitbtnNew", "&New", "Make a new object (Insert)"},
-    {&TSelectorControls::bitbtnEdit, "bitbtnEdit", "&Edit", "Change the current object"},
-    {&TSelectorControls::bitbtnRemove, "bitbtnRemove", "&Remove",
-     "Remove the current object (Delete)"},
-    {&TSelectorControls::bitbtnExport, "bitbtnExport", "E&xport...",
-     "Write the current object to a file; with Shift held, all objects to a folder"},
-    {&TSelectorControls::bitbtnImport, "bitbtnImport", "&Import...", "Take an object from a file"},
-    {&TSelectorControls::bitbtnCancel, "bitbtnCancel", "Cancel", ""},
-    {&TSelectorControls::bitbtnClose, "bitbtnClose", "Close", ""},
+    {&TSelectorControls::bitbtnOk, "bitbtnOk", Translatable("OK"),
+     Translatable("Choose the current row (Ctrl+Enter)")},
+    {&TSelectorControls::bitbtnList, "bitbtnList", Translatable("&List"),
+     Translatable("Back to the list")},
+    {&TSelectorControls::bitbtnDetails, "bitbtnDetails", Translatable("&Details"),
+     Translatable("Describe the current row")},
+    {&TSelectorControls::bitbtnNew, "bitbtnNew", Translatable("&New"),
+     Translatable("Make a new object (Insert)")},
+    {&TSelectorControls::bitbtnEdit, "bitbtnEdit", Translatable("&Edit"),
+     Translatable("Change the current object")},
+    {&TSelectorControls::bitbtnRemove, "bitbtnRemove", Translatable("&Remove"),
+     Translatable("Remove the current object (Delete)")},
+    {&TSelectorControls::bitbtnExport, "bitbtnExport", Translatable("E&xport..."),
+     Translatable("Write the current object to a file; with Shift held, all objects to a folder")},
+    {&TSelectorControls::bitbtnImport, "bitbtnImport", Translatable("&Import..."),
+     Translatable("Take an object from a file")},
+    {&TSelectorControls::bitbtnCancel, "bitbtnCancel", Translatable("Cancel"), ""},
+    {&TSelectorControls::bitbtnClose, "bitbtnClose", Translatable("Close"), ""},
 };
 
 QToolButton* MakeArrow(QWidget* parent, const char* objectName, Qt::ArrowType arrow,
@@ -85,10 +92,11 @@ void TSelectorControls::BuildSearchRow(QDialog* form) {
   comboSearch->lineEdit()->setPlaceholderText(Translated("Type a part of the name, or a code"));
   comboSearch->setAccessibleName(Translated("Search"));
   lblSearch->setBuddy(comboSearch);
-  bitbtnSearchDown = MakeArrow(pnlSearch, "bitbtnSearchDown", Qt::DownArrow, "Search down",
-                               "Next row whose name contains the text (F3)");
-  bitbtnSearchUp = MakeArrow(pnlSearch, "bitbtnSearchUp", Qt::UpArrow, "Search up",
-                             "Previous row whose name contains the text (Shift+F3)");
+  bitbtnSearchDown =
+      MakeArrow(pnlSearch, "bitbtnSearchDown", Qt::DownArrow, Translatable("Search down"),
+                Translatable("Next row whose name contains the text (F3)"));
+  bitbtnSearchUp = MakeArrow(pnlSearch, "bitbtnSearchUp", Qt::UpArrow, Translatable("Search up"),
+                             Translatable("Previous row whose name contains the text (Shift+F3)"));
   lblCount = new QLabel(pnlSearch);
   lblCount->setObjectName("lblCount");
   for (QWidget* widget : std::initializer_list<QWidget*>{lblSearch, comboSearch, bitbtnSearchDown,

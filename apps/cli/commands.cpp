@@ -129,7 +129,7 @@ int DeleteObject(const TRequest& request, TTerminal terminal) {
   TOpenDatabase database(request.database, ui);
   TQvRfDataProcessor& processor = database.Locate(*request.type, request.object);
   const int key = processor.GetCurrentKey();
-  if (!processor.DeleteRecord(nullptr)) {
+  if (!processor.DeleteWithConsent(nullptr)) {
     const bool told = ui.HasReported();
     throw CommandError(told ? std::string()
                             : "a " + std::string(request.type->typeName) + " cannot be deleted");

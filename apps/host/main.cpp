@@ -2,8 +2,11 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QSettings>
 #include <QTimer>
+#include <QTranslator>
 
 #include "apps/host/main_window.h"
 #include "dialogs/used_by_list.h"
@@ -37,6 +40,11 @@ int main(int argc, char** argv) {
   parser.addOptions({database, tree, choose, screenshot});
   parser.process(application);
 
+  // The toolkit's own texts, such as those of its file dialogs; ours come with the library.
+  QTranslator toolkit;
+  if (toolkit.load(QLocale(), "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    QApplication::installTranslator(&toolkit);
+  }
   const TLibraries libraries;
   const auto ui = QvRefSystem::MakeDialogInterface();
   QSettings settings;

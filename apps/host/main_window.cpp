@@ -31,13 +31,14 @@ namespace QvRefSystem {
 
 using QvPlatform::FromQt;
 using QvPlatform::ToQt;
+using QvPlatform::Translatable;
 using QvPlatform::Translated;
 
 namespace {
 
-constexpr char kTreeFilter[] =
+constexpr const char* kTreeFilter = Translatable(
     "Reference systems as text (*.reference system)|*.reference system|"
-    "Reference systems in XML (*.x-ref-system)|*.x-ref-system|All files (*.*)|*.*";
+    "Reference systems in XML (*.x-ref-system)|*.x-ref-system|All files (*.*)|*.*");
 constexpr int kXmlFilter = 2;
 // Notes that the editor leaves in a tree that was stored.
 constexpr int kKeyNote = 201001;
@@ -83,24 +84,26 @@ QAction* TMainWindow::AddAction(const char* objectName, const char* text, const 
 }
 
 void TMainWindow::BuildActions() {
-  actOpenTree_ =
-      AddAction("actOpenTree", "&Open tree...", QKeySequence::Open, &TMainWindow::AskTree);
-  actSaveTree_ =
-      AddAction("actSaveTree", "&Save tree...", QKeySequence::Save, &TMainWindow::SaveTree);
-  actChoose_ = AddAction("actChoose", "&Choose...", Qt::CTRL | Qt::Key_R, &TMainWindow::Choose);
-  actInsert_ = AddAction("actInsert", "&Insert", Qt::CTRL | Qt::Key_I, &TMainWindow::Insert);
+  actOpenTree_ = AddAction("actOpenTree", Translatable("&Open tree..."), QKeySequence::Open,
+                           &TMainWindow::AskTree);
+  actSaveTree_ = AddAction("actSaveTree", Translatable("&Save tree..."), QKeySequence::Save,
+                           &TMainWindow::SaveTree);
+  actChoose_ = AddAction("actChoose", Translatable("&Choose..."), Qt::CTRL | Qt::Key_R,
+                         &TMainWindow::Choose);
+  actInsert_ =
+      AddAction("actInsert", Translatable("&Insert"), Qt::CTRL | Qt::Key_I, &TMainWindow::Insert);
   actInsert_->setToolTip(Translated("Store this system in the database"));
-  actInfo_ = AddAction("actInfo", "I&nfo", QKeySequence(), &TMainWindow::ShowInfo);
+  actInfo_ = AddAction("actInfo", Translatable("I&nfo"), QKeySequence(), &TMainWindow::ShowInfo);
   actInfo_->setToolTip(Translated("Describe the system that is current in the database"));
-  actOpenFolder_ = AddAction("actOpenFolder", "Open database &folder...", QKeySequence(),
-                             &TMainWindow::AskFolder);
-  actOpenContainer_ = AddAction("actOpenContainer", "Open database &container...", QKeySequence(),
-                                &TMainWindow::AskContainer);
-  actManage_ = AddAction("actManage", "&Manage database...", Qt::CTRL | Qt::Key_M,
+  actOpenFolder_ = AddAction("actOpenFolder", Translatable("Open database &folder..."),
+                             QKeySequence(), &TMainWindow::AskFolder);
+  actOpenContainer_ = AddAction("actOpenContainer", Translatable("Open database &container..."),
+                                QKeySequence(), &TMainWindow::AskContainer);
+  actManage_ = AddAction("actManage", Translatable("&Manage database..."), Qt::CTRL | Qt::Key_M,
                          &TMainWindow::ManageDatabase);
   actManage_->setToolTip(Translated("Show and change the objects of every type"));
-  actOptions_ =
-      AddAction("actOptions", "&Dialog options...", QKeySequence(), &TMainWindow::AskOptions);
+  actOptions_ = AddAction("actOptions", Translatable("&Dialog options..."), QKeySequence(),
+                          &TMainWindow::AskOptions);
 }
 
 void TMainWindow::BuildMenus() {

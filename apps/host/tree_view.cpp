@@ -13,6 +13,7 @@ namespace QvRefSystem {
 
 using QvCommonUtils::TStringTree;
 using QvPlatform::ToQt;
+using QvPlatform::Translatable;
 using QvPlatform::Translated;
 
 namespace {
@@ -58,8 +59,10 @@ void AddMembers(const QvCommonUtils::TDataTree<std::string>& tree, QTreeWidgetIt
 }
 
 QString KindText(SystemKind kind) {
-  constexpr std::array kTexts{"local Cartesian", "local",     "geocentric",
-                              "geodetic",        "projected", "topocentric horizontal"};
+  constexpr std::array kTexts{
+      Translatable("local Cartesian"), Translatable("local"),
+      Translatable("geocentric"),      Translatable("geodetic"),
+      Translatable("projected"),       Translatable("topocentric horizontal")};
   return Translated(kTexts.at(static_cast<std::size_t>(kind) - 1));
 }
 
@@ -86,7 +89,7 @@ std::string UnitOf(const ProjectionModel& projection, int parameterCode) {
 }
 
 void DescribeProjection(const ProjectionModel& projection, TLines* lines) {
-  lines->Add("Map projection", projection.name);
+  lines->Add(Translatable("Map projection"), projection.name);
   for (const ProjectionParameterModel& parameter : projection.parameters) {
     lines->AddLine("    " + parameter.name + " = " + parameter.value +
                    UnitOf(projection, parameter.code));
@@ -97,7 +100,7 @@ void DescribeEllipsoid(const EllipsoidModel& ellipsoid, TLines* lines) {
   const std::string shape = ellipsoid.useF && ellipsoid.f != 0
                                 ? ", 1/f = " + QvPlatform::DoubleToText(1 / ellipsoid.f)
                                 : (ellipsoid.b.empty() ? "" : ", b = " + ellipsoid.b);
-  lines->Add("Ellipsoid",
+  lines->Add(Translatable("Ellipsoid"),
              ellipsoid.name + " (a = " + ellipsoid.a + shape + ", " + ellipsoid.unit.name + ")");
 }
 
@@ -124,23 +127,23 @@ QStringList DescribeTree(const TStringTree& tree) {
     return {Translated("This tree does not hold a whole reference system: %1").arg(ToQt(error))};
   }
   TLines lines;
-  lines.Add("Name", model.name);
-  lines.Add("Description", model.description);
-  lines.Add("Abbreviation", model.abbreviation);
-  lines.Add("Kind", KindText(model.kind));
-  if (model.geoTiffCode != 0) lines.Add("Code", std::to_string(model.geoTiffCode));
-  if (model.primary) lines.Add("Primary system", model.primary->name);
+  lines.Add(Translatable("Name"), model.name);
+  lines.Add(Translatable("Description"), model.description);
+  lines.Add(Translatable("Abbreviation"), model.abbreviation);
+  lines.Add(Translatable("Kind"), KindText(model.kind));
+  if (model.geoTiffCode != 0) lines.Add(Translatable("Code"), std::to_string(model.geoTiffCode));
+  if (model.primary) lines.Add(Translatable("Primary system"), model.primary->name);
   if (model.projection) DescribeProjection(*model.projection, &lines);
   if (model.datum) {
-    lines.Add("Datum", model.datum->name);
-    lines.Add("Datum shift", model.datum->shift.name);
+    lines.Add(Translatable("Datum"), model.datum->name);
+    lines.Add(Translatable("Datum shift"), model.datum->shift.name);
     DescribeEllipsoid(model.datum->ellipsoid, &lines);
   } else if (model.ellipsoid) {
     DescribeEllipsoid(*model.ellipsoid, &lines);
   }
-  lines.Add("Prime meridian", model.primeMeridian.name);
-  lines.Add("Angular unit", model.angularUnit.name);
-  lines.Add("Linear unit", model.linearUnit.name);
+  lines.Add(Translatable("Prime meridian"), model.primeMeridian.name);
+  lines.Add(Translatable("Angular unit"), model.angularUnit.name);
+  lines.Add(Translatable("Linear unit"), model.linearUnit.name);
   return lines.Take();
 }
 

@@ -2,6 +2,11 @@
 
 #include <QCoreApplication>
 
+// Brings in the resources of a static library, which nothing else refers to.
+static void InitTranslations() {
+  Q_INIT_RESOURCE(refframe_translations);
+}
+
 namespace QvPlatform {
 namespace {
 constexpr char kContext[] = "refframe";
@@ -15,7 +20,12 @@ QString SystemQText(TextId id) {
   return ToQt(SystemText(id));
 }
 
-TTextTranslation::TTextTranslation() {
+TTextTranslation::TTextTranslation(const QLocale& locale) {
+  InitTranslations();
+  if (translator_.load(locale, QStringLiteral("refframe"), QStringLiteral("_"),
+                       QStringLiteral(":/refframe/translations"))) {
+    QCoreApplication::installTranslator(&translator_);
+  }
   SetTextTranslator([](std::string_view source) {
     return FromQt(QCoreApplication::translate(kContext, std::string(source).c_str()));
   });

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QLocale>
 #include <QString>
+#include <QTranslator>
 #include <string>
 #include <string_view>
 
@@ -19,16 +21,27 @@ namespace QvPlatform {
 /// A text of the widgets themselves in the user's language. All texts of the system share one
 /// translation context, "refframe".
 [[nodiscard]] QString Translated(const char* source);
+/// Marks a text that reaches Translated through a table or an argument, for those who gather the
+/// texts to be translated: they find what stands in quotes within Translated or within this.
+[[nodiscard]] constexpr const char* Translatable(const char* source) {
+  return source;
+}
 /// A text of the catalogue in the user's language.
 [[nodiscard]] QString SystemQText(TextId id);
 
-/// While it lives, the catalogue's texts go through the application's translators.
+/// While it lives, the translation that the library carries for the user's language is among the
+/// application's translators, and the catalogue's texts go through them. A language without one
+/// leaves the texts as they stand.
 class TTextTranslation {
  public:
-  TTextTranslation();
+  /// The user's language is that of `locale`; there must be an application.
+  explicit TTextTranslation(const QLocale& locale = {});
   ~TTextTranslation();
   TTextTranslation(const TTextTranslation&) = delete;
   TTextTranslation& operator=(const TTextTranslation&) = delete;
+
+ private:
+  QTranslator translator_;
 };
 
 }  // namespace QvPlatform

@@ -16,10 +16,10 @@ struct KindRow {
 };
 
 // In the order of MessageKind.
-constexpr KindRow kKinds[] = {{QMessageBox::NoIcon, "Reference systems"},
-                              {QMessageBox::Warning, "Warning"},
-                              {QMessageBox::Critical, "Error"},
-                              {QMessageBox::Question, "Confirmation"}};
+constexpr KindRow kKinds[] = {{QMessageBox::NoIcon, Translatable("Reference systems")},
+                              {QMessageBox::Warning, Translatable("Warning")},
+                              {QMessageBox::Critical, Translatable("Error")},
+                              {QMessageBox::Question, Translatable("Confirmation")}};
 
 struct ButtonRow {
   QMessageBox::StandardButton button;

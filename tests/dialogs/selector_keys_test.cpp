@@ -10,6 +10,7 @@
 #include "dialogs/edit_base.h"
 #include "platform/widgets/data_grid.h"
 #include "tests/dialogs/dialog_fixture.h"
+#include "tests/support/sample_trees.h"
 
 namespace refframe_tests {
 namespace {
@@ -257,6 +258,29 @@ TEST_F(SelectorKeys, AfterARemovalTheNeighbourInSightIsCurrent) {
     Click(form, "bitbtnRemove");
     EXPECT_EQ(MarkedName(form), "Airy 1830") << "a No leaves everything";
   });
+}
+
+TEST_F(SelectorKeys, AHeightSystemGoesWithItsFileOnceTheUserSaysYes) {
+  auto& heights = database_.Processor(kVerticalReferenceSystem);
+  ASSERT_GT(heights.InsertFromTree(MakeTree(HeightTableTree).get()), 0);
+  const std::unique_ptr<TformQvRfSelector> selector(
+      GetSelectorFor(nullptr, static_cast<int>(kVerticalReferenceSystem)));
+  ASSERT_NE(selector, nullptr);
+  const auto fileCount = [this] {
+    return QvRefSystem::ListStorageFiles(database_.data->GetHeightsPrefix(), false).size();
+  };
+  database_.ui.answers = {QvPlatform::MessageAnswer::kNo};
+  ScreenUser user;
+  user.In<TformQvRfSelector>([&](QDialog& form) {
+    EXPECT_EQ(ListedNames(form), "Alps");
+    Click(form, "bitbtnRemove");
+    EXPECT_EQ(fileCount(), 1U);
+    Click(form, "bitbtnRemove");
+    EXPECT_EQ(fileCount(), 0U);
+    form.reject();
+  });
+  EXPECT_FALSE(selector->Select(nullptr, 0, false, nullptr, 0));
+  EXPECT_EQ(heights.DataSet->RecordCount(), 0);
 }
 
 TEST_F(SelectorKeys, SearchButtonsGoFromMatchToMatchAndTellTheEnd) {

@@ -106,6 +106,30 @@ TEST_F(Lines, AnswerMisuseWithTwo) {
     Expect(row);
 }
 
+TEST_F(Lines, CarryHeightsWithTheirSystemAndAlone) {
+  const TreePtr system = MakeTree(SystemTree, 4);
+  HeightTableTree(TreeBuilder(system.get()).Sub(1500));
+  Put("alps.txt", WriteTreeText(system.get()));
+  Expect({"import DB reference-system @alps.txt", 0, "7\tinserted\tNAD27 geodetic\n", ""});
+  Expect({"import DB reference-system @alps.txt", 0, "7\tfound\tNAD27 geodetic\n", ""});
+  Expect({"list DB height-system", 0, "1\tAlps\tA table\n", ""});
+  Expect({"used-by DB height-system 1", 0, "reference-system\t7\tNAD27 geodetic\tA system\n", ""});
+  Expect({"check DB", 0, "", ""});
+  Expect({"export DB reference-system 7 --form xml -o @again.xml", 0, "", ""});
+  Expect({"import DB reference-system @again.xml", 0, "7\tfound\tNAD27 geodetic\n", ""});
+
+  // Alone a height system is added whenever it comes, and is nobody's then.
+  Expect({"export DB height-system 'name:Alps' -o @heights.txt", 0, "", ""});
+  Expect({"import DB height-system @heights.txt", 0, "4\tinserted\tAlps\n", ""});
+  EXPECT_THAT(Say("check DB").out, HasSubstr("no reference system refers to it"));
+  Expect({"delete DB height-system 4", 1, "", "--yes"});
+  Expect({"delete DB height-system 4 --yes", 0, "", ""});
+  Expect({"check DB", 0, "", ""});
+  Expect({"delete DB reference-system 7 --yes", 0, "", ""});
+  Expect({"list DB height-system", 0, "", ""});
+  EXPECT_TRUE(std::filesystem::is_empty(database_.path + "/Heights"));
+}
+
 TEST_F(Lines, GiveHelpForEveryCommand) {
   for (const char* command :
        {"init", "list", "info", "export", "import", "used-by", "delete", "check"}) {

@@ -1,0 +1,105 @@
+// The dialogs in the language of the user.
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSettings>
+#include <set>
+
+#include "apps/host/main_window.h"
+#include "apps/host/options_dialog.h"
+#include "dialogs/database_manager.h"
+#include "dialogs/used_by_list.h"
+#include "platform/widgets/qt_text.h"
+#include "tests/dialogs/dialog_fixture.h"
+
+namespace refframe_tests {
+namespace {
+
+using QvPlatform::TextId;
+using QvPlatform::TTextTranslation;
+using QvRefSystem::TformQvRfSelector;
+
+const QLocale kGerman(QLocale::German, QLocale::Germany);
+
+class Translation : public DialogTest {};
+
+TEST_F(Translation, AGermanUserMeetsGermanDialogs) {
+  const TTextTranslation german(kGerman);
+  const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 3));
+  ScreenUser user;
+  user.In<TformQvRfSelector>([](QWidget& form) {
+    EXPECT_EQ(form.windowTitle(), "Auswahl: Ellipsoid");
+    EXPECT_EQ(Child<QPushButton>(form, "bitbtnEdit").text(), "&Bearbeiten");
+    EXPECT_EQ(Child<QLabel>(form, "lblSearch").text(), "&Suche");
+    EXPECT_EQ(Child<QLabel>(form, "lblCount").text(), "Alle 7");
+    Search(form, "xyz");
+    Click(form, "bitbtnSearchDown");
+    Click(form, "bitbtnCancel");
+  });
+  EXPECT_FALSE(selector->Select(nullptr, 0, false, nullptr, 0));
+  EXPECT_EQ(database_.ui.messages, std::vector<std::string>{"„xyz“ nicht gefunden"});
+  QvRefSystem::TStrings lines;
+  ASSERT_TRUE(selector->GetInfo(&lines));
+  EXPECT_TRUE(lines.at(1).starts_with("Beschreibung: ")) << "texts of the core";
+}
+
+TEST_F(Translation, ALanguageWithoutATranslationLeavesTheTexts) {
+  for (const QLocale& locale : {QLocale(QLocale::Icelandic), QLocale::c()}) {
+    const TTextTranslation translation(locale);
+    EXPECT_EQ(QvPlatform::Translated("Warning"), "Warning");
+    EXPECT_EQ(QvPlatform::SystemText(TextId::kEllipsoid), "ellipsoid");
+  }
+}
+
+TEST_F(Translation, GoesWhenItsLibraryStops) {
+  { const TTextTranslation german(kGerman); }
+  EXPECT_EQ(QvPlatform::Translated("Warning"), "Warning");
+  EXPECT_EQ(QvPlatform::SystemText(TextId::kImportFailed), "Import failed");
+}
+
+// Stands behind all other translators and keeps what they have no translation for.
+class TGaps : public QTranslator {
+ public:
+  QString translate(const char* context, const char* source, const char*, int) const override {
+    if (std::string_view(context) == "refframe" && *source != '\0') sources.insert(source);
+    return {};
+  }
+  bool isEmpty() const override { return false; }
+  mutable std::set<std::string> sources;
+};
+
+// What reaches the user by tables and arguments is found here, where no reader of sources sees it.
+TEST_F(Translation, NoTextOfAnyDialogIsLeftWithoutATranslation) {
+  TGaps gaps;
+  QCoreApplication::installTranslator(&gaps);
+  {
+    const TTextTranslation german(kGerman);
+    QvRefSystem::TQvGeoRefFrameDialogOptions options;
+    QvRefSystem::TformGeoRefFrameDatabaseManager manager(nullptr);
+    manager.Fill(&options);
+    for (auto* selector : manager.findChildren<TformQvRfSelector*>()) {
+      selector->SetDialogMode(true, false);
+      selector->UpdateEditButtons();
+    }
+    const QvRefSystem::TformQvRfUsedByList list(nullptr);
+    const QvRefSystem::TOptionsDialog hostOptions({}, nullptr);
+    TemporaryFolder folder;
+    QSettings settings(QString::fromStdString(folder.Path("settings.ini")), QSettings::IniFormat);
+    const QvRefSystem::TMainWindow window(settings, database_.ui);
+    const auto actions = window.findChildren<QAction*>();
+    EXPECT_TRUE(std::ranges::any_of(
+        actions, [](const QAction* action) { return action->text() == "Baum ö&ffnen..."; }));
+  }
+  QCoreApplication::removeTranslator(&gaps);
+  std::string missing;
+  for (const std::string& source : gaps.sources)
+    missing += source + "\n";
+  EXPECT_EQ(missing, "");
+}
+
+}  // namespace
+}  // namespace refframe_tests

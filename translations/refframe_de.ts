@@ -1,0 +1,685 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE" sourcelanguage="en">
+<context>
+    <name>refframe</name>
+    <message>
+        <source>"%1" cannot be read: %2</source>
+        <translation>„%1“ kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>"%s" not found</source>
+        <translation>„%s“ nicht gefunden</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>%1: %2 systems</source>
+        <translation>%1: %2 Systeme</translation>
+    </message>
+    <message>
+        <source>&amp;Browse</source>
+        <translation>&amp;Ansehen</translation>
+    </message>
+    <message>
+        <source>&amp;Choose...</source>
+        <translation>&amp;Auswählen...</translation>
+    </message>
+    <message>
+        <source>&amp;Copy as text</source>
+        <translation>Als Text &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Database</source>
+        <translation>Daten&amp;bank</translation>
+    </message>
+    <message>
+        <source>&amp;Description</source>
+        <translation>&amp;Beschreibung</translation>
+    </message>
+    <message>
+        <source>&amp;Details</source>
+        <translation>&amp;Details</translation>
+    </message>
+    <message>
+        <source>&amp;Dialog options...</source>
+        <translation>&amp;Dialogoptionen...</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Import...</source>
+        <translation>&amp;Import...</translation>
+    </message>
+    <message>
+        <source>&amp;Insert</source>
+        <translation>&amp;Einfügen</translation>
+    </message>
+    <message>
+        <source>&amp;List</source>
+        <translation>&amp;Liste</translation>
+    </message>
+    <message>
+        <source>&amp;Manage database...</source>
+        <translation>Datenbank &amp;verwalten...</translation>
+    </message>
+    <message>
+        <source>&amp;Mode</source>
+        <translation>&amp;Modus</translation>
+    </message>
+    <message>
+        <source>&amp;New</source>
+        <translation>&amp;Neu</translation>
+    </message>
+    <message>
+        <source>&amp;Open tree...</source>
+        <translation>Baum ö&amp;ffnen...</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;Save tree...</source>
+        <translation>Baum &amp;speichern...</translation>
+    </message>
+    <message>
+        <source>&amp;Search</source>
+        <translation>&amp;Suche</translation>
+    </message>
+    <message>
+        <source>&amp;System</source>
+        <translation>&amp;System</translation>
+    </message>
+    <message>
+        <source>&amp;WKT 2</source>
+        <translation>&amp;WKT 2</translation>
+    </message>
+    <message>
+        <source>Abbreviation</source>
+        <translation>Abkürzung</translation>
+    </message>
+    <message>
+        <source>Added to the database as number %1.</source>
+        <translation>Als Nummer %1 in die Datenbank aufgenommen.</translation>
+    </message>
+    <message>
+        <source>All %1</source>
+        <translation>Alle %1</translation>
+    </message>
+    <message>
+        <source>All fields</source>
+        <translation>Alle Felder</translation>
+    </message>
+    <message>
+        <source>All files</source>
+        <translation>Alle Dateien</translation>
+    </message>
+    <message>
+        <source>Angular unit</source>
+        <translation>Winkeleinheit</translation>
+    </message>
+    <message>
+        <source>Area of use</source>
+        <translation>Geltungsbereich</translation>
+    </message>
+    <message>
+        <source>Area of use of EPSG:%1: %2</source>
+        <translation>Geltungsbereich von EPSG:%1: %2</translation>
+    </message>
+    <message>
+        <source>Back to the list</source>
+        <translation>Zurück zur Liste</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Cannot create file</source>
+        <translation>Datei kann nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>Cannot create resource</source>
+        <translation>Ressource kann nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>Cannot open database</source>
+        <translation>Datenbank kann nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>Cannot open table</source>
+        <translation>Tabelle kann nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>Cannot write to the database</source>
+        <translation>In die Datenbank kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>Change the current object</source>
+        <translation>Das aktuelle Objekt ändern</translation>
+    </message>
+    <message>
+        <source>Choose the current row (Ctrl+Enter)</source>
+        <translation>Die aktuelle Zeile auswählen (Strg+Eingabe)</translation>
+    </message>
+    <message>
+        <source>Choose...</source>
+        <translation>Auswählen...</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>Code</translation>
+    </message>
+    <message>
+        <source>Colour of &amp;refused input</source>
+        <translation>Farbe &amp;abgelehnter Eingaben</translation>
+    </message>
+    <message>
+        <source>Commands</source>
+        <translation>Befehle</translation>
+    </message>
+    <message>
+        <source>Confirmation</source>
+        <translation>Bestätigung</translation>
+    </message>
+    <message>
+        <source>Current version does not support latitude/longitude georeference</source>
+        <translation>Die vorliegende Version unterstützt keine Georeferenzierung in geographischer Breite und Länge</translation>
+    </message>
+    <message>
+        <source>D&amp;escription</source>
+        <translation>Besc&amp;hreibung</translation>
+    </message>
+    <message>
+        <source>Database manager</source>
+        <translation>Datenbankverwaltung</translation>
+    </message>
+    <message>
+        <source>Databases (*.qvdb)|*.qvdb|All files (*.*)|*.*</source>
+        <translation>Datenbanken (*.qvdb)|*.qvdb|Alle Dateien (*.*)|*.*</translation>
+    </message>
+    <message>
+        <source>Datum</source>
+        <translation>Datum</translation>
+    </message>
+    <message>
+        <source>Datum shift</source>
+        <translation>Datumsübergang</translation>
+    </message>
+    <message>
+        <source>Describe the current row</source>
+        <translation>Die aktuelle Zeile beschreiben</translation>
+    </message>
+    <message>
+        <source>Describe the system that is current in the database</source>
+        <translation>Das in der Datenbank aktuelle System beschreiben</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation>Beschreibung</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Details</translation>
+    </message>
+    <message>
+        <source>Dialog options</source>
+        <translation>Dialogoptionen</translation>
+    </message>
+    <message>
+        <source>Do you really want to delete</source>
+        <translation>Wirklich löschen:</translation>
+    </message>
+    <message>
+        <source>E&amp;xport...</source>
+        <translation>E&amp;xport...</translation>
+    </message>
+    <message>
+        <source>Ellipsoid</source>
+        <translation>Ellipsoid</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Export folder</source>
+        <translation>Ordner für den Export</translation>
+    </message>
+    <message>
+        <source>Full: choosing and changing</source>
+        <translation>Vollständig: auswählen und ändern</translation>
+    </message>
+    <message>
+        <source>Height units</source>
+        <translation>Einheit der Höhen</translation>
+    </message>
+    <message>
+        <source>I&amp;nfo</source>
+        <translation>I&amp;nfo</translation>
+    </message>
+    <message>
+        <source>Id</source>
+        <translation>Id</translation>
+    </message>
+    <message>
+        <source>Import failed</source>
+        <translation>Import fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>In the database already as number %1.</source>
+        <translation>Als Nummer %1 bereits in der Datenbank.</translation>
+    </message>
+    <message>
+        <source>Index</source>
+        <translation>Index</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Art</translation>
+    </message>
+    <message>
+        <source>Label</source>
+        <translation>Bezeichnung</translation>
+    </message>
+    <message>
+        <source>Latitude &amp; longitude units</source>
+        <translation>Einheit von Breite &amp; Länge</translation>
+    </message>
+    <message>
+        <source>Linear unit</source>
+        <translation>Längeneinheit</translation>
+    </message>
+    <message>
+        <source>List</source>
+        <translation>Liste</translation>
+    </message>
+    <message>
+        <source>Load coordinate system</source>
+        <translation>Koordinatensystem laden</translation>
+    </message>
+    <message>
+        <source>Longitude</source>
+        <translation>Länge</translation>
+    </message>
+    <message>
+        <source>Make a new object (Insert)</source>
+        <translation>Ein neues Objekt anlegen (Einfg)</translation>
+    </message>
+    <message>
+        <source>Map projection</source>
+        <translation>Kartenprojektion</translation>
+    </message>
+    <message>
+        <source>Map projection parameters calculation is not implemented yet!</source>
+        <translation>Die Berechnung der Parameter einer Kartenprojektion ist noch nicht verfügbar!</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Next row whose name contains the text (F3)</source>
+        <translation>Nächste Zeile, deren Name den Text enthält (F3)</translation>
+    </message>
+    <message>
+        <source>No database</source>
+        <translation>Keine Datenbank</translation>
+    </message>
+    <message>
+        <source>No database of reference systems is open.
+
+Make one in a terminal:
+refframe init DIR
+
+then open its folder here.</source>
+        <translation>Es ist keine Datenbank mit Bezugssystemen geöffnet.
+
+Legen Sie in einem Terminal eine an:
+refframe init DIR
+
+und öffnen Sie dann hier den Ordner.</translation>
+    </message>
+    <message>
+        <source>No name contains "%1".</source>
+        <translation>Kein Name enthält „%1“.</translation>
+    </message>
+    <message>
+        <source>No system is chosen yet.
+
+The database holds %1 reference systems. Choose one of them, or open a tree from a file.</source>
+        <translation>Noch ist kein System ausgewählt.
+
+Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffnen Sie einen Baum aus einer Datei.</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Object list</source>
+        <translation>Objektliste</translation>
+    </message>
+    <message>
+        <source>Object type</source>
+        <translation>Objektart</translation>
+    </message>
+    <message>
+        <source>Object types</source>
+        <translation>Objektarten</translation>
+    </message>
+    <message>
+        <source>Objects that could not be written: %1</source>
+        <translation>Objekte, die nicht geschrieben werden konnten: %1</translation>
+    </message>
+    <message>
+        <source>Open database &amp;container...</source>
+        <translation>Datenbank&amp;container öffnen...</translation>
+    </message>
+    <message>
+        <source>Open database &amp;folder...</source>
+        <translation>Datenbank&amp;ordner öffnen...</translation>
+    </message>
+    <message>
+        <source>Open database container</source>
+        <translation>Datenbankcontainer öffnen</translation>
+    </message>
+    <message>
+        <source>Open database folder</source>
+        <translation>Datenbankordner öffnen</translation>
+    </message>
+    <message>
+        <source>Open database folder...</source>
+        <translation>Datenbankordner öffnen...</translation>
+    </message>
+    <message>
+        <source>Open tree</source>
+        <translation>Baum öffnen</translation>
+    </message>
+    <message>
+        <source>Previous row whose name contains the text (Shift+F3)</source>
+        <translation>Vorige Zeile, deren Name den Text enthält (Umschalt+F3)</translation>
+    </message>
+    <message>
+        <source>Primary system</source>
+        <translation>Primäres System</translation>
+    </message>
+    <message>
+        <source>Prime meridian</source>
+        <translation>Nullmeridian</translation>
+    </message>
+    <message>
+        <source>Reference systems</source>
+        <translation>Bezugssysteme</translation>
+    </message>
+    <message>
+        <source>Reference systems as text (*.reference system)|*.reference system|Reference systems in XML (*.x-ref-system)|*.x-ref-system|All files (*.*)|*.*</source>
+        <translation>Bezugssysteme als Text (*.reference system)|*.reference system|Bezugssysteme in XML (*.x-ref-system)|*.x-ref-system|Alle Dateien (*.*)|*.*</translation>
+    </message>
+    <message>
+        <source>Reference systems database conversion</source>
+        <translation>Umwandlung der Datenbank der Bezugssysteme</translation>
+    </message>
+    <message>
+        <source>Reject &amp;geodetic systems</source>
+        <translation>&amp;Geodätische Systeme ablehnen</translation>
+    </message>
+    <message>
+        <source>Remove the current object (Delete)</source>
+        <translation>Das aktuelle Objekt entfernen (Entf)</translation>
+    </message>
+    <message>
+        <source>Rows that show, of all rows</source>
+        <translation>Gezeigte Zeilen von allen Zeilen</translation>
+    </message>
+    <message>
+        <source>Save coordinate system</source>
+        <translation>Koordinatensystem speichern</translation>
+    </message>
+    <message>
+        <source>Save tree</source>
+        <translation>Baum speichern</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suche</translation>
+    </message>
+    <message>
+        <source>Search down</source>
+        <translation>Abwärts suchen</translation>
+    </message>
+    <message>
+        <source>Search up</source>
+        <translation>Aufwärts suchen</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Auswahl:</translation>
+    </message>
+    <message>
+        <source>Show &amp;Import and Export while choosing</source>
+        <translation>&amp;Import und Export auch beim Auswählen zeigen</translation>
+    </message>
+    <message>
+        <source>Show and change the objects of every type</source>
+        <translation>Die Objekte jeder Art zeigen und ändern</translation>
+    </message>
+    <message>
+        <source>Show and change the objects of this type</source>
+        <translation>Die Objekte dieser Art zeigen und ändern</translation>
+    </message>
+    <message>
+        <source>Simple: choosing only</source>
+        <translation>Einfach: nur auswählen</translation>
+    </message>
+    <message>
+        <source>Store this system in the database</source>
+        <translation>Dieses System in der Datenbank ablegen</translation>
+    </message>
+    <message>
+        <source>Take an object from a file</source>
+        <translation>Ein Objekt aus einer Datei übernehmen</translation>
+    </message>
+    <message>
+        <source>The object cannot be deleted because it is used by:</source>
+        <translation>Das Objekt kann nicht gelöscht werden, denn es wird verwendet von:</translation>
+    </message>
+    <message>
+        <source>The object has been removed by another user.</source>
+        <translation>Das Objekt wurde von einem anderen Benutzer entfernt.</translation>
+    </message>
+    <message>
+        <source>The object is under editing now!</source>
+        <translation>Das Objekt wird gerade bearbeitet!</translation>
+    </message>
+    <message>
+        <source>The object refers to one that is not in the database. It cannot be used.</source>
+        <translation>Das Objekt verweist auf eines, das nicht in der Datenbank steht. Es kann nicht verwendet werden.</translation>
+    </message>
+    <message>
+        <source>The system refers to an object that is not in the database.</source>
+        <translation>Das System verweist auf ein Objekt, das nicht in der Datenbank steht.</translation>
+    </message>
+    <message>
+        <source>The text of this page goes to the clipboard</source>
+        <translation>Den Text dieser Seite in die Zwischenablage kopieren</translation>
+    </message>
+    <message>
+        <source>The tree does not hold a whole reference system.</source>
+        <translation>Der Baum enthält kein vollständiges Bezugssystem.</translation>
+    </message>
+    <message>
+        <source>There is no WKT 2 of this system: %1</source>
+        <translation>Zu diesem System gibt es kein WKT 2: %1</translation>
+    </message>
+    <message>
+        <source>There is no database at "%1".</source>
+        <translation>Bei „%1“ gibt es keine Datenbank.</translation>
+    </message>
+    <message>
+        <source>There is no edit dialog for these objects yet</source>
+        <translation>Für diese Objekte gibt es noch keinen Bearbeitungsdialog</translation>
+    </message>
+    <message>
+        <source>There is nothing here yet.</source>
+        <translation>Hier gibt es noch nichts.</translation>
+    </message>
+    <message>
+        <source>This tree does not hold a whole reference system: %1</source>
+        <translation>Dieser Baum enthält kein vollständiges Bezugssystem: %1</translation>
+    </message>
+    <message>
+        <source>Tree of the system</source>
+        <translation>Baum des Systems</translation>
+    </message>
+    <message>
+        <source>Type a part of the name, or a code</source>
+        <translation>Teil des Namens oder Code eingeben</translation>
+    </message>
+    <message>
+        <source>Units</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>View</source>
+        <translation>Ansicht:</translation>
+    </message>
+    <message>
+        <source>View...</source>
+        <translation>Ansehen...</translation>
+    </message>
+    <message>
+        <source>WKT 2</source>
+        <translation>WKT 2</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>Write the current object to a file; with Shift held, all objects to a folder</source>
+        <translation>Das aktuelle Objekt in eine Datei schreiben; mit gedrückter Umschalttaste alle Objekte in einen Ordner</translation>
+    </message>
+    <message>
+        <source>angular unit</source>
+        <translation>Winkeleinheit</translation>
+    </message>
+    <message>
+        <source>datum</source>
+        <translation>Datum</translation>
+    </message>
+    <message>
+        <source>datum shift</source>
+        <translation>Datumsübergang</translation>
+    </message>
+    <message>
+        <source>datum shift type</source>
+        <translation>Art des Datumsübergangs</translation>
+    </message>
+    <message>
+        <source>ellipsoid</source>
+        <translation>Ellipsoid</translation>
+    </message>
+    <message>
+        <source>geocentric</source>
+        <translation>geozentrisch</translation>
+    </message>
+    <message>
+        <source>geodetic</source>
+        <translation>geodätisch</translation>
+    </message>
+    <message>
+        <source>it holds no XML. A file in the text form is read under the first filter of the file dialog.</source>
+        <translation>sie enthält kein XML. Eine Datei in der Textform wird unter dem ersten Filter des Dateidialogs gelesen.</translation>
+    </message>
+    <message>
+        <source>it is in the XML form, which is not read under the first filter of the file dialog.</source>
+        <translation>sie hat die XML-Form, die unter dem ersten Filter des Dateidialogs nicht gelesen wird.</translation>
+    </message>
+    <message>
+        <source>it is too large for the file of an object.</source>
+        <translation>sie ist zu groß für die Datei eines Objekts.</translation>
+    </message>
+    <message>
+        <source>it refers to an object that is not in the database</source>
+        <translation>es verweist auf ein Objekt, das nicht in der Datenbank steht</translation>
+    </message>
+    <message>
+        <source>linear unit</source>
+        <translation>Längeneinheit</translation>
+    </message>
+    <message>
+        <source>local</source>
+        <translation>lokal</translation>
+    </message>
+    <message>
+        <source>local Cartesian</source>
+        <translation>lokal kartesisch</translation>
+    </message>
+    <message>
+        <source>map projection</source>
+        <translation>Kartenprojektion</translation>
+    </message>
+    <message>
+        <source>map projection type</source>
+        <translation>Art der Kartenprojektion</translation>
+    </message>
+    <message>
+        <source>prime meridian</source>
+        <translation>Nullmeridian</translation>
+    </message>
+    <message>
+        <source>projected</source>
+        <translation>projiziert</translation>
+    </message>
+    <message>
+        <source>reference system</source>
+        <translation>Bezugssystem</translation>
+    </message>
+    <message>
+        <source>reference system type</source>
+        <translation>Art des Bezugssystems</translation>
+    </message>
+    <message>
+        <source>scale unit</source>
+        <translation>Maßstabseinheit</translation>
+    </message>
+    <message>
+        <source>there is not enough memory for it.</source>
+        <translation>der Speicher reicht dafür nicht aus.</translation>
+    </message>
+    <message>
+        <source>topocentric horizontal</source>
+        <translation>topozentrisch horizontal</translation>
+    </message>
+    <message>
+        <source>vertical reference system</source>
+        <translation>Höhenbezugssystem</translation>
+    </message>
+    <message>
+        <source>|Coordinate systems in XML format (*.x-ref-system)|*.x-ref-system|</source>
+        <translation>|Koordinatensysteme im XML-Format (*.x-ref-system)|*.x-ref-system|</translation>
+    </message>
+</context>
+</TS>
