@@ -148,7 +148,8 @@ bool TQvRfVerticalRefSystemDataProcessor::ReadContent(TStringTree* tree, TRecord
       if (!read(kCrcMember) || !tree->GetString(kTableMember, 0, &image->Beside[kTableMember])) {
         return false;
       }
-      image->SetText(Column("VDATA_FILENAME"), NewFileName(image->Text(NameColumn())));
+      image->SetText(Column("VDATA_FILENAME"),
+                     NewFileName(image->Text(NameColumn()), THeightNaming::kAsNamed));
       return true;
     case kHeightOffset:
       return read(1513) && read(1514);
