@@ -8,6 +8,18 @@
         <translation> Genauigkeit der Näherung </translation>
     </message>
     <message>
+        <source> Data </source>
+        <translation> Daten </translation>
+    </message>
+    <message>
+        <source> Data Grid </source>
+        <translation> Datengitter </translation>
+    </message>
+    <message>
+        <source> Data Source </source>
+        <translation> Datenquelle </translation>
+    </message>
+    <message>
         <source> Information </source>
         <translation> Information </translation>
     </message>
@@ -152,6 +164,10 @@
         <translation>&amp;WKT 2</translation>
     </message>
     <message>
+        <source>A number; the decimal separator is "%1"</source>
+        <translation>Eine Zahl; das Dezimaltrennzeichen ist „%1“</translation>
+    </message>
+    <message>
         <source>Abbreviation</source>
         <translation>Abkürzung</translation>
     </message>
@@ -184,6 +200,10 @@
         <translation>Winkeleinheit</translation>
     </message>
     <message>
+        <source>Approximating geoid undulation data</source>
+        <translation>Geoidundulationen werden genähert</translation>
+    </message>
+    <message>
         <source>Approximation of</source>
         <translation>Näherung von</translation>
     </message>
@@ -198,6 +218,10 @@
     <message>
         <source>Area of use of EPSG:%1: %2</source>
         <translation>Geltungsbereich von EPSG:%1: %2</translation>
+    </message>
+    <message>
+        <source>At most %1 characters can be typed here</source>
+        <translation>Hier können höchstens %1 Zeichen stehen</translation>
     </message>
     <message>
         <source>Back to the list</source>
@@ -228,6 +252,10 @@
         <translation>In die Datenbank kann nicht geschrieben werden</translation>
     </message>
     <message>
+        <source>Cell size is greater than table size!</source>
+        <translation>Die Zelle ist größer als die Tabelle!</translation>
+    </message>
+    <message>
         <source>Change the current object</source>
         <translation>Das aktuelle Objekt ändern</translation>
     </message>
@@ -242,6 +270,10 @@
     <message>
         <source>Choose...</source>
         <translation>Auswählen...</translation>
+    </message>
+    <message>
+        <source>Choose: %1</source>
+        <translation>Auswählen: %1</translation>
     </message>
     <message>
         <source>Close</source>
@@ -266,6 +298,10 @@
     <message>
         <source>Confirmation</source>
         <translation>Bestätigung</translation>
+    </message>
+    <message>
+        <source>Create</source>
+        <translation>Erzeugen</translation>
     </message>
     <message>
         <source>Current version does not support latitude/longitude georeference</source>
@@ -324,6 +360,10 @@
         <translation>Osten</translation>
     </message>
     <message>
+        <source>Edit height system</source>
+        <translation>Höhensystem bearbeiten</translation>
+    </message>
+    <message>
         <source>Ellipsoid</source>
         <translation>Ellipsoid</translation>
     </message>
@@ -340,12 +380,20 @@
         <translation>Ordner für den Export</translation>
     </message>
     <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
         <source>Format</source>
         <translation>Format</translation>
     </message>
     <message>
         <source>Full: choosing and changing</source>
         <translation>Vollständig: auswählen und ändern</translation>
+    </message>
+    <message>
+        <source>Geoid data are not available, you should create it before saving.</source>
+        <translation>Es sind keine Geoiddaten da; sie müssen vor dem Speichern erzeugt werden.</translation>
     </message>
     <message>
         <source>Grayscale</source>
@@ -388,6 +436,18 @@
         <translation>Information</translation>
     </message>
     <message>
+        <source>It cannot be read, or is empty</source>
+        <translation>Sie kann nicht gelesen werden oder ist leer</translation>
+    </message>
+    <message>
+        <source>It does not begin with a grid: six numbers for south, north, west, east and the cell sizes north-south and east-west</source>
+        <translation>Sie beginnt nicht mit einem Gitter: sechs Zahlen für Süd, Nord, West, Ost und die Zellgrößen Nord-Süd und Ost-West</translation>
+    </message>
+    <message>
+        <source>It has fewer heights than its grid has nodes, or one that is no number</source>
+        <translation>Sie hat weniger Höhen als ihr Gitter Knoten, oder eine, die keine Zahl ist</translation>
+    </message>
+    <message>
         <source>Kind</source>
         <translation>Art</translation>
     </message>
@@ -414,6 +474,10 @@
     <message>
         <source>Load coordinate system</source>
         <translation>Koordinatensystem laden</translation>
+    </message>
+    <message>
+        <source>Loading geoid undulation data</source>
+        <translation>Geoidundulationen werden geladen</translation>
     </message>
     <message>
         <source>Longitude</source>
@@ -446,6 +510,10 @@
     <message>
         <source>Next row whose name contains the text (F3)</source>
         <translation>Nächste Zeile, deren Name den Text enthält (F3)</translation>
+    </message>
+    <message>
+        <source>No data</source>
+        <translation>Keine Daten</translation>
     </message>
     <message>
         <source>No database</source>
@@ -482,6 +550,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Norden</translation>
     </message>
     <message>
+        <source>Not saved: %1</source>
+        <translation>Nicht gespeichert: %1</translation>
+    </message>
+    <message>
         <source>OK</source>
         <translation>OK</translation>
     </message>
@@ -502,8 +574,16 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Objekte, die nicht geschrieben werden konnten: %1</translation>
     </message>
     <message>
+        <source>Offset</source>
+        <translation>Versatz</translation>
+    </message>
+    <message>
         <source>Offset value</source>
         <translation>Versatz</translation>
+    </message>
+    <message>
+        <source>One must be chosen</source>
+        <translation>Eines muss gewählt sein</translation>
     </message>
     <message>
         <source>Open database &amp;container...</source>
@@ -526,8 +606,16 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Datenbankordner öffnen...</translation>
     </message>
     <message>
+        <source>Open height file</source>
+        <translation>Höhendatei öffnen</translation>
+    </message>
+    <message>
         <source>Open tree</source>
         <translation>Baum öffnen</translation>
+    </message>
+    <message>
+        <source>Plane Reference System</source>
+        <translation>Lagebezugssystem</translation>
     </message>
     <message>
         <source>Previous row whose name contains the text (Shift+F3)</source>
@@ -556,6 +644,14 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Recalculate height system data grid</source>
         <translation>Gitter des Höhensystems umrechnen</translation>
+    </message>
+    <message>
+        <source>Recalculating geoid undulation data</source>
+        <translation>Geoidundulationen werden umgerechnet</translation>
+    </message>
+    <message>
+        <source>Reference System</source>
+        <translation>Bezugssystem</translation>
     </message>
     <message>
         <source>Reference system</source>
@@ -590,6 +686,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Gezeigte Zeilen von allen Zeilen</translation>
     </message>
     <message>
+        <source>Save</source>
+        <translation>Speichern</translation>
+    </message>
+    <message>
         <source>Save coordinate system</source>
         <translation>Koordinatensystem speichern</translation>
     </message>
@@ -600,6 +700,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Save tree</source>
         <translation>Baum speichern</translation>
+    </message>
+    <message>
+        <source>Saving geoid undulation data</source>
+        <translation>Geoidundulationen werden gespeichert</translation>
     </message>
     <message>
         <source>Search</source>
@@ -662,8 +766,24 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Dieses System in der Datenbank ablegen</translation>
     </message>
     <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
         <source>Take an object from a file</source>
         <translation>Ein Objekt aus einer Datei übernehmen</translation>
+    </message>
+    <message>
+        <source>The data grid is not complete, or has limits in the wrong order</source>
+        <translation>Das Datengitter ist nicht vollständig, oder seine Grenzen sind vertauscht</translation>
+    </message>
+    <message>
+        <source>The height file "%1" cannot be used.</source>
+        <translation>Die Höhendatei „%1“ kann nicht verwendet werden.</translation>
+    </message>
+    <message>
+        <source>The heights of the file cannot be brought into the plane of the data</source>
+        <translation>Die Höhen der Datei lassen sich nicht in das Lagesystem der Daten bringen</translation>
     </message>
     <message>
         <source>The object cannot be deleted because it is used by:</source>
@@ -674,12 +794,24 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Das Objekt wurde von einem anderen Benutzer entfernt.</translation>
     </message>
     <message>
+        <source>The object has been removed.</source>
+        <translation>Das Objekt ist gelöscht worden.</translation>
+    </message>
+    <message>
         <source>The object is under editing now!</source>
         <translation>Das Objekt wird gerade bearbeitet!</translation>
     </message>
     <message>
         <source>The object refers to one that is not in the database. It cannot be used.</source>
         <translation>Das Objekt verweist auf eines, das nicht in der Datenbank steht. Es kann nicht verwendet werden.</translation>
+    </message>
+    <message>
+        <source>The plane system of a file must not have a height system of its own</source>
+        <translation>Das Lagesystem einer Datei darf kein eigenes Höhensystem haben</translation>
+    </message>
+    <message>
+        <source>The record names no file</source>
+        <translation>Der Datensatz nennt keine Datei</translation>
     </message>
     <message>
         <source>The system refers to an object that is not in the database.</source>
@@ -710,6 +842,22 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Hier gibt es noch nichts.</translation>
     </message>
     <message>
+        <source>This is not a number; the decimal separator is "%1"</source>
+        <translation>Dies ist keine Zahl; das Dezimaltrennzeichen ist „%1“</translation>
+    </message>
+    <message>
+        <source>This must not be 0</source>
+        <translation>Dies darf nicht 0 sein</translation>
+    </message>
+    <message>
+        <source>This must not be empty</source>
+        <translation>Dies darf nicht leer sein</translation>
+    </message>
+    <message>
+        <source>This system has no height system</source>
+        <translation>Dieses System hat kein Höhensystem</translation>
+    </message>
+    <message>
         <source>This tree does not hold a whole reference system: %1</source>
         <translation>Dieser Baum enthält kein vollständiges Bezugssystem: %1</translation>
     </message>
@@ -722,12 +870,28 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Teil des Namens oder Code eingeben</translation>
     </message>
     <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
         <source>Units</source>
         <translation>Einheit</translation>
     </message>
     <message>
+        <source>Use another reference system</source>
+        <translation>Anderes Bezugssystem verwenden</translation>
+    </message>
+    <message>
         <source>Value</source>
         <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Vertical Data File</source>
+        <translation>Höhendatei</translation>
+    </message>
+    <message>
+        <source>Vertical Offset</source>
+        <translation>Höhenversatz</translation>
     </message>
     <message>
         <source>View</source>
@@ -760,6 +924,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Write the current object to a file; with Shift held, all objects to a folder</source>
         <translation>Das aktuelle Objekt in eine Datei schreiben; mit gedrückter Umschalttaste alle Objekte in einen Ordner</translation>
+    </message>
+    <message>
+        <source>You are trying to save geoid data which do not correspond to current data creation parameters. Do you really want to save it?</source>
+        <translation>Die Geoiddaten entsprechen nicht den aktuellen Angaben zu ihrer Erzeugung. Wirklich speichern?</translation>
     </message>
     <message>
         <source>Zoom &amp;in</source>
