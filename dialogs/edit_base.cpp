@@ -91,8 +91,8 @@ void TformQvRfEdit::bitbtnSaveClick() {
 }
 
 void TformQvRfEdit::TellNotSaved(QPushButton* bitbtnSave, const QString& why) {
-  const QString tip = QStringLiteral("<qt>%1</qt>").arg(
-      QvPlatform::Translated("Not saved: %1").arg(why).toHtmlEscaped());
+  const QString tip = QStringLiteral("<qt>%1</qt>")
+                          .arg(QvPlatform::Translated("Not saved: %1").arg(why).toHtmlEscaped());
   bitbtnSave->setToolTip(tip);
   QToolTip::showText(bitbtnSave->mapToGlobal(QPoint(0, bitbtnSave->height())), tip, bitbtnSave);
 }
