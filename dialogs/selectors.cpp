@@ -1,12 +1,19 @@
 #include "dialogs/selectors.h"
 
 #include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <algorithm>
 #include <array>
 
+#include "dialogs/datum_edit.h"
 #include "dialogs/edit_forms.h"
 #include "dialogs/ellipsoid_edit.h"
+#include "dialogs/guarded.h"
+#include "dialogs/legacy_tool.h"
+#include "platform/widgets/qt_text.h"
 
 namespace QvRefSystem {
 namespace {
@@ -54,8 +61,25 @@ TTypedSelector::TTypedSelector(QWidget* owner, const TSelectorTraits& traits,
 
 TformQvRfEdit* TTypedSelector::EditFormOf(int type) {
   TformQvRfEdit* form = type == 0 ? nullptr : GetEditForm(this, Processor->Descriptor().type, type);
-  if (form != nullptr) TellType(*form, type);
+  if (form != nullptr) {
+    TellType(*form, type);
+  } else {
+    TellNoDialog(type);
+  }
   return form;
+}
+
+// A number that is no type has no name to be told by; nothing happens for it.
+void TTypedSelector::TellNoDialog(int type) {
+  const TQvRfDataProcessor* types = ProcessorFor(Data(), static_cast<int>(typeObject_));
+  const auto row = types == nullptr ? QvPlatform::TRowView() : types->RowOfKey(type);
+  if (!row) return;
+  const int name = types->DataSet->FieldByName("NAME").GetIndex();
+  const QString text =
+      QvPlatform::Translated("There is no edit dialog for objects of this type yet: %1")
+          .arg(QvPlatform::ToQt(row.GetText(name)));
+  Data().Ui().ShowMessage(QvPlatform::MessageKind::kPlain, QvPlatform::FromQt(text),
+                          QvPlatform::MessageButtons::kOk);
 }
 
 int TTypedSelector::TypeOfNew() {
@@ -99,9 +123,31 @@ void TTypedSelector::bitbtnEditClick() {
 TformQvRfDatumShiftSelector::TformQvRfDatumShiftSelector(QWidget* owner)
     : TTypedSelector(owner, {.type = TObjectType::kDatumShift}, TObjectType::kDatumShiftType) {}
 
+void TformQvRfDatumShiftSelector::TellType(TformQvRfEdit& form, int type) {
+  auto* bursaWolf = dynamic_cast<TformQvRfDatumShiftBursaWolfEdit*>(&form);
+  if (bursaWolf != nullptr) bursaWolf->SetShiftType(type);
+}
+
 TformQvRfRefSystemSelector::TformQvRfRefSystemSelector(QWidget* owner)
     : TTypedSelector(owner, {.type = TObjectType::kReferenceSystem, .ownSource = true},
-                     TObjectType::kReferenceSystemType) {}
+                     TObjectType::kReferenceSystemType) {
+  bitbtnImport->installEventFilter(this);
+}
+
+bool TformQvRfRefSystemSelector::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == bitbtnImport && event->type() == QEvent::KeyPress &&
+      bitbtnImportKeyDown(static_cast<const QKeyEvent&>(*event))) {
+    return true;
+  }
+  return TTypedSelector::eventFilter(watched, event);
+}
+
+bool TformQvRfRefSystemSelector::bitbtnImportKeyDown(const QKeyEvent& event) {
+  const Qt::KeyboardModifiers both = Qt::ControlModifier | Qt::ShiftModifier;
+  if (event.key() != Qt::Key_F2 || (event.modifiers() & both) != both) return false;
+  Guarded(Data().Ui(), [this] { RunLegacyTool(this, Data()); });
+  return true;
+}
 
 bool TformQvRfRefSystemSelector::SelectFiltered(TStringTree* tree, int id, int type, bool hideOwner,
                                                 int* key, int index) {
@@ -117,7 +163,10 @@ void TformQvRfRefSystemSelector::FormShow(bool first) {
   TTypedSelector::FormShow(first);
   if (!first) return;
   const QScreen* shown = screen() != nullptr ? screen() : QGuiApplication::primaryScreen();
-  move(shown->availableGeometry().center() - rect().center());
+  const QRect room = shown->availableGeometry();
+  const QPoint middle = room.center() - rect().center();
+  // On a screen that is too small the beginning of each line shows.
+  move(std::max(middle.x(), room.left()), std::max(middle.y(), room.top()));
 }
 
 TformQvRfSelector* GetSelectorFor(QWidget* owner, int objectType) {

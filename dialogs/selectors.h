@@ -55,7 +55,9 @@ class TTypedSelector : public TformQvRfSelector {
  private:
   void bitbtnNewClick();
   void bitbtnEditClick();
+  /// Null for a type without an edit dialog, which is told, and for a number that is no type.
   [[nodiscard]] TformQvRfEdit* EditFormOf(int type);
+  void TellNoDialog(int type);
 
   const TObjectType typeObject_;
 };
@@ -63,6 +65,9 @@ class TTypedSelector : public TformQvRfSelector {
 class TformQvRfDatumShiftSelector final : public TTypedSelector {
  public:
   explicit TformQvRfDatumShiftSelector(QWidget* owner);
+
+ protected:
+  void TellType(TformQvRfEdit& form, int type) override;
 };
 
 /// The selector of reference systems: stands in the middle of the screen, over a data source of its
@@ -77,8 +82,11 @@ class TformQvRfRefSystemSelector final : public TTypedSelector {
   [[nodiscard]] int TypeOfNew() override;
   void Saved() override { bitbtnListClick(); }
   void FormShow(bool first) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  [[nodiscard]] bool bitbtnImportKeyDown(const QKeyEvent& event);
+
   /// The one TYPE that the list is confined to, 0 for all.
   int fixedType_ = 0;
 };

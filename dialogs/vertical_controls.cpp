@@ -74,13 +74,7 @@ class TPanelRows {
   }
   /// A "..." behind the control that was added last.
   QPushButton* AddChoice(const char* objectName) {
-    auto* button = Named(new QPushButton(QStringLiteral("..."), panel_), objectName);
-    // The toolkit's least width is meant for words.
-    button->setFixedWidth(button->fontMetrics().horizontalAdvance(QStringLiteral("...")) +
-                          button->sizeHint().height());
-    const QString tip = Translated("Choose: %1").arg(Translated(caption_));
-    button->setToolTip(tip);
-    button->setAccessibleName(tip);
+    QPushButton* button = MakeChoiceButton(panel_, objectName, caption_);
     grid_->addWidget(button, row_, 2);
     return button;
   }
@@ -317,9 +311,7 @@ void TVerticalControls::PaintMark(QWidget* control) {
     palette.setColor(QPalette::WindowText, palette.color(QPalette::ButtonText));
     control->setPalette(palette);
   }
-  // Reasons hold the names of files and systems: a tip takes no markup from them.
-  control->setToolTip(
-      mark.why.isEmpty() ? QString() : QStringLiteral("<qt>%1</qt>").arg(mark.why.toHtmlEscaped()));
+  control->setToolTip(TipOf(mark.why));
   control->setAccessibleDescription(mark.why);
 }
 

@@ -29,6 +29,7 @@ void TFormRecord::Load() {
   for (std::size_t at = 0; at < values_.size(); ++at) {
     const TFormRow& row = form_.rows[at];
     values_[at] = {};
+    if (row.kind == TRowKind::kList) values_[at].key = -1;
     if (!IsBound(row)) continue;
     const TField& field = processor_.DataSet->FieldByName(row.column);
     switch (row.kind) {
@@ -65,8 +66,7 @@ void TFormRecord::Clear() {
     // A number that is still to be typed is not 0.
     values_[at].isNumber = row.kind != TRowKind::kNumber;
     if (row.newKey == TNewKey::kNone) continue;
-    values_[at].key = ReferredProcessor(row).GetLastUsedKey();
-    LoadReference(at);
+    NeedKey(at);
   }
 }
 
@@ -76,19 +76,20 @@ void TFormRecord::TakeCurrent(std::size_t row) {
   values_[row].text = referred.DataSet->FieldByName("NAME").AsString();
 }
 
+void TFormRecord::NeedKey(std::size_t row) {
+  if (values_[row].key != 0) return;
+  values_[row].key = ReferredProcessor(form_.rows[row]).GetLastUsedKey();
+  LoadReference(row);
+}
+
 void TFormRecord::RefreshReferences() {
   for (std::size_t at = 0; at < values_.size(); ++at) {
     if (form_.rows[at].kind != TRowKind::kReference) continue;
     const TQvRfDataProcessor& referred = ReferredProcessor(form_.rows[at]);
-    TQvDataSet& table = *referred.DataSet;
-    const std::string_view keyField = TableOf(referred.Descriptor().table).keyField;
-    const auto row = table.FindAll(
-        {QvPlatform::TMatch::Integer(table.FieldByName(keyField).GetIndex(), values_[at].key)},
-        QvPlatform::TRowScope::kAll);
-    if (values_[at].key == 0 || row.empty()) {
-      values_[at] = {};
+    if (const QvPlatform::TRowView row = referred.RowOfKey(values_[at].key)) {
+      values_[at].text = row.GetText(referred.DataSet->FieldByName("NAME").GetIndex());
     } else {
-      values_[at].text = row.front().GetText(table.FieldByName("NAME").GetIndex());
+      values_[at] = {};
     }
   }
 }

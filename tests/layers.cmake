@@ -9,6 +9,7 @@ set(rooms
     platform/storage
     platform/dbset
     platform/xini
+    platform/ctui
     processors/string_tree
     vertical/height_table
     platform/geocore

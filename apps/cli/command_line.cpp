@@ -47,6 +47,7 @@ class TArguments {
   void AddHeightCommands();
   CLI::App& AddHeightFile(CLI::App& heights, const char* name, const char* about, Command command);
   CLI::App& AddHeightWork(CLI::App& heights, const char* name, const char* about, Command command);
+  void AddGeodesyCommands();
 
   CLI::App app_{kAbout, "refframe"};
   TRequest request_;
@@ -78,6 +79,7 @@ TArguments::TArguments() {
 
   AddExchangeCommands();
   AddHeightCommands();
+  AddGeodesyCommands();
 
   CLI::App& users =
       Add("used-by", "Lists what refers to an object: type, key, name, description", ListUsers);
@@ -129,7 +131,7 @@ void TArguments::AddHeightCommands() {
   view.add_option("--window", request_.heights.window, "Only the nodes within these limits")
       ->expected(4)
       ->type_name("NORTH SOUTH EAST WEST");
-  view.add_option("--step", request_.heights.step, "Only every so manieth column and row (1)")
+  view.add_option("--step", request_.heights.step, "Shows one column and one row of so many (1)")
       ->check(CLI::PositiveNumber);
 
   CLI::App& interpolate =
@@ -168,6 +170,26 @@ CLI::App& TArguments::AddHeightWork(CLI::App& heights, const char* name, const c
       ->expected(6)
       ->type_name("NORTH SOUTH EAST WEST CELL-NS CELL-EW");
   return app;
+}
+
+void TArguments::AddGeodesyCommands() {
+  CLI::App& transform =
+      Add("transform", "Moves points from one reference system to another", TransformPoints);
+  transform.footer(
+      "Standard input has a point on each line: two coordinates and, if wanted, a height, as "
+      "decimals\nbetween blanks, in the axes, order, signs and units of FROM. Each line gives one "
+      "of standard\noutput in those of TO, to a tenth of a micrometre on the Earth. Without a "
+      "height 0 counts, and none\ncomes out. A point that fails gives * and the reason, and the "
+      "exit status is 1 then. Blank lines and\nlines that begin with # come out as they are.");
+  transform.add_option("FROM", request_.from, "The system of the points that come in")->required();
+  transform.add_option("TO", request_.to, "The system of the points that go out")->required();
+  transform.add_flag("--show-notation", request_.showNotation,
+                     "Write the points in TO's own notation: degrees, minutes and seconds for "
+                     "latitude and longitude");
+  transform.add_flag("--line-by-line", request_.lineByLine,
+                     "Answer each line at once, as at a terminal; slower");
+
+  Add(app_, "geoids", "Lists the built-in geoids of this machine: code, name", ListGeoids);
 }
 
 CLI::App& TArguments::Add(CLI::App& group, const char* name, const char* about, Command command) {

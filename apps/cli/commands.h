@@ -20,9 +20,9 @@ struct THeightRequest {
   std::string target;
   /// North, south, east, west, cell north-south, cell east-west; empty: derived from the source.
   std::vector<std::string> grid;
-  /// South, north, west, east; empty: all.
+  /// North, south, east, west; empty: all.
   std::vector<double> window;
-  /// Every how manieth node of a row and of a column is shown.
+  /// One node is shown of so many along a row and along a column.
   int step = 1;
 };
 
@@ -41,6 +41,11 @@ struct TRequest {
   std::string output;
   std::vector<std::string> files;
   THeightRequest heights;
+  /// The two systems of a transformation.
+  std::string from;
+  std::string to;
+  bool showNotation = false;
+  bool lineByLine = false;
 };
 
 // Each command gives kSucceeded or kFailed, or throws CommandError or UsageError.
@@ -56,6 +61,11 @@ int ImportFiles(const TRequest& request, TTerminal terminal);
 /// A line for each user: type, key, name and description between tabs.
 int ListUsers(const TRequest& request, TTerminal terminal);
 int DeleteObject(const TRequest& request, TTerminal terminal);
+/// Moves the points of standard input from one system to another, a line out for each line in;
+/// kFailed if one of them failed.
+int TransformPoints(const TRequest& request, TTerminal terminal);
+/// A line for each built-in geoid: code and name with a tab between.
+int ListGeoids(const TRequest& request, TTerminal terminal);
 /// A line for each finding; kFailed if there is one.
 int CheckWhole(const TRequest& request, TTerminal terminal);
 

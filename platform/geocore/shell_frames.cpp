@@ -61,9 +61,7 @@ void EllipsoidShape::ToCartesian(std::span<TShellPoint> points) const {
   for (TShellPoint& point : points) {
     if (point.First == HUGE_VAL) continue;
     const double sine = std::sin(point.Second);
-    // The cosine of the double nearest to 90 degrees is 6e-17: a pole is a pole.
-    const double nearPole = std::cos(point.Second);
-    const double cosine = std::abs(nearPole) < 1e-16 ? 0 : nearPole;
+    const double cosine = std::cos(point.Second);
     const double normal = a / std::sqrt(1 - e2 * sine * sine);
     const double out = (normal + point.Third) * cosine;
     point = {out * std::cos(point.First), out * std::sin(point.First),
@@ -75,7 +73,7 @@ void EllipsoidShape::ToCartesian(std::span<TShellPoint> points) const {
 // start is good to a nano-arc-second for any height in use; two rounds more reach the rounding from
 // the deep interior on.
 void EllipsoidShape::ToGeodetic(std::span<TShellPoint> points) const {
-  constexpr double kLeastRadius = 50e3;
+  constexpr double kLeastRadius = 100e3;
   constexpr int kRounds = 2;
   const double e2 = EccentricitySquared();
   const double b = a * (1 - f);

@@ -24,8 +24,8 @@ struct EllipsoidShape {
   [[nodiscard]] double EccentricitySquared() const { return f * (2 - f); }
   /// From longitude and latitude in radians and height in metres to metres along X, Y, Z.
   void ToCartesian(std::span<TShellPoint> points) const;
-  /// Back; longitudes from -pi to pi. Exact to rounding for points further than 50 km from the
-  /// centre; nearer ones fail, since their latitude is not unique.
+  /// Back; longitudes from -pi to pi. Good to 10 nm for points further than 100 km from the
+  /// centre; nearer ones fail: close to it a latitude is not unique.
   void ToGeodetic(std::span<TShellPoint> points) const;
 };
 

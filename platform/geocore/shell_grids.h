@@ -18,7 +18,8 @@ using GridExtents = QvCommonUtils::T2DTableExtents<double>;
 class ReadableStep {
  public:
   /// The greatest step that is not above `limit`, or a thousandth at most; `divides`, if not 0,
-  /// must be a multiple of it. The limit must be above 0 and finite.
+  /// must be a multiple of it, if a step near the limit is one. The limit must be above 0 and
+  /// finite.
   [[nodiscard]] static ReadableStep AtMost(double limit, double divides = 0);
 
   [[nodiscard]] double Value() const { return Multiple(1); }

@@ -29,12 +29,15 @@ ReadableStep ReadableStep::AtMost(double limit, double divides) {
   // In hundredths, so that all of them are whole numbers.
   constexpr int kDigits[] = {800, 750, 600, 500, 400, 300, 250, 200, 150, 125, 120, 100};
   const double allowed = limit * (1 + kSlack);
-  for (int decade = static_cast<int>(std::floor(std::log10(allowed)));; --decade) {
+  const int decade = static_cast<int>(std::floor(std::log10(allowed)));
+  for (const int exponent : {decade, decade - 1}) {
     for (const int digits : kDigits) {
-      const ReadableStep step(digits, decade - 2);
+      const ReadableStep step(digits, exponent - 2);
       if (step.Value() <= allowed && (divides == 0 || Divides(step.Value(), divides))) return step;
     }
   }
+  // A quarter of a turn in radians has no readable part.
+  return AtMost(limit);
 }
 
 double ReadableStep::Multiple(double count) const {

@@ -25,14 +25,14 @@ std::string DegreesMinutesSeconds(double radians, std::string_view letters) {
   return std::string(text, static_cast<std::size_t>(size)) + letters[below ? 1 : 0];
 }
 
-std::string PlainDecimals(double value, double metresPerUnit) {
-  constexpr double kResolution = 1e-4;
+std::string PlainDecimals(double value, double metresPerUnit, double resolution) {
+  constexpr int kMostPlaces = 17;
   if (!std::isfinite(value)) return "-";
-  const int places = static_cast<int>(std::ceil(std::log10(metresPerUnit / kResolution)));
+  const int places = static_cast<int>(std::ceil(std::log10(metresPerUnit / resolution)));
   // The longest double has 309 digits ahead of the point.
   char text[400];
   const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed,
-                                 std::clamp(places, 0, 12));
+                                 std::clamp(places, 0, kMostPlaces));
   std::string_view result(text, static_cast<std::size_t>(end.ptr - text));
   // Zero has no sign.
   if (result.starts_with('-') && result.find_first_not_of("-0.") == std::string_view::npos) {

@@ -10,7 +10,8 @@ namespace QvRefSystem {
 /// shows. `letters` are the one for angles from 0 up and the one for those below, as in "NS".
 [[nodiscard]] std::string DegreesMinutesSeconds(double radians, std::string_view letters);
 
-/// Plain decimals that resolve a tenth of a millimetre, for a unit of that many metres.
-[[nodiscard]] std::string PlainDecimals(double value, double metresPerUnit);
+/// Plain decimals that resolve that many metres, for a unit of `metresPerUnit`.
+[[nodiscard]] std::string PlainDecimals(double value, double metresPerUnit,
+                                        double resolution = 1e-4);
 
 }  // namespace QvRefSystem

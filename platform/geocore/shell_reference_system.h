@@ -35,7 +35,9 @@ class TShellCoords {
 };
 
 /// A point by the system's own axes: first, second and third axis in their order, sign and unit
-/// (degrees or grads as the system's angular unit says; heights in its height unit).
+/// (degrees or grads as the system's angular unit says; heights in its height unit). Longitudes
+/// come out from -180 to 180 degrees from the system's prime meridian, or from 0 up to 360 in a
+/// system of positive longitudes.
 struct TShellPoint {
   double First = 0;
   double Second = 0;
@@ -47,7 +49,11 @@ struct TShellPoint {
 /// All systems with a place on the Earth meet in one geocentric frame, which each reaches by the
 /// shift of its own datum; a system on an ellipsoid alone counts as unshifted. Two systems whose
 /// datums agree in ellipsoid and shift meet already at latitude and longitude. Local and local
-/// Cartesian systems meet only systems that are the same as they.
+/// Cartesian systems meet only systems that are the same as they. docs/geodesy.md tells the rest.
+///
+/// A horizon (topocentric system) has the axes east, north, up, or north, east, up if it is
+/// left-handed ("swap"); the azimuth of its record, in the primary's angular unit, turns the
+/// northward axis clockwise from north. Its origin is in the primary's axes and units.
 ///
 /// Grids lie in the plane of a system: X is its east-west axis and Y its north-south one, whatever
 /// their order, in the system's own sign and unit. Undulations are in its height unit, counted
@@ -85,11 +91,13 @@ class TShellReferenceSystem {
   void set_core_coords(const double& x, const double& y, const double& h);
 
   /// Moves points from this system into `target`, in place. Heights move as well: over the height
-  /// system of each, or over its ellipsoid. A point that cannot be computed becomes three times
+  /// system of each, or over its ellipsoid. A point that cannot be computed (no finite number,
+  /// a latitude beyond a pole, a longitude beyond two turns, no image) becomes three times
   /// HUGE_VAL; the result is the number of those. Throws GeodesyError if the two systems cannot
   /// meet at all.
   std::size_t Transform(const TShellReferenceSystem& target, std::span<TShellPoint> points) const;
-  /// Why a point of this system came back as HUGE_VAL: PROJ's or our own words.
+  /// Why a point of this system came back as HUGE_VAL: PROJ's or our own words. Empty for a point
+  /// that can be computed. Throws as Transform does.
   [[nodiscard]] std::string ExplainFailure(const TShellReferenceSystem& target,
                                            const TShellPoint& point) const;
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <algorithm>
 
@@ -39,6 +40,9 @@ TEST_F(EditForms, DescriptionsSayWhatTheTablesHave) {
     const auto& table = TableOf(QvRefSystem::DescriptorOf(form->object).table);
     for (const TFormRow& row : form->rows) {
       if (*row.column == 0) continue;
+      if (row.object == kMapProjectionType) {
+        EXPECT_STREQ(row.column, "TYPE") << "the key of a type";
+      }
       const auto field = std::ranges::find(table.fields, std::string_view(row.column),
                                            &QvRefSystem::FieldSpec::name);
       ASSERT_NE(field, table.fields.end()) << form->caption << " " << row.column;
@@ -66,6 +70,10 @@ TEST_F(EditForms, WhatIsSavedIsShownAgain) {
       user.In<TformQvRfEdit>([&](QWidget& dialog) {
         for (const TFormRow& row : form->rows) {
           if (*row.column == 0) continue;
+          if (row.leadKind == TLeadKind::kCheck) {
+            auto& box = Child<QAbstractButton>(dialog, row.lead);
+            if (!box.isChecked()) Click(dialog, row.lead);
+          }
           if (row.kind == TRowKind::kReference) {
             Click(dialog, row.button);
             expected.push_back(TextOf(dialog, row.control));
@@ -94,7 +102,9 @@ TEST_F(EditForms, WhatIsSavedIsShownAgain) {
       EXPECT_EQ(Table(*form).FieldByName("FAVOUR").AsInteger(), makeNew ? 0 : 7)
           << "an edit leaves it";
       for (const auto& fixed : form->fixed) {
-        const int expectedValue = makeNew || fixed.always ? fixed.value : 0;
+        // The record that was edited is of the form's type from the start.
+        const bool isType = form->type != 0 && std::string_view(fixed.column) == "TYPE";
+        const int expectedValue = makeNew || fixed.always || isType ? fixed.value : 0;
         EXPECT_EQ(Table(*form).FieldByName(fixed.column).AsInteger(), expectedValue)
             << fixed.column;
       }
@@ -112,46 +122,63 @@ TEST_F(EditForms, WhatIsSavedIsShownAgain) {
   }
 }
 
-TEST_F(EditForms, EveryFaultIsMarkedAtOnceAndNothingIsWritten) {
+// The controls that a new record cannot do without; what is disabled is not needed yet.
+std::string NeededControls(const QWidget& dialog, const TFormDescription& form) {
+  std::string needed;
+  for (const TFormRow& row : form.rows) {
+    const bool used =
+        row.leadKind == TLeadKind::kLabel || Child<QAbstractButton>(dialog, row.lead).isChecked();
+    if (row.rule == TRule::kNone || !used || !IsEnabled(dialog, row.control)) continue;
+    needed += (needed.empty() ? "" : " ") + std::string(row.control);
+  }
+  return needed;
+}
+
+TEST_F(EditForms, EveryFaultOfANewRecordIsMarkedAtOnce) {
+  for (const TFormDescription* form : FormDescriptions()) {
+    if (!form->makesRecords) continue;
+    SCOPED_TRACE(form->caption);
+    const int before = Table(*form).RecordCount();
+    EXPECT_FALSE(Run(*form, true, [&](QWidget& dialog) {
+      ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+      EXPECT_EQ(RefusedControls(dialog, *form), "");
+      for (const TFormRow& row : form->rows) {
+        // Some begin with a default.
+        if (row.rule == TRule::kNotEmpty && row.leadKind == TLeadKind::kLabel)
+          Type(dialog, row.control, "");
+      }
+      Click(dialog, "bitbtnSave");
+      EXPECT_TRUE(dialog.isVisible());
+      EXPECT_EQ(RefusedControls(dialog, *form), NeededControls(dialog, *form));
+      for (const TFormRow& row : form->rows) {
+        if (*row.control == 0 || !IsPainted(dialog, row.control, Qt::red)) continue;
+        EXPECT_FALSE(Child(dialog, row.control).toolTip().isEmpty()) << row.control;
+        Child(dialog, row.control).setFocus(Qt::TabFocusReason);
+        EXPECT_EQ(IsPainted(dialog, row.control, Qt::red), !row.enteringClears)
+            << "entered: " << row.control;
+      }
+      Click(dialog, "bitbtnClose");
+    }));
+    EXPECT_EQ(Table(*form).RecordCount(), before);
+  }
+}
+
+TEST_F(EditForms, EveryFaultOfAnEditedRecordIsRefusedAndWritesNothing) {
   for (const TFormDescription* form : FormDescriptions()) {
     SCOPED_TRACE(form->caption);
-    if (form->makesRecords) {
-      // Nothing but what a new record begins with: every rule that has no default refuses.
-      const int before = Table(*form).RecordCount();
-      std::string expected;
-      for (const TFormRow& row : form->rows) {
-        const bool led = row.leadKind != TLeadKind::kLabel;
-        if (row.rule == TRule::kNone || (led && std::string_view(row.lead) != "radiobtnB"))
-          continue;
-        expected += (expected.empty() ? "" : " ") + std::string(row.control);
-      }
-      EXPECT_FALSE(Run(*form, true, [&](QWidget& dialog) {
-        EXPECT_EQ(RefusedControls(dialog, *form), "");
-        Click(dialog, "bitbtnSave");
-        EXPECT_TRUE(dialog.isVisible());
-        EXPECT_EQ(RefusedControls(dialog, *form), expected);
-        for (const TFormRow& row : form->rows) {
-          if (!IsPainted(dialog, *row.control == 0 ? "edName" : row.control, Qt::red)) continue;
-          EXPECT_FALSE(Child(dialog, row.control).toolTip().isEmpty()) << row.control;
-          QTest::mouseClick(&Child(dialog, row.control), Qt::LeftButton);
-          EXPECT_FALSE(IsPainted(dialog, row.control, Qt::red)) << "entered: " << row.control;
-        }
-        Click(dialog, "bitbtnClose");
-      }));
-      EXPECT_EQ(Table(*form).RecordCount(), before);
-    }
     AddValid(*form, "Valid");
     const std::string stored = Record(*form, {"NAME", "DESCRIPTION", "LAST_USE"});
     for (const TFormRow& row : form->rows) {
       if (row.kind != TRowKind::kText && row.kind != TRowKind::kNumber) continue;
       if (row.rule == TRule::kNone || row.leadKind != TLeadKind::kLabel) continue;
+      const std::string fault = row.kind == TRowKind::kNumber ? "1 foot" : "";
       EXPECT_FALSE(Run(*form, false, [&](QWidget& dialog) {
         Type(dialog, "memoDescription", "typed ahead of the refusal");
-        Type(dialog, row.control, row.kind == TRowKind::kNumber ? "1 foot" : "");
+        Type(dialog, row.control, fault);
         Click(dialog, "bitbtnSave");
         EXPECT_EQ(RefusedControls(dialog, *form), row.control);
         EXPECT_EQ(TextOf(dialog, "memoDescription"), "typed ahead of the refusal");
-        EXPECT_EQ(TextOf(dialog, row.control), row.kind == TRowKind::kNumber ? "1 foot" : "");
+        EXPECT_EQ(TextOf(dialog, row.control), fault);
         dialog.close();
       })) << row.control;
       EXPECT_EQ(Record(*form, {"NAME", "DESCRIPTION", "LAST_USE"}), stored) << row.control;
@@ -316,12 +343,18 @@ TEST_F(EditForms, AReferenceThatIsGoneShowsNothingAndIsRefused) {
   Table(form).Edit();
   Table(form).FieldByName("UNIT_AUTOKEY").SetInteger(9999);
   Table(form).Post();
-  EXPECT_FALSE(Run(form, false, [&](QWidget& dialog) {
-    EXPECT_EQ(TextOf(dialog, "edUnit"), "");
-    Click(dialog, "bitbtnSave");
-    EXPECT_EQ(RefusedControls(dialog, form), "edUnit");
-    Click(dialog, "bitbtnClose");
-  }));
+  ScreenUser user;
+  user.In<TformQvRfEdit>([&](QWidget& dialog) {
+        EXPECT_EQ(TextOf(dialog, "edUnit"), "");
+        Click(dialog, "bitbtnSave");
+        EXPECT_EQ(RefusedControls(dialog, form), "edUnit");
+        Click(dialog, "btnUnit");
+        EXPECT_EQ(RefusedControls(dialog, form), "") << "the button takes the mark off";
+        EXPECT_EQ(TextOf(dialog, "edUnit"), "");
+        Click(dialog, "bitbtnClose");
+      })
+      .In<TformQvRfSelector>([](QWidget& units) { Click(units, "bitbtnCancel"); });
+  EXPECT_FALSE(FormOf(form).EditCurrent());
 }
 
 TEST_F(EditForms, LimitsHoldForTypingAndNotForWhatIsStored) {
@@ -380,7 +413,8 @@ TEST_F(EditForms, TabWalksTheRowsAsTheyStand) {
       EXPECT_EQ(first, &Child(dialog, "edName")) << form->caption;
       do {
         QWidget* at = dialog.focusWidget();
-        EXPECT_FALSE(at->visibleRegion().isEmpty()) << at->objectName().toStdString();
+        EXPECT_FALSE(at->visibleRegion().isEmpty())
+            << form->caption << " " << at->objectName().toStdString();
         places.push_back(at->mapTo(&dialog, at->rect().center()));
         QTest::keyClick(at, Qt::Key_Tab);
       } while (dialog.focusWidget() != first && places.size() < 50);

@@ -395,6 +395,7 @@ TEST(ReadableStepTest, IsTheGreatestThatIsAllowed) {
                              {7.9, 0, 7.5},
                              {40, 90, 30},
                              {0.7, 90, 0.6},
+                             {0.01, 1.5707963267948966, 0.01},
                              {1e-9, 0, 1e-9},
                              {27.5e3, 0, 25e3}}) {
     EXPECT_EQ(ReadableStep::AtMost(row.limit, row.divides).Value(), row.step) << row.limit;

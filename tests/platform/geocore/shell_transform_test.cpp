@@ -174,6 +174,20 @@ TEST(ShellTransformTest, MeetsAnEqualDatumWithoutLeavingTheEllipsoid) {
   EXPECT_EQ(moved.Third, 1e-9);
 }
 
+TEST(ShellTransformTest, ComesBackFromTheDepthsAndFromOrbit) {
+  const auto geodetic = Shell(Wgs84());
+  const auto geocentric = Shell(Geocentric());
+  for (const double radius : {100.1e3, 1e6, 6378e3, 7e6, 4.2e7}) {
+    for (const double slope : {-90.0, -60.0, -1e-9, 0.0, 45.0, 89.9999999}) {
+      const double angle = slope * std::numbers::pi / 180;
+      const TShellPoint place{-radius * std::cos(angle), 0, radius * std::sin(angle)};
+      ExpectNear(Move(geodetic, geocentric, Move(geocentric, geodetic, place)), place, 3e-8, 3e-8);
+    }
+  }
+  EXPECT_EQ(Move(geocentric, geodetic, {1000, 0, 0}).First, HUGE_VAL);
+  EXPECT_THAT(geocentric.ExplainFailure(geodetic, {0, 0, 0}), testing::HasSubstr("centre"));
+}
+
 TEST(ShellTransformTest, ComesBackOverSevenParametersWithoutLoss) {
   for (const int type : {2, 3}) {
     SystemModel shifted = Wgs84();
