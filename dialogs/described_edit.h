@@ -87,7 +87,6 @@ class TDescribedEdit : public TformQvRfEdit {
   void ReadControls();
   [[nodiscard]] bool CheckRows();
   [[nodiscard]] bool Write();
-  void TellNotSaved(const QString& why);
   void PlaceAndSize();
 
   const TFormDescription& form_;

@@ -122,14 +122,19 @@ void TRowControls::MakeControl(QWidget* form) {
   }
 }
 
-void TRowControls::MakeButton(QWidget* form) {
-  button_ = Named(new QPushButton(QString::fromLatin1(kChooseCaption), form), row_->button);
+QPushButton* MakeChoiceButton(QWidget* parent, const char* objectName, const char* caption) {
+  auto* button = Named(new QPushButton(QString::fromLatin1(kChooseCaption), parent), objectName);
   // The toolkit's least width is meant for words.
-  button_->setFixedWidth(button_->fontMetrics().horizontalAdvance(kChooseCaption) +
-                         button_->sizeHint().height());
-  const QString tip = Translated("Choose: %1").arg(Translated(row_->caption));
-  button_->setToolTip(tip);
-  button_->setAccessibleName(tip);
+  button->setFixedWidth(button->fontMetrics().horizontalAdvance(kChooseCaption) +
+                        button->sizeHint().height());
+  const QString tip = Translated("Choose: %1").arg(Translated(caption));
+  button->setToolTip(tip);
+  button->setAccessibleName(tip);
+  return button;
+}
+
+void TRowControls::MakeButton(QWidget* form) {
+  button_ = MakeChoiceButton(form, row_->button, row_->caption);
 }
 
 QAbstractButton* TRowControls::LeadButton() const {

@@ -99,4 +99,8 @@ void SetBackground(QWidget* control, const QColor& colour);
 /// breaks its lines.
 [[nodiscard]] QString TipOf(const QString& text);
 
+/// A "..." that chooses what its tip calls by `caption`.
+[[nodiscard]] QPushButton* MakeChoiceButton(QWidget* parent, const char* objectName,
+                                            const char* caption);
+
 }  // namespace QvRefSystem

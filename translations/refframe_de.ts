@@ -8,6 +8,18 @@
         <translation> Genauigkeit der Näherung </translation>
     </message>
     <message>
+        <source> Data </source>
+        <translation> Daten </translation>
+    </message>
+    <message>
+        <source> Data Grid </source>
+        <translation> Datengitter </translation>
+    </message>
+    <message>
+        <source> Data Source </source>
+        <translation> Datenquelle </translation>
+    </message>
+    <message>
         <source> Information </source>
         <translation> Information </translation>
     </message>
@@ -308,6 +320,10 @@
         <translation>Bestätigung</translation>
     </message>
     <message>
+        <source>Create</source>
+        <translation>Erzeugen</translation>
+    </message>
+    <message>
         <source>Current version does not support latitude/longitude georeference</source>
         <translation>Die vorliegende Version unterstützt keine Georeferenzierung in geographischer Breite und Länge</translation>
     </message>
@@ -396,6 +412,10 @@
         <translation>Geodätisches Datum bearbeiten</translation>
     </message>
     <message>
+        <source>Edit height system</source>
+        <translation>Höhensystem bearbeiten</translation>
+    </message>
+    <message>
         <source>Edit linear unit</source>
         <translation>Längeneinheit bearbeiten</translation>
     </message>
@@ -438,6 +458,10 @@
     <message>
         <source>Export folder</source>
         <translation>Ordner für den Export</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
     </message>
     <message>
         <source>First axis direction</source>
@@ -506,6 +530,18 @@
     <message>
         <source>Ini files (*.ini)|*.ini|All files (*.*)|*.*</source>
         <translation>Ini-Dateien (*.ini)|*.ini|Alle Dateien (*.*)|*.*</translation>
+    </message>
+    <message>
+        <source>It cannot be read, or is empty</source>
+        <translation>Sie kann nicht gelesen werden oder ist leer</translation>
+    </message>
+    <message>
+        <source>It does not begin with a grid: six numbers for south, north, west, east and the cell sizes north-south and east-west</source>
+        <translation>Sie beginnt nicht mit einem Gitter: sechs Zahlen für Süd, Nord, West, Ost und die Zellgrößen Nord-Süd und Ost-West</translation>
+    </message>
+    <message>
+        <source>It has fewer heights than its grid has nodes, or one that is no number</source>
+        <translation>Sie hat weniger Höhen als ihr Gitter Knoten, oder eine, die keine Zahl ist</translation>
     </message>
     <message>
         <source>Kind</source>
@@ -592,6 +628,10 @@
         <translation>Nächste Zeile, deren Name den Text enthält (F3)</translation>
     </message>
     <message>
+        <source>No data</source>
+        <translation>Keine Daten</translation>
+    </message>
+    <message>
         <source>No database</source>
         <translation>Keine Datenbank</translation>
     </message>
@@ -650,6 +690,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Objekte, die nicht geschrieben werden konnten: %1</translation>
     </message>
     <message>
+        <source>Offset</source>
+        <translation>Versatz</translation>
+    </message>
+    <message>
         <source>Offset value</source>
         <translation>Versatz</translation>
     </message>
@@ -682,6 +726,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Datenbankordner öffnen...</translation>
     </message>
     <message>
+        <source>Open height file</source>
+        <translation>Höhendatei öffnen</translation>
+    </message>
+    <message>
         <source>Open ini file</source>
         <translation>Ini-Datei öffnen</translation>
     </message>
@@ -700,6 +748,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Parameters</source>
         <translation>Parameter</translation>
+    </message>
+    <message>
+        <source>Plane Reference System</source>
+        <translation>Lagebezugssystem</translation>
     </message>
     <message>
         <source>Previous row whose name contains the text (Shift+F3)</source>
@@ -740,6 +792,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Recalculating geoid undulation data</source>
         <translation>Geoidundulationen werden umgerechnet</translation>
+    </message>
+    <message>
+        <source>Reference System</source>
+        <translation>Bezugssystem</translation>
     </message>
     <message>
         <source>Reference system</source>
@@ -906,8 +962,24 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Dieses System in der Datenbank ablegen</translation>
     </message>
     <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
         <source>Take an object from a file</source>
         <translation>Ein Objekt aus einer Datei übernehmen</translation>
+    </message>
+    <message>
+        <source>The data grid is not complete, or has limits in the wrong order</source>
+        <translation>Das Datengitter ist nicht vollständig, oder seine Grenzen sind vertauscht</translation>
+    </message>
+    <message>
+        <source>The height file "%1" cannot be used.</source>
+        <translation>Die Höhendatei „%1“ kann nicht verwendet werden.</translation>
+    </message>
+    <message>
+        <source>The heights of the file cannot be brought into the plane of the data</source>
+        <translation>Die Höhen der Datei lassen sich nicht in das Lagesystem der Daten bringen</translation>
     </message>
     <message>
         <source>The object cannot be deleted because it is used by:</source>
@@ -928,6 +1000,14 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>The object refers to one that is not in the database. It cannot be used.</source>
         <translation>Das Objekt verweist auf eines, das nicht in der Datenbank steht. Es kann nicht verwendet werden.</translation>
+    </message>
+    <message>
+        <source>The plane system of a file must not have a height system of its own</source>
+        <translation>Das Lagesystem einer Datei darf kein eigenes Höhensystem haben</translation>
+    </message>
+    <message>
+        <source>The record names no file</source>
+        <translation>Der Datensatz nennt keine Datei</translation>
     </message>
     <message>
         <source>The system refers to an object that is not in the database.</source>
@@ -978,6 +1058,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Das Feld darf nicht leer sein</translation>
     </message>
     <message>
+        <source>This system has no height system</source>
+        <translation>Dieses System hat kein Höhensystem</translation>
+    </message>
+    <message>
         <source>This tree does not hold a whole reference system: %1</source>
         <translation>Dieser Baum enthält kein vollständiges Bezugssystem: %1</translation>
     </message>
@@ -1006,12 +1090,28 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Tz</translation>
     </message>
     <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
         <source>Units</source>
         <translation>Einheit</translation>
     </message>
     <message>
+        <source>Use another reference system</source>
+        <translation>Anderes Bezugssystem verwenden</translation>
+    </message>
+    <message>
         <source>Value</source>
         <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Vertical Data File</source>
+        <translation>Höhendatei</translation>
+    </message>
+    <message>
+        <source>Vertical Offset</source>
+        <translation>Höhenversatz</translation>
     </message>
     <message>
         <source>View</source>
