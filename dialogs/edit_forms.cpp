@@ -4,8 +4,10 @@
 #include <array>
 
 #include "dialogs/ellipsoid_edit.h"
+#include "dialogs/origin_edit.h"
 #include "dialogs/simple_edits.h"
 #include "dialogs/unit_edit.h"
+#include "platform/geocore/system_model.h"
 
 namespace QvRefSystem {
 namespace {
@@ -36,6 +38,14 @@ constexpr std::array kEditForms{
     EditFormRow{kDatumShiftType, 0, &Get<TformQvRfDatumShiftTypeEdit>},
     EditFormRow{kMapProjectionType, 0, &Get<TformQvRfMapProjTypeEdit>},
     EditFormRow{kReferenceSystemType, 0, &Get<TformQvRfRefSystemTypeEdit>},
+    EditFormRow{kReferenceSystem, static_cast<int>(SystemKind::kLocalCartesian),
+                &Get<TformQvRfRefSystemCartEdit>},
+    EditFormRow{kReferenceSystem, static_cast<int>(SystemKind::kLocal),
+                &Get<TformQvRfRefSystemLocalEdit>},
+    EditFormRow{kReferenceSystem, static_cast<int>(SystemKind::kGeocentric),
+                &Get<TformQvRfRefSystemGeocEdit>},
+    EditFormRow{kReferenceSystem, static_cast<int>(SystemKind::kTopocentric),
+                &Get<TformQvRfRefSystemTopoEdit>},
 };
 
 }  // namespace

@@ -33,16 +33,15 @@ Widget* Named(Widget* widget, const char* name) {
   return widget;
 }
 
-// Names of records are shown as they are: a tip takes no markup from them, and breaks its lines.
-QString TipOf(const QString& text) {
-  return text.isEmpty() ? QString() : QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped());
-}
-
 bool IsBox(TRowKind kind) {
   return kind == TRowKind::kBox || kind == TRowKind::kColumn;
 }
 
 }  // namespace
+
+QString TipOf(const QString& text) {
+  return text.isEmpty() ? QString() : QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped());
+}
 
 void SetBackground(QWidget* control, const QColor& colour) {
   if (!colour.isValid()) {

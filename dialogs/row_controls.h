@@ -89,4 +89,8 @@ class TRowLayout {
 /// gives it those of the desktop.
 void SetBackground(QWidget* control, const QColor& colour);
 
+/// A tip with that text. Names of records show as they are: a tip takes no markup from them, and
+/// breaks its lines.
+[[nodiscard]] QString TipOf(const QString& text);
+
 }  // namespace QvRefSystem

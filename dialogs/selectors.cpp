@@ -11,6 +11,7 @@
 #include "dialogs/ellipsoid_edit.h"
 #include "dialogs/guarded.h"
 #include "dialogs/legacy_tool.h"
+#include "platform/widgets/qt_text.h"
 
 namespace QvRefSystem {
 namespace {
@@ -58,8 +59,25 @@ TTypedSelector::TTypedSelector(QWidget* owner, const TSelectorTraits& traits,
 
 TformQvRfEdit* TTypedSelector::EditFormOf(int type) {
   TformQvRfEdit* form = type == 0 ? nullptr : GetEditForm(this, Processor->Descriptor().type, type);
-  if (form != nullptr) TellType(*form, type);
+  if (form != nullptr) {
+    TellType(*form, type);
+  } else {
+    TellNoDialog(type);
+  }
   return form;
+}
+
+// A number that is no type has no name to be told by; nothing happens for it.
+void TTypedSelector::TellNoDialog(int type) {
+  const TQvRfDataProcessor* types = ProcessorFor(Data(), static_cast<int>(typeObject_));
+  const auto row = types == nullptr ? QvPlatform::TRowView() : types->RowOfKey(type);
+  if (!row) return;
+  const int name = types->DataSet->FieldByName("NAME").GetIndex();
+  const QString text =
+      QvPlatform::Translated("There is no edit dialog for objects of this type yet: %1")
+          .arg(QvPlatform::ToQt(row.GetText(name)));
+  Data().Ui().ShowMessage(QvPlatform::MessageKind::kPlain, QvPlatform::FromQt(text),
+                          QvPlatform::MessageButtons::kOk);
 }
 
 int TTypedSelector::TypeOfNew() {

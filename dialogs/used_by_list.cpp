@@ -7,11 +7,11 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QTableWidget>
-#include <algorithm>
 #include <array>
 
 #include "dialogs/guarded.h"
 #include "dialogs/selectors.h"
+#include "platform/widgets/fit_columns.h"
 #include "platform/widgets/qt_text.h"
 #include "platform/widgets/qt_user_interface.h"
 
@@ -118,35 +118,13 @@ void TformQvRfUsedByList::ViewRow(int row) {
 void TformQvRfUsedByList::FormShow(bool first) {
   TModalForm::FormShow(first);
   layout()->activate();
-  FitColumns();
+  QvPlatform::FitColumns(*strgridList);
   if (first) strgridList->setFocus();
 }
 
 void TformQvRfUsedByList::resizeEvent(QResizeEvent* event) {
   TModalForm::resizeEvent(event);
-  FitColumns();
-}
-
-// Each column is as wide as its widest cell and two blanks; the last one takes what is left.
-void TformQvRfUsedByList::FitColumns() {
-  const QFontMetrics metrics = strgridList->fontMetrics();
-  const int blanks = metrics.horizontalAdvance(QStringLiteral("  "));
-  int used = 0;
-  for (int column = 0; column < strgridList->columnCount(); ++column) {
-    int width = 0;
-    for (int row = 0; row < strgridList->rowCount(); ++row) {
-      const QTableWidgetItem* item = strgridList->item(row, column);
-      if (item != nullptr) width = std::max(width, metrics.horizontalAdvance(item->text()));
-    }
-    if (const QTableWidgetItem* title = strgridList->horizontalHeaderItem(column)) {
-      width = std::max(width, metrics.horizontalAdvance(title->text()));
-    }
-    if (width > 0) width += blanks;
-    const int rest = strgridList->viewport()->width() - used;
-    const bool last = column + 1 == strgridList->columnCount();
-    strgridList->setColumnWidth(column, last ? std::max(width, rest) : width);
-    used += width;
-  }
+  QvPlatform::FitColumns(*strgridList);
 }
 
 TformQvRfUsedByList* GetUsedByListFor(QvPlatform::TComponent* owner) {

@@ -35,7 +35,6 @@ class TformQvRfUsedByList final : public QvPlatform::TModalForm {
  private:
   void BuildList();
   void bitbtnViewClick();
-  void FitColumns();
 
   QTableWidget* strgridList = nullptr;
   QPushButton* bitbtnView = nullptr;

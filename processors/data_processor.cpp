@@ -95,6 +95,13 @@ bool TQvRfDataProcessor::LocateKey(int key) {
   return false;
 }
 
+TRowView TQvRfDataProcessor::RowOfKey(int key) const {
+  if (key < 1) return {};
+  const auto rows =
+      DataSet->FindAll({TMatch::Integer(keyField_, key)}, QvPlatform::TRowScope::kAll);
+  return rows.empty() ? TRowView() : rows.front();
+}
+
 bool TQvRfDataProcessor::FindByName(std::string_view text, int step) {
   if (text.empty()) return true;
   const std::string wanted = QvPlatform::UpperCase(text);

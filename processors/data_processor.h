@@ -77,6 +77,9 @@ class TQvRfDataProcessor {
   /// Moves to the record with that key. Key 0 or below leaves the cursor; a key that is not there
   /// leaves it behind the last record.
   virtual bool LocateKey(int key);
+  /// The record with that key, also one that a filter hides; empty if there is none. Moves no
+  /// cursor.
+  [[nodiscard]] QvPlatform::TRowView RowOfKey(int key) const;
   /// Moves to the next (prior) record whose NAME holds the text, case aside; the current record is
   /// not tested. An empty text is found at once. False and unmoved if there is none.
   virtual bool FindNextByName(std::string_view text);

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "processors/system_forms.h"
+
 namespace QvRefSystem {
 namespace {
 
@@ -103,7 +105,8 @@ constexpr TFormDescription kRefSystemTypeForm =
 std::span<const TFormDescription* const> FormDescriptions() {
   static constexpr std::array kForms{&kLinearUnitForm,  &kAngularUnitForm,   &kScaleUnitForm,
                                      &kEllipsoidForm,   &kPrimeMeridianForm, &kDatumShiftTypeForm,
-                                     &kMapProjTypeForm, &kRefSystemTypeForm};
+                                     &kMapProjTypeForm, &kRefSystemTypeForm, &kCartSystemForm,
+                                     &kGeocSystemForm,  &kLocalSystemForm,   &kTopoSystemForm};
   return kForms;
 }
 

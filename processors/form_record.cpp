@@ -80,15 +80,10 @@ void TFormRecord::RefreshReferences() {
   for (std::size_t at = 0; at < values_.size(); ++at) {
     if (form_.rows[at].kind != TRowKind::kReference) continue;
     const TQvRfDataProcessor& referred = ReferredProcessor(form_.rows[at]);
-    TQvDataSet& table = *referred.DataSet;
-    const std::string_view keyField = TableOf(referred.Descriptor().table).keyField;
-    const auto row = table.FindAll(
-        {QvPlatform::TMatch::Integer(table.FieldByName(keyField).GetIndex(), values_[at].key)},
-        QvPlatform::TRowScope::kAll);
-    if (values_[at].key == 0 || row.empty()) {
-      values_[at] = {};
+    if (const QvPlatform::TRowView row = referred.RowOfKey(values_[at].key)) {
+      values_[at].text = row.GetText(referred.DataSet->FieldByName("NAME").GetIndex());
     } else {
-      values_[at].text = row.front().GetText(table.FieldByName("NAME").GetIndex());
+      values_[at] = {};
     }
   }
 }

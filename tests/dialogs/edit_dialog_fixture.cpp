@@ -2,6 +2,8 @@
 
 #include <QPlainTextEdit>
 
+#include "platform/geocore/system_model.h"
+
 namespace refframe_tests {
 
 using QvRefSystem::TFormDescription;
@@ -10,10 +12,15 @@ using QvRefSystem::TRowKind;
 using enum QvRefSystem::TObjectType;
 
 EditTest::EditTest() {
-  for (const auto object : {kLinearUnit, kAngularUnit, kScaleUnit, kDatumShift, kPrimeMeridian}) {
+  for (const auto object :
+       {kLinearUnit, kAngularUnit, kScaleUnit, kDatumShift, kPrimeMeridian, kDatum}) {
     const auto table = QvRefSystem::DescriptorOf(object).table;
     Add(table, "First");
     Add(table, "Second");
+  }
+  for (const char* name : {"First", "Second"}) {
+    Add(QvRefSystem::TableId::kRefSystem, name,
+        {{"TYPE", static_cast<int>(QvRefSystem::SystemKind::kGeodetic)}});
   }
 }
 
@@ -53,6 +60,7 @@ int EditTest::AddValid(const TFormDescription& form, const std::string& name) {
   table.Append();
   table.FieldByName("NAME").SetString(name);
   table.FieldByName("FAVOUR").SetInteger(7);
+  if (form.type != 0) table.FieldByName("TYPE").SetInteger(form.type);
   for (const TFormRow& row : form.rows) {
     if (std::string_view(row.column) == "NAME" || *row.column == 0) continue;
     QvPlatform::TField& field = table.FieldByName(row.column);
