@@ -46,18 +46,20 @@ bool KeepsItsNodes(const Table& table, std::string_view text) {
 
 }  // namespace
 
+bool MakeHeightText(const Table* table, std::string* text, TUserInterface& ui) {
+  TProgressDisplay progress(ui, TProgressDisplay::kCounted, SystemText(TextId::kSavingHeights));
+  return FormatHeightTable(table, text, kHeightHeaderFormat, kHeightValueFormat,
+                           progress.Interface()) &&
+         KeepsItsNodes(*table, *text);
+}
+
 bool SaveHeightTable(const Table* table, const std::string& path, bool useResource, unsigned* crc,
                      TUserInterface& ui) {
   return Run(path, useResource, ui, [&] {
     const auto stream = CreateStream(path, useResource);
     if (stream == nullptr) return Outcome::kStorageFailed;
-    TProgressDisplay progress(ui, TProgressDisplay::kCounted, SystemText(TextId::kSavingHeights));
     std::string text;
-    if (!FormatHeightTable(table, &text, kHeightHeaderFormat, kHeightValueFormat,
-                           progress.Interface()) ||
-        !KeepsItsNodes(*table, text)) {
-      return Outcome::kRefused;
-    }
+    if (!MakeHeightText(table, &text, ui)) return Outcome::kRefused;
     stream->Write(text.data(), text.size());
     stream->Commit();
     if (crc != nullptr) *crc = QvPlatform::Crc32(text);

@@ -23,6 +23,11 @@ namespace QvRefSystem {
                                    const std::string& path, bool useResource, unsigned* crc,
                                    QvPlatform::TUserInterface& ui);
 
+/// The text that SaveHeightTable writes, made with the same progress display. False as there, and
+/// `text` is in any state.
+[[nodiscard]] bool MakeHeightText(const QvCommonUtils::T2DTable<double>* table, std::string* text,
+                                  QvPlatform::TUserInterface& ui);
+
 /// Reads a table with a progress display; what it takes for a table, ParseHeightTable says. False,
 /// with the table in any state, without a message if the text is none or the user cancels.
 [[nodiscard]] bool LoadHeightTable(QvCommonUtils::T2DTable<double>* table, const std::string& path,

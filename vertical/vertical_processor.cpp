@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 
-#include "database/height_storage.h"
 #include "database/storage_files.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
+#include "vertical/height_file.h"
 
 namespace QvRefSystem {
 
@@ -77,10 +77,11 @@ bool TQvRfVerticalRefSystemDataProcessor::IsNamedByRecords(std::string_view file
   return DataSet->FindAll({match}, QvPlatform::TRowScope::kAll).size() >= atLeast;
 }
 
-std::string TQvRfVerticalRefSystemDataProcessor::NewFileName(std::string_view objectName) const {
+std::string TQvRfVerticalRefSystemDataProcessor::NewFileName(std::string_view objectName,
+                                                             THeightNaming naming) const {
   std::string name(objectName);
   for (int number = 1;; ++number) {
-    const std::string path = NewHeightStorageName(data_, name, THeightNaming::kAsNamed);
+    const std::string path = NewHeightStorageName(data_, name, naming);
     std::string fileName = StorageShortName(path, data_.ResourceForm);
     // A record whose file was lost must not come to name the file of another.
     if (!IsNamedByRecords(fileName, 1)) return fileName;
@@ -147,7 +148,8 @@ bool TQvRfVerticalRefSystemDataProcessor::ReadContent(TStringTree* tree, TRecord
       if (!read(kCrcMember) || !tree->GetString(kTableMember, 0, &image->Beside[kTableMember])) {
         return false;
       }
-      image->SetText(Column("VDATA_FILENAME"), NewFileName(image->Text(NameColumn())));
+      image->SetText(Column("VDATA_FILENAME"),
+                     NewFileName(image->Text(NameColumn()), THeightNaming::kAsNamed));
       return true;
     case kHeightOffset:
       return read(1513) && read(1514);
@@ -160,6 +162,62 @@ void TQvRfVerticalRefSystemDataProcessor::AppendBeside(TStringTree* /*tree*/,
                                                        const TRecordImage& image, int /*key*/) {
   const auto table = image.Beside.find(kTableMember);
   if (table != image.Beside.end()) SaveTable(image.Text(Column("VDATA_FILENAME")), table->second);
+}
+
+// Heights that are made here.
+
+TRecordImage TQvRfVerticalRefSystemDataProcessor::ImageOf(const THeightRecord& record) const {
+  const bool isTable = record.Table != nullptr;
+  TRecordImage image;
+  const auto setText = [&](const char* column, const std::string& text) {
+    image.SetText(Column(column), text);
+  };
+  image.SetInteger(Column("FAVOUR"), 0);
+  image.SetDouble(Column("LAST_USE"), QvPlatform::CurrentMoment());
+  setText("NAME", record.Name);
+  setText("ABBREVIATION", record.Abbreviation);
+  setText("DESCRIPTION", record.Description);
+  image.SetInteger(Column("VDATA_TYPE"), isTable ? kHeightTable : kHeightOffset);
+  image.SetInteger(Column("VDATA_UNIT_AUTOKEY"), isTable ? 0 : record.OffsetUnit);
+  image.SetInteger(Column("VDATA_FORMAT"), 0);
+  image.SetInteger(Column("VDATA_CRC32"), 0);
+  setText("VDATA_FILENAME", {});
+  setText("VDATA_OFFSET", isTable ? std::string() : record.Offset);
+  setText("VDATA_EXTENTS_NORTH", record.Grid.North);
+  setText("VDATA_EXTENTS_EAST", record.Grid.East);
+  setText("VDATA_EXTENTS_SOUTH", record.Grid.South);
+  setText("VDATA_EXTENTS_WEST", record.Grid.West);
+  setText("VDATA_CELL_NORTH_SOUTH", record.Grid.CellNorthSouth);
+  setText("VDATA_CELL_EAST_WEST", record.Grid.CellEastWest);
+  return image;
+}
+
+bool TQvRfVerticalRefSystemDataProcessor::Store(const THeightRecord& record, bool append) {
+  TRecordImage image = ImageOf(record);
+  std::string text;
+  std::string fileName;
+  if (record.Table != nullptr) {
+    // Ahead of the transaction: it takes its time, and the user may cancel it.
+    if (!MakeHeightText(record.Table, &text, data_.Ui())) return false;
+    fileName = NewFileName(record.Name, THeightNaming::kReplaced);
+    image.SetText(Column("VDATA_FILENAME"), fileName);
+    image.SetInteger(Column("VDATA_CRC32"), static_cast<int>(QvPlatform::Crc32(text)));
+  }
+  const std::optional<std::string> old = append ? std::nullopt : OwnHeightFile();
+  try {
+    TQvWriteGroup group(data_.WritableTables());
+    append ? DataSet->Append() : DataSet->Edit();
+    image.Store(*DataSet);
+    DataSet->Post();
+    if (!fileName.empty()) SaveTable(fileName, text);
+    if (old) DeleteFile(group, *old);
+    group.Commit();
+  } catch (...) {
+    DataSet->Cancel();
+    throw;
+  }
+  Reopen();
+  return true;
 }
 
 // Copies and removal.
@@ -189,7 +247,7 @@ void TQvRfVerticalRefSystemDataProcessor::AppendDuplicate() {
   const bool hasFile = image.Integer(Column("VDATA_TYPE")) == kHeightTable;
   if (hasFile) {
     if (!LoadTable(&table)) throw ToldStorageError("the height file cannot be read");
-    fileName = NewFileName(image.Text(NameColumn()));
+    fileName = NewFileName(image.Text(NameColumn()), THeightNaming::kAsNamed);
     image.SetText(Column("VDATA_FILENAME"), fileName);
   }
   image.SetDouble(Column("LAST_USE"), QvPlatform::CurrentMoment());
@@ -218,16 +276,26 @@ bool TQvRfVerticalRefSystemDataProcessor::DuplicateCurrent() {
   return false;
 }
 
-void TQvRfVerticalRefSystemDataProcessor::RemoveCurrent() {
+std::optional<std::string> TQvRfVerticalRefSystemDataProcessor::OwnHeightFile() const {
   std::optional<std::string> path = CurrentHeightFile();
   if (path && IsNamedByRecords(CurrentText("VDATA_FILENAME"), 2)) path.reset();
+  return path;
+}
+
+void TQvRfVerticalRefSystemDataProcessor::DeleteFile(TQvWriteGroup& group,
+                                                     const std::string& path) const {
+  if (data_.ResourceForm) {
+    DeleteStorageFile(path, true);
+  } else {
+    group.AtEnd([path] { DeleteStorageFile(path, false); }, {});
+  }
+}
+
+void TQvRfVerticalRefSystemDataProcessor::RemoveCurrent() {
+  const std::optional<std::string> path = OwnHeightFile();
   TQvWriteGroup group(data_.WritableTables());
   TVerticalRecords::RemoveCurrent();
-  if (path && data_.ResourceForm) {
-    DeleteStorageFile(*path, true);
-  } else if (path) {
-    group.AtEnd([path] { DeleteStorageFile(*path, false); }, {});
-  }
+  if (path) DeleteFile(group, *path);
   group.Commit();
 }
 

@@ -4,9 +4,23 @@
 #include <string>
 #include <string_view>
 
+#include "database/height_storage.h"
 #include "processors/vertical_records.h"
+#include "vertical/height_table.h"
 
 namespace QvRefSystem {
+
+/// A height system that is made here: a table on its grid or, without one, an offset in a linear
+/// unit. Grid and offset are decimal texts in the C notation.
+struct THeightRecord {
+  std::string Name;
+  std::string Abbreviation;
+  std::string Description;
+  const QvCommonUtils::T2DTable<double>* Table = nullptr;
+  QvCommonUtils::T2DTableExtents<std::string> Grid;
+  std::string Offset;
+  int OffsetUnit = 0;
+};
 
 /// Height systems: how the heights of a reference system lie over its ellipsoid, as a table of
 /// undulations in a file of its own (kind 1) or as one offset (kind 2). Each belongs to the one
@@ -29,6 +43,14 @@ class TQvRfVerticalRefSystemDataProcessor final : public TVerticalRecords {
   /// one. False, with nothing added and the record still current, for an empty table or if storage
   /// refuses; the user was told then.
   [[nodiscard]] bool DuplicateCurrent();
+  /// Adds a height system, or changes the current one, whose old height file goes then, and opens
+  /// the table anew on it. False if the user cancels or the table cannot be put into text; throws
+  /// StorageError or DataSetError, a ToldStorageError if the user knows. On failure record and file
+  /// are as they were, but the cursor may stand elsewhere.
+  ///
+  /// In a folder the new file gets a name beside the old one, so that no moment is without the file
+  /// that the record names.
+  [[nodiscard]] bool Store(const THeightRecord& record, bool append);
   /// The stream of the current record's height file; nothing for a kind without one, and for a
   /// name that would lead out of the place for heights. Whether the file is there is not asked.
   [[nodiscard]] std::optional<std::string> CurrentHeightFile() const;
@@ -45,7 +67,12 @@ class TQvRfVerticalRefSystemDataProcessor final : public TVerticalRecords {
   void ReadGrid(TStringTree* tree, TRecordImage* image) const;
   [[nodiscard]] TRecordImage ImageOfCurrent() const;
   [[nodiscard]] bool IsNamedByRecords(std::string_view fileName, std::size_t atLeast) const;
-  [[nodiscard]] std::string NewFileName(std::string_view objectName) const;
+  [[nodiscard]] std::string NewFileName(std::string_view objectName, THeightNaming naming) const;
+  [[nodiscard]] TRecordImage ImageOf(const THeightRecord& record) const;
+  /// The stream of the current record's height file, unless another record names it as well.
+  [[nodiscard]] std::optional<std::string> OwnHeightFile() const;
+  /// Removes a height file with the group, or once it is committed.
+  void DeleteFile(QvPlatform::TQvWriteGroup& group, const std::string& path) const;
   /// False, after telling the user, if the current record's file cannot be read.
   [[nodiscard]] bool LoadTable(std::string* text);
   /// Writes the file of a record that was just added, inside the group of its changes. Throws
