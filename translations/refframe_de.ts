@@ -4,6 +4,38 @@
 <context>
     <name>refframe</name>
     <message>
+        <source> Approximation accuracy </source>
+        <translation> Genauigkeit der Näherung </translation>
+    </message>
+    <message>
+        <source> Information </source>
+        <translation> Information </translation>
+    </message>
+    <message>
+        <source> Offset value </source>
+        <translation> Versatz </translation>
+    </message>
+    <message>
+        <source> Reference System </source>
+        <translation> Bezugssystem </translation>
+    </message>
+    <message>
+        <source> Source </source>
+        <translation> Quelle </translation>
+    </message>
+    <message>
+        <source> Target </source>
+        <translation> Ziel </translation>
+    </message>
+    <message>
+        <source> View mode </source>
+        <translation> Darstellung </translation>
+    </message>
+    <message>
+        <source> Zoom (source data interpolation) </source>
+        <translation> Zoom (Interpolation der Quelldaten) </translation>
+    </message>
+    <message>
         <source>"%1" cannot be read: %2</source>
         <translation>„%1“ kann nicht gelesen werden: %2</translation>
     </message>
@@ -22,6 +54,10 @@
     <message>
         <source>%1: %2 systems</source>
         <translation>%1: %2 Systeme</translation>
+    </message>
+    <message>
+        <source>&amp;Apply</source>
+        <translation>&amp;Übernehmen</translation>
     </message>
     <message>
         <source>&amp;Browse</source>
@@ -58,6 +94,10 @@
     <message>
         <source>&amp;File</source>
         <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Fit</source>
+        <translation>&amp;Einpassen</translation>
     </message>
     <message>
         <source>&amp;Import...</source>
@@ -100,6 +140,10 @@
         <translation>Baum &amp;speichern...</translation>
     </message>
     <message>
+        <source>&amp;Save...</source>
+        <translation>&amp;Speichern...</translation>
+    </message>
+    <message>
         <source>&amp;Search</source>
         <translation>&amp;Suche</translation>
     </message>
@@ -114,6 +158,14 @@
     <message>
         <source>Abbreviation</source>
         <translation>Abkürzung</translation>
+    </message>
+    <message>
+        <source>Accept</source>
+        <translation>Annehmen</translation>
+    </message>
+    <message>
+        <source>Add the text to the height system description </source>
+        <translation>Den Text der Beschreibung des Höhensystems hinzufügen </translation>
     </message>
     <message>
         <source>Added to the database as number %1.</source>
@@ -134,6 +186,14 @@
     <message>
         <source>Angular unit</source>
         <translation>Winkeleinheit</translation>
+    </message>
+    <message>
+        <source>Approximation of</source>
+        <translation>Näherung von</translation>
+    </message>
+    <message>
+        <source>Approximation results</source>
+        <translation>Ergebnisse der Näherung</translation>
     </message>
     <message>
         <source>Area of use</source>
@@ -176,6 +236,10 @@
         <translation>Das aktuelle Objekt ändern</translation>
     </message>
     <message>
+        <source>Choose a reference system</source>
+        <translation>Ein Bezugssystem wählen</translation>
+    </message>
+    <message>
         <source>Choose the current row (Ctrl+Enter)</source>
         <translation>Die aktuelle Zeile auswählen (Strg+Eingabe)</translation>
     </message>
@@ -190,6 +254,10 @@
     <message>
         <source>Code</source>
         <translation>Code</translation>
+    </message>
+    <message>
+        <source>Color</source>
+        <translation>Farbe</translation>
     </message>
     <message>
         <source>Colour of &amp;refused input</source>
@@ -256,6 +324,10 @@
         <translation>E&amp;xport...</translation>
     </message>
     <message>
+        <source>East</source>
+        <translation>Osten</translation>
+    </message>
+    <message>
         <source>Ellipsoid</source>
         <translation>Ellipsoid</translation>
     </message>
@@ -264,16 +336,32 @@
         <translation>Fehler</translation>
     </message>
     <message>
+        <source>Every &amp;nth pixel</source>
+        <translation>Jedes &amp;n-te Pixel</translation>
+    </message>
+    <message>
         <source>Export folder</source>
         <translation>Ordner für den Export</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>Format</translation>
     </message>
     <message>
         <source>Full: choosing and changing</source>
         <translation>Vollständig: auswählen und ändern</translation>
     </message>
     <message>
+        <source>Grayscale</source>
+        <translation>Graustufen</translation>
+    </message>
+    <message>
         <source>Height units</source>
         <translation>Einheit der Höhen</translation>
+    </message>
+    <message>
+        <source>Heights by colour</source>
+        <translation>Höhen nach Farbe</translation>
     </message>
     <message>
         <source>I&amp;nfo</source>
@@ -282,6 +370,10 @@
     <message>
         <source>Id</source>
         <translation>Id</translation>
+    </message>
+    <message>
+        <source>Image</source>
+        <translation>Bild</translation>
     </message>
     <message>
         <source>Import failed</source>
@@ -300,6 +392,10 @@
         <translation>Ini-Dateien (*.ini)|*.ini|Alle Dateien (*.*)|*.*</translation>
     </message>
     <message>
+        <source>Information</source>
+        <translation>Information</translation>
+    </message>
+    <message>
         <source>Kind</source>
         <translation>Art</translation>
     </message>
@@ -310,6 +406,10 @@
     <message>
         <source>Latitude &amp; longitude units</source>
         <translation>Einheit von Breite &amp; Länge</translation>
+    </message>
+    <message>
+        <source>Lens</source>
+        <translation>Lupe</translation>
     </message>
     <message>
         <source>Linear unit</source>
@@ -338,6 +438,14 @@
     <message>
         <source>Map projection parameters calculation is not implemented yet!</source>
         <translation>Die Berechnung der Parameter einer Kartenprojektion ist noch nicht verfügbar!</translation>
+    </message>
+    <message>
+        <source>Max</source>
+        <translation>Max</translation>
+    </message>
+    <message>
+        <source>Max error</source>
+        <translation>Größter Fehler</translation>
     </message>
     <message>
         <source>Name</source>
@@ -378,6 +486,10 @@ The database holds %1 reference systems. Choose one of them, or open a tree from
 Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffnen Sie einen Baum aus einer Datei.</translation>
     </message>
     <message>
+        <source>North</source>
+        <translation>Norden</translation>
+    </message>
+    <message>
         <source>OK</source>
         <translation>OK</translation>
     </message>
@@ -396,6 +508,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Objects that could not be written: %1</source>
         <translation>Objekte, die nicht geschrieben werden konnten: %1</translation>
+    </message>
+    <message>
+        <source>Offset value</source>
+        <translation>Versatz</translation>
     </message>
     <message>
         <source>Open database &amp;container...</source>
@@ -438,6 +554,26 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Nullmeridian</translation>
     </message>
     <message>
+        <source>RMS</source>
+        <translation>RMS</translation>
+    </message>
+    <message>
+        <source>RMS error</source>
+        <translation>RMS-Fehler</translation>
+    </message>
+    <message>
+        <source>Recalculate from source to target</source>
+        <translation>Von der Quelle ins Ziel umrechnen</translation>
+    </message>
+    <message>
+        <source>Recalculate height system data grid</source>
+        <translation>Gitter des Höhensystems umrechnen</translation>
+    </message>
+    <message>
+        <source>Reference system</source>
+        <translation>Bezugssystem</translation>
+    </message>
+    <message>
         <source>Reference systems</source>
         <translation>Bezugssysteme</translation>
     </message>
@@ -448,6 +584,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Reference systems database conversion</source>
         <translation>Umwandlung der Datenbank der Bezugssysteme</translation>
+    </message>
+    <message>
+        <source>Reject</source>
+        <translation>Ablehnen</translation>
     </message>
     <message>
         <source>Reject &amp;geodetic systems</source>
@@ -464,6 +604,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Save coordinate system</source>
         <translation>Koordinatensystem speichern</translation>
+    </message>
+    <message>
+        <source>Save image to file</source>
+        <translation>Bild in Datei speichern</translation>
     </message>
     <message>
         <source>Save tree</source>
@@ -498,8 +642,32 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Die Objekte dieser Art zeigen und ändern</translation>
     </message>
     <message>
+        <source>Show the image larger (+ or the wheel)</source>
+        <translation>Das Bild größer zeigen (+ oder das Mausrad)</translation>
+    </message>
+    <message>
+        <source>Show the image smaller (- or the wheel)</source>
+        <translation>Das Bild kleiner zeigen (- oder das Mausrad)</translation>
+    </message>
+    <message>
+        <source>Show the whole image</source>
+        <translation>Das ganze Bild zeigen</translation>
+    </message>
+    <message>
         <source>Simple: choosing only</source>
         <translation>Einfach: nur auswählen</translation>
+    </message>
+    <message>
+        <source>South</source>
+        <translation>Süden</translation>
+    </message>
+    <message>
+        <source>Step north to south</source>
+        <translation>Schritt von Nord nach Süd</translation>
+    </message>
+    <message>
+        <source>Step west to east</source>
+        <translation>Schritt von West nach Ost</translation>
     </message>
     <message>
         <source>Store this system in the database</source>
@@ -578,6 +746,14 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Ansicht:</translation>
     </message>
     <message>
+        <source>View approximation errors distribution</source>
+        <translation>Verteilung der Fehler der Näherung zeigen</translation>
+    </message>
+    <message>
+        <source>View height system data</source>
+        <translation>Daten des Höhensystems</translation>
+    </message>
+    <message>
         <source>View...</source>
         <translation>Ansehen...</translation>
     </message>
@@ -590,8 +766,20 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Warnung</translation>
     </message>
     <message>
+        <source>West</source>
+        <translation>Westen</translation>
+    </message>
+    <message>
         <source>Write the current object to a file; with Shift held, all objects to a folder</source>
         <translation>Das aktuelle Objekt in eine Datei schreiben; mit gedrückter Umschalttaste alle Objekte in einen Ordner</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;in</source>
+        <translation>Ver&amp;größern</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;out</source>
+        <translation>Ver&amp;kleinern</translation>
     </message>
     <message>
         <source>angular unit</source>

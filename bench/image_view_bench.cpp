@@ -1,0 +1,132 @@
+// The window over the image of a geoid of 8640 x 4321 nodes, painted at 1080p. A frame at 60 Hz has
+// 16 ms; the peer is a viewer that holds the whole image and lets the toolkit draw the part in
+// sight.
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QImage>
+#include <QPainter>
+#include <cmath>
+#include <memory>
+
+#include "dialogs/big_image_scroll.h"
+
+namespace {
+
+using Table = QvCommonUtils::T2DTable<double>;
+using QvRefSystem::THeightRaster;
+
+constexpr int kWidth = 1920;
+constexpr int kHeight = 1080;
+
+QApplication& Application() {
+  static int argc = 1;
+  static char name[] = "bench";
+  static char* argv[] = {name, nullptr};
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  static QApplication application(argc, argv);
+  return application;
+}
+
+const Table& Geoid() {
+  static const std::unique_ptr<Table> table = [] {
+    auto made = std::make_unique<Table>();
+    made->Resize(8640, 4321, 1.0 / 24, 1.0 / 24, 0, -90);
+    for (std::uint32_t i = 0; i < made->CountX; ++i) {
+      for (std::uint32_t j = 0; j < made->CountY; ++j) {
+        made->Set(i, j, 60 * std::sin(i * 0.003) * std::cos(j * 0.005) + std::sin(i * 0.7 + j));
+      }
+    }
+    return made;
+  }();
+  return *table;
+}
+
+// A view that wanders over the image, at the zoom of the data of the first argument and steps of
+// the window's zoom from 1:1 of the second.
+void BM_PaintView(benchmark::State& state) {
+  Application();
+  THeightRaster raster;
+  raster.Setup(&Geoid(), false, false, true, static_cast<int>(state.range(0)));
+  QvRefSystem::TMarker marker;
+  QvRefSystem::TBigImageScroll view(nullptr);
+  view.SetMarker(&marker);
+  view.resize(kWidth, kHeight);
+  view.SetDibData(&raster);
+  view.StartRasterShow();
+  view.show();
+  view.ZoomBy(static_cast<int>(state.range(1)));
+  QImage screen(kWidth, kHeight, QImage::Format_RGB32);
+  double place = 0;
+  for (auto _ : state) {
+    place = std::fmod(place + 97, 400);
+    view.CentreOn(QPointF(raster.Width() / 2 + place, raster.Height() / 2 + place));
+    view.viewport()->render(&screen, {}, {}, {});
+    benchmark::DoNotOptimize(screen.bits());
+  }
+}
+BENCHMARK(BM_PaintView)
+    ->ArgNames({"data_zoom", "steps"})
+    ->Args({1, 0})
+    ->Args({1, -1})
+    ->Args({1, -2})
+    ->Args({1, 1})
+    ->Args({1, 4})
+    ->Args({8, 0})
+    ->Args({25, 0})
+    ->Args({25, -4})
+    ->Unit(benchmark::kMillisecond);
+
+// The marker moves over a view that stands still.
+void BM_PaintMarker(benchmark::State& state) {
+  Application();
+  THeightRaster raster;
+  raster.Setup(&Geoid(), false, false, true, 1);
+  QvRefSystem::TMarker marker;
+  QvRefSystem::TBigImageScroll view(nullptr);
+  view.SetMarker(&marker);
+  view.resize(kWidth, kHeight);
+  view.SetDibData(&raster);
+  view.StartRasterShow();
+  view.show();
+  QImage screen(kWidth, kHeight, QImage::Format_RGB32);
+  int place = 0;
+  for (auto _ : state) {
+    place = (place + 7) % 1000;
+    marker.MoveTo(QPointF(place, place));
+    view.viewport()->render(&screen, {}, {}, {});
+    benchmark::DoNotOptimize(screen.bits());
+  }
+}
+BENCHMARK(BM_PaintMarker)->Unit(benchmark::kMillisecond);
+
+void BM_PeerPaintOfAHeldImage(benchmark::State& state) {
+  Application();
+  THeightRaster raster;
+  raster.Setup(&Geoid(), false, false, true, 1);
+  QImage whole(raster.Width(), raster.Height(), QImage::Format_Indexed8);
+  QList<QRgb> colours;
+  for (const auto& colour : raster.Palette())
+    colours << qRgb(colour.Red, colour.Green, colour.Blue);
+  whole.setColorTable(colours);
+  for (int y = 0; y < whole.height(); ++y)
+    raster.ReadPixels({0, y}, {1, 1}, {whole.width(), 1}, whole.scanLine(y));
+  const int reduced = static_cast<int>(state.range(0));
+  QImage screen(kWidth, kHeight, QImage::Format_RGB32);
+  int place = 0;
+  for (auto _ : state) {
+    place = (place + 97) % 400;
+    QPainter painter(&screen);
+    painter.drawImage(QRect(0, 0, kWidth, kHeight), whole,
+                      QRect(place, place, kWidth * reduced, kHeight * reduced));
+    benchmark::DoNotOptimize(screen.bits());
+  }
+}
+BENCHMARK(BM_PeerPaintOfAHeldImage)
+    ->ArgName("reduced")
+    ->Arg(1)
+    ->Arg(3)
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace

@@ -1,0 +1,112 @@
+#include "dialogs/grid_controls.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QWidget>
+#include <exception>
+
+#include "platform/widgets/qt_text.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::ToQt;
+using QvPlatform::Translatable;
+using QvPlatform::Translated;
+
+namespace {
+
+struct PartRow {
+  TGridControls::Part part;
+  const char* objectName;
+  /// What a side is called beside the name of its axis; the caption of a step.
+  const char* caption;
+  std::string TShell2DTableExtents::*field;
+  int row;
+  int column;
+  [[nodiscard]] bool IsSide() const { return part < TGridControls::kStepWE; }
+};
+
+constexpr PartRow kParts[] = {
+    {TGridControls::kNorth, "DataGridExtentsNorth", Translatable("North"),
+     &TShell2DTableExtents::North, 0, 1},
+    {TGridControls::kWest, "DataGridExtentsWest", Translatable("West"), &TShell2DTableExtents::West,
+     1, 0},
+    {TGridControls::kEast, "DataGridExtentsEast", Translatable("East"), &TShell2DTableExtents::East,
+     1, 2},
+    {TGridControls::kSouth, "DataGridExtentsSouth", Translatable("South"),
+     &TShell2DTableExtents::South, 2, 1},
+    {TGridControls::kStepWE, "DataGridStepWE", Translatable("Step west to east"),
+     &TShell2DTableExtents::CellEastWest, 3, 0},
+    {TGridControls::kStepNS, "DataGridStepNS", Translatable("Step north to south"),
+     &TShell2DTableExtents::CellNorthSouth, 3, 2},
+};
+
+// Which of the first two axes runs through a side.
+int AxisOf(TGridControls::Part side, bool firstIsNorth) {
+  const bool northSouth = side == TGridControls::kNorth || side == TGridControls::kSouth;
+  return northSouth == firstIsNorth ? 0 : 1;
+}
+
+}  // namespace
+
+TGridControls::TGridControls(QWidget* box, const QString& prefix) : layout_(new QGridLayout(box)) {
+  for (const PartRow& row : kParts) {
+    const QString name = prefix + QLatin1String(row.objectName);
+    const QString caption = Translated(row.caption);
+    auto* label = new QLabel(box);
+    label->setTextFormat(Qt::PlainText);
+    label->setObjectName(QStringLiteral("lbl") + name);
+    if (!row.IsSide()) label->setText(caption);
+    auto* edit = new QLineEdit(box);
+    edit->setObjectName(QStringLiteral("ed") + name);
+    edit->setAccessibleName(caption);
+    edit->setToolTip(caption);
+    edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QStringLiteral("-0000000.0000")));
+    label->setBuddy(edit);
+    // Each label stands over its edit.
+    layout_->addWidget(label, 2 * row.row, row.column);
+    layout_->addWidget(edit, 2 * row.row + 1, row.column);
+    edits_[row.part] = edit;
+    labels_[row.part] = label;
+  }
+}
+
+TShell2DTableExtents TGridControls::Extents() const {
+  TShell2DTableExtents extents;
+  for (const PartRow& row : kParts)
+    extents.*row.field = QvPlatform::FromQt(edits_[row.part]->text());
+  return extents;
+}
+
+void TGridControls::ShowExtents(const TShell2DTableExtents& extents) {
+  for (const PartRow& row : kParts)
+    edits_[row.part]->setText(ToQt(extents.*row.field));
+}
+
+bool TGridControls::ShowAxes(const TShellReferenceSystem& system) {
+  try {
+    const QString names[] = {ToQt(system.AxisName(0)), ToQt(system.AxisName(1))};
+    const bool firstIsNorth = system.IsFirstAxisNorth();
+    for (const PartRow& row : kParts) {
+      if (row.IsSide()) labels_[row.part]->setText(names[AxisOf(row.part, firstIsNorth)]);
+    }
+    return true;
+  } catch (const std::exception&) {
+    ClearAxes();
+    return false;
+  }
+}
+
+void TGridControls::ClearAxes() {
+  for (const PartRow& row : kParts) {
+    if (row.IsSide()) labels_[row.part]->clear();
+  }
+}
+
+void TGridControls::SetReadOnly() {
+  for (QLineEdit* edit : edits_)
+    edit->setReadOnly(true);
+}
+
+}  // namespace QvRefSystem
