@@ -67,10 +67,11 @@ void TOriginGrid::FitNames() {
   QvPlatform::FitColumns(*this, fontMetrics().averageCharWidth() * kLeastValue);
   for (int row = 0; row < rowCount(); ++row) {
     QTableWidgetItem* name = item(row, kNameColumn);
-    const bool cut =
-        fontMetrics().horizontalAdvance(name->text()) > columnWidth(kNameColumn) && !isHidden();
+    const bool cut = fontMetrics().horizontalAdvance(name->text()) > columnWidth(kNameColumn);
     name->setToolTip(cut ? TipOf(name->text()) : QString());
   }
+  // The view would place the cells only when the events at hand are done.
+  updateEditorGeometries();
 }
 
 void TOriginGrid::resizeEvent(QResizeEvent* event) {

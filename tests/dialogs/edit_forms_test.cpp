@@ -392,7 +392,8 @@ TEST_F(EditForms, TabWalksTheRowsAsTheyStand) {
       EXPECT_EQ(first, &Child(dialog, "edName")) << form->caption;
       do {
         QWidget* at = dialog.focusWidget();
-        EXPECT_FALSE(at->visibleRegion().isEmpty()) << at->objectName().toStdString();
+        EXPECT_FALSE(at->visibleRegion().isEmpty())
+            << form->caption << " " << at->objectName().toStdString();
         places.push_back(at->mapTo(&dialog, at->rect().center()));
         QTest::keyClick(at, Qt::Key_Tab);
       } while (dialog.focusWidget() != first && places.size() < 50);
