@@ -33,8 +33,8 @@ struct Place {
 };
 
 Place& PlaceOf(const TFormDescription& form) {
-  static std::map<std::string_view, Place> places;
-  return places[form.caption];
+  static std::map<const TFormDescription*, Place> places;
+  return places[&form];
 }
 
 QString ReasonOf(TRefusal refusal) {
@@ -73,6 +73,7 @@ void TDescribedEdit::BuildRows() {
     layout.Add(rows_.emplace_back(row, this));
     ConnectRow(rows_.back());
   }
+  layout.Align();
   BuildButtons(column);
 }
 
@@ -125,6 +126,20 @@ void TDescribedEdit::Act(const std::function<void()>& action) {
 
 TRowControls& TDescribedEdit::RowOf(std::string_view control) {
   return rows_.at(QvRefSystem::RowOf(form_, control));
+}
+
+void TDescribedEdit::FillPanel(std::string_view panel, QWidget* content) {
+  auto* inside = new QVBoxLayout(RowOf(panel).Control());
+  inside->setContentsMargins(0, 0, 0, 0);
+  inside->addWidget(content);
+  QWidget* last = nullptr;
+  for (const TRowControls& row : rows_) {
+    if (row.Row().control == panel) break;
+    for (QWidget* stop : {row.Control(), static_cast<QWidget*>(row.Button())}) {
+      if (stop != nullptr && stop->focusPolicy() != Qt::NoFocus) last = stop;
+    }
+  }
+  if (last != nullptr) setTabOrder(last, content);
 }
 
 QAbstractButton& TDescribedEdit::LeadOf(std::string_view lead) {
@@ -188,6 +203,21 @@ void TDescribedEdit::BeginFilled() {
 void TDescribedEdit::ShowValues() {
   for (std::size_t at = 0; at < rows_.size(); ++at)
     rows_[at].Show(record_.At(at));
+}
+
+void TDescribedEdit::Show(std::string_view control) {
+  RowOf(control).Show(record_.At(control));
+}
+
+void TDescribedEdit::SetNeeded(std::string_view control, bool needed) {
+  if (needed) {
+    record_.NeedKey(QvRefSystem::RowOf(form_, control));
+  } else {
+    record_.At(control) = {};
+  }
+  RowOf(control).ClearMark();
+  RowOf(control).SetNeeded(needed);
+  Show(control);
 }
 
 // References.
@@ -271,6 +301,9 @@ void TDescribedEdit::FormShow(bool first) {
   for (const TRowControls& row : rows_) {
     if (row.Line() == nullptr || !row.Control()->isEnabled()) continue;
     row.Control()->setFocus(Qt::OtherFocusReason);
+    // The toolkit selects the whole text when the window has come up, and scrolls to its end.
+    QMetaObject::invokeMethod(
+        row.Line(), [line = row.Line()] { line->setCursorPosition(0); }, Qt::QueuedConnection);
     break;
   }
 }

@@ -49,14 +49,19 @@ class TDescribedEdit : public TformQvRfEdit {
   /// std::out_of_range for a control that the form does not have.
   [[nodiscard]] TRowControls& RowOf(std::string_view control);
   [[nodiscard]] TFormValue& ValueOf(std::string_view control) { return record_.At(control); }
+  /// Puts a widget of the dialog's own into a panel, and where the panel stands in Tab's walk.
+  void FillPanel(std::string_view panel, QWidget* content);
   /// The radio button or check box of that name.
   [[nodiscard]] QAbstractButton& LeadOf(std::string_view lead);
   /// Checks that one of a group of radio buttons, or none for "".
   void SetChoice(int choice, std::string_view lead);
   /// Marks a control; the colour is ErrorColour unless another is given.
   void Refuse(std::string_view control, const QString& reason, const QColor& colour = {});
-  /// Shows what the rows hold again in their controls.
-  void ShowValues();
+  /// Shows what a row holds again in its control.
+  void Show(std::string_view control);
+  /// Enables or disables a reference: one that is not needed has no key and is not checked, and one
+  /// that comes to be needed begins with the object last used.
+  void SetNeeded(std::string_view control, bool needed);
   /// Lets the rows be used whose leads are checked.
   void UpdateLeads();
   /// The selector of that object type, made on first need.
@@ -77,6 +82,7 @@ class TDescribedEdit : public TformQvRfEdit {
   void BuildButtons(QVBoxLayout* place);
   void ConnectRow(TRowControls& row);
   void BeginFilled();
+  void ShowValues();
   void ButtonClick(std::size_t row);
   void ReadControls();
   [[nodiscard]] bool CheckRows();

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 
+#include "dialogs/datum_edit.h"
 #include "dialogs/ellipsoid_edit.h"
+#include "dialogs/map_proj_edit.h"
 #include "dialogs/origin_edit.h"
 #include "dialogs/simple_edits.h"
 #include "dialogs/unit_edit.h"
@@ -35,6 +37,11 @@ constexpr std::array kEditForms{
     EditFormRow{kScaleUnit, 0, &Get<TformQvRfScaleUnitEdit>},
     EditFormRow{kEllipsoid, 0, &Get<TformQvRfEllipsoidEdit>},
     EditFormRow{kPrimeMeridian, 0, &Get<TformQvRfPrimeMeridianEdit>},
+    EditFormRow{kDatum, 0, &Get<TformQvRfDatumEdit>},
+    EditFormRow{kDatumShift, 1, &Get<TformQvRfDatumShiftMolodenskyEdit>},
+    EditFormRow{kDatumShift, 2, &Get<TformQvRfDatumShiftBursaWolfEdit>},
+    EditFormRow{kDatumShift, 3, &Get<TformQvRfDatumShiftBursaWolfEdit>},
+    EditFormRow{kMapProjection, 0, &Get<TformQvRfMapProjEdit>},
     EditFormRow{kDatumShiftType, 0, &Get<TformQvRfDatumShiftTypeEdit>},
     EditFormRow{kMapProjectionType, 0, &Get<TformQvRfMapProjTypeEdit>},
     EditFormRow{kReferenceSystemType, 0, &Get<TformQvRfRefSystemTypeEdit>},

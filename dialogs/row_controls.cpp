@@ -1,15 +1,16 @@
 #include "dialogs/row_controls.h"
 
-#include <QAbstractScrollArea>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "platform/text/text.h"
 #include "platform/widgets/limited_text.h"
@@ -255,6 +256,8 @@ TRowLayout::TRowLayout(QVBoxLayout* place) : place_(place) {}
 void TRowLayout::BeginColumn(const TRowControls& row) {
   if (columns_ == nullptr) {
     columns_ = new QHBoxLayout;
+    // What belongs to one column stands closer together than the columns do.
+    columns_->setSpacing(row.Control()->fontMetrics().height());
     place_->addLayout(columns_);
   }
   QWidget* box = row.Control();
@@ -273,6 +276,11 @@ void TRowLayout::EndColumns() {
   grid_ = nullptr;
 }
 
+void TRowLayout::Align() {
+  for (QGridLayout* grid : wholes_)
+    grid->setColumnMinimumWidth(0, leadWidth_);
+}
+
 void TRowLayout::Add(const TRowControls& row) {
   if (IsBox(row.Row().kind)) return BeginColumn(row);
   if (row.Row().kind == TRowKind::kEndColumns) return EndColumns();
@@ -281,15 +289,25 @@ void TRowLayout::Add(const TRowControls& row) {
     grid_ = new QGridLayout;
     grid_->setColumnStretch(1, 1);
     place_->addLayout(grid_, 1);
+    wholes_.push_back(grid_);
   }
   const int line = grid_->rowCount();
-  const bool tall = qobject_cast<QAbstractScrollArea*>(row.Control()) != nullptr;
-  const Qt::Alignment top = tall ? Qt::AlignTop : Qt::Alignment();
-  if (row.Lead() != nullptr) grid_->addWidget(row.Lead(), line, 0, top);
+  const int stretch = row.Row().stretch;
+  const Qt::Alignment top = stretch > 0 ? Qt::AlignTop : Qt::Alignment();
+  auto* memo = qobject_cast<QPlainTextEdit*>(row.Control());
+  if (memo != nullptr && row.Lead() != nullptr) {
+    // In line with the first line of the text.
+    const int frame = memo->frameWidth() + static_cast<int>(memo->document()->documentMargin());
+    row.Lead()->setContentsMargins(0, frame, 0, 0);
+  }
+  if (row.Lead() != nullptr) {
+    grid_->addWidget(row.Lead(), line, 0, top);
+    if (columns_ == nullptr) leadWidth_ = std::max(leadWidth_, row.Lead()->sizeHint().width());
+  }
   if (row.Control() == nullptr) return;
   grid_->addWidget(row.Control(), line, 1, 1, row.Button() == nullptr ? 2 : 1);
   if (row.Button() != nullptr) grid_->addWidget(row.Button(), line, 2);
-  if (tall) grid_->setRowStretch(line, 1);
+  grid_->setRowStretch(line, stretch);
 }
 
 }  // namespace QvRefSystem

@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QString>
+#include <vector>
 
 #include "processors/form_record.h"
 
@@ -75,6 +76,8 @@ class TRowLayout {
  public:
   explicit TRowLayout(QVBoxLayout* place);
   void Add(const TRowControls& row);
+  /// Brings the rows above and below the columns in line. To be called when all rows are in.
+  void Align();
 
  private:
   void BeginColumn(const TRowControls& row);
@@ -83,6 +86,9 @@ class TRowLayout {
   QVBoxLayout* place_;
   QGridLayout* grid_ = nullptr;
   QHBoxLayout* columns_ = nullptr;
+  /// The grids that take the whole width, and the width of their widest lead.
+  std::vector<QGridLayout*> wholes_;
+  int leadWidth_ = 0;
 };
 
 /// Gives a control a background, and a colour of text that can be read on it; an invalid colour

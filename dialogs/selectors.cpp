@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <array>
 
+#include "dialogs/datum_edit.h"
 #include "dialogs/edit_forms.h"
 #include "dialogs/ellipsoid_edit.h"
 #include "dialogs/guarded.h"
@@ -120,6 +121,11 @@ void TTypedSelector::bitbtnEditClick() {
 
 TformQvRfDatumShiftSelector::TformQvRfDatumShiftSelector(QWidget* owner)
     : TTypedSelector(owner, {.type = TObjectType::kDatumShift}, TObjectType::kDatumShiftType) {}
+
+void TformQvRfDatumShiftSelector::TellType(TformQvRfEdit& form, int type) {
+  auto* bursaWolf = dynamic_cast<TformQvRfDatumShiftBursaWolfEdit*>(&form);
+  if (bursaWolf != nullptr) bursaWolf->SetShiftType(type);
+}
 
 TformQvRfRefSystemSelector::TformQvRfRefSystemSelector(QWidget* owner)
     : TTypedSelector(owner, {.type = TObjectType::kReferenceSystem, .ownSource = true},

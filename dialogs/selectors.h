@@ -65,6 +65,9 @@ class TTypedSelector : public TformQvRfSelector {
 class TformQvRfDatumShiftSelector final : public TTypedSelector {
  public:
   explicit TformQvRfDatumShiftSelector(QWidget* owner);
+
+ protected:
+  void TellType(TformQvRfEdit& form, int type) override;
 };
 
 /// The selector of reference systems: stands in the middle of the screen, over a data source of its

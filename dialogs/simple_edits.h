@@ -7,6 +7,7 @@
 namespace QvRefSystem {
 
 using TformQvRfPrimeMeridianEdit = TEditOf<kPrimeMeridianForm>;
+using TformQvRfDatumShiftMolodenskyEdit = TEditOf<kMolodenskyForm>;
 using TformQvRfDatumShiftTypeEdit = TEditOf<kDatumShiftTypeForm>;
 using TformQvRfMapProjTypeEdit = TEditOf<kMapProjTypeForm>;
 using TformQvRfRefSystemTypeEdit = TEditOf<kRefSystemTypeForm>;

@@ -58,9 +58,12 @@ struct TFormRow {
   std::span<const char* const> items = {};
   /// Blanks round a stored text do not show.
   bool trimmed = false;
+  /// How much of the height that is left over the row takes, against the others.
+  int stretch = 0;
   /// The control is placed by the panel that follows.
   bool inPanel = false;
-  /// The mark of a refusal goes when the control is entered.
+  /// The mark of a refusal goes when the control is entered; that of a reference, when its button
+  /// is clicked.
   bool enteringClears = true;
 };
 
@@ -84,7 +87,8 @@ constexpr TFormRow ReferenceRow(const char* control, const char* button, const c
           .rule = rule,
           .object = object,
           .button = button,
-          .newKey = newKey};
+          .newKey = newKey,
+          .enteringClears = false};
 }
 /// The same row in use only while the radio button (or box) in front of it is checked.
 constexpr TFormRow Led(TFormRow row, TLeadKind kind, int choice = 0) {
@@ -96,14 +100,28 @@ constexpr TFormRow Unmarked(TFormRow row) {
   row.enteringClears = false;
   return row;
 }
-constexpr TFormRow ColumnRow(const char* lead, const char* caption) {
+constexpr TFormRow ListRow(const char* control, const char* lead, const char* caption,
+                           std::span<const char* const> items) {
+  return {.kind = TRowKind::kList,
+          .control = control,
+          .lead = lead,
+          .caption = caption,
+          .rule = TRule::kChosen,
+          .items = items};
+}
+constexpr TFormRow ColumnRow(const char* lead = "", const char* caption = "") {
   return {.kind = TRowKind::kColumn, .lead = lead, .caption = caption};
 }
 constexpr TFormRow BoxRow(const char* control, const char* caption) {
   return {.kind = TRowKind::kBox, .control = control, .caption = caption};
 }
-constexpr TFormRow PanelRow(const char* control, const char* lead = "", const char* caption = "") {
-  return {.kind = TRowKind::kPanel, .control = control, .lead = lead, .caption = caption};
+constexpr TFormRow PanelRow(const char* control, const char* lead = "", const char* caption = "",
+                            int stretch = 0) {
+  return {.kind = TRowKind::kPanel,
+          .control = control,
+          .lead = lead,
+          .caption = caption,
+          .stretch = stretch};
 }
 inline constexpr TFormRow kEndColumns{.kind = TRowKind::kEndColumns};
 
@@ -113,7 +131,8 @@ inline constexpr TFormRow kDescriptionRow{.kind = TRowKind::kMemo,
                                           .control = "memoDescription",
                                           .lead = "lblDescription",
                                           .caption = "Description",
-                                          .column = "DESCRIPTION"};
+                                          .column = "DESCRIPTION",
+                                          .stretch = 1};
 inline constexpr TFormRow kAbbreviationRow =
     TextRow("edAbbreviation", "lblAbbreviation", "Abbreviation", "ABBREVIATION");
 

@@ -29,6 +29,7 @@ void TFormRecord::Load() {
   for (std::size_t at = 0; at < values_.size(); ++at) {
     const TFormRow& row = form_.rows[at];
     values_[at] = {};
+    if (row.kind == TRowKind::kList) values_[at].key = -1;
     if (!IsBound(row)) continue;
     const TField& field = processor_.DataSet->FieldByName(row.column);
     switch (row.kind) {
@@ -65,8 +66,7 @@ void TFormRecord::Clear() {
     // A number that is still to be typed is not 0.
     values_[at].isNumber = row.kind != TRowKind::kNumber;
     if (row.newKey == TNewKey::kNone) continue;
-    values_[at].key = ReferredProcessor(row).GetLastUsedKey();
-    LoadReference(at);
+    NeedKey(at);
   }
 }
 
@@ -74,6 +74,12 @@ void TFormRecord::TakeCurrent(std::size_t row) {
   const TQvRfDataProcessor& referred = ReferredProcessor(form_.rows[row]);
   values_[row].key = referred.GetCurrentKey();
   values_[row].text = referred.DataSet->FieldByName("NAME").AsString();
+}
+
+void TFormRecord::NeedKey(std::size_t row) {
+  if (values_[row].key != 0) return;
+  values_[row].key = ReferredProcessor(form_.rows[row]).GetLastUsedKey();
+  LoadReference(row);
 }
 
 void TFormRecord::RefreshReferences() {

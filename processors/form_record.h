@@ -40,6 +40,9 @@ class TFormRecord {
   /// Makes the record that is current on the row's processor the one referred to.
   void TakeCurrent(std::size_t row);
 
+  /// Gives a reference that has no key that of the object last used.
+  void NeedKey(std::size_t row);
+
   [[nodiscard]] TFormValue& At(std::size_t row) { return values_.at(row); }
   /// Throws std::out_of_range for a control that the form does not have.
   [[nodiscard]] TFormValue& At(std::string_view control) {

@@ -95,6 +95,41 @@ void TQvRfMapProjDataProcessor::DeleteBeside(int key) {
                     true);
 }
 
+std::string TQvRfMapProjDataProcessor::ParameterValue(int key, int type, int code) const {
+  const QvPlatform::TRowView row = data_.datasetParamValue.FindFirst(
+      {ParamMatch(kOwnerId, key), ParamMatch(kParamTag, kParameterTag),
+       ParamMatch(kParamGroup, type), ParamMatch(kParamCode, code)});
+  return row ? row.GetText(ParamField(kValue)) : std::string();
+}
+
+void TQvRfMapProjDataProcessor::StoreParameterValue(int key, int type, int code,
+                                                    std::string_view value, bool isNew) {
+  const std::initializer_list<QvPlatform::TMatch> rows = {
+      ParamMatch(kOwnerId, key), ParamMatch(kParamTag, kParameterTag),
+      ParamMatch(kParamGroup, type), ParamMatch(kParamCode, code)};
+  if (isNew && data_.datasetParamValue.FindFirst(rows)) {
+    throw QvPlatform::DataSetError("a new map projection has values of parameters already");
+  }
+  DeleteParamValues(rows, true);
+  AppendParamValue(kProjectionParameterOwner, key, TParamTag::kProjectionParameter, type, code,
+                   value);
+}
+
+std::vector<std::string> TQvRfMapProjDataProcessor::AllowedValues(int type, int code) const {
+  QvPlatform::TQvDataSet& table = data_.datasetSystemValue;
+  const auto match = [&table](const char* field, int value) {
+    return QvPlatform::TMatch::Integer(table.FieldByName(field).GetIndex(), value);
+  };
+  const int valueField = table.FieldByName("VALUE").GetIndex();
+  std::vector<std::string> values;
+  for (const QvPlatform::TRowView row :
+       table.FindAll({match("PARAM_TAG", static_cast<int>(TParamTag::kAllowedValue)),
+                      match("OWNER_ID", type), match("PARAM_GROUP", code)})) {
+    values.push_back(row.GetText(valueField));
+  }
+  return values;
+}
+
 bool TQvRfMapProjDataProcessor::WriteMifProjectionType(TStringTree* tree) {
   const QvPlatform::TRowView row = data_.datasetParamValue.FindFirst(
       {ParamMatch(kOwnerId, CurrentInteger("TYPE")), ParamMatch(kOwnerContent, kTypeContent),

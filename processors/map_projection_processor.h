@@ -15,6 +15,18 @@ class TQvRfMapProjDataProcessor final : public TQvRfDataProcessor {
   /// Writes the MIF/MID code of systems of the current projection's type; false if it has none.
   [[nodiscard]] bool WriteMifProjectionType(TStringTree* tree);
 
+  /// The parameters of a type, in table order.
+  [[nodiscard]] std::vector<TProjectionParameterRow> ParametersOf(int type) const {
+    return parameters_.OfType(type);
+  }
+  /// The value of one parameter of the projection with that key; "" if it has none.
+  [[nodiscard]] std::string ParameterValue(int key, int type, int code) const;
+  /// Puts a value in the place of all that the parameter has. A new projection has none: one that
+  /// is there all the same throws DataSetError.
+  void StoreParameterValue(int key, int type, int code, std::string_view value, bool isNew);
+  /// The values that a parameter of KIND 1 is chosen from.
+  [[nodiscard]] std::vector<std::string> AllowedValues(int type, int code) const;
+
  protected:
   [[nodiscard]] bool WriteOwnItem(TStringTree* tree, const TTreeItem& item) override;
   [[nodiscard]] bool ReadContent(TStringTree* tree, TRecordImage* image) override;
@@ -30,5 +42,14 @@ class TQvRfMapProjDataProcessor final : public TQvRfDataProcessor {
 
   TProjectionParameters parameters_;
 };
+
+/// KIND of a parameter whose value is chosen from a list.
+inline constexpr int kChosenParameter = 1;
+
+/// What an allowed value stands for: the text ahead of its first bracket, where an explanation
+/// begins. Nothing is trimmed.
+[[nodiscard]] constexpr std::string_view ValueOfChoice(std::string_view choice) {
+  return choice.substr(0, choice.find('('));
+}
 
 }  // namespace QvRefSystem

@@ -31,7 +31,8 @@ namespace QvPlatform {
 [[nodiscard]] bool UserTextToDouble(std::string_view text, double* out);
 
 /// Sets the locale of UpperCase, CollationKey and the user's numbers by its BCP 47 or POSIX name
-/// ("" is the environment's). For hosts that know their user better, and for tests. Not thread-safe.
+/// ("" is the environment's). For hosts that know their user better, and for tests. Not
+/// thread-safe.
 void SetUserLocale(const std::string& name);
 /// Changes whenever SetUserLocale does; what was made under another number may be out of order.
 [[nodiscard]] unsigned UserLocaleVersion();

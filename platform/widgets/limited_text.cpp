@@ -60,6 +60,12 @@ void TLimitedLine::SetText(std::string_view text) {
   kept_.Keep(text, this->text());
 }
 
+QSize TLimitedLine::minimumSizeHint() const {
+  constexpr int kDigits = 13;
+  const QSize least = QLineEdit::minimumSizeHint();
+  return {least.width() + fontMetrics().horizontalAdvance(u'0') * kDigits, least.height()};
+}
+
 TLimitedMemo::TLimitedMemo(QWidget* parent) : QPlainTextEdit(parent) {
   setTabChangesFocus(true);
 }

@@ -32,6 +32,8 @@ class TLimitedLine final : public QLineEdit {
   void SetLimit(int characters) { limit_ = characters; }
   void SetText(std::string_view text);
   [[nodiscard]] std::string Text() const { return kept_.Read(text()); }
+  /// Room for a number of many digits.
+  [[nodiscard]] QSize minimumSizeHint() const override;
 
  private:
   int limit_ = 0;

@@ -69,7 +69,9 @@ int EditTest::AddValid(const TFormDescription& form, const std::string& name) {
         field.SetFloat(2.5);
         break;
       case TRowKind::kReference:
-        field.SetInteger(KeyOf(row.object, row.object == kEllipsoid ? "GRS 1980" : "First"));
+        field.SetInteger(row.object == kMapProjectionType
+                             ? kTransverseMercator
+                             : KeyOf(row.object, row.object == kEllipsoid ? "GRS 1980" : "First"));
         break;
       case TRowKind::kList:
         field.SetInteger(0);

@@ -11,6 +11,9 @@
 
 namespace refframe_tests {
 
+/// TYPE of the one map projection type.
+inline constexpr int kTransverseMercator = 9807;
+
 /// Tests of edit dialogs: a database with two records of each kind that another refers to, and a
 /// window that owns the dialogs.
 class EditTest : public DialogTest {

@@ -148,6 +148,34 @@ TEST(ReadingNumbers, TakesOneSignAndBlanksAround) {
   EXPECT_EQ(integer, 2147483647);
 }
 
+TEST(ReadingNumbers, TakesTheDecimalSeparatorOfTheUserAndNoOther) {
+  const struct {
+    const char* locale;
+    const char* separator;
+    const char* text;
+    double value;  // 0 if refused
+    const char* written;
+  } rows[] = {{"en-US", ".", "-1.25", -1.25, "-1.25"},
+              {"en-US", ".", "1,25", 0, ""},
+              {"en-US", ".", "1,000.5", 0, ""},
+              {"de-DE", ",", "1,25", 1.25, "1,25"},
+              {"de-DE", ",", "1.25", 0, ""},
+              {"de-DE", ",", "1.000,5", 0, ""},
+              {"de-DE", ",", "1,2,5", 0, ""},
+              {"C", ".", "2.5e-9", 2.5e-9, "2.5e-09"},
+              {"de-DE", ",", "2,5e-9", 2.5e-9, "2,5e-09"}};
+  for (const auto& row : rows) {
+    const LocaleScope locale(row.locale);
+    EXPECT_EQ(DecimalSeparator(), row.separator);
+    double value = 0;
+    EXPECT_EQ(UserTextToDouble(row.text, &value), row.value != 0) << row.locale << row.text;
+    EXPECT_EQ(value, row.value) << row.locale << " " << row.text;
+    if (row.value != 0) {
+      EXPECT_EQ(DoubleToUserText(value), row.written);
+    }
+  }
+}
+
 TEST(ReadingNumbers, LeavesTheResultAloneWhenItRefuses) {
   for (const char* text : {"", " ", "+", "-", "+-1", "--1", "inf", "nan", "1e400", "-1e999",
                            "1e-400", "1,5", "1.5x", "1 2", "0x10", "١"}) {
