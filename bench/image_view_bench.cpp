@@ -43,8 +43,9 @@ const Table& Geoid() {
   return *table;
 }
 
-// A view that wanders over the image, at the zoom of the data of the first argument and steps of
-// the window's zoom from 1:1 of the second.
+// A view over the image at the zoom of the data of the first argument, and steps of the window's
+// zoom from 1:1 of the second. It is dragged, or jumps from corner to corner, so that all of it is
+// read anew.
 void BM_PaintView(benchmark::State& state) {
   Application();
   THeightRaster raster;
@@ -57,25 +58,22 @@ void BM_PaintView(benchmark::State& state) {
   view.StartRasterShow();
   view.show();
   view.ZoomBy(static_cast<int>(state.range(1)));
+  const bool jumps = state.range(2) != 0;
   QImage screen(kWidth, kHeight, QImage::Format_RGB32);
   double place = 0;
   for (auto _ : state) {
-    place = std::fmod(place + 97, 400);
-    view.CentreOn(QPointF(raster.Width() / 2 + place, raster.Height() / 2 + place));
+    place = jumps ? (place > 0 ? 0 : 1) : std::fmod(place + 0.01, 1);
+    view.CentreOn(QPointF(raster.Width() * place, raster.Height() * place));
     view.viewport()->render(&screen, {}, {}, {});
     benchmark::DoNotOptimize(screen.bits());
   }
 }
 BENCHMARK(BM_PaintView)
-    ->ArgNames({"data_zoom", "steps"})
-    ->Args({1, 0})
-    ->Args({1, -1})
-    ->Args({1, -2})
-    ->Args({1, 1})
-    ->Args({1, 4})
-    ->Args({8, 0})
-    ->Args({25, 0})
-    ->Args({25, -4})
+    ->ArgNames({"data_zoom", "steps", "jumps"})
+    ->ArgsProduct({{1}, {0, -1, -2, 1, 4}, {0, 1}})
+    ->Args({8, 0, 1})
+    ->Args({25, 0, 1})
+    ->Args({25, -4, 1})
     ->Unit(benchmark::kMillisecond);
 
 // The marker moves over a view that stands still.

@@ -22,6 +22,7 @@
 #include <memory>
 
 #include "dialogs/database_manager.h"
+#include "dialogs/edit_forms.h"
 #include "dialogs/selectors.h"
 #include "dialogs/used_by_list.h"
 #include "processors/processor_set.h"
@@ -92,9 +93,6 @@ class TBench {
   std::filesystem::path copy_;
 };
 
-// The opening of an edit dialog and its saving belong here too, once selectors have their edit
-// dialogs.
-
 /// Time of the steps of one benchmark, and whether the slowest one kept to a frame.
 class TSteps {
  public:
@@ -105,9 +103,14 @@ class TSteps {
   }
   template <typename Step>
   void Time(Step&& step) {
-    const double start = Now();
+    Begin();
     step();
-    const double took = Now() - start;
+    End();
+  }
+  /// For steps that begin inside a modal run and end behind it.
+  void Begin() { start_ = Now(); }
+  void End() {
+    const double took = Now() - start_;
     state_.SetIterationTime(took);
     worst_ = std::max(worst_, took * 1000);
     if (took * 1000 > kFrame) ++missed_;
@@ -122,6 +125,7 @@ class TSteps {
   }
 
   benchmark::State& state_;
+  double start_ = 0;
   double worst_ = 0;
   double missed_ = 0;
 };
@@ -258,6 +262,69 @@ void OpenNestedSelector(benchmark::State& state) {
   });
 }
 BENCHMARK(OpenNestedSelector)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+// The edit dialog of a record, over its selector.
+class TEditRun {
+ public:
+  explicit TEditRun(TObjectType type)
+      : selector_(TBench::The().New(type)),
+        form_(*QvRefSystem::GetEditForm(selector_.get(), type, TypeOfFirst())) {}
+
+  // Edits the record; `act` runs inside, with the dialog drawn.
+  template <typename Act>
+  void Run(Act act) {
+    QTimer::singleShot(0, &form_, [&] {
+      Settle(form_);
+      act(form_);
+    });
+    (void)form_.EditCurrent();
+  }
+
+ private:
+  int TypeOfFirst() {
+    QvPlatform::TQvDataSet& records = *selector_->Processor->DataSet;
+    records.First();
+    return selector_->Processor->ObjectType == static_cast<int>(TObjectType::kDatumShift)
+               ? records.FieldByName("TYPE").AsInteger()
+               : 0;
+  }
+
+  std::unique_ptr<TformQvRfSelector> selector_;
+  QvRefSystem::TformQvRfEdit& form_;
+};
+
+void EditedTypes(benchmark::internal::Benchmark* bench) {
+  bench->ArgName("type")->UseManualTime()->Unit(benchmark::kMillisecond);
+  for (const TObjectType type : {TObjectType::kEllipsoid, TObjectType::kDatum,
+                                 TObjectType::kDatumShift, TObjectType::kMapProjection}) {
+    bench->Arg(static_cast<int>(type));
+  }
+}
+
+// From the call to the drawn dialog with the record in it, closed again.
+void OpenEditDialog(benchmark::State& state) {
+  TEditRun edit(static_cast<TObjectType>(state.range(0)));
+  TSteps steps(state);
+  for (auto _ : state) {
+    steps.Time([&] { edit.Run([](QWidget& form) { Click(form, "bitbtnClose"); }); });
+  }
+}
+BENCHMARK(OpenEditDialog)->Apply(EditedTypes);
+
+// From the click on Save until the selector has control back. The wait for the disk takes no time
+// of the processor's.
+void SaveEditDialog(benchmark::State& state) {
+  TEditRun edit(static_cast<TObjectType>(state.range(0)));
+  TSteps steps(state);
+  for (auto _ : state) {
+    edit.Run([&steps](QWidget& form) {
+      steps.Begin();
+      Click(form, "bitbtnSave");
+    });
+    steps.End();
+  }
+}
+BENCHMARK(SaveEditDialog)->Apply(EditedTypes);
 
 // All selectors of the database manager are made when it opens.
 void OpenDatabaseManager(benchmark::State& state) {

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QRegion>
 #include <QScrollBar>
 #include <QWheelEvent>
 #include <algorithm>
@@ -82,6 +83,7 @@ void TBigImageScroll::SetDibData(const THeightRaster* raster) {
   started_ = false;
   drag_ = Drag::kNone;
   frame_ = {};
+  spare_ = {};
   ViewChanged();
 }
 
@@ -344,6 +346,7 @@ void TBigImageScroll::focusOutEvent(QFocusEvent* event) {
 
 // --- drawing ---------------------------------------------------------------------------------
 
+// Draws a part of the image into the frame.
 void TBigImageScroll::ReadFrame(const QRect& content) {
   const TImageZoom& zoom = ZoomOf(level_);
   const int n = zoom.Numerator;
@@ -352,17 +355,19 @@ void TBigImageScroll::ReadFrame(const QRect& content) {
   QvCommonUtils::TBitmapHeader header;
   raster_->Read(cells, &header, &levels_, zoom.Denominator);
   const std::size_t rowBytes = levels_.size() / static_cast<std::size_t>(header.Height);
-  const auto lineBytes = static_cast<std::size_t>(frame_.bytesPerLine());
+  const QPoint corner = content.topLeft() - framePlace_.topLeft();
   const int width = content.width();
-  int drawn = -1;
+  const QRgb* drawn = nullptr;
+  int drawnRow = -1;
   for (int y = 0; y < content.height(); ++y) {
-    auto* line = reinterpret_cast<QRgb*>(frame_.scanLine(y));
+    QRgb* line = reinterpret_cast<QRgb*>(frame_.scanLine(corner.y() + y)) + corner.x();
     const int row = (content.top() + y) / n - cells.Top;
-    if (row == drawn) {
-      std::memcpy(line, frame_.constScanLine(y - 1), lineBytes);
+    if (row == drawnRow) {
+      std::memcpy(line, drawn, static_cast<std::size_t>(width) * sizeof(QRgb));
       continue;
     }
-    drawn = row;
+    drawn = line;
+    drawnRow = row;
     // The lowest row comes first.
     const std::uint8_t* levels =
         levels_.data() + static_cast<std::size_t>(header.Height - 1 - row) * rowBytes;
@@ -380,18 +385,32 @@ void TBigImageScroll::ReadFrame(const QRect& content) {
   }
 }
 
+// Takes over what two frames of one zoom share.
+void TBigImageScroll::KeepOverlap(const QImage& before, const QRect& place) {
+  const QRect kept = place & framePlace_;
+  const QPoint from = kept.topLeft() - place.topLeft();
+  const QPoint to = kept.topLeft() - framePlace_.topLeft();
+  for (int y = 0; y < kept.height(); ++y) {
+    std::memcpy(reinterpret_cast<QRgb*>(frame_.scanLine(to.y() + y)) + to.x(),
+                reinterpret_cast<const QRgb*>(before.constScanLine(from.y() + y)) + from.x(),
+                static_cast<std::size_t>(kept.width()) * sizeof(QRgb));
+  }
+}
+
+// While the image is moved, only what comes into sight is read.
 void TBigImageScroll::RenderFrame() {
-  const QRect content = QRect(Origin(), DeviceSize()) & QRect(QPoint(0, 0), ContentSize(level_));
-  framePlace_ = content;
-  if (content.isEmpty()) {
-    frame_ = {};
-    return;
+  const QRect before = frame_.isNull() || frameLevel_ != level_ ? QRect() : framePlace_;
+  framePlace_ = QRect(Origin(), DeviceSize()) & QRect(QPoint(0, 0), ContentSize(level_));
+  frameLevel_ = level_;
+  std::swap(frame_, spare_);
+  if (frame_.size() != framePlace_.size()) {
+    frame_ = QImage(framePlace_.size(), QImage::Format_RGB32);
+    // As a failed read does.
+    if (frame_.isNull() && !framePlace_.isEmpty()) throw 0;  // NOLINT(hicpp-exception-baseclass)
   }
-  if (frame_.size() != content.size()) {
-    frame_ = QImage(content.size(), QImage::Format_RGB32);
-    if (frame_.isNull()) throw 0;  // NOLINT(hicpp-exception-baseclass): as a failed read does
-  }
-  ReadFrame(content);
+  KeepOverlap(spare_, before);
+  for (const QRect& part : QRegion(framePlace_).subtracted(before))
+    ReadFrame(part);
 }
 
 void TBigImageScroll::paintEvent(QPaintEvent* /*event*/) {

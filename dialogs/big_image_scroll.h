@@ -116,6 +116,7 @@ class TBigImageScroll : public QAbstractScrollArea {
   void KeepMarkerInSight();
   void MarkerMoved();
   void RenderFrame();
+  void KeepOverlap(const QImage& before, const QRect& place);
   void ReadFrame(const QRect& content);
   void DrawMarker(QPainter* painter) const;
   void DrawSister(QPainter* painter) const;
@@ -134,10 +135,13 @@ class TBigImageScroll : public QAbstractScrollArea {
   QPointF pressedAt_;
   QPoint scrolledAtPress_;
 
-  /// What was drawn last, and where in the zoomed image it lies.
+  /// What was drawn last, and which part of the image at which zoom that is.
   QImage frame_;
   QRect framePlace_;
+  int frameLevel_ = 0;
   bool frameIsStale_ = true;
+  /// The frame before, whose memory is used again.
+  QImage spare_;
   std::array<QRgb, 256> colours_{};
   std::vector<std::uint8_t> levels_;
 };

@@ -19,7 +19,9 @@ namespace {
 struct PartRow {
   TGridControls::Part part;
   const char* objectName;
-  /// What a side is called beside the name of its axis; the caption of a step.
+  /// What a part is called; of a side its axis stands beside it.
+  const char* name;
+  /// Stands over a step.
   const char* caption;
   std::string TShell2DTableExtents::*field;
   int row;
@@ -28,18 +30,18 @@ struct PartRow {
 };
 
 constexpr PartRow kParts[] = {
-    {TGridControls::kNorth, "DataGridExtentsNorth", Translatable("North"),
+    {TGridControls::kNorth, "DataGridExtentsNorth", Translatable("North"), "",
      &TShell2DTableExtents::North, 0, 1},
-    {TGridControls::kWest, "DataGridExtentsWest", Translatable("West"), &TShell2DTableExtents::West,
-     1, 0},
-    {TGridControls::kEast, "DataGridExtentsEast", Translatable("East"), &TShell2DTableExtents::East,
-     1, 2},
-    {TGridControls::kSouth, "DataGridExtentsSouth", Translatable("South"),
+    {TGridControls::kWest, "DataGridExtentsWest", Translatable("West"), "",
+     &TShell2DTableExtents::West, 1, 0},
+    {TGridControls::kEast, "DataGridExtentsEast", Translatable("East"), "",
+     &TShell2DTableExtents::East, 1, 2},
+    {TGridControls::kSouth, "DataGridExtentsSouth", Translatable("South"), "",
      &TShell2DTableExtents::South, 2, 1},
-    {TGridControls::kStepWE, "DataGridStepWE", Translatable("Step west to east"),
-     &TShell2DTableExtents::CellEastWest, 3, 0},
-    {TGridControls::kStepNS, "DataGridStepNS", Translatable("Step north to south"),
-     &TShell2DTableExtents::CellNorthSouth, 3, 2},
+    {TGridControls::kStepWE, "DataGridStepWE", Translatable("Step from west to east"),
+     Translatable("Step W-E"), &TShell2DTableExtents::CellEastWest, 3, 0},
+    {TGridControls::kStepNS, "DataGridStepNS", Translatable("Step from north to south"),
+     Translatable("Step N-S"), &TShell2DTableExtents::CellNorthSouth, 3, 2},
 };
 
 // Which of the first two axes runs through a side.
@@ -53,22 +55,23 @@ int AxisOf(TGridControls::Part side, bool firstIsNorth) {
 TGridControls::TGridControls(QWidget* box, const QString& prefix) : layout_(new QGridLayout(box)) {
   for (const PartRow& row : kParts) {
     const QString name = prefix + QLatin1String(row.objectName);
-    const QString caption = Translated(row.caption);
+    const QString called = Translated(row.name);
     auto* label = new QLabel(box);
     label->setTextFormat(Qt::PlainText);
     label->setObjectName(QStringLiteral("lbl") + name);
-    if (!row.IsSide()) label->setText(caption);
+    if (!row.IsSide()) label->setText(Translated(row.caption));
     auto* edit = new QLineEdit(box);
     edit->setObjectName(QStringLiteral("ed") + name);
-    edit->setAccessibleName(caption);
-    edit->setToolTip(caption);
-    edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QStringLiteral("-0000000.0000")));
-    label->setBuddy(edit);
+    edit->setAccessibleName(called);
+    edit->setToolTip(called);
+    if (row.IsSide()) edit->setPlaceholderText(called);
+    edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QStringLiteral("-0000000.00")));
     // Each label stands over its edit.
     layout_->addWidget(label, 2 * row.row, row.column);
     layout_->addWidget(edit, 2 * row.row + 1, row.column);
     edits_[row.part] = edit;
     labels_[row.part] = label;
+    layout_->setColumnStretch(row.column, 1);
   }
 }
 
@@ -105,8 +108,10 @@ void TGridControls::ClearAxes() {
 }
 
 void TGridControls::SetReadOnly() {
-  for (QLineEdit* edit : edits_)
+  for (QLineEdit* edit : edits_) {
     edit->setReadOnly(true);
+    edit->setPlaceholderText({});
+  }
 }
 
 }  // namespace QvRefSystem

@@ -37,11 +37,11 @@ void TLevelLegend::PointAt(double value) {
   update();
 }
 
-// As many as keep two neighbours apart.
+// As many as tell a hundredth of the way between two neighbours.
 int TLevelLegend::DecimalsNeeded() const {
   const double step = raster_->LevelStep * 255 / kSteps;
   if (!(step > 0)) return kMostDecimals;
-  return std::clamp(1 - static_cast<int>(std::floor(std::log10(step))), 0, kMostDecimals);
+  return std::clamp(2 - static_cast<int>(std::floor(std::log10(step))), 0, kMostDecimals);
 }
 
 void TLevelLegend::DrawBar(QPainter* painter, const QRect& bar) const {

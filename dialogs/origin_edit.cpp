@@ -2,7 +2,6 @@
 
 #include <QLabel>
 #include <QScopedValueRollback>
-#include <QVBoxLayout>
 
 #include "dialogs/origin_grid.h"
 #include "dialogs/selectors.h"
@@ -29,9 +28,7 @@ TOriginEdit::TOriginEdit(QWidget* owner, const TFormDescription& form) : TSystem
     if (row.inPanel) cells.push_back(RowOf(row.control).Line());
   }
   strgridOrigin_ = new TOriginGrid(panel.Control(), cells);
-  auto* place = new QVBoxLayout(panel.Control());
-  place->setContentsMargins(0, 0, 0, 0);
-  place->addWidget(strgridOrigin_);
+  FillPanel("pnlOrigin", strgridOrigin_);
   // Beside the first row of the grid.
   static_cast<QLabel*>(panel.Lead())->setAlignment(Qt::AlignLeading | Qt::AlignTop);
 }

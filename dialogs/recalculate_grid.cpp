@@ -48,6 +48,8 @@ TformQvRfRecalculateGridParams::TformQvRfRecalculateGridParams(QWidget* owner) :
   bitbtnRecalculate = MakeButton(this, "bitbtnRecalculate", QStringLiteral(">>"));
   bitbtnRecalculate->setToolTip(Translated("Recalculate from source to target"));
   bitbtnRecalculate->setAccessibleName(bitbtnRecalculate->toolTip());
+  // An arrow between the two sides, no wider than it has to be.
+  bitbtnRecalculate->setMaximumWidth(bitbtnRecalculate->fontMetrics().horizontalAdvance("MMMM"));
   sides->addWidget(bitbtnRecalculate);
   BuildTarget(sides);
   BuildButtons();

@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <algorithm>
 #include <array>
 
 #include "dialogs/datum_edit.h"
@@ -162,7 +163,10 @@ void TformQvRfRefSystemSelector::FormShow(bool first) {
   TTypedSelector::FormShow(first);
   if (!first) return;
   const QScreen* shown = screen() != nullptr ? screen() : QGuiApplication::primaryScreen();
-  move(shown->availableGeometry().center() - rect().center());
+  const QRect room = shown->availableGeometry();
+  const QPoint middle = room.center() - rect().center();
+  // On a screen that is too small the beginning of each line shows.
+  move(std::max(middle.x(), room.left()), std::max(middle.y(), room.top()));
 }
 
 TformQvRfSelector* GetSelectorFor(QWidget* owner, int objectType) {

@@ -35,10 +35,8 @@ void TSystemEdit::OnNewRecord() {
   if (hasHandedness_) SetChoice(kHandedness, type ? RadioOf(type.GetInteger(column(kSwap))) : "");
   if (!type) return;
   for (const char* control : AxesOfType()) {
-    TRowControls& row = RowOf(control);
-    TFormValue& value = ValueOf(control);
-    value.text = type.GetText(column(row.Row().column));
-    row.Show(value);
+    ValueOf(control).text = type.GetText(column(RowOf(control).Row().column));
+    Show(control);
   }
 }
 

@@ -78,6 +78,8 @@ void TTableRasterControls::BuildImages(QDialog* form) {
   LenseImage->setObjectName("LenseImage");
   LenseImage->setAccessibleName(Translated("Lens"));
   LenseImage->SetFollowsMarker(true);
+  LenseImage->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  LenseImage->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   Marker1 = new TMarker(form);
   Marker1->setObjectName("Marker1");
   for (TBigImageScroll* image : {MainImage, LenseImage})

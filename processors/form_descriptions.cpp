@@ -197,12 +197,12 @@ constexpr TFormDescription kRefSystemTypeForm =
     TypeForm(kReferenceSystemType, "Edit reference system type info");
 
 std::span<const TFormDescription* const> FormDescriptions() {
-  static constexpr std::array kForms{&kLinearUnitForm,     &kAngularUnitForm,   &kScaleUnitForm,
-                                     &kEllipsoidForm,      &kPrimeMeridianForm, &kDatumForm,
-                                     &kMolodenskyForm,     &kBursaWolfForm,     &kMapProjForm,
-                                     &kDatumShiftTypeForm, &kMapProjTypeForm,   &kRefSystemTypeForm,
-                                     &kCartSystemForm,     &kGeocSystemForm,    &kLocalSystemForm,
-                                     &kTopoSystemForm,     &kGeodSystemForm,    &kProjSystemForm};
+  static constexpr std::array kForms{
+      &kLinearUnitForm,    &kAngularUnitForm,  &kScaleUnitForm,  &kEllipsoidForm,
+      &kPrimeMeridianForm, &kDatumForm,        &kMolodenskyForm, &kBursaWolfForm,
+      &kMapProjForm,       &kCartSystemForm,   &kGeocSystemForm, &kLocalSystemForm,
+      &kTopoSystemForm,    &kGeodSystemForm,   &kProjSystemForm, &kDatumShiftTypeForm,
+      &kMapProjTypeForm,   &kRefSystemTypeForm};
   return kForms;
 }
 

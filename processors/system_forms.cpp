@@ -16,15 +16,9 @@ constexpr TFormRow kYRow =
 constexpr TFormRow kZRow =
     TextRow("edZname", "lblZname", "Z axis name", "COORD3_ABBR", TRule::kNotEmpty);
 
-/// A reference that is chosen anew loses its mark; entering it does not.
-constexpr TFormRow SystemReference(const char* control, const char* button, const char* lead,
-                                   const char* caption, const char* column, TObjectType object,
-                                   TNewKey newKey = TNewKey::kNone, TRule rule = TRule::kChosen) {
-  return Unmarked(ReferenceRow(control, button, lead, caption, column, object, newKey, rule));
-}
 constexpr TFormRow kLinearUnitRow =
-    SystemReference("edLinearUnit", "btnLinearUnit", "lblLinearUnit", "Linear units",
-                    "LINEAR_UNIT_AUTOKEY", kLinearUnit, TNewKey::kLastUsed);
+    ReferenceRow("edLinearUnit", "btnLinearUnit", "lblLinearUnit", "Linear units",
+                 "LINEAR_UNIT_AUTOKEY", kLinearUnit, TNewKey::kLastUsed);
 
 constexpr TFormRow HandRow(const char* radio, const char* caption) {
   return {.kind = TRowKind::kChoice,
@@ -77,10 +71,10 @@ constexpr std::array kGeocRows{
     kYRow,
     kZRow,
     kLinearUnitRow,
-    SystemReference("edPrimeMeridian", "btnPrimeMeridian", "lblPrimeMeridian", "Prime meridian",
-                    "PRIME_MERIDIAN_AUTOKEY", kPrimeMeridian, TNewKey::kLastUsed),
-    Led(SystemReference("edDatum", "btnDatum", "chboxDatum", "Datum", "DATUM_AUTOKEY", kDatum,
-                        TNewKey::kNone, TRule::kNone),
+    ReferenceRow("edPrimeMeridian", "btnPrimeMeridian", "lblPrimeMeridian", "Prime meridian",
+                 "PRIME_MERIDIAN_AUTOKEY", kPrimeMeridian, TNewKey::kLastUsed),
+    Led(ReferenceRow("edDatum", "btnDatum", "chboxDatum", "Datum", "DATUM_AUTOKEY", kDatum,
+                     TNewKey::kNone, TRule::kNone),
         TLeadKind::kCheck),
     kDescriptionRow};
 static_assert(IsSound(kGeocRows));
@@ -94,8 +88,8 @@ constexpr std::array kLocalRows{kNameRow,
                                 HandRow("radiobtnLeft", "Left-handed"),
                                 HandRow("radiobtnRight", "Right-handed"),
                                 kLinearUnitRow,
-                                SystemReference("edEllipsoid", "btnEllipsoid", "lblEllipsoid",
-                                                "Spheroid", "ELLIPSOID_AUTOKEY", kEllipsoid),
+                                ReferenceRow("edEllipsoid", "btnEllipsoid", "lblEllipsoid",
+                                             "Spheroid", "ELLIPSOID_AUTOKEY", kEllipsoid),
                                 kOrigin1Row,
                                 kOrigin2Row,
                                 kOriginRow,
@@ -113,8 +107,8 @@ constexpr std::array kTopoRows{
     HandRow("radiobtnLeft", "Left-handed"),
     HandRow("radiobtnRight", "Right-handed"),
     kLinearUnitRow,
-    SystemReference("edOriginRefSystem", "btnOriginRefSystem", "lblOriginRefSystem",
-                    "Primary Reference System", "PRIMARY_REFSYSTEM_AUTOKEY", kReferenceSystem),
+    ReferenceRow("edOriginRefSystem", "btnOriginRefSystem", "lblOriginRefSystem",
+                 "Primary Reference System", "PRIMARY_REFSYSTEM_AUTOKEY", kReferenceSystem),
     kOrigin1Row,
     kOrigin2Row,
     kOrigin3Row,

@@ -156,6 +156,10 @@
         <translation>&amp;WKT 2</translation>
     </message>
     <message>
+        <source>A number; the decimal separator is "%1"</source>
+        <translation>Eine Zahl; das Dezimaltrennzeichen ist „%1“</translation>
+    </message>
+    <message>
         <source>Abbreviation</source>
         <translation>Abkürzung</translation>
     </message>
@@ -188,6 +192,14 @@
         <translation>Winkeleinheit</translation>
     </message>
     <message>
+        <source>Angular units</source>
+        <translation>Winkeleinheit</translation>
+    </message>
+    <message>
+        <source>Approximating geoid undulation data</source>
+        <translation>Geoidundulationen werden angenähert</translation>
+    </message>
+    <message>
         <source>Approximation of</source>
         <translation>Näherung von</translation>
     </message>
@@ -204,8 +216,20 @@
         <translation>Geltungsbereich von EPSG:%1: %2</translation>
     </message>
     <message>
+        <source>At most %1 characters can be typed here</source>
+        <translation>Hier können höchstens %1 Zeichen eingegeben werden</translation>
+    </message>
+    <message>
+        <source>Azimuth</source>
+        <translation>Azimut</translation>
+    </message>
+    <message>
         <source>Back to the list</source>
         <translation>Zurück zur Liste</translation>
+    </message>
+    <message>
+        <source>Base units</source>
+        <translation>Basiseinheiten</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -232,6 +256,10 @@
         <translation>In die Datenbank kann nicht geschrieben werden</translation>
     </message>
     <message>
+        <source>Cell size is greater than table size!</source>
+        <translation>Die Zelle ist größer als die Tabelle!</translation>
+    </message>
+    <message>
         <source>Change the current object</source>
         <translation>Das aktuelle Objekt ändern</translation>
     </message>
@@ -246,6 +274,14 @@
     <message>
         <source>Choose...</source>
         <translation>Auswählen...</translation>
+    </message>
+    <message>
+        <source>Choose: %1</source>
+        <translation>Auswählen: %1</translation>
+    </message>
+    <message>
+        <source>Click or press Enter to choose from the list, or type a value</source>
+        <translation>Klicken oder Eingabetaste drücken, um aus der Liste zu wählen, oder einen Wert eingeben</translation>
     </message>
     <message>
         <source>Close</source>
@@ -328,6 +364,66 @@
         <translation>Osten</translation>
     </message>
     <message>
+        <source>Edit Local Cartesian Reference System</source>
+        <translation>Lokales kartesisches Bezugssystem bearbeiten</translation>
+    </message>
+    <message>
+        <source>Edit Local Reference System</source>
+        <translation>Lokales Bezugssystem bearbeiten</translation>
+    </message>
+    <message>
+        <source>Edit Topocentric Horizontal Reference System</source>
+        <translation>Topozentrisches Horizontsystem bearbeiten</translation>
+    </message>
+    <message>
+        <source>Edit angular unit</source>
+        <translation>Winkeleinheit bearbeiten</translation>
+    </message>
+    <message>
+        <source>Edit datum shift</source>
+        <translation>Datumsübergang bearbeiten</translation>
+    </message>
+    <message>
+        <source>Edit datum shift type</source>
+        <translation>Art des Datumsübergangs bearbeiten</translation>
+    </message>
+    <message>
+        <source>Edit geocentric reference system</source>
+        <translation>Geozentrisches Bezugssystem bearbeiten</translation>
+    </message>
+    <message>
+        <source>Edit geodetic datum</source>
+        <translation>Geodätisches Datum bearbeiten</translation>
+    </message>
+    <message>
+        <source>Edit linear unit</source>
+        <translation>Längeneinheit bearbeiten</translation>
+    </message>
+    <message>
+        <source>Edit map projection</source>
+        <translation>Kartenprojektion bearbeiten</translation>
+    </message>
+    <message>
+        <source>Edit map projection type info</source>
+        <translation>Art der Kartenprojektion bearbeiten</translation>
+    </message>
+    <message>
+        <source>Edit prime meridian</source>
+        <translation>Nullmeridian bearbeiten</translation>
+    </message>
+    <message>
+        <source>Edit reference ellipsoid</source>
+        <translation>Bezugsellipsoid bearbeiten</translation>
+    </message>
+    <message>
+        <source>Edit reference system type info</source>
+        <translation>Art des Bezugssystems bearbeiten</translation>
+    </message>
+    <message>
+        <source>Edit scale unit</source>
+        <translation>Maßstabseinheit bearbeiten</translation>
+    </message>
+    <message>
         <source>Ellipsoid</source>
         <translation>Ellipsoid</translation>
     </message>
@@ -344,12 +440,28 @@
         <translation>Ordner für den Export</translation>
     </message>
     <message>
+        <source>First axis direction</source>
+        <translation>Richtung der ersten Achse</translation>
+    </message>
+    <message>
+        <source>First axis name</source>
+        <translation>Name der ersten Achse</translation>
+    </message>
+    <message>
+        <source>Flattening</source>
+        <translation>Abplattung</translation>
+    </message>
+    <message>
         <source>Format</source>
         <translation>Format</translation>
     </message>
     <message>
         <source>Full: choosing and changing</source>
         <translation>Vollständig: auswählen und ändern</translation>
+    </message>
+    <message>
+        <source>Geoid data are not available, you should create it before saving.</source>
+        <translation>Es sind keine Geoiddaten vorhanden. Sie müssen vor dem Speichern erzeugt werden.</translation>
     </message>
     <message>
         <source>Grayscale</source>
@@ -388,12 +500,12 @@
         <translation>Index</translation>
     </message>
     <message>
-        <source>Ini files (*.ini)|*.ini|All files (*.*)|*.*</source>
-        <translation>Ini-Dateien (*.ini)|*.ini|Alle Dateien (*.*)|*.*</translation>
-    </message>
-    <message>
         <source>Information</source>
         <translation>Information</translation>
+    </message>
+    <message>
+        <source>Ini files (*.ini)|*.ini|All files (*.*)|*.*</source>
+        <translation>Ini-Dateien (*.ini)|*.ini|Alle Dateien (*.*)|*.*</translation>
     </message>
     <message>
         <source>Kind</source>
@@ -408,11 +520,23 @@
         <translation>Einheit von Breite &amp; Länge</translation>
     </message>
     <message>
+        <source>Left handed</source>
+        <translation>Linkshändig</translation>
+    </message>
+    <message>
+        <source>Left-handed</source>
+        <translation>Linkshändig</translation>
+    </message>
+    <message>
         <source>Lens</source>
         <translation>Lupe</translation>
     </message>
     <message>
         <source>Linear unit</source>
+        <translation>Längeneinheit</translation>
+    </message>
+    <message>
+        <source>Linear units</source>
         <translation>Längeneinheit</translation>
     </message>
     <message>
@@ -424,8 +548,16 @@
         <translation>Koordinatensystem laden</translation>
     </message>
     <message>
+        <source>Loading geoid undulation data</source>
+        <translation>Geoidundulationen werden geladen</translation>
+    </message>
+    <message>
         <source>Longitude</source>
         <translation>Länge</translation>
+    </message>
+    <message>
+        <source>Major semi-axis</source>
+        <translation>Große Halbachse</translation>
     </message>
     <message>
         <source>Make a new object (Insert)</source>
@@ -446,6 +578,10 @@
     <message>
         <source>Max error</source>
         <translation>Größter Fehler</translation>
+    </message>
+    <message>
+        <source>Minor semi-axis</source>
+        <translation>Kleine Halbachse</translation>
     </message>
     <message>
         <source>Name</source>
@@ -490,6 +626,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Norden</translation>
     </message>
     <message>
+        <source>Not saved: %1</source>
+        <translation>Nicht gespeichert: %1</translation>
+    </message>
+    <message>
         <source>OK</source>
         <translation>OK</translation>
     </message>
@@ -512,6 +652,14 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Offset value</source>
         <translation>Versatz</translation>
+    </message>
+    <message>
+        <source>One axis runs north or south, the other one east or west</source>
+        <translation>Eine Achse weist nach Norden oder Süden, die andere nach Osten oder Westen</translation>
+    </message>
+    <message>
+        <source>One must be chosen</source>
+        <translation>Hier muss etwas ausgewählt sein</translation>
     </message>
     <message>
         <source>Open database &amp;container...</source>
@@ -542,8 +690,24 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Baum öffnen</translation>
     </message>
     <message>
+        <source>Origin coordinates</source>
+        <translation>Koordinaten des Ursprungs</translation>
+    </message>
+    <message>
+        <source>Parameter</source>
+        <translation>Parameter</translation>
+    </message>
+    <message>
+        <source>Parameters</source>
+        <translation>Parameter</translation>
+    </message>
+    <message>
         <source>Previous row whose name contains the text (Shift+F3)</source>
         <translation>Vorige Zeile, deren Name den Text enthält (Umschalt+F3)</translation>
+    </message>
+    <message>
+        <source>Primary Reference System</source>
+        <translation>Primäres Bezugssystem</translation>
     </message>
     <message>
         <source>Primary system</source>
@@ -552,6 +716,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Prime meridian</source>
         <translation>Nullmeridian</translation>
+    </message>
+    <message>
+        <source>Projection type</source>
+        <translation>Art der Projektion</translation>
     </message>
     <message>
         <source>RMS</source>
@@ -568,6 +736,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Recalculate height system data grid</source>
         <translation>Gitter des Höhensystems umrechnen</translation>
+    </message>
+    <message>
+        <source>Recalculating geoid undulation data</source>
+        <translation>Geoidundulationen werden umgerechnet</translation>
     </message>
     <message>
         <source>Reference system</source>
@@ -598,8 +770,36 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Das aktuelle Objekt entfernen (Entf)</translation>
     </message>
     <message>
+        <source>Right handed</source>
+        <translation>Rechtshändig</translation>
+    </message>
+    <message>
+        <source>Right-handed</source>
+        <translation>Rechtshändig</translation>
+    </message>
+    <message>
+        <source>Rotation</source>
+        <translation>Drehung</translation>
+    </message>
+    <message>
         <source>Rows that show, of all rows</source>
         <translation>Gezeigte Zeilen von allen Zeilen</translation>
+    </message>
+    <message>
+        <source>Rx</source>
+        <translation>Rx</translation>
+    </message>
+    <message>
+        <source>Ry</source>
+        <translation>Ry</translation>
+    </message>
+    <message>
+        <source>Rz</source>
+        <translation>Rz</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Speichern</translation>
     </message>
     <message>
         <source>Save coordinate system</source>
@@ -614,6 +814,18 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Baum speichern</translation>
     </message>
     <message>
+        <source>Saving geoid undulation data</source>
+        <translation>Geoidundulationen werden gespeichert</translation>
+    </message>
+    <message>
+        <source>Scale</source>
+        <translation>Maßstab</translation>
+    </message>
+    <message>
+        <source>Scale units</source>
+        <translation>Maßstabseinheit</translation>
+    </message>
+    <message>
         <source>Search</source>
         <translation>Suche</translation>
     </message>
@@ -624,6 +836,14 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Search up</source>
         <translation>Aufwärts suchen</translation>
+    </message>
+    <message>
+        <source>Second axis direction</source>
+        <translation>Richtung der zweiten Achse</translation>
+    </message>
+    <message>
+        <source>Second axis name</source>
+        <translation>Name der zweiten Achse</translation>
     </message>
     <message>
         <source>Select</source>
@@ -662,11 +882,23 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Süden</translation>
     </message>
     <message>
-        <source>Step north to south</source>
+        <source>Spheroid</source>
+        <translation>Kugel</translation>
+    </message>
+    <message>
+        <source>Step N-S</source>
+        <translation>Schritt N-S</translation>
+    </message>
+    <message>
+        <source>Step W-E</source>
+        <translation>Schritt W-O</translation>
+    </message>
+    <message>
+        <source>Step from north to south</source>
         <translation>Schritt von Nord nach Süd</translation>
     </message>
     <message>
-        <source>Step west to east</source>
+        <source>Step from west to east</source>
         <translation>Schritt von West nach Ost</translation>
     </message>
     <message>
@@ -684,6 +916,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>The object has been removed by another user.</source>
         <translation>Das Objekt wurde von einem anderen Benutzer entfernt.</translation>
+    </message>
+    <message>
+        <source>The object has been removed.</source>
+        <translation>Das Objekt ist entfernt worden.</translation>
     </message>
     <message>
         <source>The object is under editing now!</source>
@@ -714,6 +950,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Bei „%1“ gibt es keine Datenbank.</translation>
     </message>
     <message>
+        <source>There is no edit dialog for objects of this type yet: %1</source>
+        <translation>Für Objekte dieser Art gibt es noch keinen Dialog zum Bearbeiten: %1</translation>
+    </message>
+    <message>
         <source>There is no edit dialog for these objects yet</source>
         <translation>Für diese Objekte gibt es noch keinen Bearbeitungsdialog</translation>
     </message>
@@ -722,16 +962,48 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Hier gibt es noch nichts.</translation>
     </message>
     <message>
+        <source>These units</source>
+        <translation>Diese Einheiten</translation>
+    </message>
+    <message>
+        <source>This is not a number; the decimal separator is "%1"</source>
+        <translation>Das ist keine Zahl; das Dezimaltrennzeichen ist „%1“</translation>
+    </message>
+    <message>
+        <source>This must not be 0</source>
+        <translation>Der Wert darf nicht 0 sein</translation>
+    </message>
+    <message>
+        <source>This must not be empty</source>
+        <translation>Das Feld darf nicht leer sein</translation>
+    </message>
+    <message>
         <source>This tree does not hold a whole reference system: %1</source>
         <translation>Dieser Baum enthält kein vollständiges Bezugssystem: %1</translation>
+    </message>
+    <message>
+        <source>Translation</source>
+        <translation>Verschiebung</translation>
     </message>
     <message>
         <source>Tree of the system</source>
         <translation>Baum des Systems</translation>
     </message>
     <message>
+        <source>Tx</source>
+        <translation>Tx</translation>
+    </message>
+    <message>
+        <source>Ty</source>
+        <translation>Ty</translation>
+    </message>
+    <message>
         <source>Type a part of the name, or a code</source>
         <translation>Teil des Namens oder Code eingeben</translation>
+    </message>
+    <message>
+        <source>Tz</source>
+        <translation>Tz</translation>
     </message>
     <message>
         <source>Units</source>
@@ -772,6 +1044,22 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Write the current object to a file; with Shift held, all objects to a folder</source>
         <translation>Das aktuelle Objekt in eine Datei schreiben; mit gedrückter Umschalttaste alle Objekte in einen Ordner</translation>
+    </message>
+    <message>
+        <source>X axis name</source>
+        <translation>Name der X-Achse</translation>
+    </message>
+    <message>
+        <source>Y axis name</source>
+        <translation>Name der Y-Achse</translation>
+    </message>
+    <message>
+        <source>You are trying to save geoid data which do not correspond to current data creation parameters. Do you really want to save it?</source>
+        <translation>Die Geoiddaten entsprechen nicht den Angaben, aus denen sie erzeugt werden. Sollen sie wirklich gespeichert werden?</translation>
+    </message>
+    <message>
+        <source>Z axis name</source>
+        <translation>Name der Z-Achse</translation>
     </message>
     <message>
         <source>Zoom &amp;in</source>

@@ -3,8 +3,9 @@
 
     update_translations.py SOURCE_FOLDER [--check]
 
-The texts are those in quotes within Translated("...") and Translatable("..."), and the rows of the
-catalogue in platform/ui/texts.cpp. New ones are added to each refframe_*.ts as unfinished, and
+The texts are those in quotes within Translated("...") and Translatable("..."), the rows of the
+catalogue in platform/ui/texts.cpp, and what the descriptions of edit dialogs show: there every text
+is one that begins with a capital letter and is no column of a table. New ones are added to each refframe_*.ts as unfinished, and
 those that are gone are taken out. The check changes nothing, and fails on a text without a finished
 translation, on one too many, and on a translation that lost a part of its text: a placeholder, the
 mark of a key, the dots of a command that asks further, a mask of files.
@@ -20,6 +21,8 @@ LITERAL = r'"(?:[^"\\]|\\.)*"'
 LITERALS = rf"((?:{LITERAL}\s*)+)"
 CALL = re.compile(rf"\bTranslat(?:ed|able)\(\s*{LITERALS}")
 ROW = re.compile(rf"TextRow\{{TextId::\w+,\s*{LITERALS}")
+FORMS = ("processors/*form*.h", "processors/*form*.cpp", "processors/axis_directions.h")
+CAPTION = re.compile(r'"([A-Z][^"\\]*[a-z][^"\\]*)"')
 ESCAPES = {"n": "\n", "t": "\t", '"': '"', "\\": "\\"}
 
 
@@ -33,6 +36,9 @@ def gather(root):
     for folder in FOLDERS:
         for path in sorted((root / folder).rglob("*.cpp")):
             texts |= {text_of(m) for m in CALL.findall(path.read_text(encoding="utf-8"))}
+    for pattern in FORMS:
+        for path in sorted(root.glob(pattern)):
+            texts |= set(CAPTION.findall(path.read_text(encoding="utf-8")))
     catalogue = (root / "platform/ui/texts.cpp").read_text(encoding="utf-8")
     texts |= {text_of(m) for m in ROW.findall(catalogue)}
     return texts

@@ -182,6 +182,27 @@ TEST_F(TableRasterView, TheColourUnderTheCursorIsThatOfTheHeightTold) {
   });
 }
 
+// A moved image draws anew only what comes into sight.
+TEST_F(TableRasterView, AMovedImageLooksLikeOneDrawnAtOnce) {
+  Fill(300, 200, 1, 0, 0);
+  View([this](QWidget& form) {
+    TBigImageScroll& image = Image(form);
+    for (const int steps : {0, 1, 4, -6}) {
+      image.ZoomBy(steps);
+      image.CentreOn({150, 100});
+      (void)image.viewport()->grab();
+      for (const QPoint& move : {QPoint(13, -7), QPoint(-200, 40), QPoint(5, 300)}) {
+        Drag(image, {210, 120}, QPoint(210, 120) + move);
+        const QImage moved = image.viewport()->grab().toImage();
+        image.SetDibData(&raster_);
+        image.StartRasterShow();
+        EXPECT_EQ(moved, image.viewport()->grab().toImage())
+            << steps << " steps, by " << move.x() << ", " << move.y();
+      }
+    }
+  });
+}
+
 TEST_F(TableRasterView, AnotherZoomOfTheDataKeepsTheMarkersPlace) {
   View([](QWidget& form) {
     QTest::keyClick(&Image(form), Qt::Key_Up);

@@ -12,6 +12,9 @@
 #include "apps/host/main_window.h"
 #include "apps/host/options_dialog.h"
 #include "dialogs/database_manager.h"
+#include "dialogs/offset_report.h"
+#include "dialogs/recalculate_grid.h"
+#include "dialogs/table_raster_view.h"
 #include "dialogs/used_by_list.h"
 #include "platform/widgets/qt_text.h"
 #include "tests/dialogs/dialog_fixture.h"
@@ -86,6 +89,9 @@ TEST_F(Translation, NoTextOfAnyDialogIsLeftWithoutATranslation) {
       selector->UpdateEditButtons();
     }
     const QvRefSystem::TformQvRfUsedByList list(nullptr);
+    const QvRefSystem::TformQvRfTableRasterView rasterView(nullptr);
+    const QvRefSystem::TformQvRfOffsetApproximationReport report(nullptr);
+    const QvRefSystem::TformQvRfRecalculateGridParams grid(nullptr);
     const QvRefSystem::TOptionsDialog hostOptions({}, nullptr);
     TemporaryFolder folder;
     QSettings settings(QString::fromStdString(folder.Path("settings.ini")), QSettings::IniFormat);
