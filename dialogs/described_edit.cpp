@@ -9,7 +9,6 @@
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScreen>
-#include <QToolTip>
 #include <QVBoxLayout>
 #include <stdexcept>
 
@@ -273,7 +272,7 @@ bool TDescribedEdit::StoreRecord() {
   const bool located = Key == 0 || Processor->LocateKey(Key);
   ReadControls();
   const bool accepted = CheckRows();
-  if (!located) TellNotSaved(Translated("The object has been removed."));
+  if (!located) TellNotSaved(bitbtnSave_, Translated("The object has been removed."));
   return accepted && located && Write();
 }
 
@@ -286,17 +285,9 @@ bool TDescribedEdit::Write() {
     record_.Store(EditMode == 0, extras);
     return true;
   } catch (const std::exception& error) {
-    TellNotSaved(ToQt(error.what()));
+    TellNotSaved(bitbtnSave_, ToQt(error.what()));
     return false;
   }
-}
-
-// No box: the dialog stays as it is, and the tip of the button says what was in the way.
-void TDescribedEdit::TellNotSaved(const QString& why) {
-  const QString tip =
-      QStringLiteral("<qt>%1</qt>").arg(Translated("Not saved: %1").arg(why).toHtmlEscaped());
-  bitbtnSave_->setToolTip(tip);
-  QToolTip::showText(bitbtnSave_->mapToGlobal(QPoint(0, bitbtnSave_->height())), tip, bitbtnSave_);
 }
 
 // The window.

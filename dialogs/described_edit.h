@@ -91,7 +91,6 @@ class TDescribedEdit : public TformQvRfEdit {
   [[nodiscard]] bool CheckRow(std::size_t row);
   [[nodiscard]] bool CheckRows();
   [[nodiscard]] bool Write();
-  void TellNotSaved(const QString& why);
   void PlaceAndSize();
 
   const TFormDescription& form_;

@@ -1,9 +1,12 @@
 #include "dialogs/edit_base.h"
 
+#include <QPushButton>
+#include <QToolTip>
 #include <algorithm>
 #include <stdexcept>
 
 #include "platform/widgets/colour.h"
+#include "platform/widgets/qt_text.h"
 
 namespace QvRefSystem {
 
@@ -85,6 +88,13 @@ void TformQvRfEdit::bitbtnSaveClick() {
   if (!StoreRecord()) return;
   Saved = true;
   accept();
+}
+
+void TformQvRfEdit::TellNotSaved(QPushButton* bitbtnSave, const QString& why) {
+  const QString tip = QStringLiteral("<qt>%1</qt>")
+                          .arg(QvPlatform::Translated("Not saved: %1").arg(why).toHtmlEscaped());
+  bitbtnSave->setToolTip(tip);
+  QToolTip::showText(bitbtnSave->mapToGlobal(QPoint(0, bitbtnSave->height())), tip, bitbtnSave);
 }
 
 bool TformQvRfEdit::RunEdit() {

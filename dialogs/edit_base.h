@@ -5,6 +5,8 @@
 #include "platform/widgets/modal_form.h"
 #include "processors/data_processor.h"
 
+class QPushButton;
+
 namespace QvRefSystem {
 
 /// An edit dialog, as its selector drives it. Both drivers act on the current record of the
@@ -45,6 +47,8 @@ class TformQvRfEdit : public QvPlatform::TModalForm {
   [[nodiscard]] virtual bool NewRecord() { return false; }
 
   void bitbtnSaveClick();
+  /// Tells in the tip of the Save button why nothing was saved. No box: the dialog stays as it is.
+  static void TellNotSaved(QPushButton* bitbtnSave, const QString& why);
   void bitbtnCloseClick() { reject(); }
   /// Sets the state of a run over that record, 0 for a new one.
   void BeginRun(int key);

@@ -1,12 +1,115 @@
 #include "dialogs/vertical_edit.h"
 
+#include <QButtonGroup>
+#include <QFocusEvent>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLayout>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+
+#include "dialogs/guarded.h"
+#include "dialogs/offset_report.h"
+#include "dialogs/recalculate_grid.h"
+#include "dialogs/selectors.h"
+#include "dialogs/table_raster_view.h"
+#include "platform/text/text.h"
+#include "platform/ui/texts.h"
+#include "platform/widgets/file_dialogs.h"
+#include "platform/widgets/limited_text.h"
+#include "platform/widgets/qt_text.h"
+
 namespace QvRefSystem {
 
+using QvPlatform::FromQt;
+using QvPlatform::MessageAnswer;
+using QvPlatform::MessageButtons;
+using QvPlatform::MessageKind;
+using QvPlatform::SystemText;
+using QvPlatform::TextId;
+using QvPlatform::ToQt;
+using QvPlatform::Translated;
+
+namespace {
+
+/// Of what is refused, but for a missing name and missing data.
+const QColor kRefusalColour = Qt::red;
+
+QString NameOf(const TShellReferenceSystem* system) {
+  return system == nullptr ? QString() : ToQt(system->Name());
+}
+
+}  // namespace
+
 TformQvRfVerticalRefSystemEdit::TformQvRfVerticalRefSystemEdit(QWidget* owner)
-    : TformQvRfEdit(owner, TObjectType::kVerticalReferenceSystem), heights_(Data()) {}
+    : TformQvRfEdit(owner, TObjectType::kVerticalReferenceSystem), heights_(Data()) {
+  setWindowTitle(Translated("Edit height system"));
+  BuildControls(this, ErrorColour);
+  const auto limit = [this](const char* field) {
+    return Processor->DataSet->FieldByName(field).Definition().length;
+  };
+  edName->SetLimit(limit("NAME"));
+  edAbbreviation->SetLimit(limit("ABBREVIATION"));
+  memoDescription->SetLimit(limit("DESCRIPTION"));
+  ConnectControls();
+  ConnectSources();
+}
+
+TformQvRfVerticalRefSystemEdit::~TformQvRfVerticalRefSystemEdit() = default;
+
+void TformQvRfVerticalRefSystemEdit::OnClick(QPushButton* button,
+                                             void (TformQvRfVerticalRefSystemEdit::*handler)()) {
+  connect(button, &QPushButton::clicked, this,
+          [this, handler] { Guarded(Data().Ui(), [this, handler] { (this->*handler)(); }); });
+}
+
+void TformQvRfVerticalRefSystemEdit::ConnectControls() {
+  using Form = TformQvRfVerticalRefSystemEdit;
+  OnClick(Button1, &Form::Button1Click);
+  OnClick(btnDataCreate, &Form::btnDataCreateClick);
+  OnClick(btnDataView, &Form::btnDataViewClick);
+  connect(bitbtnSave, &QPushButton::clicked, this,
+          [this] { Guarded(Data().Ui(), [this] { bitbtnSaveClick(); }); });
+  connect(bitbtnClose, &QPushButton::clicked, this, [this] { bitbtnCloseClick(); });
+  edName->installEventFilter(this);
+  connect(edName, &QLineEdit::textEdited, this, [this] { ClearMark(edName); });
+  for (int part = 0; part < TGridControls::kPartCount; ++part) {
+    connect(grid_->Edit(static_cast<TGridControls::Part>(part)), &QLineEdit::textEdited, this,
+            [this] { heights_.SetGrid(grid_->Extents()); });
+  }
+}
+
+void TformQvRfVerticalRefSystemEdit::ConnectSources() {
+  using Form = TformQvRfVerticalRefSystemEdit;
+  OnClick(btnDataSourceParamsVertRefsystem, &Form::btnDataSourceParamsVertRefsystemClick);
+  OnClick(btnDataSourceParamsFileName, &Form::btnDataSourceParamsFileNameClick);
+  OnClick(btnDataSourceParamsFilePlaneRefsystem, &Form::btnDataSourceParamsFilePlaneRefsystemClick);
+  OnClick(btnDataSourceParamsVertOffsetUnits, &Form::btnDataSourceParamsVertOffsetUnitsClick);
+  OnClick(btnDataSourceView, &Form::btnDataSourceViewClick);
+  connect(sources_, &QButtonGroup::buttonClicked, this, [this] {
+    heights_.ChooseKind(CheckedSource());
+    ShowSourcePanel();
+    UpdateCreateControls();
+  });
+  edDataSourceParamsVertOffsetValue->installEventFilter(this);
+  connect(edDataSourceParamsVertOffsetValue, &QLineEdit::textEdited, this, [this] {
+    ClearMark(edDataSourceParamsVertOffsetValue);
+    heights_.Outdate();
+    // Only leaving the field refuses; a number can be used as soon as it is one.
+    (void)heights_.TakeOffset(FromQt(edDataSourceParamsVertOffsetValue->text()));
+    UpdateCreateControls();
+  });
+  connect(edDataSourceParamsVertOffsetValue, &QLineEdit::editingFinished, this,
+          [this] { edDataSourceParamsVertOffsetValueExit(); });
+}
+
+// What the owner asks.
 
 bool TformQvRfVerticalRefSystemEdit::SetPlaneSystem(const std::string& treeText, int unitKey) {
-  return heights_.SetPlaneSystem(treeText, unitKey);
+  const bool whole = heights_.SetPlaneSystem(treeText, unitKey);
+  ShowPlane();
+  return whole;
 }
 
 bool TformQvRfVerticalRefSystemEdit::LoadForReferenceSystem(int refSystemKey) {
@@ -17,9 +120,312 @@ bool TformQvRfVerticalRefSystemEdit::IsStoredPlaneSame(const TShellReferenceSyst
   return heights_.IsStoredPlaneSame(system);
 }
 
-// Until the dialog has its controls there is nothing to store.
+void TformQvRfVerticalRefSystemEdit::ShowPlane() {
+  const TShellReferenceSystem* target = heights_.Target();
+  QString name = NameOf(target);
+  // A caption takes "&" for the mark of a key.
+  name.replace(QLatin1Char('&'), QLatin1String("&&"));
+  grboxDataGrid->setTitle(Translated(" Data Grid ") + QLatin1Char('(') + name +
+                          QLatin1String(") "));
+  grid_->ClearAxes();
+  if (target != nullptr) (void)grid_->ShowAxes(*target);
+}
+
+// Filling and running.
+
+bool TformQvRfVerticalRefSystemEdit::EditRecord() {
+  BeginRun(Processor->GetCurrentKey());
+  if (heights_.Target() == nullptr) return false;
+  const auto text = [this](const char* field) {
+    return Processor->DataSet->FieldByName(field).AsString();
+  };
+  edName->SetText(text("NAME"));
+  edAbbreviation->SetText(text("ABBREVIATION"));
+  memoDescription->SetText(text("DESCRIPTION"));
+  return RunFilled(heights_.StartEdit());
+}
+
+bool TformQvRfVerticalRefSystemEdit::NewRecord() {
+  BeginRun(0);
+  edName->SetText({});
+  edAbbreviation->SetText({});
+  memoDescription->SetText({});
+  heights_.StartNew();
+  return heights_.Target() != nullptr && RunFilled(THeightRefusal::kNone);
+}
+
+bool TformQvRfVerticalRefSystemEdit::RunFilled(THeightRefusal loading) {
+  ClearMarks();
+  bitbtnSave->setToolTip({});
+  CheckSource(heights_.Source().Kind);
+  ShowSource();
+  edDataSourceParamsVertOffsetValue->setText(ToQt(heights_.Source().Offset));
+  ShowGrid();
+  UpdateCreateControls();
+  if (heights_.MadeData().Kind() == THeightDataKind::kOffset) radiobtnDataOffset->setChecked(true);
+  RefreshDataState(loading);
+  if (loading != THeightRefusal::kNone) {
+    TellFile(Processor->DataSet->FieldByName("VDATA_FILENAME").AsString(), loading);
+  }
+  edName->setFocus(Qt::OtherFocusReason);
+  return RunEdit();
+}
+
+void TformQvRfVerticalRefSystemEdit::ShowSource() {
+  const THeightSource& source = heights_.Source();
+  const auto* system = source.System.get();
+  comboDataSourceParamsVertRefsystem->setText(NameOf(system));
+  memoDataSourceParamsVertRefsystem->setPlainText(system == nullptr ? QString()
+                                                                    : ToQt(system->Description()));
+  edDataSourceParamsFileName->setText(ToQt(source.FileName));
+  comboDataSourceParamsFilePlaneRefsystem->setText(NameOf(source.FilePlaneSystem.get()));
+  const std::optional<TUnitTexts> unit = LinearUnitTexts(Data(), source.OffsetUnit);
+  comboDataSourceParamsVertOffsetUnits->setText(unit ? ToQt(unit->Name) : QString());
+  lblDataSourceParamsVertOffsetUnitsAbbr->setText(unit ? ToQt(unit->Abbreviation) : QString());
+}
+
+void TformQvRfVerticalRefSystemEdit::UpdateCreateControls() {
+  EnableData(heights_);
+  btnDataSourceView->setEnabled(heights_.Source().Kind == THeightSourceKind::kFile &&
+                                heights_.Source().FileTable != nullptr);
+}
+
+void TformQvRfVerticalRefSystemEdit::RefreshDataState(THeightRefusal refusal) {
+  const THeightData& made = heights_.MadeData();
+  const std::optional<TUnitTexts> unit = LinearUnitTexts(Data(), made.OffsetUnit);
+  if (made.Kind() == THeightDataKind::kOffset && unit) {
+    edDataOffset->setText(ToQt(made.Offset + " " + unit->Label()));
+  }
+  ShowState(made.Kind(),
+            refusal == THeightRefusal::kNone ? ToQt(heights_.Failure()) : WordsOf(refusal));
+}
+
+QString TformQvRfVerticalRefSystemEdit::WordsOf(THeightRefusal refusal) const {
+  switch (refusal) {
+    case THeightRefusal::kNone:
+    case THeightRefusal::kCancelled:
+      return {};
+    case THeightRefusal::kNoHeights:
+      return Translated("This system has no height system");
+    case THeightRefusal::kHasHeights:
+      return Translated("The plane system of a file must not have a height system of its own");
+    case THeightRefusal::kNoSystem:
+      return ToQt(heights_.Failure());
+    case THeightRefusal::kNoImage:
+      return Translated("The heights of the file cannot be brought into the plane of the data");
+    case THeightRefusal::kNoNumber:
+      return Translated("This is not a number; the decimal separator is \"%1\"")
+          .arg(QLatin1Char('.'));
+    case THeightRefusal::kNoFile:
+      return Translated("The record names no file");
+    case THeightRefusal::kNotRead:
+      return Translated("It cannot be read, or is empty");
+    case THeightRefusal::kNoGrid:
+      return Translated(
+          "It does not begin with a grid: six numbers for south, north, west, east and the cell "
+          "sizes north-south and east-west");
+    case THeightRefusal::kNoValues:
+      return Translated("It has fewer heights than its grid has nodes, or one that is no number");
+    case THeightRefusal::kCellTooGreat:
+      return QvPlatform::SystemQText(TextId::kCellTooGreat);
+    case THeightRefusal::kUnusableGrid:
+      return Translated("The data grid is not complete, or has limits in the wrong order");
+  }
+  return {};
+}
+
+void TformQvRfVerticalRefSystemEdit::TellFile(const std::string& name, THeightRefusal refusal) {
+  const QString why = WordsOf(refusal);
+  if (why.isEmpty()) return;
+  const QString text =
+      Translated("The height file \"%1\" cannot be used.").arg(ToQt(name)) + "\n" + why + ".";
+  Data().Ui().ShowMessage(MessageKind::kError, FromQt(text), MessageButtons::kOk);
+}
+
+// Sources.
+
+TformQvRfSelector& TformQvRfVerticalRefSystemEdit::SelectorOf(TObjectType object) {
+  TformQvRfSelector* selector = GetSelectorFor(this, static_cast<int>(object));
+  if (selector == nullptr) throw std::invalid_argument("no selector of this object type");
+  return *selector;
+}
+
+void TformQvRfVerticalRefSystemEdit::btnDataSourceParamsVertRefsystemClick() {
+  ClearMark(comboDataSourceParamsFilePlaneRefsystem);
+  TStringTree tree;
+  if (!SelectorOf(TObjectType::kReferenceSystem).Select(&tree, 0, true, nullptr, 0)) return;
+  const THeightRefusal refusal = heights_.TakeSystem(&tree);
+  ShowSource();
+  ShowGrid();
+  for (QWidget* control : {static_cast<QWidget*>(comboDataSourceParamsVertRefsystem),
+                           static_cast<QWidget*>(memoDataSourceParamsVertRefsystem)}) {
+    if (refusal == THeightRefusal::kNone) {
+      ClearMark(control);
+    } else {
+      Refuse(control, kRefusalColour, WordsOf(refusal));
+    }
+  }
+  UpdateCreateControls();
+}
+
+void TformQvRfVerticalRefSystemEdit::btnDataSourceParamsFileNameClick() {
+  const auto file = QvPlatform::GetOpenFileName(
+      this, Translated("Open height file"),
+      {.filter = QvPlatform::SystemQText(TextId::kAllFiles) + QLatin1String(" (*.*)|*.*"),
+       .filterIndex = 1,
+       .defaultFileName = {}});
+  if (file.path.isEmpty()) return;
+  const std::string path = FromQt(file.path);
+  const THeightRefusal refusal = heights_.TakeFile(path);
+  ShowSource();
+  ShowGrid();
+  UpdateCreateControls();
+  ClearMark(comboDataSourceParamsFilePlaneRefsystem);
+  if (refusal == THeightRefusal::kNoImage) {
+    Refuse(comboDataSourceParamsFilePlaneRefsystem, kRefusalColour, WordsOf(refusal));
+  } else if (refusal != THeightRefusal::kNone) {
+    TellFile(path, refusal);
+  }
+}
+
+void TformQvRfVerticalRefSystemEdit::btnDataSourceParamsFilePlaneRefsystemClick() {
+  ClearMark(comboDataSourceParamsFilePlaneRefsystem);
+  TStringTree tree;
+  if (!SelectorOf(TObjectType::kReferenceSystem).Select(&tree, 0, true, nullptr, 0)) return;
+  const THeightRefusal refusal = heights_.TakeFilePlane(&tree);
+  ShowSource();
+  ShowGrid();
+  if (refusal != THeightRefusal::kNone) {
+    Refuse(comboDataSourceParamsFilePlaneRefsystem, ErrorColour, WordsOf(refusal));
+  }
+  UpdateCreateControls();
+}
+
+void TformQvRfVerticalRefSystemEdit::btnDataSourceParamsVertOffsetUnitsClick() {
+  TformQvRfSelector& selector = SelectorOf(TObjectType::kLinearUnit);
+  if (selector.Select(nullptr, 0, true, nullptr, 0)) {
+    heights_.TakeOffsetUnit(selector.Processor->GetCurrentKey());
+  }
+  // The unit may have been renamed or removed there.
+  ShowSource();
+  UpdateCreateControls();
+}
+
+void TformQvRfVerticalRefSystemEdit::edDataSourceParamsVertOffsetValueExit() {
+  const std::string text = FromQt(edDataSourceParamsVertOffsetValue->text());
+  const THeightRefusal refusal = heights_.TakeOffset(text);
+  if (refusal == THeightRefusal::kNone) {
+    ClearMark(edDataSourceParamsVertOffsetValue);
+  } else {
+    Refuse(edDataSourceParamsVertOffsetValue, kRefusalColour, WordsOf(refusal));
+  }
+  UpdateCreateControls();
+}
+
+void TformQvRfVerticalRefSystemEdit::btnDataSourceViewClick() {
+  ViewHeightTable(this, heights_.Source().FileTable.get(), nullptr);
+}
+
+void TformQvRfVerticalRefSystemEdit::Button1Click() {
+  if (gridDialog_ == nullptr) gridDialog_ = std::make_unique<TformQvRfRecalculateGridParams>(this);
+  TShell2DTableExtents extents;
+  if (!gridDialog_->Run(heights_.Target(), &extents)) return;
+  heights_.SetGrid(extents);
+  ShowGrid();
+}
+
+// Data.
+
+void TformQvRfVerticalRefSystemEdit::btnDataCreateClick() {
+  const THeightRefusal refusal =
+      heights_.Create(CheckedData(), [this](THeightApproximation& r) { return AcceptOffset(r); });
+  RefreshDataState(refusal);
+  if (refusal == THeightRefusal::kCellTooGreat) {
+    Data().Ui().ShowMessage(MessageKind::kError, SystemText(TextId::kCellTooGreat),
+                            MessageButtons::kOk);
+  }
+}
+
+bool TformQvRfVerticalRefSystemEdit::AcceptOffset(THeightApproximation& result) {
+  edDataOffset->setText(ToQt(result.Offset + " " + result.UnitLabel));
+  std::string text = result.SourceName;
+  TformQvRfOffsetApproximationReport report(this);
+  if (!report.Run(result.Offset, result.UnitLabel, &text, heights_.Target(), &result.Errors,
+                  result.Max, result.Rms)) {
+    return false;
+  }
+  memoDescription->SetText(memoDescription->Text() + " " + text);
+  return true;
+}
+
+void TformQvRfVerticalRefSystemEdit::btnDataViewClick() {
+  ViewHeightTable(this, heights_.MadeData().Table.get(), heights_.Target());
+}
+
+bool TformQvRfVerticalRefSystemEdit::ConfirmData() {
+  if (heights_.MadeData().Kind() == THeightDataKind::kNone) {
+    Data().Ui().ShowMessage(MessageKind::kError, SystemText(TextId::kNoHeights),
+                            MessageButtons::kOk);
+    return false;
+  }
+  return heights_.IsCurrent() ||
+         Data().Ui().ShowMessage(MessageKind::kWarning, SystemText(TextId::kHeightsNotCurrent),
+                                 MessageButtons::kYesNo) == MessageAnswer::kYes;
+}
+
 bool TformQvRfVerticalRefSystemEdit::StoreRecord() {
-  return false;
+  bitbtnSave->setToolTip({});
+  if (!ConfirmData()) return false;
+  if (EditMode == 1 && !Processor->LocateKey(Key)) {
+    TellNotSaved(bitbtnSave, Translated("The object has been removed."));
+    return false;
+  }
+  THeightRecord texts;
+  texts.Name = edName->Text();
+  texts.Abbreviation = edAbbreviation->Text();
+  texts.Description = memoDescription->Text();
+  if (texts.Name.empty()) {
+    Refuse(edName, ErrorColour, Translated("This must not be empty"));
+    return false;
+  }
+  ClearMark(edName);
+  try {
+    return heights_.Store(texts, EditMode == 0);
+  } catch (const std::exception& error) {
+    TellNotSaved(bitbtnSave, ToQt(error.what()));
+    return false;
+  }
+}
+
+// The window.
+
+void TformQvRfVerticalRefSystemEdit::FormShow(bool first) {
+  // Back from a dialog of its own, the form stands where it stood.
+  if (!first) return;
+  ClearMark(edName);
+  PlaceAtOwner();
+  constexpr int kBottomMargin = 30;
+  constexpr int kTopMargin = 10;
+  const QRect room = screen()->geometry();
+  layout()->activate();
+  adjustSize();
+  const int excess = frameGeometry().bottom() - (room.bottom() - kBottomMargin);
+  if (excess > 0) move(x(), std::max(y() - excess, room.top() + kTopMargin));
+}
+
+bool TformQvRfVerticalRefSystemEdit::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusIn || event->type() == QEvent::MouseButtonPress) {
+    const auto* focus = dynamic_cast<QFocusEvent*>(event);
+    const bool entered = focus == nullptr || (focus->reason() != Qt::ActiveWindowFocusReason &&
+                                              focus->reason() != Qt::PopupFocusReason);
+    if (entered) ClearMark(static_cast<QWidget*>(watched));
+  }
+  return TformQvRfEdit::eventFilter(watched, event);
+}
+
+void TformQvRfVerticalRefSystemEdit::changeEvent(QEvent* event) {
+  TformQvRfEdit::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && bitbtnClose != nullptr) PaintControls();
 }
 
 }  // namespace QvRefSystem

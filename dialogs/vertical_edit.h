@@ -1,17 +1,25 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <string>
 
 #include "dialogs/edit_base.h"
-#include "vertical/height_creation.h"
+#include "dialogs/vertical_controls.h"
 
 namespace QvRefSystem {
 
+class TformQvRfRecalculateGridParams;
+class TformQvRfSelector;
+
 /// The dialog of height systems. A reference system's dialog owns it and opens it over the plane of
 /// that system, in which its heights lie; what was made last is shown again at the next opening.
-class TformQvRfVerticalRefSystemEdit final : public TformQvRfEdit {
+class TformQvRfVerticalRefSystemEdit final : public TformQvRfEdit, protected TVerticalControls {
+  Q_OBJECT
+
  public:
   explicit TformQvRfVerticalRefSystemEdit(QWidget* owner);
+  ~TformQvRfVerticalRefSystemEdit() override;
 
   /// Called ahead of each opening; without a plane the dialog does not open. `treeText` is the
   /// text of the reference system's tree, `unitKey` the linear unit of its heights. False if there
@@ -25,9 +33,41 @@ class TformQvRfVerticalRefSystemEdit final : public TformQvRfEdit {
 
  protected:
   [[nodiscard]] bool StoreRecord() override;
+  [[nodiscard]] bool EditRecord() override;
+  [[nodiscard]] bool NewRecord() override;
+  void FormShow(bool first) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
+  void ConnectControls();
+  void ConnectSources();
+  void OnClick(QPushButton* button, void (TformQvRfVerticalRefSystemEdit::*handler)());
+  [[nodiscard]] bool RunFilled(THeightRefusal loading);
+  [[nodiscard]] TformQvRfSelector& SelectorOf(TObjectType object);
+
+  void btnDataSourceParamsVertRefsystemClick();
+  void btnDataSourceParamsFileNameClick();
+  void btnDataSourceParamsFilePlaneRefsystemClick();
+  void btnDataSourceParamsVertOffsetUnitsClick();
+  void btnDataSourceViewClick();
+  void Button1Click();
+  void btnDataCreateClick();
+  void btnDataViewClick();
+  void edDataSourceParamsVertOffsetValueExit();
+
+  void ShowPlane();
+  void ShowSource();
+  void ShowGrid() { grid_->ShowExtents(heights_.Grid()); }
+  void UpdateCreateControls();
+  void RefreshDataState(THeightRefusal refusal = THeightRefusal::kNone);
+  [[nodiscard]] bool AcceptOffset(THeightApproximation& result);
+  [[nodiscard]] bool ConfirmData();
+  [[nodiscard]] QString WordsOf(THeightRefusal refusal) const;
+  void TellFile(const std::string& name, THeightRefusal refusal);
+
   THeightCreation heights_;
+  std::unique_ptr<TformQvRfRecalculateGridParams> gridDialog_;
 };
 
 }  // namespace QvRefSystem

@@ -1169,5 +1169,113 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <source>|Coordinate systems in XML format (*.x-ref-system)|*.x-ref-system|</source>
         <translation>|Koordinatensysteme im XML-Format (*.x-ref-system)|*.x-ref-system|</translation>
     </message>
+    <message>
+        <source> Data </source>
+        <translation> Daten </translation>
+    </message>
+    <message>
+        <source> Data Grid </source>
+        <translation> Datengitter </translation>
+    </message>
+    <message>
+        <source> Data Source </source>
+        <translation> Datenquelle </translation>
+    </message>
+    <message>
+        <source>Create</source>
+        <translation>Erzeugen</translation>
+    </message>
+    <message>
+        <source>Edit height system</source>
+        <translation>Höhensystem bearbeiten</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>It cannot be read, or is empty</source>
+        <translation>Sie kann nicht gelesen werden oder ist leer</translation>
+    </message>
+    <message>
+        <source>It does not begin with a grid: six numbers for south, north, west, east and the cell sizes north-south and east-west</source>
+        <translation>Sie beginnt nicht mit einem Gitter: sechs Zahlen für Süd, Nord, West, Ost und die Zellgrößen Nord-Süd und Ost-West</translation>
+    </message>
+    <message>
+        <source>It has fewer heights than its grid has nodes, or one that is no number</source>
+        <translation>Sie hat weniger Höhen als ihr Gitter Knoten, oder eine, die keine Zahl ist</translation>
+    </message>
+    <message>
+        <source>No data</source>
+        <translation>Keine Daten</translation>
+    </message>
+    <message>
+        <source>Offset</source>
+        <translation>Versatz</translation>
+    </message>
+    <message>
+        <source>Open height file</source>
+        <translation>Höhendatei öffnen</translation>
+    </message>
+    <message>
+        <source>Plane Reference System</source>
+        <translation>Lagebezugssystem</translation>
+    </message>
+    <message>
+        <source>Reference System</source>
+        <translation>Bezugssystem</translation>
+    </message>
+    <message>
+        <source>Step north to south</source>
+        <translation>Schritt von Nord nach Süd</translation>
+    </message>
+    <message>
+        <source>Step west to east</source>
+        <translation>Schritt von West nach Ost</translation>
+    </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>The data grid is not complete, or has limits in the wrong order</source>
+        <translation>Das Datengitter ist nicht vollständig, oder seine Grenzen sind vertauscht</translation>
+    </message>
+    <message>
+        <source>The height file "%1" cannot be used.</source>
+        <translation>Die Höhendatei „%1“ kann nicht verwendet werden.</translation>
+    </message>
+    <message>
+        <source>The heights of the file cannot be brought into the plane of the data</source>
+        <translation>Die Höhen der Datei lassen sich nicht in das Lagesystem der Daten bringen</translation>
+    </message>
+    <message>
+        <source>The plane system of a file must not have a height system of its own</source>
+        <translation>Das Lagesystem einer Datei darf kein eigenes Höhensystem haben</translation>
+    </message>
+    <message>
+        <source>The record names no file</source>
+        <translation>Der Datensatz nennt keine Datei</translation>
+    </message>
+    <message>
+        <source>This system has no height system</source>
+        <translation>Dieses System hat kein Höhensystem</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>Use another reference system</source>
+        <translation>Anderes Bezugssystem verwenden</translation>
+    </message>
+    <message>
+        <source>Vertical Data File</source>
+        <translation>Höhendatei</translation>
+    </message>
+    <message>
+        <source>Vertical Offset</source>
+        <translation>Höhenversatz</translation>
+    </message>
 </context>
 </TS>

@@ -36,8 +36,9 @@ enum class THeightRefusal : unsigned char {
   kNoValues,
   /// The user has cancelled.
   kCancelled,
-  /// A new grid has less than two nodes along an axis.
+  /// A new grid has less than two nodes along an axis, or is none at all.
   kCellTooGreat,
+  kUnusableGrid,
 };
 
 /// All sources that were chosen in a run; which one counts, its kind says.
@@ -141,8 +142,8 @@ class THeightCreation {
   /// Whether the user accepts an offset in place of the heights.
   using TAcceptOffset = std::function<bool(THeightApproximation&)>;
   /// Makes data of that kind from the source, with a progress display. What was made before is
-  /// gone in any case. Refuses a grid (kCellTooGreat, kNoGrid); whatever else went wrong, Failure
-  /// tells, and no data are there.
+  /// gone in any case. Refuses a grid (kCellTooGreat, kUnusableGrid); whatever else went wrong,
+  /// Failure tells, and no data are there.
   [[nodiscard]] THeightRefusal Create(THeightDataKind kind, const TAcceptOffset& accept);
 
   /// Writes a record with the three texts and the data: a new one, or the current one anew with its

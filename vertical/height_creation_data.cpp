@@ -48,7 +48,7 @@ bool THeightCreation::MakeTable(const TMaking& making, THeightRefusal* refusal) 
     return false;
   }
   if (table->Data == nullptr) {
-    *refusal = THeightRefusal::kNoGrid;
+    *refusal = THeightRefusal::kUnusableGrid;
     return false;
   }
   TProgressDisplay progress(data_.Ui(), TProgressDisplay::kFree,
@@ -74,7 +74,7 @@ bool THeightCreation::MakeOffset(const TMaking& making, const TAcceptOffset& acc
   THeightApproximation result;
   InitializeGrid(&result.Errors);
   if (result.Errors.Data == nullptr) {
-    *refusal = THeightRefusal::kNoGrid;
+    *refusal = THeightRefusal::kUnusableGrid;
     return false;
   }
   const auto approximate = [&](const auto&... source) {

@@ -46,6 +46,9 @@ class TQtProgress final : public TProgress {
     dialog_.setWindowModality(Qt::ApplicationModal);
     dialog_.setAutoClose(false);
     dialog_.setAutoReset(false);
+    // Until it shows, nothing is painted and nothing can be cancelled.
+    constexpr int kHalfASecond = 500;
+    dialog_.setMinimumDuration(kHalfASecond);
   }
   bool Next() override {
     // A modal progress dialog handles the pending events here, the click on Cancel among them.

@@ -40,11 +40,22 @@ class ScriptedUi : public QvPlatform::TUserInterface {
     return onUsedBy ? onUsedBy() : QvPlatform::UsedByAnswer::kClosed;
   }
 
-  std::unique_ptr<QvPlatform::TProgress> StartProgress(int, const std::string&, int) override {
+  /// The titles of all progress displays, and whether the user cancels each at its first step.
+  std::vector<std::string> progress;
+  bool cancels = false;
+
+  std::unique_ptr<QvPlatform::TProgress> StartProgress(int, const std::string& title,
+                                                       int) override {
     class Silent : public QvPlatform::TProgress {
-      bool Next() override { return true; }
+     public:
+      explicit Silent(bool goesOn) : goesOn_(goesOn) {}
+      bool Next() override { return goesOn_; }
+
+     private:
+      bool goesOn_;
     };
-    return std::make_unique<Silent>();
+    progress.push_back(title);
+    return std::make_unique<Silent>(!cancels);
   }
 };
 

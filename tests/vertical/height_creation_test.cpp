@@ -1,0 +1,372 @@
+// Heights from their source to their record, without a window.
+
+#include "vertical/height_creation.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "processors/database_check.h"
+#include "processors/ref_system_processor.h"
+#include "tests/support/sample_trees.h"
+#include "tests/support/test_database.h"
+
+namespace refframe_tests {
+namespace {
+
+using namespace QvRefSystem;  // the subject has many names
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using Kind = THeightSourceKind;
+using enum THeightRefusal;
+using Strings = std::vector<std::string>;
+
+constexpr int kGeodetic = 4;
+constexpr int kProjected = 5;
+// Six nodes, none of them with the same height.
+const TShell2DTableExtents kFileGrid{"36", "38", "54", "55", "1", "1"};
+
+void GeodeticWithTable(TreeBuilder tree) {
+  SystemTree(tree, kGeodetic);
+  HeightTableTree(tree.Sub(1500));
+}
+
+std::string TextOf(const TShell2DTableExtents& grid) {
+  return grid.West + " " + grid.East + " " + grid.South + " " + grid.North + " " +
+         grid.CellEastWest + " " + grid.CellNorthSouth;
+}
+
+class HeightCreation : public testing::TestWithParam<bool> {
+ protected:
+  HeightCreation() : database_(GetParam()), heights_(*database_.data) {
+    owner_ = Systems().InsertFromTree(MakeTree(SystemTree, kGeodetic).get());
+    metre_ = database_.data->datasetLinearUnit.Fields(0).AsInteger();
+    EXPECT_TRUE(SetPlane());
+  }
+  ~HeightCreation() override {
+    // The record belongs to its owner, as after the owner's Save.
+    QvPlatform::TQvDataSet& systems = *Systems().DataSet;
+    Systems().LocateKey(owner_);
+    systems.Edit();
+    systems.FieldByName("VERT_SYSTEM_AUTOKEY").SetInteger(Records().GetCurrentKey());
+    systems.Post();
+    Strings findings;
+    EXPECT_TRUE(CheckDatabase(*database_.data, &findings));
+    EXPECT_THAT(findings, IsEmpty());
+  }
+  [[nodiscard]] TQvRfDataProcessor& Systems() { return *database_.data->RefSystemProcessor; }
+  [[nodiscard]] TQvRfVerticalRefSystemDataProcessor& Records() {
+    return *database_.data->VerticalRefSystemProcessor;
+  }
+  bool SetPlane(int kind = kGeodetic, int unit = 0) {
+    const TreePtr tree = MakeTree(SystemTree, kind);
+    return heights_.SetPlaneSystem(WriteTreeText(tree.get()), unit == 0 ? metre_ : unit);
+  }
+  [[nodiscard]] Strings Files() {
+    return ListStorageFiles(database_.data->GetHeightsPrefix(), GetParam());
+  }
+  [[nodiscard]] std::string FileText() {
+    std::string text;
+    const auto path = Records().CurrentHeightFile();
+    return path && LoadStorageFile(*path, GetParam(), &text) ? text : "(none)";
+  }
+  [[nodiscard]] std::string Field(const char* name) {
+    return Records().DataSet->FieldByName(name).AsString();
+  }
+  [[nodiscard]] std::string File(const std::string& text) {
+    const std::string path = database_.folder.Path("geoid.txt");
+    EXPECT_TRUE(SaveStorageFile(path, false, text));
+    return path;
+  }
+  THeightRefusal TakeFilePlane(int kind = kGeodetic) {
+    return heights_.TakeFilePlane(MakeTree(SystemTree, kind).get());
+  }
+  // Takes file and plane, as the dialog does for a user.
+  void TakeSource() {
+    heights_.ChooseKind(Kind::kFile);
+    EXPECT_EQ(heights_.TakeFile(File(HeightText())), kNone);
+    EXPECT_EQ(TakeFilePlane(), kNone);
+  }
+  void CreateTable() {
+    TakeSource();
+    EXPECT_EQ(heights_.Create(THeightDataKind::kTable, {}), kNone);
+    ASSERT_EQ(heights_.MadeData().Kind(), THeightDataKind::kTable);
+  }
+  bool Store(bool append, const char* name = "Alps") {
+    THeightRecord texts;
+    texts.Name = name;
+    texts.Abbreviation = "A";
+    texts.Description = "D";
+    return heights_.Store(texts, append);
+  }
+
+  TestDatabase database_;
+  THeightCreation heights_;
+  int owner_ = 0;
+  int metre_ = 0;
+};
+
+INSTANTIATE_TEST_SUITE_P(Forms, HeightCreation, testing::Bool(),
+                         [](const auto& form) { return form.param ? "Container" : "Folder"; });
+
+TEST_P(HeightCreation, AFileAndItsPlaneMakeATable) {
+  heights_.ChooseKind(Kind::kFile);
+  EXPECT_EQ(heights_.TakeFile(File(HeightText())), kNone);
+  EXPECT_EQ(TextOf(heights_.Grid()), TextOf(kFileGrid));
+  EXPECT_FALSE(heights_.CanMake(THeightDataKind::kTable)) << "its plane is not known";
+  EXPECT_EQ(TakeFilePlane(), kNone);
+  ASSERT_TRUE(heights_.CanMake(THeightDataKind::kTable));
+  database_.ui.progress.clear();
+  EXPECT_EQ(heights_.Create(heights_.UsualKind(), {}), kNone);
+  EXPECT_THAT(database_.ui.progress, ElementsAre("Recalculating geoid undulation data"));
+  EXPECT_TRUE(heights_.IsCurrent());
+
+  ASSERT_TRUE(Store(true, "Alps: 1/2"));
+  EXPECT_EQ(heights_.Target(), nullptr) << "used up";
+  EXPECT_EQ(FileText(), HeightText());
+  EXPECT_EQ(Field("VDATA_CRC32"), std::to_string(HeightCrc()));
+  EXPECT_THAT(Files(), ElementsAre(Field("VDATA_FILENAME")));
+  EXPECT_EQ(Field("VDATA_FILENAME"), "Alps  1 2");
+  EXPECT_EQ(Field("VDATA_EXTENTS_WEST") + Field("VDATA_EXTENTS_NORTH"), "3655");
+  EXPECT_EQ(Field("VDATA_CELL_EAST_WEST") + Field("VDATA_UNIT_AUTOKEY"), "10");
+  EXPECT_EQ(Field("NAME") + Field("ABBREVIATION") + Field("DESCRIPTION"), "Alps: 1/2AD");
+}
+
+TEST_P(HeightCreation, WhatWasStoredIsThereAtTheNextOpening) {
+  CreateTable();
+  ASSERT_TRUE(Store(true));
+  ASSERT_TRUE(SetPlane());
+  EXPECT_TRUE(heights_.IsStoredPlaneSame(heights_.Target()));
+  // Not the file: the owner may not be stored yet, and what it made is at hand.
+  database_.ui.progress.clear();
+  EXPECT_EQ(heights_.StartEdit(), kNone);
+  EXPECT_THAT(database_.ui.progress, IsEmpty());
+  EXPECT_EQ(heights_.Source().Kind, Kind::kFile);
+  EXPECT_EQ(heights_.Source().FilePlaneSystem->Name(), "NAD27 geodetic");
+  EXPECT_TRUE(heights_.CanMake(THeightDataKind::kTable));
+  EXPECT_TRUE(heights_.IsCurrent());
+  EXPECT_EQ(TextOf(heights_.MadeData().Grid), TextOf(kFileGrid));
+
+  ASSERT_TRUE(Store(false, "Andes"));
+  EXPECT_THAT(Files(), SizeIs(1)) << "the old file went with its place in the record";
+  EXPECT_EQ(FileText(), HeightText());
+  EXPECT_EQ(Records().DataSet->RecordCount(), 1);
+
+  heights_.StartNew();
+  EXPECT_EQ(heights_.Source().Kind, Kind::kNone);
+  EXPECT_FALSE(heights_.IsStoredPlaneSame(heights_.Target())) << "all is forgotten";
+}
+
+TEST_P(HeightCreation, AnotherPlaneKeepsTheGridAndLosesTheData) {
+  CreateTable();
+  ASSERT_TRUE(Store(true));
+  ASSERT_TRUE(SetPlane(kProjected));
+  EXPECT_FALSE(heights_.IsStoredPlaneSame(heights_.Target()));
+  EXPECT_EQ(heights_.StartEdit(), kNone);
+  EXPECT_EQ(heights_.MadeData().Kind(), THeightDataKind::kNone);
+  EXPECT_FALSE(heights_.IsCurrent());
+  TShell2DTableExtents seen;
+  const auto geodetic = CreateShellReferenceSystem(MakeTree(SystemTree, kGeodetic).get(), nullptr);
+  const bool hasImage = geodetic->RecalculateTableGrid(&kFileGrid, heights_.Target(), &seen);
+  EXPECT_EQ(TextOf(heights_.Grid()), TextOf(hasImage ? seen : TShell2DTableExtents{}));
+}
+
+TEST_P(HeightCreation, AStoredSystemIsLoadedFromItsFile) {
+  Systems().InsertFromTree(MakeTree(GeodeticWithTable).get());
+  const int key = Systems().GetCurrentKey();
+  Records().LocateKey(Systems().DataSet->FieldByName("VERT_SYSTEM_AUTOKEY").AsInteger());
+  ASSERT_EQ(Field("NAME"), "Alps");
+  ASSERT_TRUE(heights_.LoadForReferenceSystem(key));
+  EXPECT_EQ(heights_.StartEdit(), kNone);
+  ASSERT_EQ(heights_.MadeData().Kind(), THeightDataKind::kTable);
+  EXPECT_EQ(heights_.MadeData().Table->Get(1, 0), -19.625);
+  EXPECT_EQ(TextOf(heights_.MadeData().Grid), TextOf(kFileGrid));
+  EXPECT_TRUE(heights_.IsCurrent());
+  EXPECT_EQ(heights_.Source().Kind, Kind::kNone);
+
+  const std::string path = *Records().CurrentHeightFile();
+  std::string whole;
+  ASSERT_TRUE(LoadStorageFile(path, GetParam(), &whole));
+  const std::pair<const char*, THeightRefusal> kFiles[] = {
+      {"54 55 36 38 1 1 7", kNoValues}, {"54 55", kNoGrid}, {"", kNotRead}};
+  for (const auto& [text, refusal] : kFiles) {
+    (void)SaveStorageFile(path, GetParam(), text);
+    EXPECT_EQ(heights_.StartEdit(), refusal) << text;
+    EXPECT_EQ(heights_.MadeData().Kind(), THeightDataKind::kNone);
+  }
+  ASSERT_TRUE(SaveStorageFile(path, GetParam(), whole));
+  owner_ = key;
+}
+
+TEST_P(HeightCreation, ATableUnderAnotherUnitIsNotCurrent) {
+  CreateTable();
+  ASSERT_TRUE(Store(true));
+  const TreePtr tree = MakeTree(SystemTree, kGeodetic);
+  QvCommonUtils::TStringTree* unit = FindSubtree(FindSubtree(tree.get(), 1201, 0), 1104, 0);
+  constexpr int kFactor = 5310;
+  RemoveField(unit, kFactor, 0);
+  TreeBuilder(unit).Field(kFactor, "0.3048");
+  ASSERT_TRUE(heights_.SetPlaneSystem(WriteTreeText(tree.get()), metre_));
+  EXPECT_EQ(heights_.StartEdit(), kNone);
+  EXPECT_EQ(heights_.MadeData().Kind(), THeightDataKind::kTable);
+  EXPECT_FALSE(heights_.IsCurrent()) << "metres would become feet";
+}
+
+TEST_P(HeightCreation, RefusesWhatCannotBeASource) {
+  EXPECT_EQ(heights_.TakeSystem(MakeTree(SystemTree, kGeodetic).get()), kNoHeights);
+  EXPECT_EQ(heights_.TakeSystem(MakeTree(GeodeticWithTable).get()), kNone);
+  EXPECT_EQ(TextOf(heights_.Grid()), TextOf(kFileGrid)) << "the grid of its own heights";
+  EXPECT_EQ(heights_.TakeSystem(MakeTree(MetreTree).get()), kNoSystem);
+  EXPECT_EQ(heights_.TakeFilePlane(MakeTree(GeodeticWithTable).get()), kHasHeights);
+  EXPECT_EQ(heights_.Source().FilePlaneSystem, nullptr);
+
+  TakeSource();
+  const std::string missing = database_.folder.Path("none.txt");
+  EXPECT_EQ(heights_.TakeFile(missing), kNotRead);
+  EXPECT_NE(heights_.Source().FileTable, nullptr) << "the old one is kept";
+  EXPECT_EQ(heights_.TakeFile(File("not a grid")), kNoGrid);
+  EXPECT_EQ(heights_.Source().FileTable, nullptr);
+  EXPECT_EQ(heights_.Source().FileName, "");
+  EXPECT_EQ(heights_.TakeFile(File("54 55 36 38 1 1 1 2 3 4 5 x")), kNoValues);
+
+  heights_.ChooseKind(Kind::kOffset);
+  heights_.TakeOffsetUnit(metre_);
+  for (const char* text : {"", "1,5", "3 m", "nan"}) {
+    EXPECT_EQ(heights_.TakeOffset(text), kNoNumber) << text;
+    EXPECT_FALSE(heights_.CanMake(THeightDataKind::kOffset)) << text;
+  }
+  EXPECT_EQ(heights_.TakeOffset("-2.50"), kNone);
+  EXPECT_TRUE(heights_.CanMake(THeightDataKind::kOffset));
+  EXPECT_FALSE(heights_.CanMake(THeightDataKind::kTable)) << "an offset makes no table";
+  heights_.TakeOffsetUnit(metre_ + 1);
+  EXPECT_EQ(heights_.UsualKind(), THeightDataKind::kNone) << "there is no such unit";
+}
+
+TEST_P(HeightCreation, TheGridOfAFileNeedsTwoNodesAlongEachAxis) {
+  const struct {
+    const char* name;
+    TShell2DTableExtents grid;
+    THeightRefusal fromFile;
+    THeightRefusal fromSystem;
+  } rows[] = {
+      {"one node", {"36", "36", "54", "54", "1", "1"}, kCellTooGreat, kNone},
+      {"cells too great", {"36", "38", "54", "55", "5", "1"}, kCellTooGreat, kNone},
+      {"two nodes", {"36", "37", "54", "55", "1", "1"}, kNone, kNone},
+      {"no number", {"36", "x", "54", "55", "1", "1"}, kCellTooGreat, kUnusableGrid},
+  };
+  TakeSource();
+  EXPECT_EQ(heights_.TakeSystem(MakeTree(GeodeticWithTable).get()), kNone);
+  for (const auto& row : rows) {
+    heights_.SetGrid(row.grid);
+    for (const Kind kind : {Kind::kFile, Kind::kSystem}) {
+      heights_.ChooseKind(kind);
+      const THeightRefusal expected = kind == Kind::kFile ? row.fromFile : row.fromSystem;
+      EXPECT_EQ(heights_.Create(THeightDataKind::kTable, {}), expected) << row.name;
+      EXPECT_EQ(heights_.IsCurrent(), expected == kNone) << row.name;
+      EXPECT_EQ(heights_.MadeData().Table != nullptr, expected == kNone) << row.name;
+    }
+  }
+}
+
+TEST_P(HeightCreation, AnOffsetStandsInForHeightsIfItIsAccepted) {
+  TakeSource();
+  for (const bool accepted : {false, true}) {
+    EXPECT_EQ(heights_.Create(THeightDataKind::kOffset,
+                              [&](const THeightApproximation& result) {
+                                // The mean of 20.125 20.25 20.375 19.5 -19.625 19.75.
+                                EXPECT_EQ(result.Offset, "13.396");
+                                EXPECT_EQ(result.Max, "33.021");
+                                EXPECT_EQ(result.UnitLabel, "metre (m)");
+                                EXPECT_EQ(result.SourceName, heights_.Source().FileName);
+                                EXPECT_NEAR(result.Errors.Get(1, 0), -33.021, 1e-9);
+                                return accepted;
+                              }),
+              kNone);
+    EXPECT_TRUE(heights_.IsCurrent()) << "also without data";
+    EXPECT_EQ(heights_.MadeData().Offset, accepted ? "13.396" : "");
+  }
+  ASSERT_TRUE(Store(true));
+  EXPECT_EQ(Field("VDATA_OFFSET") + " " + Field("VDATA_TYPE"), "13.396 2");
+}
+
+TEST_P(HeightCreation, AnOffsetHasNoGrid) {
+  CreateTable();
+  heights_.ChooseKind(Kind::kOffset);
+  heights_.TakeOffsetUnit(metre_);
+  EXPECT_EQ(heights_.TakeOffset("-2.50"), kNone);
+  EXPECT_FALSE(heights_.IsCurrent());
+  EXPECT_NE(heights_.MadeData().Table, nullptr) << "what was made stays until it is made anew";
+  EXPECT_EQ(heights_.Create(THeightDataKind::kOffset, {}), kNone);
+  ASSERT_TRUE(Store(true));
+  EXPECT_EQ(Field("VDATA_OFFSET"), "-2.50");
+  EXPECT_EQ(Field("VDATA_UNIT_AUTOKEY"), std::to_string(metre_));
+  EXPECT_EQ(Field("VDATA_EXTENTS_WEST") + Field("VDATA_FILENAME"), "");
+  EXPECT_THAT(Files(), IsEmpty());
+  ASSERT_TRUE(SetPlane());
+  EXPECT_EQ(heights_.StartEdit(), kNone);
+  EXPECT_EQ(heights_.Source().Kind, Kind::kOffset);
+  EXPECT_EQ(heights_.MadeData().Offset, "-2.50");
+  EXPECT_TRUE(heights_.IsCurrent());
+}
+
+TEST_P(HeightCreation, StaleDataAreStoredOnTheGridOfTheirMaking) {
+  CreateTable();
+  heights_.SetGrid({"0", "9", "0", "9", "1", "1"});
+  EXPECT_FALSE(heights_.IsCurrent());
+  ASSERT_TRUE(Store(true));
+  EXPECT_EQ(Field("VDATA_EXTENTS_EAST"), "38");
+}
+
+TEST_P(HeightCreation, ACancellingUserLosesNothing) {
+  CreateTable();
+  ASSERT_TRUE(Store(true));
+  const std::string file = Field("VDATA_FILENAME");
+  ASSERT_TRUE(SetPlane());
+  ASSERT_EQ(heights_.StartEdit(), kNone);
+  database_.ui.cancels = true;
+  EXPECT_FALSE(Store(false));
+  EXPECT_NE(heights_.Target(), nullptr) << "the run goes on";
+  EXPECT_EQ(Field("VDATA_FILENAME"), file);
+  EXPECT_EQ(FileText(), HeightText());
+  EXPECT_EQ(heights_.TakeFile(File(HeightText())), kCancelled);
+  database_.ui.cancels = false;
+  TakeSource();
+  database_.ui.cancels = true;
+  for (const auto kind : {THeightDataKind::kTable, THeightDataKind::kOffset}) {
+    EXPECT_EQ(heights_.Create(kind, {}), kNone);
+    EXPECT_EQ(heights_.MadeData().Kind(), THeightDataKind::kNone);
+    EXPECT_EQ(heights_.Failure(), "") << "he knows";
+  }
+}
+
+class HeightCreationInAFolder : public HeightCreation {};
+INSTANTIATE_TEST_SUITE_P(Forms, HeightCreationInAFolder, testing::Values(false));
+
+TEST_P(HeightCreationInAFolder, KeepsRecordAndFileWhereTheNewFileIsRefused) {
+  CreateTable();
+  ASSERT_TRUE(Store(true));
+  const int key = Records().GetCurrentKey();
+  ASSERT_TRUE(SetPlane());
+  ASSERT_EQ(heights_.StartEdit(), kNone);
+  const Strings before = Files();
+  // A file stands where the folder should be.
+  const std::filesystem::path folder = database_.path + "/Heights";
+  std::filesystem::rename(folder, folder.string() + ".away");
+  ASSERT_TRUE(SaveStorageFile(folder.string(), false, "x"));
+  EXPECT_THROW((void)Store(false, "Andes"), ToldStorageError);
+  EXPECT_THAT(database_.ui.messages, SizeIs(1));
+  EXPECT_NE(heights_.Target(), nullptr) << "the run goes on";
+  std::filesystem::remove(folder);
+  std::filesystem::rename(folder.string() + ".away", folder);
+  ASSERT_TRUE(Records().LocateKey(key));
+  EXPECT_EQ(Field("NAME"), "Alps");
+  EXPECT_EQ(FileText(), HeightText());
+  EXPECT_EQ(Files(), before);
+  EXPECT_TRUE(Store(false, "Andes")) << "once there is room";
+  EXPECT_THAT(Files(), ElementsAre("Andes"));
+}
+
+}  // namespace
+}  // namespace refframe_tests
