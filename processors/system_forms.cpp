@@ -130,15 +130,15 @@ constexpr TFormRow PlaneAxis(const char* control, const char* lead, const char* 
   return TextRow(control, lead, caption, column, TRule::kNotEmpty);
 }
 constexpr TFormRow kDatumRow =
-    Led(SystemReference("edDatum", "btnDatum", "radiobtnDatum", "Datum", "DATUM_AUTOKEY", kDatum),
+    Led(ReferenceRow("edDatum", "btnDatum", "radiobtnDatum", "Datum", "DATUM_AUTOKEY", kDatum),
         TLeadKind::kRadio, kGround);
 constexpr TFormRow kEllipsoidRow =
-    Led(SystemReference("edEllipsoid", "btnEllipsoid", "radiobtnEllipsoid", "Ellipsoid",
-                        "ELLIPSOID_AUTOKEY", kEllipsoid),
+    Led(ReferenceRow("edEllipsoid", "btnEllipsoid", "radiobtnEllipsoid", "Ellipsoid",
+                     "ELLIPSOID_AUTOKEY", kEllipsoid),
         TLeadKind::kRadio, kGround);
 constexpr TFormRow kMeridianRow =
-    SystemReference("edPrimeMeridian", "btnPrimeMeridian", "lblPrimeMeridian", "Prime meridian",
-                    "PRIME_MERIDIAN_AUTOKEY", kPrimeMeridian, TNewKey::kLastUsed);
+    ReferenceRow("edPrimeMeridian", "btnPrimeMeridian", "lblPrimeMeridian", "Prime meridian",
+                 "PRIME_MERIDIAN_AUTOKEY", kPrimeMeridian, TNewKey::kLastUsed);
 
 constexpr TFormRow kHeightBox = BoxRow("grboxHeightSystem", " Height System ");
 constexpr TFormRow kHeightEllipsoidRow{.kind = TRowKind::kChoice,
@@ -147,8 +147,8 @@ constexpr TFormRow kHeightEllipsoidRow{.kind = TRowKind::kChoice,
                                        .leadKind = TLeadKind::kRadio,
                                        .choice = kHeightSurface};
 constexpr TFormRow kGeoidRow =
-    Led(SystemReference("Edit1", "Button1", "radiobtnHeightGeoid", "User-defined geoid",
-                        "VERT_SYSTEM_AUTOKEY", kVerticalReferenceSystem),
+    Led(ReferenceRow("Edit1", "Button1", "radiobtnHeightGeoid", "User-defined geoid",
+                     "VERT_SYSTEM_AUTOKEY", kVerticalReferenceSystem),
         TLeadKind::kRadio, kHeightSurface);
 /// The geoids of the machine are its items; the dialog itself refuses that none is chosen.
 constexpr TFormRow kSystemGeoidRow = [] {
@@ -164,8 +164,8 @@ constexpr std::array kGeodRows{
     kEllipsoidRow,
     kMeridianRow,
     BoxRow("grboxLatLon", " Latitude/Longitude "),
-    SystemReference("edAngularUnit", "btnAngularUnit", "lblAngularUnit", "Unit",
-                    "ANGULAR_UNIT_AUTOKEY", kAngularUnit, TNewKey::kLastUsed),
+    ReferenceRow("edAngularUnit", "btnAngularUnit", "lblAngularUnit", "Unit",
+                 "ANGULAR_UNIT_AUTOKEY", kAngularUnit, TNewKey::kLastUsed),
     PlaneAxis("edLatitudeAbbr", "lblLatitudeAbbr", "Latitude Abbreviation", "COORD1_ABBR"),
     PlaneAxis("edLongitudeAbbr", "lblLongitudeAbbr", "Longitude Abbreviation", "COORD2_ABBR"),
     TFormRow{.kind = TRowKind::kChoice,
@@ -173,8 +173,8 @@ constexpr std::array kGeodRows{
              .caption = "Positive Longitude",
              .leadKind = TLeadKind::kCheck},
     BoxRow("grboxHeight", " Height "),
-    SystemReference("edLinearUnit", "btnLinearUnit", "lblLinearUnit", "Unit", "LINEAR_UNIT_AUTOKEY",
-                    kLinearUnit, TNewKey::kLastUsed),
+    ReferenceRow("edLinearUnit", "btnLinearUnit", "lblLinearUnit", "Unit", "LINEAR_UNIT_AUTOKEY",
+                 kLinearUnit, TNewKey::kLastUsed),
     PlaneAxis("edHeightAbbr", "lblHeightAbbr", "Abbreviation", "COORD3_ABBR"),
     kEndColumns,
     kHeightBox,
@@ -193,8 +193,8 @@ constexpr std::array kProjRows{
     kEllipsoidRow,
     kLinearUnitRow,
     kMeridianRow,
-    SystemReference("edMapProjection", "btnMapProjection", "lblMapProjection", "Map projection",
-                    "MAP_PROJ_AUTOKEY", kMapProjection),
+    ReferenceRow("edMapProjection", "btnMapProjection", "lblMapProjection", "Map projection",
+                 "MAP_PROJ_AUTOKEY", kMapProjection),
     PlaneAxis("edFirstCoordName", "lblFirstCoordName", "First plane axis name", "COORD1_ABBR"),
     PlaneAxis("edSecondCoordName", "lblSecondCoordName", "Second plane axis name", "COORD2_ABBR"),
     PlaneAxis("edHeightAbbr", "lblHeightAbbr", "Height axis name", "COORD3_ABBR"),

@@ -8,8 +8,32 @@
         <translation> Genauigkeit der Näherung </translation>
     </message>
     <message>
+        <source> Data </source>
+        <translation> Daten </translation>
+    </message>
+    <message>
+        <source> Data Grid </source>
+        <translation> Datengitter </translation>
+    </message>
+    <message>
+        <source> Data Source </source>
+        <translation> Datenquelle </translation>
+    </message>
+    <message>
+        <source> Height </source>
+        <translation> Höhe </translation>
+    </message>
+    <message>
+        <source> Height System </source>
+        <translation> Höhensystem </translation>
+    </message>
+    <message>
         <source> Information </source>
         <translation> Information </translation>
+    </message>
+    <message>
+        <source> Latitude/Longitude </source>
+        <translation> Breite/Länge </translation>
     </message>
     <message>
         <source> Offset value </source>
@@ -308,6 +332,10 @@
         <translation>Bestätigung</translation>
     </message>
     <message>
+        <source>Create</source>
+        <translation>Erzeugen</translation>
+    </message>
+    <message>
         <source>Current version does not support latitude/longitude georeference</source>
         <translation>Die vorliegende Version unterstützt keine Georeferenzierung in geographischer Breite und Länge</translation>
     </message>
@@ -342,6 +370,10 @@
     <message>
         <source>Description</source>
         <translation>Beschreibung</translation>
+    </message>
+    <message>
+        <source>Description   </source>
+        <translation>Beschreibung   </translation>
     </message>
     <message>
         <source>Details</source>
@@ -396,6 +428,14 @@
         <translation>Geodätisches Datum bearbeiten</translation>
     </message>
     <message>
+        <source>Edit geodetic reference system</source>
+        <translation>Geodätisches Bezugssystem bearbeiten</translation>
+    </message>
+    <message>
+        <source>Edit height system</source>
+        <translation>Höhensystem bearbeiten</translation>
+    </message>
+    <message>
         <source>Edit linear unit</source>
         <translation>Längeneinheit bearbeiten</translation>
     </message>
@@ -412,6 +452,10 @@
         <translation>Nullmeridian bearbeiten</translation>
     </message>
     <message>
+        <source>Edit projected reference system</source>
+        <translation>Projiziertes Bezugssystem bearbeiten</translation>
+    </message>
+    <message>
         <source>Edit reference ellipsoid</source>
         <translation>Bezugsellipsoid bearbeiten</translation>
     </message>
@@ -422,6 +466,10 @@
     <message>
         <source>Edit scale unit</source>
         <translation>Maßstabseinheit bearbeiten</translation>
+    </message>
+    <message>
+        <source>Either a datum or an ellipsoid must be chosen</source>
+        <translation>Ein Datum oder ein Ellipsoid muss ausgewählt werden</translation>
     </message>
     <message>
         <source>Ellipsoid</source>
@@ -440,12 +488,20 @@
         <translation>Ordner für den Export</translation>
     </message>
     <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
         <source>First axis direction</source>
         <translation>Richtung der ersten Achse</translation>
     </message>
     <message>
         <source>First axis name</source>
         <translation>Name der ersten Achse</translation>
+    </message>
+    <message>
+        <source>First plane axis name</source>
+        <translation>Name der ersten Lageachse</translation>
     </message>
     <message>
         <source>Flattening</source>
@@ -468,8 +524,16 @@
         <translation>Graustufen</translation>
     </message>
     <message>
+        <source>Height axis name</source>
+        <translation>Name der Höhenachse</translation>
+    </message>
+    <message>
         <source>Height units</source>
         <translation>Einheit der Höhen</translation>
+    </message>
+    <message>
+        <source>Heights above ellipsoid</source>
+        <translation>Höhen über dem Ellipsoid</translation>
     </message>
     <message>
         <source>Heights by colour</source>
@@ -508,6 +572,18 @@
         <translation>Ini-Dateien (*.ini)|*.ini|Alle Dateien (*.*)|*.*</translation>
     </message>
     <message>
+        <source>It cannot be read, or is empty</source>
+        <translation>Sie kann nicht gelesen werden oder ist leer</translation>
+    </message>
+    <message>
+        <source>It does not begin with a grid: six numbers for south, north, west, east and the cell sizes north-south and east-west</source>
+        <translation>Sie beginnt nicht mit einem Gitter: sechs Zahlen für Süd, Nord, West, Ost und die Zellgrößen Nord-Süd und Ost-West</translation>
+    </message>
+    <message>
+        <source>It has fewer heights than its grid has nodes, or one that is no number</source>
+        <translation>Sie hat weniger Höhen als ihr Gitter Knoten, oder eine, die keine Zahl ist</translation>
+    </message>
+    <message>
         <source>Kind</source>
         <translation>Art</translation>
     </message>
@@ -518,6 +594,10 @@
     <message>
         <source>Latitude &amp; longitude units</source>
         <translation>Einheit von Breite &amp; Länge</translation>
+    </message>
+    <message>
+        <source>Latitude Abbreviation</source>
+        <translation>Abkürzung der Breite</translation>
     </message>
     <message>
         <source>Left handed</source>
@@ -556,6 +636,10 @@
         <translation>Länge</translation>
     </message>
     <message>
+        <source>Longitude Abbreviation</source>
+        <translation>Abkürzung der Länge</translation>
+    </message>
+    <message>
         <source>Major semi-axis</source>
         <translation>Große Halbachse</translation>
     </message>
@@ -590,6 +674,10 @@
     <message>
         <source>Next row whose name contains the text (F3)</source>
         <translation>Nächste Zeile, deren Name den Text enthält (F3)</translation>
+    </message>
+    <message>
+        <source>No data</source>
+        <translation>Keine Daten</translation>
     </message>
     <message>
         <source>No database</source>
@@ -650,6 +738,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Objekte, die nicht geschrieben werden konnten: %1</translation>
     </message>
     <message>
+        <source>Offset</source>
+        <translation>Versatz</translation>
+    </message>
+    <message>
         <source>Offset value</source>
         <translation>Versatz</translation>
     </message>
@@ -682,6 +774,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Datenbankordner öffnen...</translation>
     </message>
     <message>
+        <source>Open height file</source>
+        <translation>Höhendatei öffnen</translation>
+    </message>
+    <message>
         <source>Open ini file</source>
         <translation>Ini-Datei öffnen</translation>
     </message>
@@ -700,6 +796,22 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Parameters</source>
         <translation>Parameter</translation>
+    </message>
+    <message>
+        <source>Plane Reference System</source>
+        <translation>Lagebezugssystem</translation>
+    </message>
+    <message>
+        <source>Plane reference system must be completely defined before specifying height system</source>
+        <translation>Das Lagebezugssystem muss vollständig definiert sein, bevor das Höhensystem festgelegt werden kann</translation>
+    </message>
+    <message>
+        <source>Positive Longitude</source>
+        <translation>Positive Länge (0° bis 360°)</translation>
+    </message>
+    <message>
+        <source>Predefined geoid</source>
+        <translation>Vordefiniertes Geoid</translation>
     </message>
     <message>
         <source>Previous row whose name contains the text (Shift+F3)</source>
@@ -740,6 +852,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Recalculating geoid undulation data</source>
         <translation>Geoidundulationen werden umgerechnet</translation>
+    </message>
+    <message>
+        <source>Reference System</source>
+        <translation>Bezugssystem</translation>
     </message>
     <message>
         <source>Reference system</source>
@@ -846,6 +962,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Name der zweiten Achse</translation>
     </message>
     <message>
+        <source>Second plane axis name</source>
+        <translation>Name der zweiten Lageachse</translation>
+    </message>
+    <message>
         <source>Select</source>
         <translation>Auswahl:</translation>
     </message>
@@ -906,8 +1026,32 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Dieses System in der Datenbank ablegen</translation>
     </message>
     <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
         <source>Take an object from a file</source>
         <translation>Ein Objekt aus einer Datei übernehmen</translation>
+    </message>
+    <message>
+        <source>The data grid is not complete, or has limits in the wrong order</source>
+        <translation>Das Datengitter ist nicht vollständig, oder seine Grenzen sind vertauscht</translation>
+    </message>
+    <message>
+        <source>The ellipsoid of the datum is missing</source>
+        <translation>Das Ellipsoid des Datums fehlt</translation>
+    </message>
+    <message>
+        <source>The height file "%1" cannot be used.</source>
+        <translation>Die Höhendatei „%1“ kann nicht verwendet werden.</translation>
+    </message>
+    <message>
+        <source>The heights cannot be checked while the system is not complete</source>
+        <translation>Die Höhen lassen sich nicht prüfen, solange das System unvollständig ist</translation>
+    </message>
+    <message>
+        <source>The heights of the file cannot be brought into the plane of the data</source>
+        <translation>Die Höhen der Datei lassen sich nicht in das Lagesystem der Daten bringen</translation>
     </message>
     <message>
         <source>The object cannot be deleted because it is used by:</source>
@@ -930,6 +1074,14 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Das Objekt verweist auf eines, das nicht in der Datenbank steht. Es kann nicht verwendet werden.</translation>
     </message>
     <message>
+        <source>The plane system of a file must not have a height system of its own</source>
+        <translation>Das Lagesystem einer Datei darf kein eigenes Höhensystem haben</translation>
+    </message>
+    <message>
+        <source>The record names no file</source>
+        <translation>Der Datensatz nennt keine Datei</translation>
+    </message>
+    <message>
         <source>The system refers to an object that is not in the database.</source>
         <translation>Das System verweist auf ein Objekt, das nicht in der Datenbank steht.</translation>
     </message>
@@ -950,16 +1102,16 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Bei „%1“ gibt es keine Datenbank.</translation>
     </message>
     <message>
-        <source>There is no edit dialog for objects of this type yet: %1</source>
-        <translation>Für Objekte dieser Art gibt es noch keinen Dialog zum Bearbeiten: %1</translation>
-    </message>
-    <message>
         <source>There is no edit dialog for these objects yet</source>
         <translation>Für diese Objekte gibt es noch keinen Bearbeitungsdialog</translation>
     </message>
     <message>
         <source>There is nothing here yet.</source>
         <translation>Hier gibt es noch nichts.</translation>
+    </message>
+    <message>
+        <source>These heights were made for another plane; make them anew</source>
+        <translation>Diese Höhen wurden für ein anderes Lagesystem erstellt; erstellen Sie sie neu</translation>
     </message>
     <message>
         <source>These units</source>
@@ -976,6 +1128,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>This must not be empty</source>
         <translation>Das Feld darf nicht leer sein</translation>
+    </message>
+    <message>
+        <source>This system has no height system</source>
+        <translation>Dieses System hat kein Höhensystem</translation>
     </message>
     <message>
         <source>This tree does not hold a whole reference system: %1</source>
@@ -1006,12 +1162,32 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Tz</translation>
     </message>
     <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
         <source>Units</source>
         <translation>Einheit</translation>
     </message>
     <message>
+        <source>Use another reference system</source>
+        <translation>Anderes Bezugssystem verwenden</translation>
+    </message>
+    <message>
+        <source>User-defined geoid</source>
+        <translation>Benutzerdefiniertes Geoid</translation>
+    </message>
+    <message>
         <source>Value</source>
         <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Vertical Data File</source>
+        <translation>Höhendatei</translation>
+    </message>
+    <message>
+        <source>Vertical Offset</source>
+        <translation>Höhenversatz</translation>
     </message>
     <message>
         <source>View</source>
@@ -1168,114 +1344,6 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>|Coordinate systems in XML format (*.x-ref-system)|*.x-ref-system|</source>
         <translation>|Koordinatensysteme im XML-Format (*.x-ref-system)|*.x-ref-system|</translation>
-    </message>
-    <message>
-        <source> Data </source>
-        <translation> Daten </translation>
-    </message>
-    <message>
-        <source> Data Grid </source>
-        <translation> Datengitter </translation>
-    </message>
-    <message>
-        <source> Data Source </source>
-        <translation> Datenquelle </translation>
-    </message>
-    <message>
-        <source>Create</source>
-        <translation>Erzeugen</translation>
-    </message>
-    <message>
-        <source>Edit height system</source>
-        <translation>Höhensystem bearbeiten</translation>
-    </message>
-    <message>
-        <source>File</source>
-        <translation>Datei</translation>
-    </message>
-    <message>
-        <source>It cannot be read, or is empty</source>
-        <translation>Sie kann nicht gelesen werden oder ist leer</translation>
-    </message>
-    <message>
-        <source>It does not begin with a grid: six numbers for south, north, west, east and the cell sizes north-south and east-west</source>
-        <translation>Sie beginnt nicht mit einem Gitter: sechs Zahlen für Süd, Nord, West, Ost und die Zellgrößen Nord-Süd und Ost-West</translation>
-    </message>
-    <message>
-        <source>It has fewer heights than its grid has nodes, or one that is no number</source>
-        <translation>Sie hat weniger Höhen als ihr Gitter Knoten, oder eine, die keine Zahl ist</translation>
-    </message>
-    <message>
-        <source>No data</source>
-        <translation>Keine Daten</translation>
-    </message>
-    <message>
-        <source>Offset</source>
-        <translation>Versatz</translation>
-    </message>
-    <message>
-        <source>Open height file</source>
-        <translation>Höhendatei öffnen</translation>
-    </message>
-    <message>
-        <source>Plane Reference System</source>
-        <translation>Lagebezugssystem</translation>
-    </message>
-    <message>
-        <source>Reference System</source>
-        <translation>Bezugssystem</translation>
-    </message>
-    <message>
-        <source>Step north to south</source>
-        <translation>Schritt von Nord nach Süd</translation>
-    </message>
-    <message>
-        <source>Step west to east</source>
-        <translation>Schritt von West nach Ost</translation>
-    </message>
-    <message>
-        <source>Table</source>
-        <translation>Tabelle</translation>
-    </message>
-    <message>
-        <source>The data grid is not complete, or has limits in the wrong order</source>
-        <translation>Das Datengitter ist nicht vollständig, oder seine Grenzen sind vertauscht</translation>
-    </message>
-    <message>
-        <source>The height file "%1" cannot be used.</source>
-        <translation>Die Höhendatei „%1“ kann nicht verwendet werden.</translation>
-    </message>
-    <message>
-        <source>The heights of the file cannot be brought into the plane of the data</source>
-        <translation>Die Höhen der Datei lassen sich nicht in das Lagesystem der Daten bringen</translation>
-    </message>
-    <message>
-        <source>The plane system of a file must not have a height system of its own</source>
-        <translation>Das Lagesystem einer Datei darf kein eigenes Höhensystem haben</translation>
-    </message>
-    <message>
-        <source>The record names no file</source>
-        <translation>Der Datensatz nennt keine Datei</translation>
-    </message>
-    <message>
-        <source>This system has no height system</source>
-        <translation>Dieses System hat kein Höhensystem</translation>
-    </message>
-    <message>
-        <source>Unit</source>
-        <translation>Einheit</translation>
-    </message>
-    <message>
-        <source>Use another reference system</source>
-        <translation>Anderes Bezugssystem verwenden</translation>
-    </message>
-    <message>
-        <source>Vertical Data File</source>
-        <translation>Höhendatei</translation>
-    </message>
-    <message>
-        <source>Vertical Offset</source>
-        <translation>Höhenversatz</translation>
     </message>
 </context>
 </TS>

@@ -351,6 +351,58 @@ TEST_F(PlaneSystemEdit, AnotherProjectionIsAnotherPlane) {
   EXPECT_EQ(HeightRecords(), 1);
 }
 
+// Makes an offset in metres, as far as what the dialog shows lets it.
+void MakeOffset(QWidget& heights, const char* name) {
+  auto& radio = Child<QAbstractButton>(heights, "radiobtnDataSourceOffset");
+  QTest::mouseClick(&radio, Qt::LeftButton, {}, QPoint(8, radio.height() / 2));
+  Type(heights, "edDataSourceParamsVertOffsetValue", "-2.5");
+  Click(heights, "btnDataSourceParamsVertOffsetUnits");
+  Click(heights, "btnDataCreate");
+  Type(heights, "edName", name);
+  Save(heights);
+}
+
+TEST_F(PlaneSystemEdit, HeightsThatAreMadeHereShareTheFateOfTheSystem) {
+  for (const bool saved : {false, true}) {
+    Locate(kGeodetic);
+    ScreenUser user;
+    user.In<TformQvRfEdit>([&](QWidget& dialog) {
+          Click(dialog, "radiobtnHeightGeoid");
+          Click(dialog, "Button1");
+          EXPECT_TRUE(dialog.isVisible());
+          EXPECT_EQ(TextOf(dialog, "Edit1"), "Quay");
+          saved ? Save(dialog) : Close(dialog);
+        })
+        .In<TformQvRfEdit>([](QWidget& heights) { MakeOffset(heights, "Quay"); })
+        .In<TformQvRfSelector>([](QWidget& units) { Click(units, "bitbtnOk"); });
+    EXPECT_EQ(FormOf(kGeodSystemForm).EditCurrent(), saved);
+    EXPECT_EQ(HeightRecords(), saved ? 1 : 0);
+    EXPECT_EQ(Field("VERT_SYSTEM_AUTOKEY") != 0, saved);
+  }
+}
+
+TEST_F(PlaneSystemEdit, HeightsAreMadeAnewForAnotherPlane) {
+  GiveHeights(kGeodetic, HeightTableTree);
+  Locate(kGeodetic);
+  ScreenUser user;
+  user.In<TformQvRfEdit>([](QWidget& dialog) {
+        Click(dialog, "radiobtnEllipsoid");
+        Save(dialog);
+        EXPECT_EQ(RefusedControls(dialog, kGeodSystemForm), "Edit1") << "no datum any more";
+        Click(dialog, "Button1");
+        EXPECT_EQ(TextOf(dialog, "Edit1"), "Quay");
+        Save(dialog);
+      })
+      .In<TformQvRfEdit>([](QWidget& heights) {
+        EXPECT_EQ(TextOf(heights, "edName"), "Alps") << "the copy";
+        MakeOffset(heights, "Quay");
+      })
+      .In<TformQvRfSelector>([](QWidget& units) { Click(units, "bitbtnOk"); });
+  EXPECT_TRUE(FormOf(kGeodSystemForm).EditCurrent());
+  EXPECT_EQ(HeightRecords(), 1);
+  EXPECT_THAT(HeightFiles(), IsEmpty());
+}
+
 TEST_F(PlaneSystemEdit, HeightsNeedAWholePlane) {
   for (const auto* form : {&kGeodSystemForm, &kProjSystemForm}) {
     const char* axis = form->type == 4 ? "edLatitudeAbbr" : "edHeightAbbr";
