@@ -245,16 +245,22 @@ void TDescribedEdit::ReadControls() {
   OnRead();
 }
 
+bool TDescribedEdit::CheckRow(std::size_t row) {
+  rows_[row].ClearMark();
+  if (!rows_[row].IsUsed()) return true;
+  const std::optional<TRefusal> refusal = record_.Check(row);
+  if (refusal) rows_[row].Refuse(ErrorColour, ReasonOf(*refusal));
+  return !refusal;
+}
+
+bool TDescribedEdit::CheckRow(std::string_view control) {
+  return CheckRow(QvRefSystem::RowOf(form_, control));
+}
+
 bool TDescribedEdit::CheckRows() {
   bool ok = true;
-  for (std::size_t at = 0; at < rows_.size(); ++at) {
-    rows_[at].ClearMark();
-    if (!rows_[at].IsUsed()) continue;
-    const std::optional<TRefusal> refusal = record_.Check(at);
-    if (!refusal) continue;
-    rows_[at].Refuse(ErrorColour, ReasonOf(*refusal));
-    ok = false;
-  }
+  for (std::size_t at = 0; at < rows_.size(); ++at)
+    ok = CheckRow(at) && ok;
   return CheckMore() && ok;
 }
 

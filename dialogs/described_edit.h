@@ -57,6 +57,10 @@ class TDescribedEdit : public TformQvRfEdit {
   void SetChoice(int choice, std::string_view lead);
   /// Marks a control; the colour is ErrorColour unless another is given.
   void Refuse(std::string_view control, const QString& reason, const QColor& colour = {});
+  /// Takes over what the user has typed.
+  void ReadControls();
+  /// Marks a row that its rule refuses, as far as it is in use; the mark of any other one goes.
+  [[nodiscard]] bool CheckRow(std::string_view control);
   /// Shows what a row holds again in its control.
   void Show(std::string_view control);
   /// Enables or disables a reference: one that is not needed has no key and is not checked, and one
@@ -84,7 +88,7 @@ class TDescribedEdit : public TformQvRfEdit {
   void BeginFilled();
   void ShowValues();
   void ButtonClick(std::size_t row);
-  void ReadControls();
+  [[nodiscard]] bool CheckRow(std::size_t row);
   [[nodiscard]] bool CheckRows();
   [[nodiscard]] bool Write();
   void PlaceAndSize();

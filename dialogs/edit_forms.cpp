@@ -7,6 +7,7 @@
 #include "dialogs/ellipsoid_edit.h"
 #include "dialogs/map_proj_edit.h"
 #include "dialogs/origin_edit.h"
+#include "dialogs/plane_system_edit.h"
 #include "dialogs/simple_edits.h"
 #include "dialogs/unit_edit.h"
 #include "platform/geocore/system_model.h"
@@ -51,6 +52,10 @@ constexpr std::array kEditForms{
                 &Get<TformQvRfRefSystemLocalEdit>},
     EditFormRow{kReferenceSystem, static_cast<int>(SystemKind::kGeocentric),
                 &Get<TformQvRfRefSystemGeocEdit>},
+    EditFormRow{kReferenceSystem, static_cast<int>(SystemKind::kGeodetic),
+                &Get<TformQvRfRefSystemGeodEdit>},
+    EditFormRow{kReferenceSystem, static_cast<int>(SystemKind::kProjected),
+                &Get<TformQvRfRefSystemProjEdit>},
     EditFormRow{kReferenceSystem, static_cast<int>(SystemKind::kTopocentric),
                 &Get<TformQvRfRefSystemTopoEdit>},
 };

@@ -9,6 +9,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSplitter>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -258,15 +259,29 @@ void TRowControls::SetLimit(int characters) {
 
 TRowLayout::TRowLayout(QVBoxLayout* place) : place_(place) {}
 
-void TRowLayout::BeginColumn(const TRowControls& row) {
+void TRowLayout::AddColumn(QWidget* column) {
   if (columns_ == nullptr) {
     columns_ = new QHBoxLayout;
     // What belongs to one column stands closer together than the columns do.
-    columns_->setSpacing(row.Control()->fontMetrics().height());
+    columns_->setSpacing(column->fontMetrics().height());
     place_->addLayout(columns_);
   }
+  columns_->addWidget(column, 1);
+}
+
+// Boxes share the width as the user wishes.
+void TRowLayout::AddBox(QWidget* box) {
+  if (boxes_ == nullptr) {
+    boxes_ = new QSplitter(Qt::Horizontal, box->parentWidget());
+    boxes_->setChildrenCollapsible(false);
+    place_->addWidget(boxes_);
+  }
+  boxes_->addWidget(box);
+}
+
+void TRowLayout::BeginColumn(const TRowControls& row) {
   QWidget* box = row.Control();
-  columns_->addWidget(box, 1);
+  row.Row().kind == TRowKind::kBox ? AddBox(box) : AddColumn(box);
   auto* inside = new QVBoxLayout(box);
   if (row.Row().kind == TRowKind::kColumn) inside->setContentsMargins(0, 0, 0, 0);
   if (row.Lead() != nullptr) inside->addWidget(row.Lead());
@@ -278,6 +293,7 @@ void TRowLayout::BeginColumn(const TRowControls& row) {
 
 void TRowLayout::EndColumns() {
   columns_ = nullptr;
+  boxes_ = nullptr;
   grid_ = nullptr;
 }
 
@@ -293,7 +309,7 @@ void TRowLayout::Add(const TRowControls& row) {
   if (grid_ == nullptr) {
     grid_ = new QGridLayout;
     grid_->setColumnStretch(1, 1);
-    place_->addLayout(grid_, 1);
+    place_->addLayout(grid_);
     wholes_.push_back(grid_);
   }
   const int line = grid_->rowCount();
@@ -306,13 +322,17 @@ void TRowLayout::Add(const TRowControls& row) {
     row.Lead()->setContentsMargins(0, frame, 0, 0);
   }
   if (row.Lead() != nullptr) {
-    grid_->addWidget(row.Lead(), line, 0, top);
-    if (columns_ == nullptr) leadWidth_ = std::max(leadWidth_, row.Lead()->sizeHint().width());
+    // A button takes clicks only where its mark and caption are.
+    const Qt::Alignment tight = row.LeadButton() != nullptr ? Qt::AlignLeading : Qt::Alignment();
+    grid_->addWidget(row.Lead(), line, 0, top | tight);
+    if (columns_ == nullptr && boxes_ == nullptr)
+      leadWidth_ = std::max(leadWidth_, row.Lead()->sizeHint().width());
   }
   if (row.Control() == nullptr) return;
   grid_->addWidget(row.Control(), line, 1, 1, row.Button() == nullptr ? 2 : 1);
   if (row.Button() != nullptr) grid_->addWidget(row.Button(), line, 2);
   grid_->setRowStretch(line, stretch);
+  if (stretch > 0) place_->setStretchFactor(grid_, 1);
 }
 
 }  // namespace QvRefSystem

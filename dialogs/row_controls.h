@@ -12,6 +12,7 @@ class QComboBox;
 class QGridLayout;
 class QHBoxLayout;
 class QPushButton;
+class QSplitter;
 class QVBoxLayout;
 class QWidget;
 
@@ -80,12 +81,15 @@ class TRowLayout {
   void Align();
 
  private:
+  void AddColumn(QWidget* column);
+  void AddBox(QWidget* box);
   void BeginColumn(const TRowControls& row);
   void EndColumns();
 
   QVBoxLayout* place_;
   QGridLayout* grid_ = nullptr;
   QHBoxLayout* columns_ = nullptr;
+  QSplitter* boxes_ = nullptr;
   /// The grids that take the whole width, and the width of their widest lead.
   std::vector<QGridLayout*> wholes_;
   int leadWidth_ = 0;

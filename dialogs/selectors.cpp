@@ -61,25 +61,8 @@ TTypedSelector::TTypedSelector(QWidget* owner, const TSelectorTraits& traits,
 
 TformQvRfEdit* TTypedSelector::EditFormOf(int type) {
   TformQvRfEdit* form = type == 0 ? nullptr : GetEditForm(this, Processor->Descriptor().type, type);
-  if (form != nullptr) {
-    TellType(*form, type);
-  } else {
-    TellNoDialog(type);
-  }
+  if (form != nullptr) TellType(*form, type);
   return form;
-}
-
-// A number that is no type has no name to be told by; nothing happens for it.
-void TTypedSelector::TellNoDialog(int type) {
-  const TQvRfDataProcessor* types = ProcessorFor(Data(), static_cast<int>(typeObject_));
-  const auto row = types == nullptr ? QvPlatform::TRowView() : types->RowOfKey(type);
-  if (!row) return;
-  const int name = types->DataSet->FieldByName("NAME").GetIndex();
-  const QString text =
-      QvPlatform::Translated("There is no edit dialog for objects of this type yet: %1")
-          .arg(QvPlatform::ToQt(row.GetText(name)));
-  Data().Ui().ShowMessage(QvPlatform::MessageKind::kPlain, QvPlatform::FromQt(text),
-                          QvPlatform::MessageButtons::kOk);
 }
 
 int TTypedSelector::TypeOfNew() {

@@ -57,7 +57,6 @@ class TTypedSelector : public TformQvRfSelector {
   void bitbtnEditClick();
   /// Null for a type without an edit dialog, which is told, and for a number that is no type.
   [[nodiscard]] TformQvRfEdit* EditFormOf(int type);
-  void TellNoDialog(int type);
 
   const TObjectType typeObject_;
 };

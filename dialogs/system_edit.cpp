@@ -34,7 +34,7 @@ void TSystemEdit::OnNewRecord() {
   const TRowView type = types.FindFirst({QvPlatform::TMatch::Integer(column("TYPE"), type_)});
   if (hasHandedness_) SetChoice(kHandedness, type ? RadioOf(type.GetInteger(column(kSwap))) : "");
   if (!type) return;
-  for (const char* control : {"edXname", "edYname", "edZname"}) {
+  for (const char* control : AxesOfType()) {
     ValueOf(control).text = type.GetText(column(RowOf(control).Row().column));
     Show(control);
   }

@@ -5,8 +5,8 @@
 
 namespace QvRefSystem {
 
-/// The dialog of the simpler kinds of reference systems: a new system has the names and the
-/// handedness of axes that its type tells.
+/// The dialog of a reference system: a new one has the names and the handedness of axes that its
+/// type tells.
 class TSystemEdit : public TDescribedEdit {
  public:
   TSystemEdit(QWidget* owner, const TFormDescription& form);
@@ -15,6 +15,10 @@ class TSystemEdit : public TDescribedEdit {
   void OnNewRecord() override;
   void OnEditRecord() override;
   void WriteMore(QvPlatform::TQvDataSet& dataSet) override;
+  /// The controls of the axes that the type names.
+  [[nodiscard]] virtual std::vector<const char*> AxesOfType() const {
+    return {"edXname", "edYname", "edZname"};
+  }
   /// NAME of the object with that key; "" if there is none. Moves no cursor.
   [[nodiscard]] QString NameOf(TObjectType object, int key) const;
 

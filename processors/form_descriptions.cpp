@@ -198,10 +198,11 @@ constexpr TFormDescription kRefSystemTypeForm =
 
 std::span<const TFormDescription* const> FormDescriptions() {
   static constexpr std::array kForms{
-      &kLinearUnitForm,    &kAngularUnitForm,    &kScaleUnitForm,   &kEllipsoidForm,
-      &kPrimeMeridianForm, &kDatumForm,          &kMolodenskyForm,  &kBursaWolfForm,
-      &kMapProjForm,       &kCartSystemForm,     &kGeocSystemForm,  &kLocalSystemForm,
-      &kTopoSystemForm,    &kDatumShiftTypeForm, &kMapProjTypeForm, &kRefSystemTypeForm};
+      &kLinearUnitForm,    &kAngularUnitForm,  &kScaleUnitForm,  &kEllipsoidForm,
+      &kPrimeMeridianForm, &kDatumForm,        &kMolodenskyForm, &kBursaWolfForm,
+      &kMapProjForm,       &kCartSystemForm,   &kGeocSystemForm, &kLocalSystemForm,
+      &kTopoSystemForm,    &kGeodSystemForm,   &kProjSystemForm, &kDatumShiftTypeForm,
+      &kMapProjTypeForm,   &kRefSystemTypeForm};
   return kForms;
 }
 

@@ -112,8 +112,7 @@ bool TQvRfRefSystemDataProcessor::WriteStep(TStringTree* tree, Step step, const 
     case kDatumOrEllipsoid:
       return WriteDatumOrEllipsoid(tree, record);
     case kPositiveLongitude:
-      return !IsPositiveLongitude(record.key) ||
-             EnsureField(tree, 1111, 0, "1", "positive longitude");
+      return !IsPositiveLongitude(record.key) || WritePositiveLongitude(tree);
     case kProjection:
       return WriteSubobject(tree, TObjectType::kMapProjection, record.mapProjection, 1300);
     case kMifProjectionType:
@@ -189,7 +188,8 @@ bool TQvRfRefSystemDataProcessor::WriteGeneratedPrimary(TStringTree* tree, const
       WriteGeneratedRadian(primary) &&
       WriteSubobject(primary, TObjectType::kPrimeMeridian, record.primeMeridian, 1101) &&
       WriteUnitInHeights(primary, record, true) && WriteDatumOrEllipsoid(primary, record);
-  if (written) WriteGeoTiffCodes(primary, kGeodetic, record.key);
+  // A system that is not stored has no codes yet.
+  if (written && record.key != 0) WriteGeoTiffCodes(primary, kGeodetic, record.key);
   return written;
 }
 
@@ -213,6 +213,10 @@ void TQvRfRefSystemDataProcessor::WriteGeoTiffCodes(TStringTree* tree, int kind,
             FindFilledCode(kTypes, kind, TParamTag::kGeoTiff));
   WriteCode(tree, 102005, "GeoTIFF ref.system code",
             FindFilledCode(ObjectType, owner, TParamTag::kGeoTiff));
+}
+
+bool TQvRfRefSystemDataProcessor::WritePositiveLongitude(TStringTree* tree) {
+  return EnsureField(tree, 1111, 0, "1", "positive longitude");
 }
 
 bool TQvRfRefSystemDataProcessor::IsPositiveLongitude(int key) const {

@@ -8,6 +8,7 @@ namespace QvRefSystem {
 
 class TQvRfMapProjDataProcessor;
 class TVerticalRecords;
+struct TUnstoredSystem;
 
 /// Reference systems: the object that hosts ask for. The six kinds share a head and differ in the
 /// members of their bodies, which stand as lists of steps.
@@ -18,6 +19,15 @@ class TQvRfRefSystemDataProcessor final : public TQvRfDataProcessor {
   bool GetInfoLines(TStrings* lines) override;
   /// A null tree writes nothing and answers whether the current record can be located again.
   bool WriteToTree(TStringTree* tree, int id, int index) override;
+  /// Writes a geodetic or projected system into an empty tree as its record would be, without
+  /// codes and heights; a projected one with a geodetic primary that is made up for it. False if
+  /// something that it refers to is missing. The current record stays.
+  [[nodiscard]] bool WriteUnstored(TStringTree* tree, const TUnstoredSystem& system);
+  /// Whether the longitudes of the geodetic system with that key run from 0 to 360 degrees; the
+  /// first row beside the record that tells it decides.
+  [[nodiscard]] bool IsPositiveLongitude(int key) const;
+  /// Writes that row, or removes it; one that tells the same is left as it is.
+  void StorePositiveLongitude(int key, bool on);
 
  protected:
   [[nodiscard]] bool WriteContent(TStringTree* tree) override;
@@ -62,7 +72,8 @@ class TQvRfRefSystemDataProcessor final : public TQvRfDataProcessor {
   [[nodiscard]] bool WriteVertical(TStringTree* tree, const Record& record);
   void WriteCode(TStringTree* tree, int id, std::string_view label, const std::string* code);
   void WriteGeoTiffCodes(TStringTree* tree, int kind, int owner);
-  [[nodiscard]] bool IsPositiveLongitude(int key) const;
+  [[nodiscard]] bool WritePositiveLongitude(TStringTree* tree);
+  [[nodiscard]] bool WriteHead(TStringTree* tree, const TUnstoredSystem& system);
 
   void WriteMifExport(TStringTree* tree, const Record& record);
   [[nodiscard]] bool FillMifExport(TStringTree* tree, TStringTree* exported, const Record& record);

@@ -123,6 +123,95 @@ static_assert(IsSound(kTopoRows));
 constexpr std::array kTopoFixed{TypeOf(SystemKind::kTopocentric), kNoAngularUnit, kNoDatum,
                                 kNoEllipsoid, kNoPrimeMeridian};
 
+// Geodetic and projected systems.
+
+constexpr TFormRow PlaneAxis(const char* control, const char* lead, const char* caption,
+                             const char* column) {
+  return TextRow(control, lead, caption, column, TRule::kNotEmpty);
+}
+constexpr TFormRow kDatumRow =
+    Led(ReferenceRow("edDatum", "btnDatum", "radiobtnDatum", "Datum", "DATUM_AUTOKEY", kDatum),
+        TLeadKind::kRadio, kGround);
+constexpr TFormRow kEllipsoidRow =
+    Led(ReferenceRow("edEllipsoid", "btnEllipsoid", "radiobtnEllipsoid", "Ellipsoid",
+                     "ELLIPSOID_AUTOKEY", kEllipsoid),
+        TLeadKind::kRadio, kGround);
+constexpr TFormRow kMeridianRow =
+    ReferenceRow("edPrimeMeridian", "btnPrimeMeridian", "lblPrimeMeridian", "Prime meridian",
+                 "PRIME_MERIDIAN_AUTOKEY", kPrimeMeridian, TNewKey::kLastUsed);
+
+constexpr TFormRow kHeightBox = BoxRow("grboxHeightSystem", " Height System ");
+constexpr TFormRow kHeightEllipsoidRow{.kind = TRowKind::kChoice,
+                                       .lead = "radiobtnHeightEllipsoid",
+                                       .caption = "Heights above ellipsoid",
+                                       .leadKind = TLeadKind::kRadio,
+                                       .choice = kHeightSurface};
+constexpr TFormRow kGeoidRow =
+    Led(ReferenceRow("Edit1", "Button1", "radiobtnHeightGeoid", "User-defined geoid",
+                     "VERT_SYSTEM_AUTOKEY", kVerticalReferenceSystem),
+        TLeadKind::kRadio, kHeightSurface);
+/// The geoids of the machine are its items; the dialog itself refuses that none is chosen.
+constexpr TFormRow kSystemGeoidRow = [] {
+  TFormRow row = ListRow("comboSystemGeoids", "radiobtnHeightSystemGeoid", "Predefined geoid", {});
+  row.rule = TRule::kNone;
+  return Led(row, TLeadKind::kRadio, kHeightSurface);
+}();
+
+constexpr std::array kGeodRows{
+    kNameRow,
+    kAbbreviationRow,
+    kDatumRow,
+    kEllipsoidRow,
+    kMeridianRow,
+    BoxRow("grboxLatLon", " Latitude/Longitude "),
+    ReferenceRow("edAngularUnit", "btnAngularUnit", "lblAngularUnit", "Unit",
+                 "ANGULAR_UNIT_AUTOKEY", kAngularUnit, TNewKey::kLastUsed),
+    PlaneAxis("edLatitudeAbbr", "lblLatitudeAbbr", "Latitude Abbreviation", "COORD1_ABBR"),
+    PlaneAxis("edLongitudeAbbr", "lblLongitudeAbbr", "Longitude Abbreviation", "COORD2_ABBR"),
+    TFormRow{.kind = TRowKind::kChoice,
+             .lead = "chboxPositiveLongitude",
+             .caption = "Positive Longitude",
+             .leadKind = TLeadKind::kCheck},
+    BoxRow("grboxHeight", " Height "),
+    ReferenceRow("edLinearUnit", "btnLinearUnit", "lblLinearUnit", "Unit", "LINEAR_UNIT_AUTOKEY",
+                 kLinearUnit, TNewKey::kLastUsed),
+    PlaneAxis("edHeightAbbr", "lblHeightAbbr", "Abbreviation", "COORD3_ABBR"),
+    kEndColumns,
+    kHeightBox,
+    kHeightEllipsoidRow,
+    kGeoidRow,
+    kSystemGeoidRow,
+    kEndColumns,
+    kDescriptionRow};
+static_assert(IsSound(kGeodRows));
+constexpr std::array kGeodFixed{TypeOf(SystemKind::kGeodetic)};
+
+constexpr std::array kProjRows{
+    kNameRow,
+    kAbbreviationRow,
+    kDatumRow,
+    kEllipsoidRow,
+    kLinearUnitRow,
+    kMeridianRow,
+    ReferenceRow("edMapProjection", "btnMapProjection", "lblMapProjection", "Map projection",
+                 "MAP_PROJ_AUTOKEY", kMapProjection),
+    PlaneAxis("edFirstCoordName", "lblFirstCoordName", "First plane axis name", "COORD1_ABBR"),
+    PlaneAxis("edSecondCoordName", "lblSecondCoordName", "Second plane axis name", "COORD2_ABBR"),
+    PlaneAxis("edHeightAbbr", "lblHeightAbbr", "Height axis name", "COORD3_ABBR"),
+    kHeightBox,
+    kHeightEllipsoidRow,
+    kGeoidRow,
+    kSystemGeoidRow,
+    kEndColumns,
+    [] {
+      TFormRow row = kDescriptionRow;
+      row.caption = "Description   ";
+      return row;
+    }()};
+static_assert(IsSound(kProjRows));
+constexpr std::array kProjFixed{TypeOf(SystemKind::kProjected),
+                                TFixedValue{.column = "ANGULAR_UNIT_AUTOKEY", .value = 0}};
+
 constexpr TFormDescription SystemForm(SystemKind kind, const char* caption,
                                       std::span<const TFormRow> rows,
                                       std::span<const TFixedValue> fixed, double height) {
@@ -149,5 +238,10 @@ constexpr TFormDescription kLocalSystemForm =
 constexpr TFormDescription kTopoSystemForm =
     SystemForm(SystemKind::kTopocentric, "Edit Topocentric Horizontal Reference System", kTopoRows,
                kTopoFixed, kThird);
+// These two are as large as what they hold.
+constexpr TFormDescription kGeodSystemForm =
+    SystemForm(SystemKind::kGeodetic, "Edit geodetic reference system", kGeodRows, kGeodFixed, 0);
+constexpr TFormDescription kProjSystemForm =
+    SystemForm(SystemKind::kProjected, "Edit projected reference system", kProjRows, kProjFixed, 0);
 
 }  // namespace QvRefSystem

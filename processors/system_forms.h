@@ -2,15 +2,21 @@
 
 #include "processors/form_description.h"
 
-/// The edit dialogs of the simpler kinds of reference systems.
+/// The edit dialogs of reference systems.
 namespace QvRefSystem {
 
 /// The group of the radio buttons that tell the handedness of a system's axes.
 inline constexpr int kHandedness = 1;
+/// Geodetic and projected systems: the groups of those that tell whether they stand on a datum or
+/// on an ellipsoid alone, and from where their heights count.
+inline constexpr int kGround = 2;
+inline constexpr int kHeightSurface = 3;
 
 extern const TFormDescription kCartSystemForm;
 extern const TFormDescription kGeocSystemForm;
 extern const TFormDescription kLocalSystemForm;
 extern const TFormDescription kTopoSystemForm;
+extern const TFormDescription kGeodSystemForm;
+extern const TFormDescription kProjSystemForm;
 
 }  // namespace QvRefSystem

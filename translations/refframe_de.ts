@@ -20,8 +20,20 @@
         <translation> Datenquelle </translation>
     </message>
     <message>
+        <source> Height </source>
+        <translation> Höhe </translation>
+    </message>
+    <message>
+        <source> Height System </source>
+        <translation> Höhensystem </translation>
+    </message>
+    <message>
         <source> Information </source>
         <translation> Information </translation>
+    </message>
+    <message>
+        <source> Latitude/Longitude </source>
+        <translation> Breite/Länge </translation>
     </message>
     <message>
         <source> Offset value </source>
@@ -360,6 +372,10 @@
         <translation>Beschreibung</translation>
     </message>
     <message>
+        <source>Description   </source>
+        <translation>Beschreibung   </translation>
+    </message>
+    <message>
         <source>Details</source>
         <translation>Details</translation>
     </message>
@@ -412,6 +428,10 @@
         <translation>Geodätisches Datum bearbeiten</translation>
     </message>
     <message>
+        <source>Edit geodetic reference system</source>
+        <translation>Geodätisches Bezugssystem bearbeiten</translation>
+    </message>
+    <message>
         <source>Edit height system</source>
         <translation>Höhensystem bearbeiten</translation>
     </message>
@@ -432,6 +452,10 @@
         <translation>Nullmeridian bearbeiten</translation>
     </message>
     <message>
+        <source>Edit projected reference system</source>
+        <translation>Projiziertes Bezugssystem bearbeiten</translation>
+    </message>
+    <message>
         <source>Edit reference ellipsoid</source>
         <translation>Bezugsellipsoid bearbeiten</translation>
     </message>
@@ -442,6 +466,10 @@
     <message>
         <source>Edit scale unit</source>
         <translation>Maßstabseinheit bearbeiten</translation>
+    </message>
+    <message>
+        <source>Either a datum or an ellipsoid must be chosen</source>
+        <translation>Ein Datum oder ein Ellipsoid muss ausgewählt werden</translation>
     </message>
     <message>
         <source>Ellipsoid</source>
@@ -472,6 +500,10 @@
         <translation>Name der ersten Achse</translation>
     </message>
     <message>
+        <source>First plane axis name</source>
+        <translation>Name der ersten Lageachse</translation>
+    </message>
+    <message>
         <source>Flattening</source>
         <translation>Abplattung</translation>
     </message>
@@ -492,8 +524,16 @@
         <translation>Graustufen</translation>
     </message>
     <message>
+        <source>Height axis name</source>
+        <translation>Name der Höhenachse</translation>
+    </message>
+    <message>
         <source>Height units</source>
         <translation>Einheit der Höhen</translation>
+    </message>
+    <message>
+        <source>Heights above ellipsoid</source>
+        <translation>Höhen über dem Ellipsoid</translation>
     </message>
     <message>
         <source>Heights by colour</source>
@@ -556,6 +596,10 @@
         <translation>Einheit von Breite &amp; Länge</translation>
     </message>
     <message>
+        <source>Latitude Abbreviation</source>
+        <translation>Abkürzung der Breite</translation>
+    </message>
+    <message>
         <source>Left handed</source>
         <translation>Linkshändig</translation>
     </message>
@@ -590,6 +634,10 @@
     <message>
         <source>Longitude</source>
         <translation>Länge</translation>
+    </message>
+    <message>
+        <source>Longitude Abbreviation</source>
+        <translation>Abkürzung der Länge</translation>
     </message>
     <message>
         <source>Major semi-axis</source>
@@ -754,6 +802,18 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Lagebezugssystem</translation>
     </message>
     <message>
+        <source>Plane reference system must be completely defined before specifying height system</source>
+        <translation>Das Lagebezugssystem muss vollständig definiert sein, bevor das Höhensystem festgelegt werden kann</translation>
+    </message>
+    <message>
+        <source>Positive Longitude</source>
+        <translation>Positive Länge (0° bis 360°)</translation>
+    </message>
+    <message>
+        <source>Predefined geoid</source>
+        <translation>Vordefiniertes Geoid</translation>
+    </message>
+    <message>
         <source>Previous row whose name contains the text (Shift+F3)</source>
         <translation>Vorige Zeile, deren Name den Text enthält (Umschalt+F3)</translation>
     </message>
@@ -902,6 +962,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Name der zweiten Achse</translation>
     </message>
     <message>
+        <source>Second plane axis name</source>
+        <translation>Name der zweiten Lageachse</translation>
+    </message>
+    <message>
         <source>Select</source>
         <translation>Auswahl:</translation>
     </message>
@@ -974,8 +1038,16 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Das Datengitter ist nicht vollständig, oder seine Grenzen sind vertauscht</translation>
     </message>
     <message>
+        <source>The ellipsoid of the datum is missing</source>
+        <translation>Das Ellipsoid des Datums fehlt</translation>
+    </message>
+    <message>
         <source>The height file "%1" cannot be used.</source>
         <translation>Die Höhendatei „%1“ kann nicht verwendet werden.</translation>
+    </message>
+    <message>
+        <source>The heights cannot be checked while the system is not complete</source>
+        <translation>Die Höhen lassen sich nicht prüfen, solange das System unvollständig ist</translation>
     </message>
     <message>
         <source>The heights of the file cannot be brought into the plane of the data</source>
@@ -1030,16 +1102,16 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Bei „%1“ gibt es keine Datenbank.</translation>
     </message>
     <message>
-        <source>There is no edit dialog for objects of this type yet: %1</source>
-        <translation>Für Objekte dieser Art gibt es noch keinen Dialog zum Bearbeiten: %1</translation>
-    </message>
-    <message>
         <source>There is no edit dialog for these objects yet</source>
         <translation>Für diese Objekte gibt es noch keinen Bearbeitungsdialog</translation>
     </message>
     <message>
         <source>There is nothing here yet.</source>
         <translation>Hier gibt es noch nichts.</translation>
+    </message>
+    <message>
+        <source>These heights were made for another plane; make them anew</source>
+        <translation>Diese Höhen wurden für ein anderes Lagesystem erstellt; erstellen Sie sie neu</translation>
     </message>
     <message>
         <source>These units</source>
@@ -1100,6 +1172,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>Use another reference system</source>
         <translation>Anderes Bezugssystem verwenden</translation>
+    </message>
+    <message>
+        <source>User-defined geoid</source>
+        <translation>Benutzerdefiniertes Geoid</translation>
     </message>
     <message>
         <source>Value</source>

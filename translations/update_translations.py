@@ -5,7 +5,8 @@
 
 The texts are those in quotes within Translated("...") and Translatable("..."), the rows of the
 catalogue in platform/ui/texts.cpp, and what the descriptions of edit dialogs show: there every text
-is one that begins with a capital letter and is no column of a table. New ones are added to each refframe_*.ts as unfinished, and
+is one that begins with a capital letter (a box's with a blank ahead of it) and is neither a column
+of a table nor a numbered control. New ones are added to each refframe_*.ts as unfinished, and
 those that are gone are taken out. The check changes nothing, and fails on a text without a finished
 translation, on one too many, and on a translation that lost a part of its text: a placeholder, the
 mark of a key, the dots of a command that asks further, a mask of files.
@@ -22,7 +23,7 @@ LITERALS = rf"((?:{LITERAL}\s*)+)"
 CALL = re.compile(rf"\bTranslat(?:ed|able)\(\s*{LITERALS}")
 ROW = re.compile(rf"TextRow\{{TextId::\w+,\s*{LITERALS}")
 FORMS = ("processors/*form*.h", "processors/*form*.cpp", "processors/axis_directions.h")
-CAPTION = re.compile(r'"([A-Z][^"\\]*[a-z][^"\\]*)"')
+CAPTION = re.compile(r'"(?!(?:Edit|Button)\d+")( ?[A-Z][^"\\]*[a-z][^"\\]*)"')
 ESCAPES = {"n": "\n", "t": "\t", '"': '"', "\\": "\\"}
 
 

@@ -31,6 +31,8 @@ constexpr std::array kTexts = {
     TextRow{TextId::kInfoDescription, "Description"},
     TextRow{TextId::kInfoAbbreviation, "Abbreviation"},
     TextRow{TextId::kInfoLongitude, "Longitude"},
+    TextRow{TextId::kPlaneNotDefined,
+            "Plane reference system must be completely defined before specifying height system"},
     TextRow{TextId::kLoadingHeights, "Loading geoid undulation data"},
     TextRow{TextId::kRecalculatingHeights, "Recalculating geoid undulation data"},
     TextRow{TextId::kCellTooGreat, "Cell size is greater than table size!"},

@@ -25,6 +25,7 @@ enum class TextId : int {
   kInfoDescription = 36782,
   kInfoAbbreviation = 36783,
   kInfoLongitude = 36784,
+  kPlaneNotDefined = 36788,
   kLoadingHeights = 36789,
   kRecalculatingHeights = 36790,
   kCellTooGreat = 36791,
