@@ -1,6 +1,7 @@
 #include "dialogs/plane_system_edit.h"
 
 #include <QComboBox>
+#include <QLayout>
 #include <algorithm>
 
 #include "dialogs/edit_forms.h"
@@ -285,11 +286,13 @@ void TPlaneSystemEdit::CancelEdit() {
 
 TformQvRfRefSystemGeodEdit::TformQvRfRefSystemGeodEdit(QWidget* owner)
     : TPlaneSystemEdit(owner, kGeodSystemForm) {
-  // Units of the screen at its usual density.
-  constexpr int kLeast = 181;
-  constexpr int kLeastOfHeight = 251;
-  RowOf("grboxLatLon").Control()->setMinimumWidth(kLeast);
-  RowOf("grboxHeight").Control()->setMinimumWidth(kLeastOfHeight);
+  // The splitter between the boxes keeps these widths on its left and on its right.
+  constexpr std::pair<const char*, int> kLeast[] = {{"grboxLatLon", 181}, {"grboxHeight", 251}};
+  for (const auto& [name, width] : kLeast) {
+    QWidget* box = RowOf(name).Control();
+    // A least width of its own would take the place of the one that its content needs.
+    box->setMinimumWidth(std::max(width, box->layout()->totalMinimumSize().width()));
+  }
 }
 
 std::vector<const char*> TformQvRfRefSystemGeodEdit::AxesOfType() const {

@@ -13,7 +13,6 @@
 #include "dialogs/ellipsoid_edit.h"
 #include "dialogs/guarded.h"
 #include "dialogs/legacy_tool.h"
-#include "platform/widgets/qt_text.h"
 
 namespace QvRefSystem {
 namespace {

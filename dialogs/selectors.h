@@ -55,7 +55,7 @@ class TTypedSelector : public TformQvRfSelector {
  private:
   void bitbtnNewClick();
   void bitbtnEditClick();
-  /// Null for a type without an edit dialog, which is told, and for a number that is no type.
+  /// Null for a number that is no type.
   [[nodiscard]] TformQvRfEdit* EditFormOf(int type);
 
   const TObjectType typeObject_;
