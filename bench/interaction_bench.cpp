@@ -19,6 +19,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
+#include <iostream>
 #include <memory>
 
 #include "dialogs/database_manager.h"
@@ -52,19 +53,17 @@ void Settle(QWidget& form) {
   benchmark::DoNotOptimize(form.grab());
 }
 
-/// The application and a copy of the delivered database, for all benchmarks.
+/// The application and a copy of the delivered database, for all benchmarks. It goes before the
+/// toolkit's own statics do.
 class TBench {
  public:
-  static TBench& The() {
-    static TBench bench;
-    return bench;
-  }
+  static TBench& The() { return *the_; }
   [[nodiscard]] TformQvRfSelector* New(TObjectType type, QWidget* owner = nullptr) const {
     return GetSelectorFor(owner, static_cast<int>(type));
   }
 
- private:
   TBench() {
+    the_ = this;
     const char* delivered = std::getenv("REFFRAME_DELIVERED");
     if (delivered == nullptr) throw std::runtime_error("REFFRAME_DELIVERED names no database");
     const bool container = std::filesystem::is_regular_file(delivered);
@@ -83,6 +82,11 @@ class TBench {
     data_->CloseDatabase();
     std::filesystem::remove_all(copy_);
   }
+  TBench(const TBench&) = delete;
+  TBench& operator=(const TBench&) = delete;
+
+ private:
+  static inline TBench* the_ = nullptr;
 
   int argc_ = 1;
   char name_[18] = "interaction_bench";
@@ -326,7 +330,7 @@ void SaveEditDialog(benchmark::State& state) {
 }
 BENCHMARK(SaveEditDialog)->Apply(EditedTypes);
 
-// All selectors of the database manager are made when it opens.
+// From the making of the database manager to its drawn list.
 void OpenDatabaseManager(benchmark::State& state) {
   (void)TBench::The();
   QvRefSystem::TQvGeoRefFrameDialogOptions options;
@@ -349,7 +353,13 @@ int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  benchmark::RunSpecifiedBenchmarks();
+  try {
+    const TBench bench;
+    benchmark::RunSpecifiedBenchmarks();
+  } catch (const std::exception& error) {
+    std::cerr << "interaction_bench: " << error.what() << '\n';
+    return 1;
+  }
   benchmark::Shutdown();
   return 0;
 }

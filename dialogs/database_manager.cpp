@@ -75,12 +75,13 @@ void TformGeoRefFrameDatabaseManager::Fill(const TQvGeoRefFrameDialogOptions* op
   if (options != nullptr &&
       (options->DialogMode == kSimpleMode || options->DialogMode == kFullMode)) {
     for (const TObjectType type : kEntries) {
-      TformQvRfSelector* selector = GetSelectorFor(this, static_cast<int>(type));
-      if (selector == nullptr) continue;
+      const TQvRfDataProcessor* processor =
+          ProcessorFor(*datamoduleQvRfData, static_cast<int>(type));
+      if (processor == nullptr) continue;
       std::string text;
-      selector->Processor->GetDisplayNames(&text, nullptr);
+      processor->GetDisplayNames(&text, nullptr);
       auto* entry = new QListWidgetItem(ToQt(text), listboxContent);
-      entry->setData(Qt::UserRole, QVariant::fromValue<QObject*>(selector));
+      entry->setData(Qt::UserRole, static_cast<int>(type));
     }
   }
   listboxContent->setCurrentRow(0);
@@ -93,15 +94,14 @@ void TformGeoRefFrameDatabaseManager::Fill(const TQvGeoRefFrameDialogOptions* op
   UpdateEditButton();
 }
 
-TformQvRfSelector* TformGeoRefFrameDatabaseManager::SelectedSelector() const {
+TformQvRfSelector* TformGeoRefFrameDatabaseManager::SelectedSelector() {
   const QList<QListWidgetItem*> selected = listboxContent->selectedItems();
   if (selected.isEmpty()) return nullptr;
-  return dynamic_cast<TformQvRfSelector*>(
-      selected.constFirst()->data(Qt::UserRole).value<QObject*>());
+  return GetSelectorFor(this, selected.constFirst()->data(Qt::UserRole).toInt());
 }
 
 void TformGeoRefFrameDatabaseManager::UpdateEditButton() {
-  bitbtnEdit->setEnabled(SelectedSelector() != nullptr);
+  bitbtnEdit->setEnabled(!listboxContent->selectedItems().isEmpty());
 }
 
 void TformGeoRefFrameDatabaseManager::bitbtnEditClick() {

@@ -12,14 +12,14 @@ class TformQvRfSelector;
 
 /// Lists the object types, and opens the browsing dialog of one. The data module must be open.
 ///
-/// The selectors belong to the dialog and live as long as it does: one that is opened again shows
-/// what it showed, in the size that the user gave it.
+/// The selectors belong to the dialog, which makes each on first need, and live as long as it does:
+/// one that is opened again shows what it showed, in the size that the user gave it.
 class TformGeoRefFrameDatabaseManager final : public QvPlatform::TModalForm {
  public:
   explicit TformGeoRefFrameDatabaseManager(QWidget* owner);
 
-  /// Lists the object types that the database has, and makes their selectors. A DialogMode that is
-  /// neither simple nor full leaves the list empty.
+  /// Lists the object types that the database has. A DialogMode that is neither simple nor full
+  /// leaves the list empty.
   void Fill(const TQvGeoRefFrameDialogOptions* options);
 
  protected:
@@ -30,7 +30,7 @@ class TformGeoRefFrameDatabaseManager final : public QvPlatform::TModalForm {
   void bitbtnCloseClick() { reject(); }
   void UpdateEditButton();
   /// The selector of the entry that is selected, or null.
-  [[nodiscard]] TformQvRfSelector* SelectedSelector() const;
+  [[nodiscard]] TformQvRfSelector* SelectedSelector();
 
   QListWidget* listboxContent = nullptr;
   QPushButton* bitbtnEdit = nullptr;
