@@ -129,12 +129,20 @@ void TformQvRfTableRasterView::done(int result) {
 void TformQvRfTableRasterView::FormShow(bool first) {
   TModalForm::FormShow(first);
   if (!first) return;
+  KeepOnScreen();
   layout()->activate();
   MainImage->ZoomToFit();
   LenseImage->ZoomCloserThan(*MainImage, kLensSteps);
   for (TBigImageScroll* image : {MainImage, LenseImage})
     image->CentreOn(Marker1->Position());
   MainImage->setFocus();
+}
+
+// The form is larger than its owner, beside which it would reach beyond the screen.
+void TformQvRfTableRasterView::KeepOnScreen() {
+  const QRect room = screen()->availableGeometry();
+  move(std::max(room.left(), std::min(x(), room.right() - width() + 1)),
+       std::max(room.top(), std::min(y(), room.bottom() - height() + 1)));
 }
 
 void TformQvRfTableRasterView::StartImages() {

@@ -27,6 +27,7 @@ class TformQvRfTableRasterView final : public QvPlatform::TModalForm,
 
  private:
   void ConnectControls();
+  void KeepOnScreen();
   void StartImages();
   void DropRaster();
   void ChangeView(int zoom);
