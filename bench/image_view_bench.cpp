@@ -10,6 +10,7 @@
 #include <cmath>
 #include <memory>
 
+#include "bench/sample_geoid.h"
 #include "dialogs/big_image_scroll.h"
 
 namespace {
@@ -29,27 +30,13 @@ QApplication& Application() {
   return application;
 }
 
-const Table& Geoid() {
-  static const std::unique_ptr<Table> table = [] {
-    auto made = std::make_unique<Table>();
-    made->Resize(8640, 4321, 1.0 / 24, 1.0 / 24, 0, -90);
-    for (std::uint32_t i = 0; i < made->CountX; ++i) {
-      for (std::uint32_t j = 0; j < made->CountY; ++j) {
-        made->Set(i, j, 60 * std::sin(i * 0.003) * std::cos(j * 0.005) + std::sin(i * 0.7 + j));
-      }
-    }
-    return made;
-  }();
-  return *table;
-}
-
 // A view over the image at the zoom of the data of the first argument, and steps of the window's
 // zoom from 1:1 of the second. It is dragged, or jumps from corner to corner, so that all of it is
 // read anew.
 void BM_PaintView(benchmark::State& state) {
   Application();
   THeightRaster raster;
-  raster.Setup(&Geoid(), false, false, true, static_cast<int>(state.range(0)));
+  raster.Setup(&SampleGeoid(), false, false, true, static_cast<int>(state.range(0)));
   QvRefSystem::TMarker marker;
   QvRefSystem::TBigImageScroll view(nullptr);
   view.SetMarker(&marker);
@@ -80,7 +67,7 @@ BENCHMARK(BM_PaintView)
 void BM_PaintMarker(benchmark::State& state) {
   Application();
   THeightRaster raster;
-  raster.Setup(&Geoid(), false, false, true, 1);
+  raster.Setup(&SampleGeoid(), false, false, true, 1);
   QvRefSystem::TMarker marker;
   QvRefSystem::TBigImageScroll view(nullptr);
   view.SetMarker(&marker);
@@ -102,7 +89,7 @@ BENCHMARK(BM_PaintMarker)->Unit(benchmark::kMillisecond);
 void BM_PeerPaintOfAHeldImage(benchmark::State& state) {
   Application();
   THeightRaster raster;
-  raster.Setup(&Geoid(), false, false, true, 1);
+  raster.Setup(&SampleGeoid(), false, false, true, 1);
   QImage whole(raster.Width(), raster.Height(), QImage::Format_Indexed8);
   QList<QRgb> colours;
   for (const auto& colour : raster.Palette())

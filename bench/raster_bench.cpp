@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "bench/sample_geoid.h"
 #include "vertical/table_raster.h"
 
 namespace {
@@ -18,25 +19,11 @@ using Raster = QvCommonUtils::TTableDibData<double>;
 constexpr int kWidth = 1920;
 constexpr int kHeight = 1080;
 
-const Table& Geoid() {
-  static const std::unique_ptr<Table> table = [] {
-    auto made = std::make_unique<Table>();
-    made->Resize(8640, 4321, 1.0 / 24, 1.0 / 24, 0, -90);
-    for (std::uint32_t i = 0; i < made->CountX; ++i) {
-      for (std::uint32_t j = 0; j < made->CountY; ++j) {
-        made->Set(i, j, 60 * std::sin(i * 0.003) * std::cos(j * 0.005) + std::sin(i * 0.7 + j));
-      }
-    }
-    return made;
-  }();
-  return *table;
-}
-
 // A window that wanders over the image, at the zoom of the first argument, of every pixel that the
 // second one says.
 void BM_ReadWindow(benchmark::State& state) {
   Raster raster;
-  raster.Setup(&Geoid(), false, false, true, static_cast<int>(state.range(0)));
+  raster.Setup(&SampleGeoid(), false, false, true, static_cast<int>(state.range(0)));
   const int step = static_cast<int>(state.range(1));
   QvCommonUtils::TBitmapHeader header;
   std::vector<std::uint8_t> pixels;

@@ -6,6 +6,7 @@
 #include <random>
 
 #include "platform/storage/stream.h"
+#include "tests/support/legacy_samples.h"
 
 namespace QvPlatform {
 namespace {
@@ -13,22 +14,12 @@ namespace {
 constexpr std::uint32_t kFlags = kLegacyProjected | kLegacyShift | kLegacyZones;
 
 TProjectionInfo311 Sample() {
-  TProjectionInfo311 info;
+  TProjectionInfo311 info = refframe_tests::GaussKrueger();
   info.SystemName = "Lagestatus 110";
   info.ProjectionName = "Gauß-Krüger";
-  info.NorthingFirst = 1;
-  info.Method = 9807;
-  info.EllipsoidName = "Bessel 1841";
-  info.UnitName = "metre";
-  info.UnitFactor = 1;
-  info.SemiMajorAxis = 6377397.155;
-  info.InverseFlattening = 299.1528128;
-  info.DatumName = "DHDN";
   info.ShiftType = 2;
   for (int i = 0; i < 7; ++i)
     info.Shift[i] = i - 2.5;
-  info.ZoneWidth = 3;
-  info.Parameters = {{8801, 0}, {8802, 0}, {8805, 1}, {8806, 500000}, {8807, 0}};
   return info;
 }
 
