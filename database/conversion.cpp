@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <vector>
 
 #include "database/data_module.h"
 #include "platform/ui/texts.h"
@@ -25,44 +26,66 @@ constexpr std::string_view kUnfinished = "_converting";
 constexpr std::string_view kKey = "AUTOKEY";
 constexpr std::string_view kFirstNewField = "VERT_SYSTEM_AUTOKEY";
 
-// Takes a field's content over from the field of that name of another table.
-void CopyField(TQvDataSet& from, TQvDataSet& to, const FieldSpec& field) {
-  TField& source = from.FieldByName(field.name);
-  TField& target = to.FieldByName(field.name);
-  switch (field.type) {
-    case FieldType::kInteger:
-      target.SetInteger(source.AsInteger());
-      break;
-    case FieldType::kFloat:
-    case FieldType::kDateTime:
-      target.SetFloat(source.AsFloat());
-      break;
-    case FieldType::kText:
-      target.SetString(source.AsString());
-      break;
-  }
-}
-
-// A record of the older table: fields ahead of those for heights are copied, numbers behind them
-// begin at 0, and texts stay empty.
-void AppendConverted(TQvDataSet& from, TQvDataSet& to) {
-  to.Append();
-  bool newer = false;
-  for (const FieldSpec& field : TableOf(TableId::kRefSystem).fields) {
-    if (field.name == kKey) continue;
-    newer = newer || field.name == kFirstNewField;
-    if (!newer) {
-      CopyField(from, to, field);
-    } else if (field.type == FieldType::kInteger && field.name != "TRANSFORM_AUTOKEY") {
-      to.FieldByName(field.name).SetInteger(0);
+// What becomes of the records: fields ahead of those for heights are copied by name, numbers behind
+// them begin at 0, and texts stay empty. The tables must stay open while this lives.
+class TConvertedRecords {
+ public:
+  TConvertedRecords(TQvDataSet& from, TQvDataSet& to)
+      : to_(to), fromKey_(from.FieldByName(kKey)), toKey_(to.FieldByName(kKey)) {
+    bool newer = false;
+    for (const FieldSpec& field : TableOf(TableId::kRefSystem).fields) {
+      if (field.name == kKey) continue;
+      newer = newer || field.name == kFirstNewField;
+      if (!newer) {
+        copied_.push_back({field.type, &from.FieldByName(field.name), &to.FieldByName(field.name)});
+      } else if (field.type == FieldType::kInteger && field.name != "TRANSFORM_AUTOKEY") {
+        begun_.push_back(&to.FieldByName(field.name));
+      }
     }
   }
-  to.Post();
-  // The first Post has given the record a key of its own; others refer to it by the old one.
-  to.Edit();
-  to.FieldByName(kKey).SetInteger(from.FieldByName(kKey).AsInteger());
-  to.Post();
-}
+
+  // Adds what the current older record becomes.
+  void Append() {
+    to_.Append();
+    for (const Copy& copy : copied_)
+      copy.Run();
+    for (TField* field : begun_)
+      field->SetInteger(0);
+    to_.Post();
+    // The first Post has given the record a key of its own; others refer to it by the old one.
+    to_.Edit();
+    toKey_.SetInteger(fromKey_.AsInteger());
+    to_.Post();
+  }
+
+ private:
+  struct Copy {
+    FieldType type;
+    TField* from;
+    TField* to;
+
+    void Run() const {
+      switch (type) {
+        case FieldType::kInteger:
+          to->SetInteger(from->AsInteger());
+          break;
+        case FieldType::kFloat:
+        case FieldType::kDateTime:
+          to->SetFloat(from->AsFloat());
+          break;
+        case FieldType::kText:
+          to->SetString(from->AsString());
+          break;
+      }
+    }
+  };
+
+  TQvDataSet& to_;
+  TField& fromKey_;
+  TField& toKey_;
+  std::vector<Copy> copied_;
+  std::vector<TField*> begun_;
+};
 
 void CloseTable(TQvDataSet& dataSet) {
   dataSet.Close();
@@ -114,9 +137,10 @@ void TdatamoduleQvRfData::FillFrom(const std::string& backup) {
                                           QvPlatform::SystemText(QvPlatform::TextId::kConversion),
                                           datasetInternalService.RecordCount());
   QvPlatform::TQvWriteGroup group({&datasetRefSystem});
+  TConvertedRecords records(datasetInternalService, datasetRefSystem);
   for (datasetInternalService.First(); !datasetInternalService.Eof();
        datasetInternalService.Next()) {
-    AppendConverted(datasetInternalService, datasetRefSystem);
+    records.Append();
     // There is no half converted database to stop at.
     if (progress != nullptr) (void)progress->Next();
   }

@@ -2,20 +2,28 @@
 // the way.
 
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/ptrace.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <csignal>
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <limits>
 #include <map>
-#include <thread>
 
 #include "tests/support/test_database.h"
 
 namespace refframe_tests {
 namespace {
 
+namespace fs = std::filesystem;
 using QvPlatform::FieldType;
 using QvPlatform::TQvDataSet;
 using QvRefSystem::FieldSpec;
@@ -56,7 +64,9 @@ class TConversion : public testing::TestWithParam<bool> {
 
   // A database whose reference system table is of the older layout, with these keys in it.
   void MakeOlderDatabase(const std::vector<int>& keys) {
-    path_ = folder_.Path(ResourceForm() ? "refs.qvdb" : "refs");
+    const std::string name = "refs" + std::to_string(keys.size());
+    path_ = folder_.Path(ResourceForm() ? name + ".qvdb" : name);
+    expected_.clear();
     MakeEmptyTables(path_, ResourceForm(), ui_);
     QvPlatform::TQvDbHeader older;
     for (const FieldSpec& field : OlderFields()) {
@@ -201,41 +211,120 @@ TEST_P(TConversion, LeavesTheOldTableWhereTheBackupCannotBeMade) {
   EXPECT_EQ(Open(*data), Expected());
 }
 
-// A process that converts is killed after ever longer times: whatever it left, the next opening
-// finds every record.
-TEST_P(TConversion, OpensWithEverythingAfterAStopAtAnyMoment) {
-  std::vector<int> keys;
-  for (int i = 0; i < 200; ++i)
-    keys.push_back(3 * i + 2);
-  MakeOlderDatabase(keys);
-  std::string older;
-  ASSERT_TRUE(QvRefSystem::LoadStorageFile(Stream("reference_system"), ResourceForm(), &older));
-  const Records expected = Expected();
-  int killed = 0;
-  bool finished = false;
-  for (int step = 0; step < 60 && !finished; ++step) {
-    ASSERT_TRUE(QvRefSystem::SaveStorageFile(Stream("reference_system"), ResourceForm(), older));
-    const pid_t child = fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-      const auto data = QvRefSystem::MakeDataModule(ui_);
-      data->DatabasePath = path_;
-      _exit(data->OpenDatabase(path_, QvRefSystem::kFullMode, ResourceForm()) ? 0 : 1);
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(1 + 5 * step));
-    kill(child, SIGKILL);
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    finished = WIFEXITED(status);
-    if (finished) {
-      EXPECT_EQ(WEXITSTATUS(status), 0);
-    } else {
-      ++killed;
-    }
-    const auto data = QvRefSystem::MakeDataModule(ui_);
-    ASSERT_EQ(Open(*data), expected) << "stopped at step " << step;
+// Calls of the system that change what a disk holds.
+constexpr std::uint32_t kWrites[] = {
+#ifdef SYS_rename
+    SYS_rename,    SYS_unlink,    SYS_mkdir,
+#endif
+    SYS_write,     SYS_pwrite64,  SYS_writev,   SYS_renameat2, SYS_renameat,
+    SYS_ftruncate, SYS_fallocate, SYS_unlinkat, SYS_mkdirat};
+
+// Has this process stop at each of those calls for the one that traces it, and at no other.
+void StopAtWrites() {
+  std::vector<sock_filter> filter = {
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
+  for (const std::uint32_t call : kWrites) {
+    filter.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 1));
+    filter.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_TRACE));
   }
-  EXPECT_GT(killed, 3);
+  filter.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
+  const sock_fprog program{static_cast<unsigned short>(filter.size()), filter.data()};
+  prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+  if (prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) _exit(2);
+}
+
+// The sanitizers try addresses out by writing to a pipe.
+bool GoesToPipe(pid_t process, const __ptrace_syscall_info& call) {
+  if (call.seccomp.nr != SYS_write) return false;
+  std::error_code none;
+  const fs::path file = fs::read_symlink(
+      "/proc/" + std::to_string(process) + "/fd/" + std::to_string(call.seccomp.args[0]), none);
+  return file.string().starts_with("pipe:");
+}
+
+constexpr int kNever = std::numeric_limits<int>::max();
+
+// How a process of its own went.
+struct Course {
+  int writes = 0;
+  bool killed = false;
+  int exitCode = -1;
+};
+
+// Runs `work` in a process of its own, which is killed where it is about to write for the
+// `fatal`th time, counted from 0.
+Course RunUntilWrite(int fatal, const std::function<bool()>& work) {
+  Course course;
+  const pid_t child = fork();
+  if (child == 0) {
+    ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+    raise(SIGSTOP);
+    StopAtWrites();
+    _exit(work() ? 0 : 1);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESECCOMP | PTRACE_O_EXITKILL);
+  int signal = 0;
+  while (ptrace(PTRACE_CONT, child, nullptr, signal) == 0 && waitpid(child, &status, 0) == child &&
+         WIFSTOPPED(status)) {
+    signal = 0;
+    if (status >> 8 != (SIGTRAP | PTRACE_EVENT_SECCOMP << 8)) {
+      signal = WSTOPSIG(status);
+      continue;
+    }
+    __ptrace_syscall_info call{};
+    ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof call, &call);
+    if (GoesToPipe(child, call) || course.writes++ < fatal) continue;
+    kill(child, SIGKILL);
+    waitpid(child, &status, 0);
+    break;
+  }
+  course.killed = WIFSIGNALED(status);
+  if (WIFEXITED(status)) course.exitCode = WEXITSTATUS(status);
+  return course;
+}
+
+// A process that converts is killed at its writes, early and late ones: whatever it left, the next
+// opening finds every record.
+TEST_P(TConversion, OpensWithEverythingAfterAStopAtAnyWrite) {
+  struct Case {
+    const char* name;
+    int records;
+    std::vector<double> stops;  // as shares of all writes
+  };
+  std::vector<double> places;
+  for (int i = 0; i < 15; ++i)
+    places.push_back(i / 15.0);
+  for (const Case& test :
+       {Case{"few", 40, places}, Case{"as many as a registry has", 5900, {0.7}}}) {
+    SCOPED_TRACE(test.name);
+    std::vector<int> keys;
+    for (int i = 0; i < test.records; ++i)
+      keys.push_back(3 * i + 2);
+    MakeOlderDatabase(keys);
+    const Records expected = Expected();
+    const std::string older = path_ + " before";
+    fs::copy(path_, older, fs::copy_options::recursive);
+    const auto convert = [&](int fatal) {
+      fs::remove_all(path_);
+      fs::copy(older, path_, fs::copy_options::recursive);
+      return RunUntilWrite(fatal, [&] {
+        const auto data = QvRefSystem::MakeDataModule(ui_);
+        data->DatabasePath = path_;
+        return data->OpenDatabase(path_, QvRefSystem::kFullMode, ResourceForm());
+      });
+    };
+    const Course whole = convert(kNever);
+    ASSERT_EQ(whole.exitCode, 0);
+    ASSERT_GT(whole.writes, 20);
+    for (const double stop : test.stops) {
+      const int fatal = static_cast<int>(stop * whole.writes);
+      ASSERT_TRUE(convert(fatal).killed) << fatal;
+      const auto data = QvRefSystem::MakeDataModule(ui_);
+      ASSERT_TRUE(Open(*data) == expected) << "killed at write " << fatal;
+    }
+  }
 }
 
 }  // namespace
