@@ -179,11 +179,10 @@ std::string MakeUniqueStorageName(std::string_view name, bool resourceForm) {
     }
     return candidate;
   }
-  const fs::path path = ToPath(trimmed);
-  const std::string extension = FromPath(path.extension());
-  const std::string stem = trimmed.substr(0, trimmed.size() - extension.size());
+  const std::string extension = FromPath(ToPath(trimmed).extension());
+  const std::string stem = QvPlatform::Trim(trimmed.substr(0, trimmed.size() - extension.size()));
   const std::size_t separator = stem.rfind('/');
-  std::string candidate = trimmed;
+  std::string candidate = stem + extension;
   NumberedName parts =
       SplitNumber(stem, separator == std::string::npos ? 0 : separator + 1, '[', "]");
   while (StorageFileExists(candidate, false)) {

@@ -106,10 +106,11 @@ bool TQvGeoRefFrameEditor::GetInfo(TStrings* lines) {
 
 bool TQvGeoRefFrameEditor::Browse(int objectType) {
   if (!DatabaseIsActive()) return true;
-  return Guarded(ui_, [&] {
+  Guarded(ui_, [&] {
     const std::unique_ptr<TformQvRfSelector> selector(GetSelectorFor(nullptr, objectType));
     if (selector != nullptr) selector->Browse(0, false, true);
   });
+  return true;
 }
 
 bool TQvGeoRefFrameEditor::ManageDatabase() {

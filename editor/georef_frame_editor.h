@@ -45,8 +45,8 @@ class TQvGeoRefFrameEditor {
   /// The description of the current reference system. False, with `lines` unchanged, if there is
   /// none.
   [[nodiscard]] bool GetInfo(TStrings* lines);
-  /// Shows the objects of a type with full rights. True also for a code that is no object type,
-  /// which shows nothing. False only after a failure that the user was told.
+  /// Shows the objects of a type with full rights. Always true, also for a code that is no object
+  /// type, which shows nothing, and after a failure, which the user was told.
   bool Browse(int objectType);
   /// Lists the object types and shows the objects of those that the user opens, with full rights,
   /// until the user closes the list. False, and nothing is shown, without an open database.

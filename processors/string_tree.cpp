@@ -104,6 +104,10 @@ std::size_t Field::PutValueText(int valueIndex, char* out) const {
   return static_cast<std::size_t>(WriteValueText(valueIndex, out, 0));
 }
 
+std::size_t Field::BoundValueText(int valueIndex) const {
+  return PutValueText(valueIndex, nullptr);
+}
+
 TStringField::TStringField(int id, int index, int count, std::string_view label)
     : TDataField(id, index, count, label) {}
 

@@ -77,6 +77,8 @@ class TDataField<std::string> {
 
   /// WriteValueText for values of any size; a null `out` counts.
   virtual std::size_t PutValueText(int valueIndex, char* out) const;
+  /// At least as many bytes as PutValueText writes, found faster where that can be.
+  [[nodiscard]] virtual std::size_t BoundValueText(int valueIndex) const;
   /// A note for the caller, which no writer puts into a file: a number of it is negative.
   [[nodiscard]] bool IsNote() const { return (Id | Index | Count) < 0; }
 
@@ -154,6 +156,7 @@ class TStringField final : public TDataField<std::string> {
   void SetValueFromText(const char* text, int length, int valueIndex) override;
   void SetValueText(const std::string& text, int valueIndex) override;
   std::size_t PutValueText(int valueIndex, char* out) const override;
+  [[nodiscard]] std::size_t BoundValueText(int valueIndex) const override;
   /// SetValueFromText for texts of any size.
   void SetValueFromView(std::string_view text, int valueIndex);
 

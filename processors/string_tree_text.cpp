@@ -80,6 +80,12 @@ std::size_t EncodedSize(std::string_view text) {
   return text.size() + static_cast<std::size_t>(std::count_if(text.begin(), text.end(), IsEscaped));
 }
 
+/// No less than EncodedSize, without a look at short texts.
+std::size_t EncodedBound(std::string_view text) {
+  constexpr std::size_t kShort = 256;
+  return text.size() > kShort ? EncodedSize(text) : 2 * text.size();
+}
+
 /// Writes the text through Encode to memory of EncodedSize; returns the position behind it.
 char* PutEncoded(std::string_view text, char* out) {
   std::uint64_t marks = 0;
@@ -130,16 +136,8 @@ class CountSink {
 class BoundSink : public CountSink {
  public:
   void Number(int) { Add(kLongestNumber); }
-  void Encoded(std::string_view text) { Add(Bound(text)); }
-  void Value(const Field& field, int i) {
-    Add(Bound(std::string_view(field.Values[static_cast<std::size_t>(i)])));
-  }
-
- private:
-  static std::size_t Bound(std::string_view text) {
-    constexpr std::size_t kShort = 256;
-    return text.size() > kShort ? EncodedSize(text) : 2 * text.size();
-  }
+  void Encoded(std::string_view text) { Add(EncodedBound(text)); }
+  void Value(const Field& field, int i) { Add(field.BoundValueText(i)); }
 };
 
 /// Writes to memory that has been counted.
@@ -334,6 +332,10 @@ std::size_t TStringField::PutValueText(int valueIndex, char* out) const {
   const std::string& value = Values[static_cast<std::size_t>(valueIndex)];
   if (out == nullptr) return EncodedSize(value);
   return static_cast<std::size_t>(PutEncoded(value, out) - out);
+}
+
+std::size_t TStringField::BoundValueText(int valueIndex) const {
+  return HasValue(valueIndex) ? EncodedBound(Values[static_cast<std::size_t>(valueIndex)]) : 0;
 }
 
 int TStringField::WriteValueText(int valueIndex, char* buffer, int position) const {

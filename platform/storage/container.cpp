@@ -113,24 +113,26 @@ bool IsReservedResource(std::string_view resource) {
 Container::Place Container::Resolve(const std::string& name) {
   const std::size_t separator = name.find_last_of('/');
   const std::size_t start = separator == std::string::npos ? 0 : separator + 1;
+  std::optional<Place> found;
   std::optional<Place> fresh;
   std::string foreign;
   for (std::size_t dot = name.find('.', start + 1); dot != std::string::npos;
        dot = name.find('.', dot + 1)) {
     if (dot + 1 == name.size()) break;
     Place place{name.substr(0, dot), name.substr(dot + 1), true};
-    if (IsContainerFile(place.path)) return place;
     std::error_code error;
     const bool named = Lower(place.path).ends_with(kExtension);
-    if (fs::exists(place.path, error)) {
+    if (IsContainerFile(place.path)) {
+      found = std::move(place);
+    } else if (fs::exists(place.path, error)) {
       if (named || foreign.empty()) foreign = place.path;
     } else if (named && !fresh) {
       place.exists = false;
       fresh = std::move(place);
     }
   }
-  if (!fresh) RefuseName(name, foreign);
-  return *fresh;
+  if (!found && !fresh) RefuseName(name, foreign);
+  return found ? *found : *fresh;
 }
 
 std::shared_ptr<Container> Container::Open(const std::string& path) {

@@ -29,8 +29,9 @@ class Container {
     std::uint64_t size = 0;
   };
 
-  /// Splits behind the first "." whose prefix is a container, or else ends in ".qvdb" and may
-  /// become one. Throws StorageError if there is neither.
+  /// Splits behind the last "." whose prefix is a container, so that "refs.qvdb.old" opens beside
+  /// "refs.qvdb", or else behind the first whose prefix ends in ".qvdb" and may become one. Throws
+  /// StorageError if there is neither.
   [[nodiscard]] static Place Resolve(const std::string& name);
   [[nodiscard]] static std::shared_ptr<Container> Open(const std::string& path);
   /// Makes it if it is not there.

@@ -212,6 +212,8 @@ TEST(StorageFiles, FindFreeNamesInBothForms) {
   } rows[] = {
       {false, "a.txt", {}, "a.txt"},
       {false, "a.txt", {"a.txt"}, "a[1].txt"},
+      {false, "a .txt", {}, "a.txt"},
+      {false, "a[1] .txt", {"a[1].txt"}, "a[2].txt"},
       {false, "a[7].txt", {"a[7].txt"}, "a[8].txt"},
       {false, "a[7].txt", {"a[7].txt", "a[8].txt"}, "a[9].txt"},
       {false, "a[x].txt", {"a[x].txt"}, "a[x][1].txt"},

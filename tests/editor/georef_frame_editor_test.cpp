@@ -231,6 +231,9 @@ TEST_F(Editor, BrowsesEveryTypeWithFullRightsAndUnknownCodesInSilence) {
     EXPECT_TRUE(editor_.Browse(type)) << type;
   }
   EXPECT_TRUE(ui_.messages.empty());
+  datamoduleQvRfData->datasetEllipsoid.Close();
+  EXPECT_TRUE(editor_.Browse(3));
+  EXPECT_EQ(ui_.messages.size(), 1U) << "what failed is told, and is no answer";
 }
 
 TEST_F(Editor, TellsThatParametersAreNotCalculatedYet) {

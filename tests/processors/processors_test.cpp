@@ -262,18 +262,41 @@ TEST_P(Equality, FollowsTheRulesOfTheObject) {
 INSTANTIATE_TEST_SUITE_P(, Equality, testing::ValuesIn(kChanges),
                          [](const auto& test) { return std::string(test.param.name); });
 
+// A filter on the reference systems, as selectors set it; 0 takes it off.
+void ShowSystemsOf(int type, TestDatabase& database) {
+  auto& systems = database.data->datasetRefSystem;
+  const int field = systems.FieldByName("TYPE").GetIndex();
+  systems.Close();
+  systems.DataBuff->Close();
+  if (type == 0) {
+    systems.DataBuff->ClearFilter(true);
+  } else {
+    systems.DataBuff->SetFilter(field, type, QvPlatform::TQvDbIntFilter::kEqual, true);
+  }
+  systems.Open();
+}
+
+TEST(Processors, AddWhatAFilterHidesUnderItsOwnKey) {
+  TestDatabase database;
+  TQvRfDataProcessor& systems = database.Processor(kReferenceSystem);
+  const int geodetic = systems.InsertFromTree(MakeTree(SystemTree, 4).get());
+  ShowSystemsOf(4, database);
+  const int projected = systems.InsertFromTree(MakeTree(SystemTree, 5).get());
+  EXPECT_NE(projected, geodetic);
+  ShowSystemsOf(0, database);
+  TStringTree tree;
+  ASSERT_TRUE(systems.LocateKey(projected) && systems.WriteToTree(&tree, 0, 0));
+  std::string code;
+  EXPECT_TRUE(tree.GetString(102005, 0, &code) && code == "26705") << "its own code: " << code;
+}
+
 TEST(Processors, RefuseToRemoveWhatIsReferredTo) {
   TestDatabase database;
   database.Processor(kReferenceSystem).InsertFromTree(MakeTree(SystemTree, 5).get());
   database.Processor(kDatumShift).InsertFromTree(MakeTree(PositionVectorTree).get());
   // Rows that a filter hides refer to an object all the same.
-  auto& systems = *database.Processor(kReferenceSystem).DataSet;
-  const int type = systems.FieldByName("TYPE").GetIndex();
-  systems.Close();
-  systems.DataBuff->Close();
-  systems.DataBuff->SetFilter(type, 1, QvPlatform::TQvDbIntFilter::kEqual, true);
-  systems.Open();
-  ASSERT_EQ(systems.RecordCount(), 0);
+  ShowSystemsOf(1, database);
+  ASSERT_EQ(database.data->datasetRefSystem.RecordCount(), 0);
 
   for (const auto& descriptor : QvRefSystem::ObjectDescriptors()) {
     if (descriptor.usedBy.empty() || descriptor.type == kReferenceSystem) continue;

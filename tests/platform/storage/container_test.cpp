@@ -84,6 +84,11 @@ TEST(ContainerNames, AreSplitBehindTheContainersFile) {
   // A container keeps working under a name without the ending.
   std::filesystem::rename(path, folder.Path("v1.2/plain"));
   EXPECT_EQ(Load<Session>(folder.Path("v1.2/plain.a")), "2");
+  // A copy beside its original is a container of its own.
+  std::filesystem::copy_file(folder.Path("v1.2/plain"), folder.Path("v1.2/plain.old"));
+  EXPECT_EQ(Load<Session>(folder.Path("v1.2/plain.old.a")), "2");
+  Save<Session>(folder.Path("v1.2/plain.old.a"), "3");
+  EXPECT_EQ(Load<Session>(folder.Path("v1.2/plain.a")), "2");
 }
 
 TEST(ContainerNames, ThatLeadToSomethingElseAreRefusedWithTheReason) {

@@ -273,6 +273,24 @@ TEST(FieldText, CountIsTheNumberOfBytesForAllNumbersAndBytes) {
   }
 }
 
+/// A field of another kind: its text has nothing to do with what it keeps.
+class TPictureField final : public TDataField<std::string> {
+ public:
+  TPictureField() : TDataField(7, 0, 2, "picture") {}
+  int WriteValueText(int valueIndex, char* buffer, int position) const override {
+    const std::string text(static_cast<std::size_t>(100 + valueIndex), 'x');
+    if (buffer != nullptr) text.copy(buffer + position, text.size());
+    return static_cast<int>(text.size());
+  }
+};
+
+TEST(FieldText, IsThatOfTheFieldsOwnKind) {
+  TStringTree tree;
+  tree.Fields.push_back(std::make_unique<TPictureField>());
+  EXPECT_EQ(WriteTreeText(&tree), "(0,0)\n(7,0)[2]\tpicture\t" + std::string(100, 'x') + "\t" +
+                                      std::string(101, 'x') + "\n\n");
+}
+
 TEST(FieldText, NotesHaveNone) {
   TStringTree tree;
   tree.InsertString("id", -1, 0, "v");
