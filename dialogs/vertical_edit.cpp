@@ -218,6 +218,7 @@ QString TformQvRfVerticalRefSystemEdit::WordsOf(THeightRefusal refusal) const {
           .arg(QLatin1Char('.'));
     case THeightRefusal::kNoFile:
       return Translated("The record names no file");
+    case THeightRefusal::kNotOpened:
     case THeightRefusal::kNotRead:
       return Translated("It cannot be read, or is empty");
     case THeightRefusal::kNoGrid:
@@ -236,7 +237,7 @@ QString TformQvRfVerticalRefSystemEdit::WordsOf(THeightRefusal refusal) const {
 
 void TformQvRfVerticalRefSystemEdit::TellFile(const std::string& name, THeightRefusal refusal) {
   const QString why = WordsOf(refusal);
-  if (why.isEmpty()) return;
+  if (why.isEmpty() || refusal == THeightRefusal::kNotOpened) return;
   const QString text =
       Translated("The height file \"%1\" cannot be used.").arg(ToQt(name)) + "\n" + why + ".";
   Data().Ui().ShowMessage(MessageKind::kError, FromQt(text), MessageButtons::kOk);
