@@ -25,17 +25,6 @@ using QvPlatform::Translated;
 
 namespace {
 
-// Where the user has put a form and how large he has made it, while the program runs.
-struct Place {
-  std::optional<QPoint> position;
-  std::optional<QSize> size;
-};
-
-Place& PlaceOf(const TFormDescription& form) {
-  static std::map<const TFormDescription*, Place> places;
-  return places[&form];
-}
-
 QString ReasonOf(TRefusal refusal) {
   switch (refusal) {
     case TRefusal::kEmpty:
@@ -294,7 +283,10 @@ bool TDescribedEdit::Write() {
 
 void TDescribedEdit::FormShow(bool first) {
   if (!first) return;
-  PlaceAndSize();
+  const QScreen* shown = screen() != nullptr ? screen() : QGuiApplication::primaryScreen();
+  const QSize room = shown->availableSize();
+  PlaceAndSize({static_cast<int>(room.width() * form_.width),
+                static_cast<int>(room.height() * form_.height)});
   for (const TRowControls& row : rows_) {
     if (row.Line() == nullptr || !row.Control()->isEnabled()) continue;
     row.Control()->setFocus(Qt::OtherFocusReason);
@@ -303,29 +295,6 @@ void TDescribedEdit::FormShow(bool first) {
         row.Line(), [line = row.Line()] { line->setCursorPosition(0); }, Qt::QueuedConnection);
     break;
   }
-}
-
-void TDescribedEdit::PlaceAndSize() {
-  const Place& kept = PlaceOf(form_);
-  const QScreen* shown = screen() != nullptr ? screen() : QGuiApplication::primaryScreen();
-  const QSize room = shown->availableSize();
-  const QSize share(static_cast<int>(room.width() * form_.width),
-                    static_cast<int>(room.height() * form_.height));
-  layout()->activate();
-  resize(kept.size.value_or(share).expandedTo(minimumSizeHint()));
-  if (kept.position) {
-    move(*kept.position);
-  } else {
-    PlaceAtOwner();
-  }
-  placed_ = QRect(pos(), size());
-}
-
-// What the user has changed is kept; the rest goes by its owner and the screen again.
-void TDescribedEdit::FormHide() {
-  Place& kept = PlaceOf(form_);
-  if (pos() != placed_.topLeft()) kept.position = pos();
-  if (size() != placed_.size()) kept.size = size();
 }
 
 bool TDescribedEdit::eventFilter(QObject* watched, QEvent* event) {

@@ -404,12 +404,17 @@ void TformQvRfVerticalRefSystemEdit::FormShow(bool first) {
   // Back from a dialog of its own, the form stands where it stood.
   if (!first) return;
   ClearMark(edName);
-  PlaceAtOwner();
+  layout()->activate();
+  adjustSize();
+  PlaceAndSize(size());
+}
+
+// At its owner, or as far above as it needs to end on the screen.
+void TformQvRfVerticalRefSystemEdit::PlaceUsually() {
+  TformQvRfEdit::PlaceUsually();
   constexpr int kBottomMargin = 30;
   constexpr int kTopMargin = 10;
   const QRect room = screen()->geometry();
-  layout()->activate();
-  adjustSize();
   const int excess = frameGeometry().bottom() - (room.bottom() - kBottomMargin);
   if (excess > 0) move(x(), std::max(y() - excess, room.top() + kTopMargin));
 }
