@@ -104,7 +104,8 @@ void TDescribedEdit::ConnectRow(TRowControls& row) {
       if (group == nullptr) group = new QButtonGroup(this);
       group->addButton(lead);
     }
-    connect(lead, &QAbstractButton::clicked, this, [this] { Act([this] { UpdateLeads(); }); });
+    connect(lead, &QAbstractButton::clicked, this,
+            [this, at] { Act([this, at] { LeadClick(at); }); });
   }
 }
 
@@ -224,6 +225,15 @@ void TDescribedEdit::ButtonClick(std::size_t row) {
     if (form_.rows[at].kind == TRowKind::kReference) rows_[at].Show(record_.At(at));
   }
   if (chosen) OnChosen(form_.rows[row]);
+}
+
+// The marks of those that the lead has a say in are out of date.
+void TDescribedEdit::LeadClick(std::size_t row) {
+  const int choice = form_.rows[row].choice;
+  for (std::size_t at = 0; at < rows_.size(); ++at) {
+    if (at == row || (choice != 0 && form_.rows[at].choice == choice)) rows_[at].ClearMark();
+  }
+  UpdateLeads();
 }
 
 // Checking and storing.

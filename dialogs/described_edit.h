@@ -87,6 +87,7 @@ class TDescribedEdit : public TformQvRfEdit {
   void BeginFilled();
   void ShowValues();
   void ButtonClick(std::size_t row);
+  void LeadClick(std::size_t row);
   [[nodiscard]] bool CheckRow(std::size_t row);
   [[nodiscard]] bool CheckRows();
   [[nodiscard]] bool Write();
