@@ -25,17 +25,6 @@ using QvPlatform::Translated;
 
 namespace {
 
-// Where the user has put a form and how large he has made it, while the program runs.
-struct Place {
-  std::optional<QPoint> position;
-  std::optional<QSize> size;
-};
-
-Place& PlaceOf(const TFormDescription& form) {
-  static std::map<const TFormDescription*, Place> places;
-  return places[&form];
-}
-
 QString ReasonOf(TRefusal refusal) {
   switch (refusal) {
     case TRefusal::kEmpty:
@@ -115,7 +104,8 @@ void TDescribedEdit::ConnectRow(TRowControls& row) {
       if (group == nullptr) group = new QButtonGroup(this);
       group->addButton(lead);
     }
-    connect(lead, &QAbstractButton::clicked, this, [this] { Act([this] { UpdateLeads(); }); });
+    connect(lead, &QAbstractButton::clicked, this,
+            [this, at] { Act([this, at] { LeadClick(at); }); });
   }
 }
 
@@ -237,6 +227,15 @@ void TDescribedEdit::ButtonClick(std::size_t row) {
   if (chosen) OnChosen(form_.rows[row]);
 }
 
+// The marks of those that the lead has a say in are out of date.
+void TDescribedEdit::LeadClick(std::size_t row) {
+  const int choice = form_.rows[row].choice;
+  for (std::size_t at = 0; at < rows_.size(); ++at) {
+    if (at == row || (choice != 0 && form_.rows[at].choice == choice)) rows_[at].ClearMark();
+  }
+  UpdateLeads();
+}
+
 // Checking and storing.
 
 void TDescribedEdit::ReadControls() {
@@ -294,7 +293,10 @@ bool TDescribedEdit::Write() {
 
 void TDescribedEdit::FormShow(bool first) {
   if (!first) return;
-  PlaceAndSize();
+  const QScreen* shown = screen() != nullptr ? screen() : QGuiApplication::primaryScreen();
+  const QSize room = shown->availableSize();
+  PlaceAndSize({static_cast<int>(room.width() * form_.width),
+                static_cast<int>(room.height() * form_.height)});
   for (const TRowControls& row : rows_) {
     if (row.Line() == nullptr || !row.Control()->isEnabled()) continue;
     row.Control()->setFocus(Qt::OtherFocusReason);
@@ -303,29 +305,6 @@ void TDescribedEdit::FormShow(bool first) {
         row.Line(), [line = row.Line()] { line->setCursorPosition(0); }, Qt::QueuedConnection);
     break;
   }
-}
-
-void TDescribedEdit::PlaceAndSize() {
-  const Place& kept = PlaceOf(form_);
-  const QScreen* shown = screen() != nullptr ? screen() : QGuiApplication::primaryScreen();
-  const QSize room = shown->availableSize();
-  const QSize share(static_cast<int>(room.width() * form_.width),
-                    static_cast<int>(room.height() * form_.height));
-  layout()->activate();
-  resize(kept.size.value_or(share).expandedTo(minimumSizeHint()));
-  if (kept.position) {
-    move(*kept.position);
-  } else {
-    PlaceAtOwner();
-  }
-  placed_ = QRect(pos(), size());
-}
-
-// What the user has changed is kept; the rest goes by its owner and the screen again.
-void TDescribedEdit::FormHide() {
-  Place& kept = PlaceOf(form_);
-  if (pos() != placed_.topLeft()) kept.position = pos();
-  if (size() != placed_.size()) kept.size = size();
 }
 
 bool TDescribedEdit::eventFilter(QObject* watched, QEvent* event) {

@@ -77,7 +77,6 @@ class TDescribedEdit : public TformQvRfEdit {
   [[nodiscard]] bool EditRecord() override;
   [[nodiscard]] bool NewRecord() override;
   void FormShow(bool first) override;
-  void FormHide() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void changeEvent(QEvent* event) override;
 
@@ -88,10 +87,10 @@ class TDescribedEdit : public TformQvRfEdit {
   void BeginFilled();
   void ShowValues();
   void ButtonClick(std::size_t row);
+  void LeadClick(std::size_t row);
   [[nodiscard]] bool CheckRow(std::size_t row);
   [[nodiscard]] bool CheckRows();
   [[nodiscard]] bool Write();
-  void PlaceAndSize();
 
   const TFormDescription& form_;
   TFormRecord record_;
@@ -99,7 +98,6 @@ class TDescribedEdit : public TformQvRfEdit {
   std::map<int, QButtonGroup*> choices_;
   QPushButton* bitbtnSave_ = nullptr;
   QPushButton* bitbtnClose_ = nullptr;
-  QRect placed_;
 };
 
 /// The dialog of an object that needs no more than its description.

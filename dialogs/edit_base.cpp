@@ -1,9 +1,13 @@
 #include "dialogs/edit_base.h"
 
+#include <QLayout>
 #include <QPushButton>
 #include <QToolTip>
 #include <algorithm>
+#include <map>
+#include <optional>
 #include <stdexcept>
+#include <typeindex>
 
 #include "platform/widgets/colour.h"
 #include "platform/widgets/qt_text.h"
@@ -20,6 +24,18 @@ TQvRfDataProcessor* ProcessorOf(TObjectType object) {
                                       : ProcessorFor(*datamoduleQvRfData, static_cast<int>(object));
   if (processor == nullptr) throw std::invalid_argument("no processor of this object type");
   return processor;
+}
+
+// Where the user has put the dialogs of a class and how large he has made them, while the program
+// runs.
+struct Place {
+  std::optional<QPoint> position;
+  std::optional<QSize> size;
+};
+
+Place& PlaceOf(const TformQvRfEdit& form) {
+  static std::map<std::type_index, Place> places;
+  return places[typeid(form)];
 }
 
 // Locks a record while its dialog runs. Afterwards the record is current again, if it is still
@@ -101,6 +117,25 @@ bool TformQvRfEdit::RunEdit() {
   RunModal();
   if (!Saved) CancelEdit();
   return Saved;
+}
+
+void TformQvRfEdit::PlaceAndSize(const QSize& usual) {
+  const Place& kept = PlaceOf(*this);
+  layout()->activate();
+  resize(kept.size.value_or(usual).expandedTo(minimumSizeHint()));
+  if (kept.position) {
+    move(*kept.position);
+  } else {
+    PlaceUsually();
+  }
+  placed_ = QRect(pos(), size());
+}
+
+// What the user has changed is kept; the rest goes by its owner and the screen again.
+void TformQvRfEdit::FormHide() {
+  Place& kept = PlaceOf(*this);
+  if (pos() != placed_.topLeft()) kept.position = pos();
+  if (size() != placed_.size()) kept.size = size();
 }
 
 }  // namespace QvRefSystem

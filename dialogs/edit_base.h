@@ -54,7 +54,16 @@ class TformQvRfEdit : public QvPlatform::TModalForm {
   void BeginRun(int key);
   /// Runs the filled dialog, however it ends; the result is Saved.
   [[nodiscard]] bool RunEdit();
+  /// Gives the form the place and the size that the user gave a dialog of its class earlier in the
+  /// run of the program; what he left alone is PlaceUsually, and `usual` or as much as is needed.
+  void PlaceAndSize(const QSize& usual);
+  virtual void PlaceUsually() { PlaceAtOwner(); }
+  void FormHide() override;
   [[nodiscard]] TdatamoduleQvRfData& Data() const { return Processor->Data(); }
+
+ private:
+  /// As the form was when its run began.
+  QRect placed_;
 };
 
 }  // namespace QvRefSystem

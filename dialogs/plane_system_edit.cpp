@@ -234,13 +234,15 @@ bool TPlaneSystemEdit::CheckMore() {
 
 bool TPlaneSystemEdit::CheckGeoid() {
   // Its row has refused a missing one.
-  if (ValueOf(kGeoid).key == 0) return true;
+  TFormValue& heights = ValueOf(kGeoid);
+  if (heights.key == 0) return true;
   const std::unique_ptr<TShellReferenceSystem> system = BuildShellSystem();
-  if (VerticalEdit->IsStoredPlaneSame(system.get())) {
-    Show(kGeoid);
-    return true;
-  }
-  RowOf(kGeoid).Line()->clear();
+  const bool same = VerticalEdit->IsStoredPlaneSame(system.get());
+  // Those of another plane stay out of sight until they are made anew, or fit again.
+  heights.text =
+      same ? QvPlatform::FromQt(NameOf(kVerticalReferenceSystem, heights.key)) : std::string();
+  Show(kGeoid);
+  if (same) return true;
   Refuse(kGeoid, system == nullptr
                      ? Translated("The heights cannot be checked while the system is not complete")
                      : Translated("These heights were made for another plane; make them anew"));

@@ -218,6 +218,7 @@ QString TformQvRfVerticalRefSystemEdit::WordsOf(THeightRefusal refusal) const {
           .arg(QLatin1Char('.'));
     case THeightRefusal::kNoFile:
       return Translated("The record names no file");
+    case THeightRefusal::kNotOpened:
     case THeightRefusal::kNotRead:
       return Translated("It cannot be read, or is empty");
     case THeightRefusal::kNoGrid:
@@ -236,7 +237,7 @@ QString TformQvRfVerticalRefSystemEdit::WordsOf(THeightRefusal refusal) const {
 
 void TformQvRfVerticalRefSystemEdit::TellFile(const std::string& name, THeightRefusal refusal) {
   const QString why = WordsOf(refusal);
-  if (why.isEmpty()) return;
+  if (why.isEmpty() || refusal == THeightRefusal::kNotOpened) return;
   const QString text =
       Translated("The height file \"%1\" cannot be used.").arg(ToQt(name)) + "\n" + why + ".";
   Data().Ui().ShowMessage(MessageKind::kError, FromQt(text), MessageButtons::kOk);
@@ -403,12 +404,17 @@ void TformQvRfVerticalRefSystemEdit::FormShow(bool first) {
   // Back from a dialog of its own, the form stands where it stood.
   if (!first) return;
   ClearMark(edName);
-  PlaceAtOwner();
+  layout()->activate();
+  adjustSize();
+  PlaceAndSize(size());
+}
+
+// At its owner, or as far above as it needs to end on the screen.
+void TformQvRfVerticalRefSystemEdit::PlaceUsually() {
+  TformQvRfEdit::PlaceUsually();
   constexpr int kBottomMargin = 30;
   constexpr int kTopMargin = 10;
   const QRect room = screen()->geometry();
-  layout()->activate();
-  adjustSize();
   const int excess = frameGeometry().bottom() - (room.bottom() - kBottomMargin);
   if (excess > 0) move(x(), std::max(y() - excess, room.top() + kTopMargin));
 }

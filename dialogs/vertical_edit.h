@@ -36,6 +36,7 @@ class TformQvRfVerticalRefSystemEdit final : public TformQvRfEdit, protected TVe
   [[nodiscard]] bool EditRecord() override;
   [[nodiscard]] bool NewRecord() override;
   void FormShow(bool first) override;
+  void PlaceUsually() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void changeEvent(QEvent* event) override;
 

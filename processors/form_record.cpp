@@ -87,6 +87,7 @@ void TFormRecord::RefreshReferences() {
     if (form_.rows[at].kind != TRowKind::kReference) continue;
     const TQvRfDataProcessor& referred = ReferredProcessor(form_.rows[at]);
     if (const QvPlatform::TRowView row = referred.RowOfKey(values_[at].key)) {
+      if (values_[at].text.empty()) continue;
       values_[at].text = row.GetText(referred.DataSet->FieldByName("NAME").GetIndex());
     } else {
       values_[at] = {};

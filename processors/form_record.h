@@ -34,8 +34,8 @@ class TFormRecord {
   void Load();
   /// Empty texts, and the keys that a new record begins with.
   void Clear();
-  /// References to records that have been removed since become 0, and names are read anew. Moves no
-  /// cursor.
+  /// References to records that have been removed since become 0, and names are read anew; one that
+  /// was emptied stays empty. Moves no cursor.
   void RefreshReferences();
   /// Makes the record that is current on the row's processor the one referred to.
   void TakeCurrent(std::size_t row);

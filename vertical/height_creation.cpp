@@ -1,6 +1,7 @@
 #include "vertical/height_creation.h"
 
 #include "database/storage_files.h"
+#include "platform/geocore/shell_grids.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 #include "processors/ref_system_processor.h"
@@ -8,7 +9,6 @@
 
 namespace QvRefSystem {
 
-using QvPlatform::DoubleToText;
 using QvPlatform::SystemText;
 using QvPlatform::TextId;
 
@@ -19,7 +19,11 @@ THeightRefusal ReadTable(const std::string& path, bool useResource, THeightTable
                          QvPlatform::TUserInterface& ui) {
   std::string text;
   try {
-    if (!LoadStorageFile(path, useResource, &text)) return THeightRefusal::kNotRead;
+    if (!LoadStorageFile(path, useResource, &text)) {
+      if (StorageFileOpens(path, useResource)) return THeightRefusal::kNotRead;
+      TellCannotCreate(path, useResource, ui);
+      return THeightRefusal::kNotOpened;
+    }
   } catch (const std::exception&) {
     return THeightRefusal::kNotRead;
   }
@@ -199,6 +203,7 @@ void THeightCreation::ClearData() {
 // Changes of the source and the grid.
 
 void THeightCreation::ChooseKind(THeightSourceKind kind) {
+  if (kind == source_.Kind) return;
   source_.Kind = kind;
   isCurrent_ = false;
 }
@@ -226,7 +231,7 @@ THeightRefusal THeightCreation::TakeSystem(TStringTree* tree) {
 THeightRefusal THeightCreation::TakeFile(const std::string& path) {
   auto table = std::make_unique<THeightTable>();
   const THeightRefusal refusal = ReadTable(path, false, table.get(), data_.Ui());
-  if (refusal == THeightRefusal::kNotRead) return refusal;
+  if (refusal == THeightRefusal::kNotOpened || refusal == THeightRefusal::kNotRead) return refusal;
   isCurrent_ = false;
   if (refusal != THeightRefusal::kNone) {
     source_.FileTable.reset();
@@ -275,13 +280,8 @@ bool THeightCreation::TakeGridFrom(const TShellReferenceSystem& system,
 }
 
 void THeightCreation::TakeGridOfFile() {
-  const THeightTable& table = *source_.FileTable;
-  grid_ = {.West = DoubleToText(table.West()),
-           .East = DoubleToText(table.East()),
-           .South = DoubleToText(table.South()),
-           .North = DoubleToText(table.North()),
-           .CellEastWest = DoubleToText(table.CellX),
-           .CellNorthSouth = DoubleToText(table.CellY)};
+  constexpr int kDigits = 15;
+  grid_ = FormatExtents(ExtentsOf(*source_.FileTable), kDigits);
 }
 
 THeightRefusal THeightCreation::TakeOffset(const std::string& text) {

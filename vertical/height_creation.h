@@ -28,9 +28,10 @@ enum class THeightRefusal : unsigned char {
   kNoImage,
   /// An offset is no number in the C notation.
   kNoNumber,
-  /// A file is none that the record names; cannot be read or is empty; begins with no grid; has too
-  /// few values, or one that is no number.
+  /// A file is none that the record names; cannot be opened, which the user was told; cannot be
+  /// read or is empty; begins with no grid; has too few values, or one that is no number.
   kNoFile,
+  kNotOpened,
   kNotRead,
   kNoGrid,
   kNoValues,
@@ -119,6 +120,7 @@ class THeightCreation {
 
   // Changes of the source and the grid; after each of them the data are not current.
 
+  /// The kind that is chosen already is no change.
   void ChooseKind(THeightSourceKind kind);
   void SetGrid(const TShell2DTableExtents& grid);
   /// Takes the system of a tree, and its grid as seen in the plane.

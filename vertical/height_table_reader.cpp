@@ -86,8 +86,8 @@ bool Parse(std::string_view text, TProgressInterface* progress, Table* table) {
   THeightTableHeader header;
   if (!ReadHeader(&reader, &header)) return false;
   const std::uint64_t nodes = std::uint64_t{header.countX} * header.countY;
-  // Each value takes a separator and one digit at least.
-  if (nodes > reader.Rest() / 2) return false;
+  // Each value takes a digit and a separator at least, but for the last one.
+  if (nodes > (reader.Rest() + 1) / 2) return false;
   const Steps steps(progress, nodes + kHeaderNumbers + header.countY);
   if (!steps.Take(kHeaderNumbers)) return false;
   table->Resize(header.countX, header.countY, header.cellEastWest, header.cellNorthSouth,

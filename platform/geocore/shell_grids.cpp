@@ -117,13 +117,13 @@ std::optional<GridExtents> ParseExtents(const TShell2DTableExtents& texts) {
   return extents;
 }
 
-TShell2DTableExtents FormatExtents(const GridExtents& extents) {
-  const auto text = [](double value) {
-    char digits[32];
-    const auto written =
-        std::to_chars(digits, digits + sizeof digits, value, std::chars_format::scientific, 11);
+TShell2DTableExtents FormatExtents(const GridExtents& extents, int digits) {
+  const auto text = [digits](double value) {
+    char buffer[32];
+    const auto written = std::to_chars(buffer, buffer + sizeof buffer, value,
+                                       std::chars_format::scientific, digits - 1);
     double rounded = value;
-    std::from_chars(digits, written.ptr, rounded);
+    std::from_chars(buffer, written.ptr, rounded);
     return QvPlatform::DoubleToText(rounded == 0 ? 0 : rounded);
   };
   return {text(extents.West),  text(extents.East),         text(extents.South),

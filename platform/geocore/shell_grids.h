@@ -72,8 +72,9 @@ struct GroundMap {
 
 /// Numbers of a grid, if all texts are finite numbers, cells are above 0, and limits in order.
 [[nodiscard]] std::optional<GridExtents> ParseExtents(const TShell2DTableExtents& texts);
-/// The shortest texts; numbers that were computed lose what lies beyond twelve digits.
-[[nodiscard]] TShell2DTableExtents FormatExtents(const GridExtents& extents);
+/// The shortest texts of the numbers rounded to so many digits: what computing has left beyond them
+/// does not show.
+[[nodiscard]] TShell2DTableExtents FormatExtents(const GridExtents& extents, int digits = 12);
 [[nodiscard]] GridExtents ExtentsOf(const THeightTable& table);
 
 }  // namespace QvRefSystem

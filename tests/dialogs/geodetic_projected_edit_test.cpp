@@ -24,6 +24,8 @@ TEST_F(PlaneSystemEdit, ANewSystemStandsOnNothingYet) {
     EXPECT_EQ(TextOf(dialog, "edLatitudeAbbr"), "A");
     EXPECT_EQ(TextOf(dialog, "edAngularUnit"), "degree");
     EXPECT_EQ(RefusedControls(dialog, kGeodSystemForm), "edName edDatum edEllipsoid");
+    Click(dialog, "radiobtnDatum");
+    EXPECT_EQ(RefusedControls(dialog, kGeodSystemForm), "edName") << "one was chosen";
     Close(dialog);
   }));
   EXPECT_FALSE(Make(kProjSystemForm, [&](QWidget& dialog) {

@@ -79,7 +79,9 @@ TEST_F(PlaneSystemEdit, HeightsOfAnotherPlaneAreNotSaved) {
       kGeodSystemForm, kGeodetic,
       [&](QWidget& dialog) {
         Click(dialog, "radiobtnEllipsoid");
+        Save(dialog);
         Click(dialog, "btnEllipsoid");
+        EXPECT_EQ(TextOf(dialog, "Edit1"), "") << "still of another plane";
         Save(dialog);
         EXPECT_TRUE(dialog.isVisible());
         EXPECT_EQ(RefusedControls(dialog, kGeodSystemForm), "Edit1");

@@ -218,13 +218,17 @@ TEST_F(VerticalEdit, AFileAndItsPlaneMakeATable) {
 }
 
 TEST_F(VerticalEdit, ShowsItsLastWorkAgainAndACancelLeavesIt) {
-  ASSERT_TRUE(Run([this](QWidget& form) {
+  QRect left;
+  ASSERT_TRUE(Run([&](QWidget& form) {
     CreateTable(form);
     Type(form, "edName", "Lowlands");
+    left = form.geometry().translated(31, 17).adjusted(0, 0, 53, 29);
+    form.setGeometry(left);
     Click(form, "bitbtnSave");
   }));
   const Strings files = Files();
-  EXPECT_FALSE(Run([this](QWidget& form) {
+  EXPECT_FALSE(Run([&](QWidget& form) {
+    EXPECT_EQ(form.geometry(), left) << "where and as large as the user left it";
     EXPECT_EQ(TextOf(form, "edName"), "Lowlands");
     EXPECT_TRUE(Child<QAbstractButton>(form, "radiobtnDataSourceFile").isChecked());
     EXPECT_EQ(TextOf(form, "edDataSourceParamsFileName"), file_);

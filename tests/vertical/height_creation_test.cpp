@@ -222,9 +222,12 @@ TEST_P(HeightCreation, RefusesWhatCannotBeASource) {
   EXPECT_EQ(heights_.TakeFilePlane(MakeTree(GeodeticWithTable).get()), kHasHeights);
   EXPECT_EQ(heights_.Source().FilePlaneSystem, nullptr);
 
+  EXPECT_EQ(heights_.TakeFile(File("0 1 -0.1 0.2 1 0.1 1 2 3 4 5 6 7 8")), kNone);
+  EXPECT_EQ(TextOf(heights_.Grid()), "-0.1 0.2 0 1 0.1 1") << "the east edge is a sum";
   TakeSource();
   const std::string missing = database_.folder.Path("none.txt");
-  EXPECT_EQ(heights_.TakeFile(missing), kNotRead);
+  EXPECT_EQ(heights_.TakeFile(missing), kNotOpened);
+  EXPECT_THAT(database_.ui.messages, ElementsAre("Cannot create file " + missing));
   EXPECT_NE(heights_.Source().FileTable, nullptr) << "the old one is kept";
   EXPECT_EQ(heights_.TakeFile(File("not a grid")), kNoGrid);
   EXPECT_EQ(heights_.Source().FileTable, nullptr);
@@ -313,6 +316,8 @@ TEST_P(HeightCreation, AnOffsetHasNoGrid) {
 
 TEST_P(HeightCreation, StaleDataAreStoredOnTheGridOfTheirMaking) {
   CreateTable();
+  heights_.ChooseKind(Kind::kFile);
+  EXPECT_TRUE(heights_.IsCurrent()) << "the source is the same";
   heights_.SetGrid({"0", "9", "0", "9", "1", "1"});
   EXPECT_FALSE(heights_.IsCurrent());
   ASSERT_TRUE(Store(true));

@@ -98,6 +98,10 @@ TEST(HeightTableText, CountsNodesByTheNearestCell) {
   ASSERT_TRUE(ParseHeightTable(&shortened, "10 11.4 0 1 1 1 1 2 3 4", nullptr));
   EXPECT_EQ(shortened.CountY, 2U);
   EXPECT_EQ(shortened.North(), 11);
+  Table dense;
+  ASSERT_TRUE(ParseHeightTable(&dense, "0.0 2.0 0.0 2.0 1.0 1.0 1 2 3 4 5 6 7 8 9", nullptr))
+      << "no shorter text has as many";
+  EXPECT_EQ(dense.Get(2, 0), 9);
   Table rounded;
   ASSERT_TRUE(ParseHeightTable(&rounded, "0 0.999999 0 0 0.333333333 9 1 2 3 4", nullptr));
   EXPECT_EQ(rounded.CountY, 4U);
