@@ -165,7 +165,7 @@ void TVerticalControls::BuildFilePanel() {
   comboDataSourceParamsFilePlaneRefsystem = rows.AddShown("comboDataSourceParamsFilePlaneRefsystem",
                                                           Translatable("Plane Reference System"));
   btnDataSourceParamsFilePlaneRefsystem = rows.AddChoice("btnDataSourceParamsFilePlaneRefsystem");
-  btnDataSourceView = Named(new QPushButton(Translated("View"), panel), "btnDataSourceView");
+  btnDataSourceView = Named(new QPushButton(Translated("View..."), panel), "btnDataSourceView");
   rows.AddBelow(btnDataSourceView);
   rows.FillUp();
 }
@@ -215,7 +215,7 @@ void TVerticalControls::BuildData(QBoxLayout* place) {
   pnlDataType->setAlignment(Qt::AlignCenter);
   pnlDataType->setFrameShape(QFrame::StyledPanel);
   pnlDataType->setAutoFillBackground(true);
-  btnDataView = Named(new QPushButton(Translated("View"), box), "btnDataView");
+  btnDataView = Named(new QPushButton(Translated("View..."), box), "btnDataView");
   edDataOffset = Named(new QLineEdit(box), "edDataOffset");
   edDataOffset->setReadOnly(true);
   edDataOffset->setAccessibleName(Translated("Offset"));
