@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSplitter>
+#include <QStylePainter>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -34,6 +35,28 @@ Widget* Named(Widget* widget, const char* name) {
   widget->setObjectName(QString::fromLatin1(name));
   return widget;
 }
+
+/// A list whose field takes a background plainly. Styles paint a list as a button, and shade that
+/// until a colour is no longer what it was.
+class TPlainList final : public QComboBox {
+ public:
+  using QComboBox::QComboBox;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    if (!isEnabled() || !testAttribute(Qt::WA_SetPalette)) return QComboBox::paintEvent(event);
+    QStylePainter painter(this);
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    option.palette = parentWidget()->palette();
+    painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    option.palette = palette();
+    painter.fillRect(
+        style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this),
+        palette().base());
+    painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+  }
+};
 
 bool IsBox(TRowKind kind) {
   return kind == TRowKind::kBox || kind == TRowKind::kColumn;
@@ -105,7 +128,7 @@ void TRowControls::MakeControl(QWidget* form) {
       control_ = new TLimitedMemo(form);
       break;
     case TRowKind::kList: {
-      auto* list = new QComboBox(form);
+      auto* list = new TPlainList(form);
       for (const char* item : row_->items)
         list->addItem(Translated(item));
       control_ = list;
