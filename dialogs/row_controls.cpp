@@ -146,6 +146,11 @@ void TRowControls::MakeControl(QWidget* form) {
   }
 }
 
+void AlignWithText(QWidget* lead, const QPlainTextEdit& memo) {
+  const int frame = memo.frameWidth() + static_cast<int>(memo.document()->documentMargin());
+  lead->setContentsMargins(0, frame, 0, 0);
+}
+
 QPushButton* MakeChoiceButton(QWidget* parent, const char* objectName, const char* caption) {
   auto* button = Named(new QPushButton(QString::fromLatin1(kChooseCaption), parent), objectName);
   // The toolkit's least width is meant for words.
@@ -339,11 +344,7 @@ void TRowLayout::Add(const TRowControls& row) {
   const int stretch = row.Row().stretch;
   const Qt::Alignment top = stretch > 0 ? Qt::AlignTop : Qt::Alignment();
   auto* memo = qobject_cast<QPlainTextEdit*>(row.Control());
-  if (memo != nullptr && row.Lead() != nullptr) {
-    // In line with the first line of the text.
-    const int frame = memo->frameWidth() + static_cast<int>(memo->document()->documentMargin());
-    row.Lead()->setContentsMargins(0, frame, 0, 0);
-  }
+  if (memo != nullptr && row.Lead() != nullptr) AlignWithText(row.Lead(), *memo);
   if (row.Lead() != nullptr) {
     // A button takes clicks only where its mark and caption are.
     const Qt::Alignment tight = row.LeadButton() != nullptr ? Qt::AlignLeading : Qt::Alignment();

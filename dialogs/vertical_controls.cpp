@@ -59,10 +59,13 @@ class TPanelRows {
     ++row_;
     auto* label = new QLabel(Translated(caption), panel_);
     label->setBuddy(control);
-    const bool tall = qobject_cast<QPlainTextEdit*>(control) != nullptr;
-    grid_->addWidget(label, row_, 0, tall ? Qt::AlignTop : Qt::Alignment());
+    const auto* memo = qobject_cast<QPlainTextEdit*>(control);
+    grid_->addWidget(label, row_, 0, memo != nullptr ? Qt::AlignTop : Qt::Alignment());
     grid_->addWidget(Named(control, objectName), row_, 1);
-    if (tall) grid_->setRowStretch(row_, 1);
+    if (memo != nullptr) {
+      AlignWithText(label, *memo);
+      grid_->setRowStretch(row_, 1);
+    }
     control->setAccessibleName(Translated(caption));
     caption_ = caption;
     return control;
