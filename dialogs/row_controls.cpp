@@ -20,10 +20,8 @@
 
 namespace QvRefSystem {
 
-using QvPlatform::FromQt;
 using QvPlatform::TLimitedLine;
 using QvPlatform::TLimitedMemo;
-using QvPlatform::ToQt;
 using QvPlatform::Translated;
 
 namespace {
