@@ -10,6 +10,7 @@
 #include <QPushButton>
 
 #include "dialogs/guarded.h"
+#include "dialogs/row_controls.h"
 #include "dialogs/table_raster_view.h"
 #include "platform/widgets/qt_text.h"
 #include "processors/processor_set.h"
@@ -87,8 +88,7 @@ void TformQvRfOffsetApproximationReport::BuildNumbers() {
   auto* lblAccuracyViewRaster =
       new QLabel(Translated("View approximation errors distribution"), box);
   lblAccuracyViewRaster->setObjectName("lblAccuracyViewRaster");
-  btnAccuracyViewRaster = new QPushButton(QStringLiteral("..."), box);
-  btnAccuracyViewRaster->setObjectName("btnAccuracyViewRaster");
+  btnAccuracyViewRaster = MakeChoiceButton(box, "btnAccuracyViewRaster", "");
   btnAccuracyViewRaster->setAccessibleName(lblAccuracyViewRaster->text());
   btnAccuracyViewRaster->setToolTip(lblAccuracyViewRaster->text());
   btnAccuracyViewRaster->setAutoDefault(false);

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "dialogs/guarded.h"
+#include "dialogs/row_controls.h"
 #include "dialogs/selectors.h"
 #include "platform/widgets/qt_text.h"
 #include "processors/processor_set.h"
@@ -18,6 +19,7 @@
 namespace QvRefSystem {
 
 using QvPlatform::ToQt;
+using QvPlatform::Translatable;
 using QvPlatform::Translated;
 
 namespace {
@@ -87,10 +89,8 @@ void TformQvRfRecalculateGridParams::BuildSource(QHBoxLayout* place) {
   auto* grboxSrcRefSystem = new QGroupBox(Translated(" Reference System "), grboxSource);
   grboxSrcRefSystem->setObjectName("grboxSrcRefSystem");
   BuildSystem(grboxSrcRefSystem, "Src", &source_);
-  btnSrcRefSystemSelect =
-      MakeButton(grboxSrcRefSystem, "btnSrcRefSystemSelect", QStringLiteral("..."));
-  btnSrcRefSystemSelect->setToolTip(Translated("Choose a reference system"));
-  btnSrcRefSystemSelect->setAccessibleName(btnSrcRefSystemSelect->toolTip());
+  btnSrcRefSystemSelect = MakeChoiceButton(grboxSrcRefSystem, "btnSrcRefSystemSelect",
+                                           Translatable("Reference system"));
   btnSrcRefSystemSelect->setAutoDefault(false);
   auto* system = new QGridLayout(grboxSrcRefSystem);
   system->addWidget(source_.edRefSystemName, 0, 0);

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSplitter>
+#include <QStylePainter>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -19,10 +20,8 @@
 
 namespace QvRefSystem {
 
-using QvPlatform::FromQt;
 using QvPlatform::TLimitedLine;
 using QvPlatform::TLimitedMemo;
-using QvPlatform::ToQt;
 using QvPlatform::Translated;
 
 namespace {
@@ -34,6 +33,28 @@ Widget* Named(Widget* widget, const char* name) {
   widget->setObjectName(QString::fromLatin1(name));
   return widget;
 }
+
+/// A list whose field takes a background plainly. Styles paint a list as a button, and shade that
+/// until a colour is no longer what it was.
+class TPlainList final : public QComboBox {
+ public:
+  using QComboBox::QComboBox;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    if (!isEnabled() || !testAttribute(Qt::WA_SetPalette)) return QComboBox::paintEvent(event);
+    QStylePainter painter(this);
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    option.palette = parentWidget()->palette();
+    painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    option.palette = palette();
+    painter.fillRect(
+        style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this),
+        palette().base());
+    painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+  }
+};
 
 bool IsBox(TRowKind kind) {
   return kind == TRowKind::kBox || kind == TRowKind::kColumn;
@@ -105,7 +126,7 @@ void TRowControls::MakeControl(QWidget* form) {
       control_ = new TLimitedMemo(form);
       break;
     case TRowKind::kList: {
-      auto* list = new QComboBox(form);
+      auto* list = new TPlainList(form);
       for (const char* item : row_->items)
         list->addItem(Translated(item));
       control_ = list;
@@ -121,6 +142,11 @@ void TRowControls::MakeControl(QWidget* form) {
     default:
       break;
   }
+}
+
+void AlignWithText(QWidget* lead, const QPlainTextEdit& memo) {
+  const int frame = memo.frameWidth() + static_cast<int>(memo.document()->documentMargin());
+  lead->setContentsMargins(0, frame, 0, 0);
 }
 
 QPushButton* MakeChoiceButton(QWidget* parent, const char* objectName, const char* caption) {
@@ -316,11 +342,7 @@ void TRowLayout::Add(const TRowControls& row) {
   const int stretch = row.Row().stretch;
   const Qt::Alignment top = stretch > 0 ? Qt::AlignTop : Qt::Alignment();
   auto* memo = qobject_cast<QPlainTextEdit*>(row.Control());
-  if (memo != nullptr && row.Lead() != nullptr) {
-    // In line with the first line of the text.
-    const int frame = memo->frameWidth() + static_cast<int>(memo->document()->documentMargin());
-    row.Lead()->setContentsMargins(0, frame, 0, 0);
-  }
+  if (memo != nullptr && row.Lead() != nullptr) AlignWithText(row.Lead(), *memo);
   if (row.Lead() != nullptr) {
     // A button takes clicks only where its mark and caption are.
     const Qt::Alignment tight = row.LeadButton() != nullptr ? Qt::AlignLeading : Qt::Alignment();

@@ -11,6 +11,7 @@ class QButtonGroup;
 class QComboBox;
 class QGridLayout;
 class QHBoxLayout;
+class QPlainTextEdit;
 class QPushButton;
 class QSplitter;
 class QVBoxLayout;
@@ -102,6 +103,9 @@ void SetBackground(QWidget* control, const QColor& colour);
 /// A tip with that text. Names of records show as they are: a tip takes no markup from them, and
 /// breaks its lines.
 [[nodiscard]] QString TipOf(const QString& text);
+
+/// Brings what stands in front of a memo in line with the first line of its text.
+void AlignWithText(QWidget* lead, const QPlainTextEdit& memo);
 
 /// A "..." that chooses what its tip calls by `caption`.
 [[nodiscard]] QPushButton* MakeChoiceButton(QWidget* parent, const char* objectName,

@@ -59,10 +59,13 @@ class TPanelRows {
     ++row_;
     auto* label = new QLabel(Translated(caption), panel_);
     label->setBuddy(control);
-    const bool tall = qobject_cast<QPlainTextEdit*>(control) != nullptr;
-    grid_->addWidget(label, row_, 0, tall ? Qt::AlignTop : Qt::Alignment());
+    const auto* memo = qobject_cast<QPlainTextEdit*>(control);
+    grid_->addWidget(label, row_, 0, memo != nullptr ? Qt::AlignTop : Qt::Alignment());
     grid_->addWidget(Named(control, objectName), row_, 1);
-    if (tall) grid_->setRowStretch(row_, 1);
+    if (memo != nullptr) {
+      AlignWithText(label, *memo);
+      grid_->setRowStretch(row_, 1);
+    }
     control->setAccessibleName(Translated(caption));
     caption_ = caption;
     return control;
@@ -165,7 +168,7 @@ void TVerticalControls::BuildFilePanel() {
   comboDataSourceParamsFilePlaneRefsystem = rows.AddShown("comboDataSourceParamsFilePlaneRefsystem",
                                                           Translatable("Plane Reference System"));
   btnDataSourceParamsFilePlaneRefsystem = rows.AddChoice("btnDataSourceParamsFilePlaneRefsystem");
-  btnDataSourceView = Named(new QPushButton(Translated("View"), panel), "btnDataSourceView");
+  btnDataSourceView = Named(new QPushButton(Translated("View..."), panel), "btnDataSourceView");
   rows.AddBelow(btnDataSourceView);
   rows.FillUp();
 }
@@ -215,7 +218,7 @@ void TVerticalControls::BuildData(QBoxLayout* place) {
   pnlDataType->setAlignment(Qt::AlignCenter);
   pnlDataType->setFrameShape(QFrame::StyledPanel);
   pnlDataType->setAutoFillBackground(true);
-  btnDataView = Named(new QPushButton(Translated("View"), box), "btnDataView");
+  btnDataView = Named(new QPushButton(Translated("View..."), box), "btnDataView");
   edDataOffset = Named(new QLineEdit(box), "edDataOffset");
   edDataOffset->setReadOnly(true);
   edDataOffset->setAccessibleName(Translated("Offset"));

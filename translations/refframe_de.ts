@@ -76,6 +76,14 @@
         <translation>%1 von %2</translation>
     </message>
     <message>
+        <source>%1, a table</source>
+        <translation>%1, eine Tabelle</translation>
+    </message>
+    <message>
+        <source>%1, an offset of %2 %3</source>
+        <translation>%1, ein Versatz von %2 %3</translation>
+    </message>
+    <message>
         <source>%1: %2 systems</source>
         <translation>%1: %2 Systeme</translation>
     </message>
@@ -286,10 +294,6 @@
     <message>
         <source>Change the current object</source>
         <translation>Das aktuelle Objekt ändern</translation>
-    </message>
-    <message>
-        <source>Choose a reference system</source>
-        <translation>Ein Bezugssystem wählen</translation>
     </message>
     <message>
         <source>Choose the current row (Ctrl+Enter)</source>
@@ -530,6 +534,10 @@
     <message>
         <source>Height units</source>
         <translation>Einheit der Höhen</translation>
+    </message>
+    <message>
+        <source>Heights</source>
+        <translation>Höhen</translation>
     </message>
     <message>
         <source>Heights above ellipsoid</source>
@@ -1246,6 +1254,14 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Ver&amp;kleinern</translation>
     </message>
     <message>
+        <source>above a predefined geoid, %1</source>
+        <translation>über einem vordefinierten Geoid, %1</translation>
+    </message>
+    <message>
+        <source>above the ellipsoid</source>
+        <translation>über dem Ellipsoid</translation>
+    </message>
+    <message>
         <source>angular unit</source>
         <translation>Winkeleinheit</translation>
     </message>
@@ -1328,6 +1344,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>scale unit</source>
         <translation>Maßstabseinheit</translation>
+    </message>
+    <message>
+        <source>south %1, north %2, west %3, east %4, cells %5 by %6</source>
+        <translation>Süd %1, Nord %2, West %3, Ost %4, Zellen %5 mal %6</translation>
     </message>
     <message>
         <source>there is not enough memory for it.</source>

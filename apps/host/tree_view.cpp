@@ -4,6 +4,7 @@
 #include <QTreeWidget>
 #include <array>
 
+#include "platform/geocore/geoids.h"
 #include "platform/geocore/projection_methods.h"
 #include "platform/geocore/projjson.h"
 #include "platform/geocore/system_model.h"
@@ -12,6 +13,7 @@
 namespace QvRefSystem {
 
 using QvCommonUtils::TStringTree;
+using QvPlatform::FromQt;
 using QvPlatform::ToQt;
 using QvPlatform::Translatable;
 using QvPlatform::Translated;
@@ -72,7 +74,7 @@ class TLines {
     if (!value.empty()) lines_ << Translated(label) + QStringLiteral(": ") + ToQt(value);
   }
   void AddLine(const std::string& line) { lines_ << ToQt(line); }
-  void Add(const char* label, const QString& value) { Add(label, QvPlatform::FromQt(value)); }
+  void Add(const char* label, const QString& value) { Add(label, FromQt(value)); }
   [[nodiscard]] QStringList Take() { return std::move(lines_); }
 
  private:
@@ -102,6 +104,27 @@ void DescribeEllipsoid(const EllipsoidModel& ellipsoid, TLines* lines) {
                                 : (ellipsoid.b.empty() ? "" : ", b = " + ellipsoid.b);
   lines->Add(Translatable("Ellipsoid"),
              ellipsoid.name + " (a = " + ellipsoid.a + shape + ", " + ellipsoid.unit.name + ")");
+}
+
+void DescribeHeights(const SystemModel& model, TLines* lines) {
+  constexpr auto kLabel = Translatable("Heights");
+  std::string geoid = std::to_string(model.geoidCode);
+  if (model.geoidCode != 0) {
+    (void)GetSystemGeoidName(model.geoidCode, &geoid);
+    lines->Add(kLabel, Translated("above a predefined geoid, %1").arg(ToQt(geoid)));
+  } else if (!model.heights) {
+    lines->Add(kLabel, Translated("above the ellipsoid"));
+  } else if (const HeightSystemModel& own = *model.heights; !own.offset.empty()) {
+    lines->Add(kLabel, Translated("%1, an offset of %2 %3")
+                           .arg(ToQt(own.name), ToQt(own.offset), ToQt(own.offsetUnit.name)));
+  } else {
+    lines->Add(kLabel, Translated("%1, a table").arg(ToQt(own.name)));
+    const auto& [north, east, south, west] = own.limits;
+    lines->AddLine("    " +
+                   FromQt(Translated("south %1, north %2, west %3, east %4, cells %5 by %6")
+                              .arg(ToQt(south), ToQt(north), ToQt(west), ToQt(east),
+                                   ToQt(own.cells[0]), ToQt(own.cells[1]))));
+  }
 }
 
 }  // namespace
@@ -144,6 +167,9 @@ QStringList DescribeTree(const TStringTree& tree) {
   lines.Add(Translatable("Prime meridian"), model.primeMeridian.name);
   lines.Add(Translatable("Angular unit"), model.angularUnit.name);
   lines.Add(Translatable("Linear unit"), model.linearUnit.name);
+  if (model.kind == SystemKind::kGeodetic || model.kind == SystemKind::kProjected) {
+    DescribeHeights(model, &lines);
+  }
   return lines.Take();
 }
 

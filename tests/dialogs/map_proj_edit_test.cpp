@@ -158,6 +158,14 @@ TEST_F(MapProjEdit, TwoAxesOnOneLineAreRefusedOnBothLists) {
     Press(dialog, "comboSecondAxisDir", Qt::Key_Up);  // South
     Click(dialog, "bitbtnSave");
     EXPECT_EQ(RefusedControls(dialog, kMapProjForm), "comboFirstAxisDir comboSecondAxisDir");
+    for (const char* list : {"comboFirstAxisDir", "comboSecondAxisDir"}) {
+      const QImage image = Child(dialog, list).grab().toImage();
+      for (const int quarter : {1, 3}) {
+        EXPECT_EQ(image.pixelColor(image.width() / 2, image.height() * quarter / 4).name(),
+                  QColor(Qt::red).name())
+            << list << " is shaded as a button";
+      }
+    }
     Press(dialog, "comboSecondAxisDir", Qt::Key_End);  // West
     Click(dialog, "bitbtnSave");
   });

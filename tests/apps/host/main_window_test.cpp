@@ -172,6 +172,25 @@ TEST_F(HostWindow, ManagesItsDatabase) {
   Action(window, "actManage").trigger();
 }
 
+TEST_F(HostWindow, DescribesTheHeightsOfASystem) {
+  const struct {
+    void (*write)(TreeBuilder);
+    const char* lines;
+  } rows[] = {
+      {nullptr, "Heights: above the ellipsoid"},
+      {SystemGeoidTree, "Heights: above a predefined geoid, EGM96 height"},
+      {HeightOffsetTree, "Heights: Harbour, an offset of -2.33 metre"},
+      {HeightTableTree,
+       "Heights: Alps, a table\n    south 54, north 55, west 36, east 38, cells 1 by 1"},
+  };
+  for (const auto& row : rows) {
+    const auto tree = MakeTree(SystemTree, 4);
+    if (row.write != nullptr) row.write(TreeBuilder(tree.get()).Sub(1500));
+    const QString text = QvRefSystem::DescribeTree(*tree).join('\n');
+    EXPECT_TRUE(text.endsWith(row.lines)) << text.toStdString();
+  }
+}
+
 TEST_F(HostWindow, DescribesWhatATreeLacks) {
   QvCommonUtils::TStringTree tree;
   TreeBuilder(&tree).Field(1020, "Nameless but for this");
