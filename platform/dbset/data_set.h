@@ -182,8 +182,9 @@ class TQvDataSet {
   void Append();
   void Edit();
   /// Durable when it returns, unless a TQvWriteGroup is open. On failure throws DataSetError (or
-  /// StorageError), with the pending change still pending, or cancelled for StaleRecordError.
-  void Post();
+  /// StorageError), with the pending change still pending, or cancelled for StaleRecordError. Gives
+  /// the row that was written: one that the filter hides is not current afterwards.
+  TRowView Post();
   void Cancel();
   /// Removes the current row; the next one becomes current, or the last one.
   void Delete();

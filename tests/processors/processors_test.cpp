@@ -336,6 +336,47 @@ TEST(Processors, RemoveAProjectionWithItsParametersAndNotItsCode) {
   EXPECT_EQ(database.data->datasetParamValue.RecordCount(), before + codes);
 }
 
+TEST(Processors, WriteAProjectionWithoutAUnitThatItsTypeDoesNotNeed) {
+  TestDatabase database;
+  TQvRfDataProcessor& projections = database.Processor(kMapProjection);
+  const TreePtr tree = MakeTree(ProjectionTree);
+  RemoveSubtree(tree.get(), 6091, 0);
+  const int key = projections.InsertFromTree(tree.get());
+  TStringTree written;
+  ASSERT_TRUE(projections.WriteToTree(&written, 0, 0));
+  EXPECT_EQ(FindSubtree(&written, 6091, 0), nullptr);
+  EXPECT_EQ(projections.InsertFromTree(&written), key);
+  EXPECT_NE(projections.InsertFromTree(MakeTree(ProjectionTree).get()), key);
+}
+
+// A list of systems can be confined to one kind while a file with another is imported from it.
+TEST(Processors, GiveWhatAFilterHidesItsOwnKeyAndCodes) {
+  TestDatabase database;
+  TQvRfDataProcessor& systems = database.Processor(kReferenceSystem);
+  const auto rearrange = [&](const auto& change) {
+    systems.DataSet->Close();
+    systems.DataBuffer->Close();
+    change();
+    systems.DataSet->Open();
+  };
+  const int type = systems.DataSet->FieldByName("TYPE").GetIndex();
+  const auto filter = QvPlatform::TQvDbIntFilter::kEqual;
+  rearrange([&] { systems.DataBuffer->SetFilter(type, 4, filter, true); });
+  const TreePtr tree = MakeTree(SystemTree, 5);
+  const int key = systems.InsertFromTree(tree.get());
+  EXPECT_EQ(Note(tree.get(), 201001), std::to_string(key));
+  EXPECT_EQ(systems.DataSet->RecordCount(), 1);
+  EXPECT_EQ(systems.InsertFromTree(tree.get()), key);
+  rearrange([&] { systems.DataBuffer->ClearFilter(true); });
+  EXPECT_EQ(systems.DataSet->RecordCount(), 2);
+  ASSERT_TRUE(systems.LocateKey(key));
+  TStringTree written;
+  ASSERT_TRUE(systems.WriteToTree(&written, 0, 0));
+  int code = 0;
+  EXPECT_TRUE(written.GetInteger(1100, 0, &code) && code == 5);
+  EXPECT_TRUE(written.GetInteger(102005, 0, &code) && code == 26705);
+}
+
 TEST(Processors, NeverRemoveOrAddTypes) {
   TestDatabase database;
   for (const TObjectType type : {kDatumShiftType, kMapProjectionType, kReferenceSystemType}) {
