@@ -37,6 +37,18 @@ class TLimitedDelegate final : public QStyledItemDelegate {
   int limit_;
 };
 
+// The choice that stands for the current value (null for none) is chosen, the last of several.
+void FillParamValueList(QComboBox* list, const std::vector<std::string>& choices,
+                        const std::string* current) {
+  list->clear();
+  int chosen = -1;
+  for (const std::string& choice : choices) {
+    list->addItem(ToQt(choice));
+    if (current != nullptr && ValueOfChoice(choice) == *current) chosen = list->count() - 1;
+  }
+  list->setCurrentIndex(chosen);
+}
+
 bool IsEnter(int key) {
   return key == Qt::Key_Return || key == Qt::Key_Enter;
 }
@@ -88,14 +100,7 @@ void TParamGrid::AddRow(int code, std::string_view name, const std::string& valu
     list->hide();
     list->setMaxVisibleItems(20);
     list->setAccessibleName(ToQt(name));
-    for (const std::string& choice : choices) {
-      list->addItem(ToQt(choice));
-      if (!value.empty() && ValueOfChoice(choice) == value)
-        list->setCurrentIndex(list->count() - 1);
-    }
-    if (value.empty() || ValueOfChoice(FromQt(list->currentText())) != value) {
-      list->setCurrentIndex(-1);
-    }
+    FillParamValueList(list, choices, value.empty() ? nullptr : &value);
     list->installEventFilter(this);
     connect(list, &QComboBox::activated, this, [this, list](int item) { TakeChoice(list, item); });
     cell->setToolTip(Translated("Click or press Enter to choose from the list, or type a value"));

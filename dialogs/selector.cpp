@@ -9,6 +9,7 @@
 #include <QScreen>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include "dialogs/details_view.h"
 #include "dialogs/edit_base.h"
@@ -39,18 +40,24 @@ TQvRfDataProcessor* ProcessorOf(TObjectType type) {
   return processor;
 }
 
-// Makes the data set's controls live for the time of a modal run.
+// Makes the data set's controls live for the time of a modal run. What a run around this one has
+// taken off stays off until that one ends.
 class TLiveControls {
  public:
-  explicit TLiveControls(TQvRfDataProcessor& processor) : processor_(processor) {
+  explicit TLiveControls(TQvRfDataProcessor& processor)
+      : processor_(processor), around_(std::exchange(processor.SuspendedControls, 0)) {
     processor_.ReleaseControls();
   }
-  ~TLiveControls() { processor_.RestoreControls(); }
+  ~TLiveControls() {
+    processor_.RestoreControls();
+    processor_.SuspendedControls = around_;
+  }
   TLiveControls(const TLiveControls&) = delete;
   TLiveControls& operator=(const TLiveControls&) = delete;
 
  private:
   TQvRfDataProcessor& processor_;
+  const int around_;
 };
 
 // Whoever waits behind this dialog stands on records of other tables, which writing a tree leaves.

@@ -375,6 +375,11 @@ bool TQvRfDataProcessor::WriteItem(TStringTree* tree, const TTreeItem& item, TRo
   switch (item.kind) {
     case TTreeItem::Kind::kField: {
       const int column = ItemColumn(item);
+      // An integer without content is 0: who reads the tree finds a number.
+      if (item.form == TValueForm::kInteger) {
+        return EnsureField(tree, item.id, item.index, std::to_string(row.GetInteger(column)),
+                           item.label);
+      }
       const std::string& text = row.GetText(column);
       // Only text fields have a text of their own; the others are put into words.
       if (!text.empty()) return EnsureField(tree, item.id, item.index, text, item.label);

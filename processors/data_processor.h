@@ -72,6 +72,8 @@ class TQvRfDataProcessor {
   TQvRfDataProcessor& operator=(const TQvRfDataProcessor&) = delete;
   virtual ~TQvRfDataProcessor() = default;
 
+  /// Key of a record of this table, 0 for none.
+  [[nodiscard]] int KeyOf(QvPlatform::TRowView row) const { return row.GetInteger(keyField_); }
   /// Key of the current record, 0 in an empty table.
   [[nodiscard]] virtual int GetCurrentKey() const;
   /// Moves to the record with that key. Key 0 or below leaves the cursor; a key that is not there

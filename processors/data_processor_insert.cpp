@@ -44,7 +44,7 @@ int TQvRfDataProcessor::StoreFromTree(TStringTree* tree) {
   const bool inserted = !found;
   int key = 0;
   if (found) {
-    key = found.GetInteger(keyField_);
+    key = KeyOf(found);
     DropBeside(image);
   } else if (CanAppend()) {
     key = AppendRecord(image);
@@ -162,8 +162,7 @@ int TQvRfDataProcessor::AppendRecord(const TRecordImage& image) {
   DataSet->FieldByName("FAVOUR").SetInteger(0);
   DataSet->FieldByName("LAST_USE").SetFloat(QvPlatform::CurrentMoment());
   image.Store(*DataSet);
-  // A record that a filter hides is not the current one.
-  return DataSet->Post().GetInteger(keyField_);
+  return KeyOf(DataSet->Post());
 }
 
 void TQvRfDataProcessor::AppendBeside(TStringTree* tree, const TRecordImage& /*image*/, int key) {

@@ -159,9 +159,9 @@ void TFormRecord::Store(bool append, const TExtras& extras) {
     WriteStamps(append);
     WriteRows();
     if (extras.fields) extras.fields(dataSet);
-    dataSet.Post();
+    const int key = processor_.KeyOf(dataSet.Post());
     if (extras.beside) {
-      extras.beside(processor_.GetCurrentKey());
+      extras.beside(key);
       group->Commit();
     }
   } catch (...) {

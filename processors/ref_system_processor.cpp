@@ -90,7 +90,8 @@ bool TQvRfRefSystemDataProcessor::WriteStep(TStringTree* tree, Step step, const 
   using enum Step;
   switch (step) {
     case kSwap:
-      return WriteColumns(tree, 1400, "swap", std::array{columns_.swap});
+      return EnsureField(tree, 1400, 0,
+                         std::to_string(DataSet->CurrentRow().GetInteger(columns_.swap)), "swap");
     case kAxes:
       return WriteColumns(tree, 1025, "axis", columns_.axes);
     case kLinearUnit:

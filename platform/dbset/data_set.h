@@ -183,7 +183,7 @@ class TQvDataSet {
   void Edit();
   /// Durable when it returns, unless a TQvWriteGroup is open. On failure throws DataSetError (or
   /// StorageError), with the pending change still pending, or cancelled for StaleRecordError. Gives
-  /// the record as posted, which is current unless the filter hides it.
+  /// the row that was written: one that the filter hides is not current afterwards.
   TRowView Post();
   void Cancel();
   /// Removes the current row; the next one becomes current, or the last one.

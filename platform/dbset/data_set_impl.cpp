@@ -304,15 +304,15 @@ TRowView DataSetImpl::Post() {
 
 const Row* DataSetImpl::PostInsert() {
   auto row = std::make_unique<Row>();
-  const Row* const posted = row.get();
   row->cells = pending_.cells;
   store_->Insert(row.get());
   state_ = DataSetState::kBrowse;
+  const Row* const inserted = row.get();
   RowSet::Move move;
   move.to = rows_->Insert(std::move(row));
   Place(move.to >= 0 ? move.to : position_);
   TellPlaces(move);
-  return posted;
+  return inserted;
 }
 
 const Row* DataSetImpl::PostEdit() {

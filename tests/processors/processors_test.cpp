@@ -13,10 +13,12 @@ namespace refframe_tests {
 namespace {
 
 using QvCommonUtils::TStringTree;
+using QvPlatform::TMatch;
 using QvRefSystem::DescriptorOf;
 using QvRefSystem::TObjectType;
 using QvRefSystem::TQvRfDataProcessor;
 using QvRefSystem::TTreeItem;
+using QvRefSystem::TValueForm;
 using enum QvRefSystem::TObjectType;
 
 struct Sample {
@@ -159,6 +161,65 @@ TEST_P(EveryObject, UnderEditingIsNotRemoved) {
   EXPECT_TRUE(Processor().CheckNotEditing());
 }
 
+TEST_P(EveryObject, IsWrittenWithANumberWhereAnIntegerIsUnset) {
+  const int key = Processor().InsertFromTree(Tree().get());
+  QvPlatform::TQvDataSet& table = *Processor().DataSet;
+  std::vector<TTreeItem> cleared;
+  table.Edit();
+  for (const TTreeItem& item : Processor().Descriptor().items) {
+    if (item.kind != TTreeItem::Kind::kField || item.form != TValueForm::kInteger) continue;
+    QvPlatform::TField& field = table.FieldByName(item.column);
+    if (field.Definition().need != QvPlatform::FieldNeed::kOptional) continue;
+    field.Clear();
+    cleared.push_back(item);
+  }
+  if (GetParam().type == kReferenceSystem) table.FieldByName("SWAP_COORDS").Clear();
+  table.Post();
+  TStringTree written;
+  ASSERT_TRUE(Processor().WriteToTree(&written, 0, 0));
+  for (const TTreeItem& item : cleared) {
+    int number = -1;
+    EXPECT_TRUE(written.GetInteger(item.id, item.index, &number)) << item.id;
+    EXPECT_EQ(number, 0) << item.id;
+  }
+  EXPECT_EQ(Processor().InsertFromTree(&written), key);
+}
+
+TEST_P(EveryObject, WritesTheFirstOfItsCodesAndBlankOnesByTheirRule) {
+  const int key = Processor().InsertFromTree(Tree().get());
+  QvPlatform::TQvDataSet& values = database_.data->datasetParamValue;
+  const auto append = [&](QvRefSystem::TParamTag tag, const char* value) {
+    values.Append();
+    values.FieldByName("OWNER_CONTENT").SetInteger(Processor().ObjectType);
+    values.FieldByName("OWNER_ID").SetInteger(key);
+    values.FieldByName("PARAM_TAG").SetInteger(static_cast<int>(tag));
+    values.FieldByName("VALUE").SetString(value);
+    values.Post();
+  };
+  for (const TTreeItem& item : Processor().Descriptor().items) {
+    if (item.kind != TTreeItem::Kind::kCode) continue;
+    const int owner = values.FieldByName("OWNER_ID").GetIndex();
+    const int content = values.FieldByName("OWNER_CONTENT").GetIndex();
+    const int tag = values.FieldByName("PARAM_TAG").GetIndex();
+    while (const auto row =
+               values.FindFirst({TMatch::Integer(owner, key), TMatch::Integer(tag, int(item.tag)),
+                                 TMatch::Integer(content, Processor().ObjectType)})) {
+      values.MoveTo(row);
+      values.Delete();
+    }
+    TStringTree written;
+    ASSERT_TRUE(Processor().WriteToTree(&written, 0, 0));
+    EXPECT_EQ(FindField(&written, item.id, 0), nullptr) << item.id;
+    append(item.tag, " ");
+    append(item.tag, "7");
+    ASSERT_TRUE(Processor().WriteToTree(&written, 0, 0));
+    const bool writesBlanks = item.id == 101002 || item.id == 101003;
+    std::string value = "none";
+    EXPECT_EQ(written.GetString(item.id, 0, &value), writesBlanks) << item.id;
+    EXPECT_EQ(value, writesBlanks ? " " : "none") << item.id;
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(, EveryObject, testing::ValuesIn(kSamples),
                          [](const auto& test) { return std::string(test.param.name); });
 
@@ -220,6 +281,8 @@ const Change kChanges[] = {
     {"ProjectionParameterWithAZero", kMapProjection, ProjectionTree, {}, 8805, "0.99960", false},
     {"ProjectionAxisName", kMapProjection, ProjectionTree, {}, 6022, "X", true},
     {"ProjectionAxisSign", kMapProjection, ProjectionTree, {}, 6024, "-1", false},
+    {"ProjectionOfATypeWithoutParameters", kMapProjection, ProjectionTree, {}, 6001, "77", false},
+    {"ProjectionWithAParameterOfNoUse", kMapProjection, ProjectionTree, {}, 8899, "1", true},
     {"ProjectionRepeatedSign", kMapProjection, ProjectionTree, {}, 1401, "-1", true},
     {"SystemNameInOtherCase", kReferenceSystem, Projected, {}, 1020, "nad27 / utm 17n ", true},
     {"SystemAxisName", kReferenceSystem, Projected, {}, 1025, "Q", true},
@@ -359,6 +422,47 @@ TEST(Processors, RemoveAProjectionWithItsParametersAndNotItsCode) {
   EXPECT_EQ(database.data->datasetParamValue.RecordCount(), before + codes);
 }
 
+TEST(Processors, WriteAProjectionWithoutAUnitThatItsTypeDoesNotNeed) {
+  TestDatabase database;
+  TQvRfDataProcessor& projections = database.Processor(kMapProjection);
+  const TreePtr tree = MakeTree(ProjectionTree);
+  RemoveSubtree(tree.get(), 6091, 0);
+  const int key = projections.InsertFromTree(tree.get());
+  TStringTree written;
+  ASSERT_TRUE(projections.WriteToTree(&written, 0, 0));
+  EXPECT_EQ(FindSubtree(&written, 6091, 0), nullptr);
+  EXPECT_EQ(projections.InsertFromTree(&written), key);
+  EXPECT_NE(projections.InsertFromTree(MakeTree(ProjectionTree).get()), key);
+}
+
+// A list of systems can be confined to one kind while a file with another is imported from it.
+TEST(Processors, GiveWhatAFilterHidesItsOwnKeyAndCodes) {
+  TestDatabase database;
+  TQvRfDataProcessor& systems = database.Processor(kReferenceSystem);
+  const auto rearrange = [&](const auto& change) {
+    systems.DataSet->Close();
+    systems.DataBuffer->Close();
+    change();
+    systems.DataSet->Open();
+  };
+  const int type = systems.DataSet->FieldByName("TYPE").GetIndex();
+  const auto filter = QvPlatform::TQvDbIntFilter::kEqual;
+  rearrange([&] { systems.DataBuffer->SetFilter(type, 4, filter, true); });
+  const TreePtr tree = MakeTree(SystemTree, 5);
+  const int key = systems.InsertFromTree(tree.get());
+  EXPECT_EQ(Note(tree.get(), 201001), std::to_string(key));
+  EXPECT_EQ(systems.DataSet->RecordCount(), 1);
+  EXPECT_EQ(systems.InsertFromTree(tree.get()), key);
+  rearrange([&] { systems.DataBuffer->ClearFilter(true); });
+  EXPECT_EQ(systems.DataSet->RecordCount(), 2);
+  ASSERT_TRUE(systems.LocateKey(key));
+  TStringTree written;
+  ASSERT_TRUE(systems.WriteToTree(&written, 0, 0));
+  int code = 0;
+  EXPECT_TRUE(written.GetInteger(1100, 0, &code) && code == 5);
+  EXPECT_TRUE(written.GetInteger(102005, 0, &code) && code == 26705);
+}
+
 TEST(Processors, NeverRemoveOrAddTypes) {
   TestDatabase database;
   for (const TObjectType type : {kDatumShiftType, kMapProjectionType, kReferenceSystemType}) {
@@ -390,6 +494,16 @@ TEST(Processors, LocateByKeyAndByName) {
     RemoveField(tree.get(), 5320, 0);
     EnsureField(tree.get(), 5320, 0, name, "name");
     keys.push_back(units.InsertFromTree(tree.get()));
+  }
+  // Of equal times the first in table order wins, and no time at all is none.
+  for (const double moment : {5.0, 0.0}) {
+    for (const int key : keys) {
+      ASSERT_TRUE(units.LocateKey(key));
+      units.DataSet->Edit();
+      units.DataSet->FieldByName("LAST_USE").SetFloat(moment);
+      units.DataSet->Post();
+    }
+    EXPECT_EQ(units.GetLastUsedKey(), moment > 0 ? keys[0] : 0);
   }
   ASSERT_TRUE(units.LocateKey(keys[0]));
   EXPECT_TRUE(units.FindNextByName("METRE"));

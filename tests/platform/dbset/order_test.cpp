@@ -243,7 +243,7 @@ TEST(Arranging, LeavesARowThatNoLongerShowsForItsNeighbour) {
     table.GoTo(table.Key(*expected == 'c' ? "b" : *expected == 'a' ? "c" : "a"));
     table.set.Edit();
     table.set.Fields(kCode).SetInteger(5);
-    table.set.Post();
+    EXPECT_EQ(table.set.Post().GetInteger(kCode), 5) << "the row that was written";
     EXPECT_EQ(table.set.Fields(kName).AsString(), expected);
   }
   EXPECT_TRUE(table.set.Eof());
