@@ -70,14 +70,13 @@ TformQvRfEdit::TformQvRfEdit(QWidget* owner, TObjectType object)
       Processor(ProcessorOf(object)) {}
 
 bool TformQvRfEdit::EditCurrent() {
-  if (IsRunning()) return false;
   const TControlsGuard controls(*Processor->DataSet);
   const int key = Processor->GetCurrentKey();
   if (!Processor->CheckNotEditing()) {
     Processor->LocateKey(key);
     return false;
   }
-  if (key == 0) return false;
+  if (key == 0 || IsRunning()) return false;
   // The owner shows again once the record is current.
   const THiddenForm hidden(Owner());
   const TEditLock lock(*Processor, key);

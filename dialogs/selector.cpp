@@ -40,24 +40,24 @@ TQvRfDataProcessor* ProcessorOf(TObjectType type) {
   return processor;
 }
 
-// Makes the data set's controls live for the time of a modal run. What a run around this one has
-// taken off stays off until that one ends.
+// Makes the data set's controls live for the time of a modal run. The levels that a run further up
+// has taken off stay off until that one ends: its list is to be live when it comes back.
 class TLiveControls {
  public:
   explicit TLiveControls(TQvRfDataProcessor& processor)
-      : processor_(processor), around_(std::exchange(processor.SuspendedControls, 0)) {
+      : processor_(processor), outer_(std::exchange(processor.SuspendedControls, 0)) {
     processor_.ReleaseControls();
   }
   ~TLiveControls() {
     processor_.RestoreControls();
-    processor_.SuspendedControls = around_;
+    processor_.SuspendedControls = outer_;
   }
   TLiveControls(const TLiveControls&) = delete;
   TLiveControls& operator=(const TLiveControls&) = delete;
 
  private:
   TQvRfDataProcessor& processor_;
-  const int around_;
+  const int outer_;
 };
 
 // Whoever waits behind this dialog stands on records of other tables, which writing a tree leaves.
@@ -178,31 +178,29 @@ void TformQvRfSelector::Run() {
 void TformQvRfSelector::TakeChoice(TStringTree* tree, int id, int index) {
   Chosen = Guarded(Data().Ui(), [&] {
     const int key = Processor->GetCurrentKey();
-    StampLastUse();
     Processor->Reopen();
     if (!Processor->LocateKey(key)) {
       throw std::runtime_error(
           QvPlatform::FromQt(Translated("The object has been removed by another user.")));
     }
-    if (tree != nullptr && !WriteChoice(tree, id, index)) {
-      throw std::runtime_error(QvPlatform::FromQt(
-          Translated("The object refers to one that is not in the database. It cannot be used.")));
-    }
+    if (tree != nullptr) WriteChoice(tree, id, index);
+    StampLastUse();
   });
 }
 
-// The caller's tree keeps its content unless the whole object was written.
-bool TformQvRfSelector::WriteChoice(TStringTree* tree, int id, int index) {
-  if (id != 0) {
-    if (Processor->WriteToTree(tree, id, index)) return true;
-    QvCommonUtils::RemoveSubtree(tree, id, index);
-    return false;
-  }
+// Throws unless the whole object was written; the caller's tree then keeps its content.
+void TformQvRfSelector::WriteChoice(TStringTree* tree, int id, int index) {
   TStringTree object;
-  if (!Processor->WriteToTree(&object, 0, 0)) return false;
-  QvCommonUtils::ClearTree(tree);
-  QvCommonUtils::MergeTree(&object, tree);
-  return true;
+  const bool whole =
+      id != 0 ? Processor->WriteToTree(tree, id, index) : Processor->WriteToTree(&object, 0, 0);
+  if (whole && id == 0) {
+    QvCommonUtils::ClearTree(tree);
+    QvCommonUtils::MergeTree(&object, tree);
+  }
+  if (whole) return;
+  if (id != 0) QvCommonUtils::RemoveSubtree(tree, id, index);
+  throw std::runtime_error(QvPlatform::FromQt(
+      Translated("The object refers to one that is not in the database. It cannot be used.")));
 }
 
 // When the record was last chosen only sorts suggestions. Where it cannot be kept, as in a database
@@ -227,11 +225,15 @@ bool TformQvRfSelector::SelectWhere(const char* field, int value, TStringTree* t
     Rearrange(dataSet, [&](QvPlatform::TQvDataBuffer& buffer) {
       buffer.SetFilter(number, value, QvPlatform::TQvDbIntFilter::kEqual, true);
     });
-    if (Select(tree, id, hideOwner, key, index)) chosenKey = Processor->GetCurrentKey();
+    if (Select(nullptr, 0, hideOwner, key, 0)) chosenKey = Processor->GetCurrentKey();
   });
   Rearrange(dataSet, [](QvPlatform::TQvDataBuffer& buffer) { buffer.ClearFilter(true); });
   Processor->LocateKey(chosenKey);
-  return chosenKey != 0;
+  if (chosenKey == 0 || tree == nullptr) return chosenKey != 0;
+  // Not ahead of this: an object may refer to one of its own table that the filter hides.
+  Chosen = Guarded(Data().Ui(), [&] { WriteChoice(tree, id, index); });
+  if (!Chosen && key != nullptr) *key = 0;
+  return Chosen;
 }
 
 void TformQvRfSelector::SetDialogMode(bool selectMode, bool readOnly) {

@@ -54,6 +54,8 @@ struct TFormRow {
   TObjectType object = TObjectType::kNone;
   const char* button = "";
   TNewKey newKey = TNewKey::kNone;
+  /// kReference: a key whose object is not there stays, and shows no name; else it becomes 0.
+  bool keepsKey = false;
   /// kList: the items.
   std::span<const char* const> items = {};
   /// Blanks round a stored text do not show.
@@ -133,6 +135,12 @@ inline constexpr TFormRow kDescriptionRow{.kind = TRowKind::kMemo,
                                           .caption = "Description",
                                           .column = "DESCRIPTION",
                                           .stretch = 1};
+/// The same with room behind the caption.
+inline constexpr TFormRow kSpacedDescriptionRow = [] {
+  TFormRow row = kDescriptionRow;
+  row.caption = "Description   ";
+  return row;
+}();
 inline constexpr TFormRow kAbbreviationRow =
     TextRow("edAbbreviation", "lblAbbreviation", "Abbreviation", "ABBREVIATION");
 

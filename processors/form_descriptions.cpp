@@ -120,8 +120,12 @@ static_assert(IsSound(kBursaWolfRows));
 
 constexpr std::array kMapProjRows{
     kNameRow,
-    ReferenceRow("edProjectionType", "btnProjectionType", "lblProjectionType", "Projection type",
-                 "TYPE", kMapProjectionType),
+    [] {
+      TFormRow row = ReferenceRow("edProjectionType", "btnProjectionType", "lblProjectionType",
+                                  "Projection type", "TYPE", kMapProjectionType);
+      row.keepsKey = true;
+      return row;
+    }(),
     ColumnRow(),
     ReferenceRow("edLinearUnit", "btnLinearUnit", "lblLinearUnit", "Linear units",
                  "LINEAR_UNIT_AUTOKEY", kLinearUnit),
@@ -138,7 +142,7 @@ constexpr std::array kMapProjRows{
     ListRow("comboSecondAxisDir", "lblSecondAxisDir", "Second axis direction", kDirectionNames),
     kEndColumns,
     PanelRow("pnlProjParam", "lblProjParam", "Parameters", 3),
-    kDescriptionRow};
+    kSpacedDescriptionRow};
 static_assert(IsSound(kMapProjRows));
 
 // Types: only their words can be changed.

@@ -54,8 +54,14 @@ void TFormRecord::LoadReference(std::size_t row) {
   if (ReferredProcessor(form_.rows[row]).LocateKey(values_[row].key)) {
     TakeCurrent(row);
   } else {
-    values_[row] = {};
+    LoseReference(row);
   }
+}
+
+void TFormRecord::LoseReference(std::size_t row) {
+  const int key = form_.rows[row].keepsKey ? values_[row].key : 0;
+  values_[row] = {};
+  values_[row].key = key;
 }
 
 void TFormRecord::Clear() {
@@ -90,7 +96,7 @@ void TFormRecord::RefreshReferences() {
       if (values_[at].text.empty()) continue;
       values_[at].text = row.GetText(referred.DataSet->FieldByName("NAME").GetIndex());
     } else {
-      values_[at] = {};
+      LoseReference(at);
     }
   }
 }

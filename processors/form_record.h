@@ -30,12 +30,12 @@ class TFormRecord {
   TFormRecord(TQvRfDataProcessor& processor, const TFormDescription& form);
 
   /// Copies the current record. A reference is located on its processor; one that is not there
-  /// becomes 0.
+  /// becomes 0, unless its row keeps it.
   void Load();
   /// Empty texts, and the keys that a new record begins with.
   void Clear();
-  /// References to records that have been removed since become 0, and names are read anew; one that
-  /// was emptied stays empty. Moves no cursor.
+  /// References to records that have been removed since are lost as on loading, and names are read
+  /// anew; one that was emptied stays empty. Moves no cursor.
   void RefreshReferences();
   /// Makes the record that is current on the row's processor the one referred to.
   void TakeCurrent(std::size_t row);
@@ -69,6 +69,7 @@ class TFormRecord {
 
  private:
   void LoadReference(std::size_t row);
+  void LoseReference(std::size_t row);
   void WriteRows();
   void WriteStamps(bool append);
 

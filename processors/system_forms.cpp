@@ -203,11 +203,7 @@ constexpr std::array kProjRows{
     kGeoidRow,
     kSystemGeoidRow,
     kEndColumns,
-    [] {
-      TFormRow row = kDescriptionRow;
-      row.caption = "Description   ";
-      return row;
-    }()};
+    kSpacedDescriptionRow};
 static_assert(IsSound(kProjRows));
 constexpr std::array kProjFixed{TypeOf(SystemKind::kProjected),
                                 TFixedValue{.column = "ANGULAR_UNIT_AUTOKEY", .value = 0}};

@@ -252,9 +252,10 @@ TEST_F(EditForms, ARecordUnderEditingIsNeitherEditedNorRemovedFurtherDown) {
   const bool saved = Run(form, false, [&](QWidget& dialog) {
     auto* inner = QvRefSystem::GetEditForm(&second, form.object);
     EXPECT_FALSE(inner->EditCurrent());
+    EXPECT_FALSE(FormOf(form).EditCurrent());
     EXPECT_FALSE(processor.DeleteRecord(nullptr));
     EXPECT_EQ(database_.ui.messages,
-              std::vector<std::string>(2, "The object is under editing now!"));
+              std::vector<std::string>(3, "The object is under editing now!"));
     EXPECT_TRUE(dialog.isVisible());
     Type(dialog, "edName", "Renamed");
     Type(dialog, "edFactorB", "1");

@@ -149,6 +149,43 @@ TEST_F(MapProjEdit, AUnitThatNoParameterNeedsIsDisabledAndStoredAsNone) {
             "LINEAR_UNIT_AUTOKEY=1 SCALE_UNIT_AUTOKEY=0");
 }
 
+// The table of types names east ahead of north in any case.
+TEST_F(MapProjEdit, ATypeThatSwapsItsAxesBringsNorthFirst) {
+  auto& types = database_.data->datasetMapProjType;
+  types.Edit();
+  types.FieldByName("SWAP_COORDS").SetInteger(1);
+  types.FieldByName("COORD1_SIGN").SetInteger(-1);
+  types.Post();
+  AddValid(kMapProjForm, "Tested");
+  ScreenUser user;
+  user.In<TformQvRfEdit>([](QWidget& dialog) {
+        Click(dialog, "btnProjectionType");
+        EXPECT_EQ(TextOf(dialog, "edFirstAxisName") + TextOf(dialog, "edSecondAxisName"), "NE");
+        Click(dialog, "bitbtnSave");
+      })
+      .In<TformQvRfSelector>(&ChooseType);
+  EXPECT_TRUE(FormOf(kMapProjForm).EditCurrent());
+  EXPECT_EQ(Record(kMapProjForm, {"COORD1_DESC", "COORD2_DESC", "SWAP_COORDS"}),
+            "COORD1_DESC=North COORD2_DESC=West SWAP_COORDS=1");
+}
+
+TEST_F(MapProjEdit, ATypeThatTheTableDoesNotKnowIsKept) {
+  AddValid(kMapProjForm, "Tested");
+  Table(kMapProjForm).Edit();
+  Table(kMapProjForm).FieldByName("TYPE").SetInteger(1234);
+  Table(kMapProjForm).Post();
+  ScreenUser user;
+  user.In<TformQvRfEdit>([](QWidget& dialog) {
+        Click(dialog, "btnProjectionType");
+        EXPECT_EQ(TextOf(dialog, "edProjectionType"), "");
+        Type(dialog, "edName", "Renamed");
+        Click(dialog, "bitbtnSave");
+      })
+      .In<TformQvRfSelector>([](QWidget& types) { Click(types, "bitbtnCancel"); });
+  EXPECT_TRUE(FormOf(kMapProjForm).EditCurrent());
+  EXPECT_EQ(Record(kMapProjForm, {"NAME", "TYPE"}), "NAME=Renamed TYPE=1234");
+}
+
 TEST_F(MapProjEdit, TwoAxesOnOneLineAreRefusedOnBothLists) {
   AddValid(kMapProjForm, "Tested");
   ScreenUser user;

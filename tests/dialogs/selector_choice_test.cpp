@@ -118,6 +118,18 @@ TEST_F(SelectorChoice, AnObjectThatIsNotWholeIsRefusedAndTheTreeKeepsItsContent)
   std::string name;
   EXPECT_TRUE(tree.GetString(1020, 0, &name));
   EXPECT_EQ(name, "the host's system");
+  EXPECT_EQ(database_.data->datasetRefSystem.FieldByName("LAST_USE").AsFloat(), 0);
+}
+
+// A topocentric system refers to a geodetic one, which the filter hides.
+TEST_F(SelectorChoice, AFilterHidesNothingFromTheTreeOfTheChosenObject) {
+  ASSERT_NE(database_.Processor(kReferenceSystem).InsertFromTree(MakeTree(SystemTree, 6).get()), 0);
+  TformQvRfRefSystemSelector selector(nullptr);
+  ScreenUser user;
+  user.In<TformQvRfSelector>([](QWidget& form) { Click(form, "bitbtnOk"); });
+  QvCommonUtils::TStringTree tree;
+  EXPECT_TRUE(selector.SelectFiltered(&tree, 0, 6, false, nullptr, 0));
+  EXPECT_NE(FindSubtree(&tree, 1121, 0), nullptr);
 }
 
 TEST_F(SelectorChoice, ADoubleClickChoosesAndInTheViewerCloses) {
@@ -323,19 +335,31 @@ TEST_F(SelectorChoice, TheListFollowsWhatBecomesOfTheTable) {
   EXPECT_FALSE(selector.Select(nullptr, 0, false, nullptr, 0));
 }
 
-TEST_F(SelectorChoice, IsLiveThoughAnOuterOperationHoldsTheControlsDisabled) {
+TEST_F(SelectorChoice, IsLiveThoughOuterOperationsHoldTheControlsDisabled) {
   QvPlatform::TQvDataSet& dataSet = database_.data->datasetEllipsoid;
   TformQvRfEllipsoidSelector selector(nullptr);
+  TformQvRfEllipsoidSelector inner(&selector);
   dataSet.DisableControls();
   dataSet.DisableControls();
   dataSet.MoveTo(3);
   ScreenUser user;
-  user.In<TformQvRfSelector>([this](QWidget& form) {
-    EXPECT_EQ(MarkedName(form), "Clarke 1880 (IGN)");
-    Press(form, "dbgridList", Qt::Key_Home);
-    EXPECT_EQ(CurrentName(kEllipsoid), MarkedName(form));
-    Click(form, "bitbtnCancel");
-  });
+  user.In<TformQvRfSelector>([&](QWidget& form) {
+        EXPECT_EQ(MarkedName(form), "Clarke 1880 (IGN)");
+        // As an edit dialog does from which a list of the same objects is opened.
+        dataSet.DisableControls();
+        EXPECT_FALSE(inner.Select(nullptr, 0, true, nullptr, 0));
+        dataSet.EnableControls();
+        dataSet.Last();
+        EXPECT_EQ(MarkedName(form), "WGS 84") << "live again after a list further down";
+        Press(form, "dbgridList", Qt::Key_Home);
+        EXPECT_EQ(CurrentName(kEllipsoid), MarkedName(form));
+        Click(form, "bitbtnCancel");
+      })
+      .In<TformQvRfSelector>([&](QWidget& form) {
+        dataSet.First();
+        EXPECT_EQ(MarkedName(form), "Airy 1830");
+        Click(form, "bitbtnCancel");
+      });
   EXPECT_FALSE(selector.Select(nullptr, 0, false, nullptr, 0));
   EXPECT_TRUE(dataSet.ControlsDisabled());
   dataSet.EnableControls();
