@@ -28,11 +28,3 @@ if(REFFRAME_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
-
-# Half of the compile time of a sanitized build is optimising, which what computes is worth and what
-# only calls it is not: the targets of a folder that calls this are compiled without.
-macro(refframe_compile_quickly)
-  if(REFFRAME_SANITIZE)
-    add_compile_options(-O0)
-  endif()
-endmacro()

@@ -191,16 +191,16 @@ void TformQvRfSelector::TakeChoice(TStringTree* tree, int id, int index) {
 // Throws unless the whole object was written; the caller's tree then keeps its content.
 void TformQvRfSelector::WriteChoice(TStringTree* tree, int id, int index) {
   TStringTree object;
-  const bool whole =
-      id != 0 ? Processor->WriteToTree(tree, id, index) : Processor->WriteToTree(&object, 0, 0);
-  if (whole && id == 0) {
-    QvCommonUtils::ClearTree(tree);
-    QvCommonUtils::MergeTree(&object, tree);
+  if (!Processor->WriteToTree(&object, id, index)) {
+    throw std::runtime_error(QvPlatform::FromQt(
+        Translated("The object refers to one that is not in the database. It cannot be used.")));
   }
-  if (whole) return;
-  if (id != 0) QvCommonUtils::RemoveSubtree(tree, id, index);
-  throw std::runtime_error(QvPlatform::FromQt(
-      Translated("The object refers to one that is not in the database. It cannot be used.")));
+  if (id == 0) {
+    QvCommonUtils::ClearTree(tree);
+  } else {
+    QvCommonUtils::RemoveSubtree(tree, id, index);
+  }
+  QvCommonUtils::MergeTree(&object, tree);
 }
 
 // When the record was last chosen only sorts suggestions. Where it cannot be kept, as in a database

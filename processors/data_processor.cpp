@@ -1,6 +1,7 @@
 #include "processors/data_processor.h"
 
 #include <algorithm>
+#include <atomic>
 #include <functional>
 
 #include "platform/text/text.h"
@@ -322,7 +323,8 @@ void TQvRfDataProcessor::DeleteIfUsedOnce(TObjectType object, std::string_view c
 namespace {
 
 // The tree that is being written on this thread: WriteToTree calls itself for sub-objects, and all
-// they write stays where it is until the outermost call returns.
+// they write stays where it is until the outermost call returns. No two trees have one number,
+// whichever threads wrote them: processors remember it.
 struct Writing {
   int depth = 0;
   unsigned long number = 0;
@@ -332,7 +334,8 @@ thread_local Writing currentWriting;
 class WritingScope {
  public:
   WritingScope() {
-    if (currentWriting.depth++ == 0) ++currentWriting.number;
+    static std::atomic<unsigned long> last = 0;
+    if (currentWriting.depth++ == 0) currentWriting.number = ++last;
   }
   ~WritingScope() { --currentWriting.depth; }
   WritingScope(const WritingScope&) = delete;

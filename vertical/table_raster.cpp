@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstring>
 #include <limits>
+#include <span>
 #include <stdexcept>
 
 #include "platform/storage/stream.h"
@@ -41,13 +42,45 @@ TRasterPalette MakePalette(ColourOf colourOf) {
   return palette;
 }
 
-// Bilinear between two columns of a table, term by term as T2DTable::Interpolate has it, so that
-// both round alike.
-inline double Blend(const double* west, const double* east, std::uint32_t low, std::uint32_t high,
-                    double fx, double fy) {
-  return (1 - fx) * (1 - fy) * west[low] + (1 - fx) * fy * west[high] + fx * (1 - fy) * east[low] +
-         fx * fy * east[high];
+// Bilinear in a cell, term by term as T2DTable::Interpolate has it, so that both round alike.
+inline double Blend(const TCellCorners& nodes, double fx, double fy) {
+  return (1 - fx) * (1 - fy) * nodes.WestLow + (1 - fx) * fy * nodes.WestHigh +
+         fx * (1 - fy) * nodes.EastLow + fx * fy * nodes.EastHigh;
 }
+
+// From heights to levels.
+struct Scale {
+  double base;
+  double step;
+
+  // Also for a height that is no number.
+  [[nodiscard]] std::uint8_t LevelOf(double height) const {
+    const double level = (height - base) / step;
+    return level > 0 ? static_cast<std::uint8_t>(std::min(level, 255.0)) : std::uint8_t{0};
+  }
+};
+
+// What a row of pixels lies between, for columns side by side.
+struct CornerRow {
+  explicit CornerRow(std::size_t count)
+      : fx(count), westLow(count), westHigh(count), eastLow(count), eastHigh(count) {}
+  std::vector<double> fx, westLow, westHigh, eastLow, eastHigh;
+
+  void Put(std::size_t n, const TCellCorners& nodes) {
+    westLow[n] = nodes.WestLow;
+    westHigh[n] = nodes.WestHigh;
+    eastLow[n] = nodes.EastLow;
+    eastHigh[n] = nodes.EastHigh;
+  }
+  void WriteLevels(double fy, const Scale& scale, std::span<std::uint8_t> levels) const {
+    // Bytes may alias all that is not held here.
+    const Scale held = scale;
+    for (std::size_t n = 0; n < levels.size(); ++n) {
+      levels[n] =
+          held.LevelOf(Blend({westLow[n], westHigh[n], eastLow[n], eastHigh[n]}, fx[n], fy));
+    }
+  }
+};
 
 std::size_t RowBytes(int width) {
   return (static_cast<std::size_t>(width) + 3) / 4 * 4;
@@ -106,6 +139,13 @@ class Raster::Axis {
   std::vector<double> fraction_;
 };
 
+TCellCorners Raster::CornersAt(const Axis& columns, std::size_t column, const Axis& rows,
+                               std::size_t row) const {
+  const double* west = Table->Data[columns.Low(column)];
+  const double* east = Table->Data[columns.High(column)];
+  return {west[rows.Low(row)], west[rows.High(row)], east[rows.Low(row)], east[rows.High(row)]};
+}
+
 void Raster::Setup(const T2DTable<double>* table, bool ownsTable, bool grayscale, bool flipRows,
                    int zoom) {
   Reset();
@@ -155,29 +195,25 @@ double Raster::HeightAt(int px, int py, double* x, double* y) const {
   Axis rows(Table->CountY, 1);
   columns.Add(*x, Table->OriginX, Table->CellX);
   rows.Add(*y, Table->OriginY, Table->CellY);
-  return Blend(Table->Data[columns.Low(0)], Table->Data[columns.High(0)], rows.Low(0), rows.High(0),
-               columns.Fraction(0), rows.Fraction(0));
-}
-
-std::uint8_t Raster::LevelOf(double height) const {
-  // Also for a height that is no number.
-  const double level = (height - LevelBase) / LevelStep;
-  return level > 0 ? static_cast<std::uint8_t>(std::min(level, 255.0)) : std::uint8_t{0};
+  return Blend(CornersAt(columns, 0, rows, 0), columns.Fraction(0), rows.Fraction(0));
 }
 
 // A column of the table lies in one piece of memory while a row of the image does, too: tiles of
 // rows keep the lines being written in the cache and the columns long enough to be read ahead.
 constexpr int kTile = 512;
+constexpr std::size_t kBlock = 512;
 
 void Raster::ReadCells(TPixelPair origin, TPixelPair step, TPixelPair size,
                        std::uint8_t* levels) const {
+  const Scale scale{LevelBase, LevelStep};
   for (int top = 0; top < size.Y; top += kTile) {
     const int bottom = std::min(size.Y, top + kTile);
     for (int column = 0; column < size.X; ++column) {
       const double* cells = Table->Data[origin.X + column * step.X];
       for (int row = top; row < bottom; ++row) {
         levels[static_cast<std::size_t>(row) * static_cast<std::size_t>(size.X) +
-               static_cast<std::size_t>(column)] = LevelOf(cells[RowOf(origin.Y + row * step.Y)]);
+               static_cast<std::size_t>(column)] =
+            scale.LevelOf(cells[RowOf(origin.Y + row * step.Y)]);
       }
     }
   }
@@ -197,19 +233,22 @@ void Raster::ReadInterpolated(TPixelPair origin, TPixelPair step, TPixelPair siz
     PixelToCoords(0, origin.Y + n * step.Y, &x, &y);
     rows.Add(y, Table->OriginY, Table->CellY);
   }
+  // A block of columns at a time, row by row: the nodes are gathered once for all rows of a cell,
+  // and what is left to do for each pixel runs along plain arrays.
   const auto width = static_cast<std::size_t>(size.X);
   const auto height = static_cast<std::size_t>(size.Y);
-  for (std::size_t top = 0; top < height; top += kTile) {
-    const std::size_t bottom = std::min(height, top + kTile);
-    for (std::size_t column = 0; column < width; ++column) {
-      const double* west = Table->Data[columns.Low(column)];
-      const double* east = Table->Data[columns.High(column)];
-      const double fx = columns.Fraction(column);
-      for (std::size_t row = top; row < bottom; ++row) {
-        const double value =
-            Blend(west, east, rows.Low(row), rows.High(row), fx, rows.Fraction(row));
-        levels[row * width + column] = LevelOf(value);
+  CornerRow nodes(std::min(width, kBlock));
+  for (std::size_t left = 0; left < width; left += kBlock) {
+    const std::size_t count = std::min(width - left, kBlock);
+    for (std::size_t n = 0; n < count; ++n)
+      nodes.fx[n] = columns.Fraction(left + n);
+    for (std::size_t row = 0; row < height; ++row) {
+      if (row == 0 || rows.Low(row) != rows.Low(row - 1)) {
+        for (std::size_t n = 0; n < count; ++n)
+          nodes.Put(n, CornersAt(columns, left + n, rows, row));
       }
+      nodes.WriteLevels(rows.Fraction(row), {LevelBase, LevelStep},
+                        {levels + row * width + left, count});
     }
   }
 }

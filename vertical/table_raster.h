@@ -25,6 +25,14 @@ struct TPixelRectangle {
   int Bottom = 0;
 };
 
+/// The nodes at the corners of a cell of a table.
+struct TCellCorners {
+  double WestLow = 0;
+  double WestHigh = 0;
+  double EastLow = 0;
+  double EastHigh = 0;
+};
+
 /// What a bitmap says of itself.
 struct TBitmapHeader {
   int Width = 0;
@@ -107,7 +115,8 @@ class TTableDibData<double> {
 
  private:
   class Axis;
-  [[nodiscard]] std::uint8_t LevelOf(double height) const;
+  [[nodiscard]] TCellCorners CornersAt(const Axis& columns, std::size_t column, const Axis& rows,
+                                       std::size_t row) const;
   void ReadCells(TPixelPair origin, TPixelPair step, TPixelPair size, std::uint8_t* levels) const;
   void ReadInterpolated(TPixelPair origin, TPixelPair step, TPixelPair size,
                         std::uint8_t* levels) const;

@@ -107,18 +107,28 @@ TEST_F(SelectorChoice, WritesTheChosenObjectWhereItWasAskedTo) {
 }
 
 TEST_F(SelectorChoice, AnObjectThatIsNotWholeIsRefusedAndTheTreeKeepsItsContent) {
-  QvCommonUtils::TStringTree tree;
-  TreeBuilder(&tree).Field(1020, "the host's system");
   Add(TableId::kRefSystem, "Broken", {{"TYPE", 4}});
   TformQvRfRefSystemSelector selector(nullptr);
-  ScreenUser user;
-  user.In<TformQvRfSelector>([](QWidget& form) { Click(form, "bitbtnOk"); });
-  EXPECT_FALSE(selector.Select(&tree, 0, false, nullptr, 0));
-  EXPECT_EQ(database_.ui.messages.size(), 1U);
-  std::string name;
-  EXPECT_TRUE(tree.GetString(1020, 0, &name));
-  EXPECT_EQ(name, "the host's system");
-  EXPECT_EQ(database_.data->datasetRefSystem.FieldByName("LAST_USE").AsFloat(), 0);
+  for (const int id : {0, 1121}) {
+    for (const int type : {0, 4}) {
+      QvCommonUtils::TStringTree tree;
+      TreeBuilder(&tree).Field(1020, "the host's system");
+      TreeBuilder(&tree).Sub(1121).Field(1020, "the host's system");
+      database_.ui.messages.clear();
+      ScreenUser user;
+      user.In<TformQvRfSelector>([](QWidget& form) { Click(form, "bitbtnOk"); });
+      int key = 0;
+      EXPECT_FALSE(type == 0 ? selector.Select(&tree, id, false, &key, 0)
+                             : selector.SelectFiltered(&tree, id, type, false, &key, 0));
+      EXPECT_EQ(key, 0);
+      EXPECT_EQ(database_.ui.messages.size(), 1U);
+      std::string name;
+      EXPECT_TRUE((id == 0 ? &tree : FindSubtree(&tree, id, 0))->GetString(1020, 0, &name));
+      EXPECT_EQ(name, "the host's system");
+      if (type != 0) continue;
+      EXPECT_EQ(database_.data->datasetRefSystem.FieldByName("LAST_USE").AsFloat(), 0);
+    }
+  }
 }
 
 // A topocentric system refers to a geodetic one, which the filter hides.
