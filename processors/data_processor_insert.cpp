@@ -162,8 +162,8 @@ int TQvRfDataProcessor::AppendRecord(const TRecordImage& image) {
   DataSet->FieldByName("FAVOUR").SetInteger(0);
   DataSet->FieldByName("LAST_USE").SetFloat(QvPlatform::CurrentMoment());
   image.Store(*DataSet);
-  DataSet->Post();
-  return GetCurrentKey();
+  // A filter may hide the new record, and another one is current then.
+  return DataSet->Post().GetInteger(keyField_);
 }
 
 void TQvRfDataProcessor::AppendBeside(TStringTree* tree, const TRecordImage& /*image*/, int key) {

@@ -79,8 +79,8 @@ void TQvDataSet::Append() {
 void TQvDataSet::Edit() {
   impl_->Edit();
 }
-void TQvDataSet::Post() {
-  impl_->Post();
+TRowView TQvDataSet::Post() {
+  return impl_->Post();
 }
 void TQvDataSet::Cancel() {
   impl_->Cancel();

@@ -182,8 +182,10 @@ class TQvDataSet {
   void Append();
   void Edit();
   /// Durable when it returns, unless a TQvWriteGroup is open. On failure throws DataSetError (or
-  /// StorageError), with the pending change still pending, or cancelled for StaleRecordError.
-  void Post();
+  /// StorageError), with the pending change still pending, or cancelled for StaleRecordError. Gives
+  /// the row as it was stored. It is the current row unless the filter hides it, which leaves the
+  /// cursor on another.
+  TRowView Post();
   void Cancel();
   /// Removes the current row; the next one becomes current, or the last one.
   void Delete();

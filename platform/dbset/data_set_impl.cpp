@@ -294,30 +294,28 @@ void DataSetImpl::FillMandatory() {
   }
 }
 
-void DataSetImpl::Post() {
+TRowView DataSetImpl::Post() {
   RequireActive();
   if (!Changing()) throw DataSetError("there is no change to post");
   FillMandatory();
   BeforeWrite();
-  if (state_ == DataSetState::kInsert) {
-    PostInsert();
-  } else {
-    PostEdit();
-  }
+  return View(state_ == DataSetState::kInsert ? PostInsert() : PostEdit());
 }
 
-void DataSetImpl::PostInsert() {
+const Row* DataSetImpl::PostInsert() {
   auto row = std::make_unique<Row>();
   row->cells = pending_.cells;
   store_->Insert(row.get());
   state_ = DataSetState::kBrowse;
+  const Row* const added = row.get();
   RowSet::Move move;
   move.to = rows_->Insert(std::move(row));
   Place(move.to >= 0 ? move.to : position_);
   TellPlaces(move);
+  return added;
 }
 
-void DataSetImpl::PostEdit() {
+const Row* DataSetImpl::PostEdit() {
   Row* row = rows_->At(position_);
   Row content;
   content.cells = pending_.cells;
@@ -327,6 +325,7 @@ void DataSetImpl::PostEdit() {
   const RowSet::Move move = rows_->Change(row, std::move(content));
   Place(move.to >= 0 ? move.to : position_);
   TellPlaces(move);
+  return row;
 }
 
 void DataSetImpl::ShowStaleRow(Row* row, const char* what) {

@@ -38,7 +38,7 @@ class DataSetImpl {
 
   void Append();
   void Edit();
-  void Post();
+  TRowView Post();
   void Cancel();
   void Delete();
 
@@ -96,8 +96,8 @@ class DataSetImpl {
 
   void BeforeWrite();
   void FillMandatory();
-  void PostInsert();
-  void PostEdit();
+  const detail::Row* PostInsert();
+  const detail::Row* PostEdit();
   [[noreturn]] void ShowStaleRow(detail::Row* row, const char* what);
 
   void TellAll(const std::function<void(TDataSetObserver&)>& tell);
