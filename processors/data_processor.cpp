@@ -1,6 +1,7 @@
 #include "processors/data_processor.h"
 
 #include <algorithm>
+#include <atomic>
 #include <functional>
 
 #include "platform/text/text.h"
@@ -322,17 +323,19 @@ void TQvRfDataProcessor::DeleteIfUsedOnce(TObjectType object, std::string_view c
 namespace {
 
 // The tree that is being written on this thread: WriteToTree calls itself for sub-objects, and all
-// they write stays where it is until the outermost call returns.
+// they write stays where it is until the outermost call returns. Its number is that of no other
+// writing, whatever thread that was on.
 struct Writing {
   int depth = 0;
   unsigned long number = 0;
 };
 thread_local Writing currentWriting;
+std::atomic<unsigned long> writings = 0;
 
 class WritingScope {
  public:
   WritingScope() {
-    if (currentWriting.depth++ == 0) ++currentWriting.number;
+    if (currentWriting.depth++ == 0) currentWriting.number = ++writings;
   }
   ~WritingScope() { --currentWriting.depth; }
   WritingScope(const WritingScope&) = delete;
