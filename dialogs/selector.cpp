@@ -90,6 +90,18 @@ void Rearrange(QvPlatform::TQvDataSet& dataSet, Change&& change) {
   dataSet.Open();
 }
 
+// The tree keeps its content unless the whole object was written; null takes nothing.
+void WriteChoice(TQvRfDataProcessor& processor, TStringTree* tree, int id, int index) {
+  if (tree == nullptr) return;
+  TStringTree object;
+  if (!processor.WriteToTree(&object, id, index)) {
+    throw std::runtime_error(QvPlatform::FromQt(
+        Translated("The object refers to one that is not in the database. It cannot be used.")));
+  }
+  id == 0 ? QvCommonUtils::ClearTree(tree) : QvCommonUtils::RemoveSubtree(tree, id, index);
+  QvCommonUtils::MergeTree(&object, tree);
+}
+
 std::string CaptionOf(TextId verb, const TQvRfDataProcessor& processor) {
   std::string typeText;
   processor.GetDisplayNames(&typeText, nullptr);
@@ -177,25 +189,8 @@ void TformQvRfSelector::TakeChoice(TStringTree* tree, int id, int index) {
       throw std::runtime_error(
           QvPlatform::FromQt(Translated("The object has been removed by another user.")));
     }
-    if (tree != nullptr && !WriteChoice(tree, id, index)) {
-      throw std::runtime_error(QvPlatform::FromQt(
-          Translated("The object refers to one that is not in the database. It cannot be used.")));
-    }
+    WriteChoice(*Processor, tree, id, index);
   });
-}
-
-// The caller's tree keeps its content unless the whole object was written.
-bool TformQvRfSelector::WriteChoice(TStringTree* tree, int id, int index) {
-  if (id != 0) {
-    if (Processor->WriteToTree(tree, id, index)) return true;
-    QvCommonUtils::RemoveSubtree(tree, id, index);
-    return false;
-  }
-  TStringTree object;
-  if (!Processor->WriteToTree(&object, 0, 0)) return false;
-  QvCommonUtils::ClearTree(tree);
-  QvCommonUtils::MergeTree(&object, tree);
-  return true;
 }
 
 // When the record was last chosen only sorts suggestions. Where it cannot be kept, as in a database
@@ -220,11 +215,14 @@ bool TformQvRfSelector::SelectWhere(const char* field, int value, TStringTree* t
     Rearrange(dataSet, [&](QvPlatform::TQvDataBuffer& buffer) {
       buffer.SetFilter(number, value, QvPlatform::TQvDbIntFilter::kEqual, true);
     });
-    if (Select(tree, id, hideOwner, key, index)) chosenKey = Processor->GetCurrentKey();
+    if (Select(nullptr, 0, hideOwner, key, index)) chosenKey = Processor->GetCurrentKey();
   });
   Rearrange(dataSet, [](QvPlatform::TQvDataBuffer& buffer) { buffer.ClearFilter(true); });
-  Processor->LocateKey(chosenKey);
-  return chosenKey != 0;
+  // Only now: the object may refer to one of its own table that the filter hid.
+  Chosen = Processor->LocateKey(chosenKey) &&
+           Guarded(Data().Ui(), [&] { WriteChoice(*Processor, tree, id, index); });
+  if (key != nullptr && !Chosen) *key = 0;
+  return Chosen;
 }
 
 void TformQvRfSelector::SetDialogMode(bool selectMode, bool readOnly) {

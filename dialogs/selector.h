@@ -96,7 +96,6 @@ class TformQvRfSelector : public QvPlatform::TModalForm, protected TSelectorCont
   void ConnectKeys();
   void Run();
   void TakeChoice(TStringTree* tree, int id, int index);
-  [[nodiscard]] bool WriteChoice(TStringTree* tree, int id, int index);
   void StampLastUse();
   void bitbtnOkClick();
   void bitbtnCloseClick();

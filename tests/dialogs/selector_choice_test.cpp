@@ -104,20 +104,38 @@ TEST_F(SelectorChoice, WritesTheChosenObjectWhereItWasAskedTo) {
     EXPECT_EQ(name, "Clarke 1866") << id;
     EXPECT_EQ(FindField(&tree, 1, 0) != nullptr, id != 0) << "the root is cleared for id 0 alone";
   }
+  // A list of one kind hides what its systems refer to, but does not keep it out of the tree.
+  ASSERT_GT(database_.Processor(kReferenceSystem).InsertFromTree(MakeTree(SystemTree, 5).get()), 0);
+  TformQvRfRefSystemSelector systems(nullptr);
+  ScreenUser user;
+  user.In<TformQvRfSelector>([](QWidget& form) { Click(form, "bitbtnOk"); });
+  int key = 0;
+  EXPECT_TRUE(systems.SelectFiltered(&tree, 7, 5, false, &key, 0));
+  EXPECT_EQ(key, database_.Processor(kReferenceSystem).GetCurrentKey());
+  EXPECT_NE(FindSubtree(FindSubtree(&tree, 7, 0), 1121, 0), nullptr);
 }
 
 TEST_F(SelectorChoice, AnObjectThatIsNotWholeIsRefusedAndTheTreeKeepsItsContent) {
-  QvCommonUtils::TStringTree tree;
-  TreeBuilder(&tree).Field(1020, "the host's system");
   Add(TableId::kRefSystem, "Broken", {{"TYPE", 4}});
   TformQvRfRefSystemSelector selector(nullptr);
-  ScreenUser user;
-  user.In<TformQvRfSelector>([](QWidget& form) { Click(form, "bitbtnOk"); });
-  EXPECT_FALSE(selector.Select(&tree, 0, false, nullptr, 0));
-  EXPECT_EQ(database_.ui.messages.size(), 1U);
-  std::string name;
-  EXPECT_TRUE(tree.GetString(1020, 0, &name));
-  EXPECT_EQ(name, "the host's system");
+  for (const int id : {0, 1121}) {
+    for (const int type : {0, 4}) {
+      QvCommonUtils::TStringTree tree;
+      TreeBuilder(&tree).Sub(1121).Field(1020, "the host's system");
+      TreeBuilder(&tree).Field(1020, "the host's system");
+      database_.ui.messages.clear();
+      ScreenUser user;
+      user.In<TformQvRfSelector>([](QWidget& form) { Click(form, "bitbtnOk"); });
+      int key = 0;
+      EXPECT_FALSE(type == 0 ? selector.Select(&tree, id, false, &key, 0)
+                             : selector.SelectFiltered(&tree, id, type, false, &key, 0));
+      EXPECT_EQ(key, 0);
+      EXPECT_EQ(database_.ui.messages.size(), 1U);
+      std::string name;
+      EXPECT_TRUE((id == 0 ? &tree : FindSubtree(&tree, id, 0))->GetString(1020, 0, &name));
+      EXPECT_EQ(name, "the host's system");
+    }
+  }
 }
 
 TEST_F(SelectorChoice, ADoubleClickChoosesAndInTheViewerCloses) {
