@@ -132,7 +132,9 @@ TEST_F(SelectorChoice, AnObjectThatIsNotWholeIsRefusedAndTheTreeKeepsItsContent)
       EXPECT_EQ(key, 0);
       EXPECT_EQ(database_.ui.messages.size(), 1U);
       std::string name;
-      EXPECT_TRUE((id == 0 ? &tree : FindSubtree(&tree, id, 0))->GetString(1020, 0, &name));
+      const auto* kept = id == 0 ? &tree : FindSubtree(&tree, id, 0);
+      ASSERT_NE(kept, nullptr);
+      EXPECT_TRUE(kept->GetString(1020, 0, &name));
       EXPECT_EQ(name, "the host's system");
     }
   }
