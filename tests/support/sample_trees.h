@@ -45,7 +45,8 @@ void ProjectionTree(TreeBuilder tree);
 void HeightTableTree(TreeBuilder tree);
 void HeightOffsetTree(TreeBuilder tree);
 void SystemGeoidTree(TreeBuilder tree);
-/// A system of kind 1 to 6; a projected one with a stored primary of GeoTIFF code 4267.
+/// A system of kind 1 to 6, those of 3 to 5 with the GeoTIFF code 26700 + kind; a projected one
+/// with the geodetic one as its primary.
 void SystemTree(TreeBuilder tree, int kind);
 
 template <typename Writer, typename... Arguments>
