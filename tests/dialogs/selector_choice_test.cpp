@@ -260,27 +260,6 @@ TEST_F(SelectorChoice, ConfinedToAKindShowsThatAloneAndIsWholeAgainAfterwards) {
   }
 }
 
-TEST_F(SelectorChoice, KeepsItsListLiveBehindASelectorOfTheSameObjects) {
-  using QvRefSystem::TControlsGuard;
-  QvPlatform::TQvDataSet& dataSet = database_.data->datasetEllipsoid;
-  TformQvRfEllipsoidSelector outer(nullptr);
-  TformQvRfEllipsoidSelector inner(nullptr);
-  const TControlsGuard deleting(dataSet);
-  ScreenUser user;
-  user.In<TformQvRfSelector>([&](QWidget& form) {
-        {
-          const TControlsGuard editing(dataSet);
-          inner.Browse(0, false, false);
-          EXPECT_TRUE(dataSet.ControlsDisabled());
-        }
-        EXPECT_FALSE(dataSet.ControlsDisabled());
-        Click(form, "bitbtnClose");
-      })
-      .In<TformQvRfSelector>([](QWidget& form) { Click(form, "bitbtnClose"); });
-  outer.Browse(0, false, false);
-  EXPECT_TRUE(dataSet.ControlsDisabled());
-}
-
 TEST_F(SelectorChoice, SpheresAloneCanBeChosen) {
   TformQvRfEllipsoidSelector selector(nullptr);
   ScreenUser user;

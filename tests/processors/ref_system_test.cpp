@@ -255,31 +255,6 @@ TEST_F(ReferenceSystems, StoreWhatTheyAreBuiltFromOnceForAll) {
   EXPECT_EQ(database_.data->datasetMapProj.RecordCount(), 1);
 }
 
-// A list that is confined to one kind takes in systems of others, with the primaries they need.
-TEST_F(ReferenceSystems, AreAddedAndFoundWhereAFilterHidesThem) {
-  QvPlatform::TQvDataSet& table = *Systems().DataSet;
-  const int type = table.FieldByName("TYPE").GetIndex();
-  const auto rearrange = [&](auto change) {
-    table.Close();
-    table.DataBuff->Close();
-    change(*table.DataBuff);
-    table.Open();
-  };
-  const int shown = Insert(1);
-  rearrange(
-      [&](auto& buffer) { buffer.SetFilter(type, 1, QvPlatform::TQvDbIntFilter::kEqual, true); });
-  const int hidden = Insert(5);
-  EXPECT_NE(hidden, shown);
-  EXPECT_EQ(Insert(5), hidden);
-  rearrange([](auto& buffer) { buffer.ClearFilter(true); });
-  EXPECT_EQ(table.RecordCount(), 3);
-  ASSERT_TRUE(Systems().LocateKey(hidden));
-  TStringTree tree;
-  ASSERT_TRUE(Systems().WriteToTree(&tree, 0, 0));
-  EXPECT_EQ(Value(&tree, 102005), "26705");
-  EXPECT_EQ(Value(FindSubtree(&tree, 1121, 0), 102005), "26704");
-}
-
 TEST_F(ReferenceSystems, AreWrittenByOneThreadAfterAnother) {
   ASSERT_GT(Insert(5), 0);
   for (int round = 0; round < 2; ++round) {
