@@ -58,6 +58,7 @@ void BM_PaintView(benchmark::State& state) {
 BENCHMARK(BM_PaintView)
     ->ArgNames({"data_zoom", "steps", "jumps"})
     ->ArgsProduct({{1}, {0, -1, -2, 1, 4}, {0, 1}})
+    ->Args({2, 0, 1})
     ->Args({8, 0, 1})
     ->Args({25, 0, 1})
     ->Args({25, -4, 1})

@@ -6,6 +6,7 @@
 #include <QLayout>
 #include <QPushButton>
 #include <QResizeEvent>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <optional>
 #include <stdexcept>
@@ -184,7 +185,7 @@ void TformQvRfSelector::TakeChoice(TStringTree* tree, int id, int index) {
           QvPlatform::FromQt(Translated("The object has been removed by another user.")));
     }
     if (tree != nullptr) WriteChoice(tree, id, index);
-    StampLastUse();
+    if (!choiceGoesOn_) StampLastUse();
   });
 }
 
@@ -225,13 +226,15 @@ bool TformQvRfSelector::SelectWhere(const char* field, int value, TStringTree* t
     Rearrange(dataSet, [&](QvPlatform::TQvDataBuffer& buffer) {
       buffer.SetFilter(number, value, QvPlatform::TQvDbIntFilter::kEqual, true);
     });
+    const QScopedValueRollback goesOn(choiceGoesOn_, true);
     if (Select(nullptr, 0, hideOwner, key, 0)) chosenKey = Processor->GetCurrentKey();
   });
   Rearrange(dataSet, [](QvPlatform::TQvDataBuffer& buffer) { buffer.ClearFilter(true); });
-  Processor->LocateKey(chosenKey);
-  if (chosenKey == 0 || tree == nullptr) return chosenKey != 0;
-  // Not ahead of this: an object may refer to one of its own table that the filter hides.
-  Chosen = Guarded(Data().Ui(), [&] { WriteChoice(tree, id, index); });
+  // Only now: an object may refer to one of its own table that the filter hides.
+  Chosen = Processor->LocateKey(chosenKey) && Guarded(Data().Ui(), [&] {
+             if (tree != nullptr) WriteChoice(tree, id, index);
+             StampLastUse();
+           });
   if (!Chosen && key != nullptr) *key = 0;
   return Chosen;
 }

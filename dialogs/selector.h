@@ -120,6 +120,8 @@ class TformQvRfSelector : public QvPlatform::TModalForm, protected TSelectorCont
   [[nodiscard]] bool EnterInSearch();
 
   TNameFilter names_;
+  // Whether the run is a part of a choice that ends behind it.
+  bool choiceGoesOn_ = false;
   // The models look at the source, and go first.
   std::unique_ptr<QvPlatform::TDataSource> ownSource_;
   QvPlatform::TDataSource& source_;

@@ -201,7 +201,8 @@ double Raster::HeightAt(int px, int py, double* x, double* y) const {
 // A column of the table lies in one piece of memory while a row of the image does, too: tiles of
 // rows keep the lines being written in the cache and the columns long enough to be read ahead.
 constexpr int kTile = 512;
-constexpr std::size_t kBlock = 512;
+// Columns whose nodes fit into the nearest cache, be they all in cells of their own.
+constexpr std::size_t kBlock = 256;
 
 void Raster::ReadCells(TPixelPair origin, TPixelPair step, TPixelPair size,
                        std::uint8_t* levels) const {
