@@ -66,11 +66,19 @@ struct CornerRow {
       : fx(count), westLow(count), westHigh(count), eastLow(count), eastHigh(count) {}
   std::vector<double> fx, westLow, westHigh, eastLow, eastHigh;
 
-  void Put(std::size_t n, const TCellCorners& nodes) {
-    westLow[n] = nodes.WestLow;
-    westHigh[n] = nodes.WestHigh;
-    eastLow[n] = nodes.EastLow;
-    eastHigh[n] = nodes.EastHigh;
+  // Takes the nodes of two rows out of the columns on either side of each pixel.
+  void Gather(std::span<const double* const> west, std::span<const double* const> east,
+              std::uint32_t low, std::uint32_t high) {
+    double* const westLows = westLow.data();
+    double* const westHighs = westHigh.data();
+    double* const eastLows = eastLow.data();
+    double* const eastHighs = eastHigh.data();
+    for (std::size_t n = 0; n < west.size(); ++n) {
+      westLows[n] = west[n][low];
+      westHighs[n] = west[n][high];
+      eastLows[n] = east[n][low];
+      eastHighs[n] = east[n][high];
+    }
   }
   void WriteLevels(double fy, const Scale& scale, std::span<std::uint8_t> levels) const {
     // Bytes may alias all that is not held here.
@@ -239,14 +247,18 @@ void Raster::ReadInterpolated(TPixelPair origin, TPixelPair step, TPixelPair siz
   const auto width = static_cast<std::size_t>(size.X);
   const auto height = static_cast<std::size_t>(size.Y);
   CornerRow nodes(std::min(width, kBlock));
+  std::array<const double*, kBlock> west;
+  std::array<const double*, kBlock> east;
   for (std::size_t left = 0; left < width; left += kBlock) {
     const std::size_t count = std::min(width - left, kBlock);
-    for (std::size_t n = 0; n < count; ++n)
+    for (std::size_t n = 0; n < count; ++n) {
       nodes.fx[n] = columns.Fraction(left + n);
+      west[n] = Table->Data[columns.Low(left + n)];
+      east[n] = Table->Data[columns.High(left + n)];
+    }
     for (std::size_t row = 0; row < height; ++row) {
       if (row == 0 || rows.Low(row) != rows.Low(row - 1)) {
-        for (std::size_t n = 0; n < count; ++n)
-          nodes.Put(n, CornersAt(columns, left + n, rows, row));
+        nodes.Gather({west.data(), count}, {east.data(), count}, rows.Low(row), rows.High(row));
       }
       nodes.WriteLevels(rows.Fraction(row), {LevelBase, LevelStep},
                         {levels + row * width + left, count});
