@@ -63,7 +63,8 @@ configure() {
   shift
   local -a cache=()
   if command -v ccache >/dev/null; then
-    cache=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+    # Without this the cache passes by every source that has a precompiled header.
+    cache=(-DCMAKE_CXX_COMPILER_LAUNCHER="env;CCACHE_SLOPPINESS=pch_defines,time_macros;ccache")
   fi
   cmake --preset "$preset" "${cache[@]}" "$@"
 }

@@ -20,7 +20,7 @@
 #include <string>
 #include <vector>
 
-#include "vertical/height_table_text.h"
+#include "platform/data/height_table_text.h"
 
 extern char** environ;
 

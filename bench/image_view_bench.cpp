@@ -11,12 +11,12 @@
 #include <memory>
 
 #include "bench/sample_geoid.h"
-#include "dialogs/big_image_scroll.h"
+#include "dialogs/heights/big_image_scroll.h"
 
 namespace {
 
 using Table = QvCommonUtils::T2DTable<double>;
-using QvRefSystem::THeightRaster;
+using QvRefSystem::HeightRaster;
 
 constexpr int kWidth = 1920;
 constexpr int kHeight = 1080;
@@ -35,7 +35,7 @@ QApplication& Application() {
 // read anew.
 void BM_PaintView(benchmark::State& state) {
   Application();
-  THeightRaster raster;
+  HeightRaster raster;
   raster.Setup(&SampleGeoid(), false, false, true, static_cast<int>(state.range(0)));
   QvRefSystem::TMarker marker;
   QvRefSystem::TBigImageScroll view(nullptr);
@@ -67,7 +67,7 @@ BENCHMARK(BM_PaintView)
 // The marker moves over a view that stands still.
 void BM_PaintMarker(benchmark::State& state) {
   Application();
-  THeightRaster raster;
+  HeightRaster raster;
   raster.Setup(&SampleGeoid(), false, false, true, 1);
   QvRefSystem::TMarker marker;
   QvRefSystem::TBigImageScroll view(nullptr);
@@ -89,7 +89,7 @@ BENCHMARK(BM_PaintMarker)->Unit(benchmark::kMillisecond);
 
 void BM_PeerPaintOfAHeldImage(benchmark::State& state) {
   Application();
-  THeightRaster raster;
+  HeightRaster raster;
   raster.Setup(&SampleGeoid(), false, false, true, 1);
   QImage whole(raster.Width(), raster.Height(), QImage::Format_Indexed8);
   QList<QRgb> colours;

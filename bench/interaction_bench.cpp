@@ -22,11 +22,11 @@
 #include <iostream>
 #include <memory>
 
-#include "dialogs/database_manager.h"
-#include "dialogs/edit_forms.h"
-#include "dialogs/selectors.h"
-#include "dialogs/used_by_list.h"
-#include "processors/processor_set.h"
+#include "assembly/processor_set.h"
+#include "dialogs/edit/edit_forms.h"
+#include "dialogs/select/database_manager.h"
+#include "dialogs/select/selectors.h"
+#include "dialogs/select/used_by_list.h"
 
 namespace {
 

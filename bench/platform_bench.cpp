@@ -207,7 +207,7 @@ void FindByKey(benchmark::State& state) {
   int key = 0;
   for (auto _ : state) {
     key = (key + 2531) % kSystems;
-    benchmark::DoNotOptimize(table.set.FindFirst({TMatch::Integer(0, key + 1)}));
+    benchmark::DoNotOptimize(table.set.FindFirst({RowMatch::Integer(0, key + 1)}));
   }
 }
 BENCHMARK(FindByKey);
@@ -237,7 +237,7 @@ void FindByOwnerAndTag(benchmark::State& state) {
   for (auto _ : state) {
     owner = (owner + 2531) % (kValues / 4);
     benchmark::DoNotOptimize(table.set.FindFirst(
-        {TMatch::Integer(0, 1), TMatch::Integer(1, owner), TMatch::Integer(2, 1)}));
+        {RowMatch::Integer(0, 1), RowMatch::Integer(1, owner), RowMatch::Integer(2, 1)}));
   }
 }
 BENCHMARK(FindByOwnerAndTag);
@@ -245,8 +245,8 @@ BENCHMARK(FindByOwnerAndTag);
 void FindByName(benchmark::State& state) {
   Table table(SharedDatabase().Path("systems"), kNameField);
   table.set.Open();
-  const std::vector<TMatch> match = {
-      TMatch::Folded(kNameField, FoldName("NAD83(2011) / zone 4711"))};
+  const std::vector<RowMatch> match = {
+      RowMatch::Folded(kNameField, FoldName("NAD83(2011) / zone 4711"))};
   for (auto _ : state)
     benchmark::DoNotOptimize(table.set.FindFirst(match));
 }
@@ -273,7 +273,7 @@ void ReadFields(benchmark::State& state) {
   for (auto _ : state) {
     std::size_t sum = 0;
     for (int i = 0; i < kSystems; ++i) {
-      const TRowView row = table.set.Row(i);
+      const RowView row = table.set.Row(i);
       for (int f = 0; f < 20; ++f)
         sum += row.GetText(f).size();
       for (int f = 20; f < 36; ++f)

@@ -25,7 +25,7 @@ void BM_ReadWindow(benchmark::State& state) {
   Raster raster;
   raster.Setup(&SampleGeoid(), false, false, true, static_cast<int>(state.range(0)));
   const int step = static_cast<int>(state.range(1));
-  QvCommonUtils::TBitmapHeader header;
+  QvCommonUtils::BitmapHeader header;
   std::vector<std::uint8_t> pixels;
   int place = 0;
   for (auto _ : state) {

@@ -14,10 +14,10 @@
 #include <string>
 #include <vector>
 
+#include "assembly/processor_set.h"
 #include "platform/geocore/projjson.h"
 #include "platform/text/text.h"
 #include "processors/name_filter.h"
-#include "processors/processor_set.h"
 #include "registry/epsg_registry.h"
 
 namespace {
@@ -278,7 +278,7 @@ BENCHMARK(FindEqualSystemProj)->Unit(benchmark::kMillisecond);
 constexpr const char* kTyped[] = {"u", "ut", "utm", "utm ", "utm z", "utm zo", "utm zone 33"};
 
 void FilterNames(benchmark::State& state) {
-  QvRefSystem::TNameFilter filter(Delivered().datasetRefSystem);
+  QvRefSystem::NameFilter filter(Delivered().datasetRefSystem);
   benchmark::DoNotOptimize(filter.Match(""));
   for (auto _ : state) {
     for (const char* text : kTyped)

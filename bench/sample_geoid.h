@@ -3,7 +3,7 @@
 #include <cmath>
 #include <memory>
 
-#include "vertical/height_table.h"
+#include "platform/data/height_table.h"
 
 /// A table as large as the finest geoids of the whole Earth: 8640 x 4321 nodes, made once.
 inline const QvCommonUtils::T2DTable<double>& SampleGeoid() {

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "processors/string_tree.h"
+#include "platform/data/string_tree.h"
 
 namespace {
 

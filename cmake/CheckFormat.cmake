@@ -1,7 +1,8 @@
 # Fails if a source file is not as clang-format would write it.
 #   cmake -DCLANG_FORMAT=<program> -DROOT=<source tree> -P CheckFormat.cmake
 set(sources)
-foreach(folder apps bench database dialogs editor platform processors registry tests vertical)
+foreach(folder apps assembly bench database dialogs editor forms fuzz platform processors registry tests
+               vertical)
   file(GLOB_RECURSE folder_sources ${ROOT}/${folder}/*.h ${ROOT}/${folder}/*.cpp)
   list(APPEND sources ${folder_sources})
 endforeach()

@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 
 set(REFFRAME_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/refframe)
 
-set(header_rooms platform database processors registry vertical)
+set(header_rooms platform database processors vertical forms assembly registry)
 if(REFFRAME_GUI)
   list(APPEND header_rooms dialogs editor)
 endif()

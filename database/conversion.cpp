@@ -28,9 +28,9 @@ constexpr std::string_view kFirstNewField = "VERT_SYSTEM_AUTOKEY";
 
 // What becomes of the records: fields ahead of those for heights are copied by name, numbers behind
 // them begin at 0, and texts stay empty. The tables must stay open while this lives.
-class TConvertedRecords {
+class ConvertedRecords {
  public:
-  TConvertedRecords(TQvDataSet& from, TQvDataSet& to)
+  ConvertedRecords(TQvDataSet& from, TQvDataSet& to)
       : to_(to), fromKey_(from.FieldByName(kKey)), toKey_(to.FieldByName(kKey)) {
     bool newer = false;
     for (const FieldSpec& field : TableOf(TableId::kRefSystem).fields) {
@@ -93,18 +93,18 @@ void CloseTable(TQvDataSet& dataSet) {
 }
 
 // Closes the two tables of a conversion, however it ends.
-class TOpenTables {
+class OpenedTables {
  public:
-  TOpenTables(TQvDataSet& from, TQvDataSet& to) : from_(from), to_(to) {
+  OpenedTables(TQvDataSet& from, TQvDataSet& to) : from_(from), to_(to) {
     from_.Open();
     to_.Open();
   }
-  ~TOpenTables() {
+  ~OpenedTables() {
     CloseTable(from_);
     CloseTable(to_);
   }
-  TOpenTables(const TOpenTables&) = delete;
-  TOpenTables& operator=(const TOpenTables&) = delete;
+  OpenedTables(const OpenedTables&) = delete;
+  OpenedTables& operator=(const OpenedTables&) = delete;
   [[nodiscard]] bool Active() const { return from_.GetActive() && to_.GetActive(); }
 
  private:
@@ -130,14 +130,14 @@ void TdatamoduleQvRfData::FillFrom(const std::string& backup) {
   source.SetDataBufferType(databufRefSystem.GetDataBufferType());
   source.StreamName = backup;
   source.SetSortField(0, false, true);
-  const TOpenTables tables(datasetInternalService, datasetRefSystem);
+  const OpenedTables tables(datasetInternalService, datasetRefSystem);
   if (!tables.Active()) throw std::runtime_error("the tables of the conversion did not open");
 
   const auto progress = ui_.StartProgress(kConversionProgress,
                                           QvPlatform::SystemText(QvPlatform::TextId::kConversion),
                                           datasetInternalService.RecordCount());
   QvPlatform::TQvWriteGroup group({&datasetRefSystem});
-  TConvertedRecords records(datasetInternalService, datasetRefSystem);
+  ConvertedRecords records(datasetInternalService, datasetRefSystem);
   for (datasetInternalService.First(); !datasetInternalService.Eof();
        datasetInternalService.Next()) {
     records.Append();

@@ -68,8 +68,8 @@ std::optional<std::string> HeightStoragePath(const TdatamoduleQvRfData& data,
 }
 
 std::string NewHeightStorageName(const TdatamoduleQvRfData& data, std::string_view objectName,
-                                 THeightNaming naming) {
-  std::string name = naming == THeightNaming::kReplaced
+                                 HeightNaming naming) {
+  std::string name = naming == HeightNaming::kReplaced
                          ? MakeFileName(objectName)
                          : NameAsItStands(objectName, data.ResourceForm);
   std::ranges::replace_if(name, IsControl, ' ');

@@ -11,7 +11,7 @@
 namespace QvRefSystem {
 
 /// How a new height file is named after its object.
-enum class THeightNaming {
+enum class HeightNaming {
   /// Through MakeFileName: for heights that are made here.
   kReplaced,
   /// As the object is named, for what a tree or a copy brings: only what could lead to another
@@ -32,6 +32,6 @@ enum class THeightNaming {
 /// to a device ("nul", "com1") gets a "_" behind, and one that is too long is cut between two
 /// characters.
 [[nodiscard]] std::string NewHeightStorageName(const TdatamoduleQvRfData& data,
-                                               std::string_view objectName, THeightNaming naming);
+                                               std::string_view objectName, HeightNaming naming);
 
 }  // namespace QvRefSystem

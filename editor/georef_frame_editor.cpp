@@ -1,14 +1,14 @@
 #include "editor/georef_frame_editor.h"
 
+#include "assembly/processor_set.h"
 #include "database/data_module.h"
-#include "dialogs/database_manager.h"
-#include "dialogs/guarded.h"
-#include "dialogs/selectors.h"
-#include "dialogs/used_by_list.h"
+#include "dialogs/base/guarded.h"
+#include "dialogs/select/database_manager.h"
+#include "dialogs/select/selectors.h"
+#include "dialogs/select/used_by_list.h"
 #include "platform/geocore/system_model.h"
 #include "platform/ui/texts.h"
 #include "platform/ui/user_interface.h"
-#include "processors/processor_set.h"
 #include "processors/ref_system_processor.h"
 
 namespace QvRefSystem {

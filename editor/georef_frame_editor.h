@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "dialogs/dialog_options.h"
-#include "processors/string_tree.h"
+#include "dialogs/select/dialog_options.h"
+#include "platform/data/string_tree.h"
 
 namespace QvPlatform {
 class TUserInterface;

@@ -8,26 +8,26 @@ namespace QvRefSystem {
 namespace {
 
 // The user's rules of case and order, as the environment tells them when the host starts us.
-struct TTextLink {
-  TTextLink() { QvPlatform::SetUserLocale(""); }
+struct TextLink {
+  TextLink() { QvPlatform::SetUserLocale(""); }
 };
 
 // The links start in the order of the members and stop in the reverse order, so that none goes
 // down ahead of those that stand on it. Storage, tables and geodesy have nothing to bring up: they
 // make what they need on first use, each thread its own.
-struct TLibraryChain {
-  QvPlatform::TTextTranslation widgets;
-  TTextLink text;
+struct LibraryChain {
+  QvPlatform::TextTranslation widgets;
+  TextLink text;
 };
 
 int startCount = 0;
-std::unique_ptr<TLibraryChain> chain;
+std::unique_ptr<LibraryChain> chain;
 
 }  // namespace
 
 bool _QvGeoRefFrameEditor_Initialize() {
   if (++startCount != 1) return false;
-  chain = std::make_unique<TLibraryChain>();
+  chain = std::make_unique<LibraryChain>();
   return true;
 }
 

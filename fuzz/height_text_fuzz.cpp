@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "vertical/height_table_text.h"
+#include "platform/data/height_table_text.h"
 
 namespace {
 
@@ -36,7 +36,7 @@ bool SameValues(const Table& one, const Table& other) {
 /// The limits that the writer derives may lie too near to each other for a double where a cell is
 /// tiny beside them; then the text tells of another grid.
 bool KeepsItsNodes(const Table& table, const std::string& text) {
-  THeightTableHeader header;
+  HeightTableHeader header;
   return ReadHeightTableHeader(text, &header) && header.countX == table.CountX &&
          header.countY == table.CountY;
 }

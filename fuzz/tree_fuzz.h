@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "processors/string_tree.h"
+#include "platform/data/string_tree.h"
 
 namespace QvCommonUtils::fuzz {
 

@@ -13,12 +13,12 @@ using QvPlatform::DataSetError;
 using QvPlatform::MessageAnswer;
 using QvPlatform::MessageButtons;
 using QvPlatform::MessageKind;
+using QvPlatform::RowMatch;
+using QvPlatform::RowView;
 using QvPlatform::SystemText;
 using QvPlatform::TextId;
-using QvPlatform::TMatch;
 using QvPlatform::TQvDataSet;
 using QvPlatform::TQvWriteGroup;
-using QvPlatform::TRowView;
 using QvPlatform::UsedByRow;
 
 namespace {
@@ -32,7 +32,7 @@ int FieldNumber(TQvDataSet& dataSet, std::string_view name) {
 }  // namespace
 
 TQvRfDataProcessor::TQvRfDataProcessor(TdatamoduleQvRfData& data,
-                                       const TObjectDescriptor& descriptor)
+                                       const ObjectDescriptor& descriptor)
     : ObjectType(static_cast<signed char>(descriptor.type)),
       TypeName(descriptor.typeName),
       DataSet(&data.DataSet(descriptor.table)),
@@ -45,7 +45,7 @@ TQvRfDataProcessor::TQvRfDataProcessor(TdatamoduleQvRfData& data,
   for (const FieldSpec& spec : TableOf(TableId::kParamValue).fields) {
     paramFields_.push_back(FieldNumber(data.datasetParamValue, spec.name));
   }
-  for (const TTreeItem& item : descriptor.items) {
+  for (const TreeItem& item : descriptor.items) {
     itemColumns_.push_back(item.column.empty() ? -1 : Column(item.column));
   }
   keyField_ = Column(TableOf(descriptor.table).keyField);
@@ -59,7 +59,7 @@ int TQvRfDataProcessor::Column(std::string_view name) const {
   throw DataSetError("the table of " + TypeName + " has no field " + std::string(name));
 }
 
-int TQvRfDataProcessor::ItemColumn(const TTreeItem& item) const {
+int TQvRfDataProcessor::ItemColumn(const TreeItem& item) const {
   const auto items = descriptor_.items;
   const bool ofDescriptor =
       !std::less<>()(&item, items.data()) && std::less<>()(&item, items.data() + items.size());
@@ -67,40 +67,40 @@ int TQvRfDataProcessor::ItemColumn(const TTreeItem& item) const {
   return Column(item.column);
 }
 
-const TTreeItem& TQvRfDataProcessor::ItemOf(int id) const {
-  return *std::ranges::find(descriptor_.items, id, &TTreeItem::id);
+const TreeItem& TQvRfDataProcessor::ItemOf(int id) const {
+  return *std::ranges::find(descriptor_.items, id, &TreeItem::id);
 }
 
 int TQvRfDataProcessor::CurrentInteger(std::string_view column) const {
-  const TRowView row = DataSet->CurrentRow();
+  const RowView row = DataSet->CurrentRow();
   return row ? row.GetInteger(Column(column)) : 0;
 }
 
 const std::string& TQvRfDataProcessor::CurrentText(std::string_view column) const {
   static const std::string kNone;
-  const TRowView row = DataSet->CurrentRow();
+  const RowView row = DataSet->CurrentRow();
   return row ? row.GetText(Column(column)) : kNone;
 }
 
 int TQvRfDataProcessor::GetCurrentKey() const {
-  const TRowView row = DataSet->CurrentRow();
+  const RowView row = DataSet->CurrentRow();
   return row ? row.GetInteger(keyField_) : 0;
 }
 
 bool TQvRfDataProcessor::LocateKey(int key) {
   if (key != 0 && GetCurrentKey() == key) return true;
   if (key < 1) return false;
-  const TRowView row = DataSet->FindFirst({TMatch::Integer(keyField_, key)});
+  const RowView row = DataSet->FindFirst({RowMatch::Integer(keyField_, key)});
   if (row && DataSet->MoveTo(row)) return true;
   DataSet->MoveBehindLast();
   return false;
 }
 
-TRowView TQvRfDataProcessor::RowOfKey(int key) const {
+RowView TQvRfDataProcessor::RowOfKey(int key) const {
   if (key < 1) return {};
   const auto rows =
-      DataSet->FindAll({TMatch::Integer(keyField_, key)}, QvPlatform::TRowScope::kAll);
-  return rows.empty() ? TRowView() : rows.front();
+      DataSet->FindAll({RowMatch::Integer(keyField_, key)}, QvPlatform::RowScope::kAll);
+  return rows.empty() ? RowView() : rows.front();
 }
 
 bool TQvRfDataProcessor::FindByName(std::string_view text, int step) {
@@ -125,10 +125,10 @@ bool TQvRfDataProcessor::FindPriorByName(std::string_view text) {
 }
 
 bool TQvRfDataProcessor::GetInfoLines(TStrings* lines) {
-  const TRowView row = DataSet->CurrentRow();
+  const RowView row = DataSet->CurrentRow();
   if (!row) return false;
   lines->clear();
-  for (const TInfoLine& line : descriptor_.infoLines) {
+  for (const InfoLine& line : descriptor_.infoLines) {
     lines->push_back(SystemText(line.label) + ": " + row.GetString(Column(line.column)));
   }
   return true;
@@ -153,11 +153,11 @@ signed char TQvRfDataProcessor::GetDisplayNames(std::string* typeText, std::stri
 }
 
 int TQvRfDataProcessor::GetNeighbourKey(int key) {
-  const TControlsGuard guard(*DataSet);
+  const ControlsGuard guard(*DataSet);
   const int position = DataSet->Position();
   const int neighbour =
       position + 1 < DataSet->RecordCount() ? position + 1 : std::max(position - 1, 0);
-  const TRowView row = DataSet->Row(neighbour);
+  const RowView row = DataSet->Row(neighbour);
   const int neighbourKey = row ? row.GetInteger(keyField_) : 0;
   LocateKey(key);
   return neighbourKey;
@@ -168,7 +168,7 @@ int TQvRfDataProcessor::GetLastUsedKey() {
   double latest = 0;
   int key = 0;
   for (int at = 0; at < DataSet->RecordCount(); ++at) {
-    const TRowView row = DataSet->Row(at);
+    const RowView row = DataSet->Row(at);
     if (row.GetFloat(lastUse) > latest) {
       latest = row.GetFloat(lastUse);
       key = row.GetInteger(keyField_);
@@ -235,16 +235,16 @@ void TQvRfDataProcessor::ReportStorage(const std::exception& error) {
 
 std::vector<UsedByRow> TQvRfDataProcessor::CollectUsers(int key) const {
   std::vector<UsedByRow> rows;
-  for (const TUsedByScan& scan : descriptor_.usedBy) {
-    const TObjectDescriptor& user = DescriptorOf(scan.object);
+  for (const UsedByScan& scan : descriptor_.usedBy) {
+    const ObjectDescriptor& user = DescriptorOf(scan.object);
     TQvDataSet& table = data_.DataSet(user.table);
     const int column = table.FieldByName(scan.column).GetIndex();
     const int userKey = table.FieldByName("AUTOKEY").GetIndex();
     const int name = table.FieldByName("NAME").GetIndex();
     const int description = table.FieldByName("DESCRIPTION").GetIndex();
     // Rows that a filter hides refer to the object all the same.
-    for (const TRowView row :
-         table.FindAll({TMatch::Integer(column, key)}, QvPlatform::TRowScope::kAll)) {
+    for (const RowView row :
+         table.FindAll({RowMatch::Integer(column, key)}, QvPlatform::RowScope::kAll)) {
       rows.push_back({std::string(user.typeName), row.GetText(name), row.GetText(description),
                       static_cast<int>(scan.object), row.GetInteger(userKey)});
     }
@@ -293,7 +293,7 @@ void TQvRfDataProcessor::RemoveCurrent() {
 }
 
 bool TQvRfDataProcessor::DeleteRecord(TComponent* owner) {
-  const TControlsGuard guard(*DataSet);
+  const ControlsGuard guard(*DataSet);
   if (!CheckNotUsed(owner)) return false;
   if (AsksToDelete() && !ConfirmDelete()) return true;
   try {
@@ -313,7 +313,7 @@ bool TQvRfDataProcessor::DeleteWithConsent(TComponent* owner) {
 void TQvRfDataProcessor::DeleteIfUsedOnce(TObjectType object, std::string_view column) {
   const int key = CurrentInteger(column);
   const auto users =
-      DataSet->FindAll({TMatch::Integer(Column(column), key)}, QvPlatform::TRowScope::kAll);
+      DataSet->FindAll({RowMatch::Integer(Column(column), key)}, QvPlatform::RowScope::kAll);
   TQvRfDataProcessor& processor = ProcessorOf(object);
   if (users.size() == 1 && processor.LocateKey(key)) processor.DataSet->Delete();
 }
@@ -347,7 +347,7 @@ class WritingScope {
 bool TQvRfDataProcessor::WriteToTree(TStringTree* tree, int id, int index) {
   if (tree == nullptr) return false;
   const WritingScope scope;
-  const TControlsGuard guard(*DataSet);
+  const ControlsGuard guard(*DataSet);
   if (id == 0) {
     ClearTree(tree);
     return WriteContent(tree);
@@ -367,19 +367,19 @@ bool TQvRfDataProcessor::WriteContent(TStringTree* tree) {
   return WriteItems(tree, descriptor_.items);
 }
 
-bool TQvRfDataProcessor::WriteItems(TStringTree* tree, std::span<const TTreeItem> items) {
+bool TQvRfDataProcessor::WriteItems(TStringTree* tree, std::span<const TreeItem> items) {
   // Rows stay where they are while a tree is written.
-  const TRowView row = DataSet->CurrentRow();
+  const RowView row = DataSet->CurrentRow();
   return row && std::ranges::all_of(
-                    items, [&](const TTreeItem& item) { return WriteItem(tree, item, row); });
+                    items, [&](const TreeItem& item) { return WriteItem(tree, item, row); });
 }
 
-bool TQvRfDataProcessor::WriteItem(TStringTree* tree, const TTreeItem& item, TRowView row) {
+bool TQvRfDataProcessor::WriteItem(TStringTree* tree, const TreeItem& item, RowView row) {
   switch (item.kind) {
-    case TTreeItem::Kind::kField: {
+    case TreeItem::Kind::kField: {
       const int column = ItemColumn(item);
       // An integer without content is 0: who reads the tree finds a number.
-      if (item.form == TValueForm::kInteger) {
+      if (item.form == ValueForm::kInteger) {
         return EnsureField(tree, item.id, item.index, std::to_string(row.GetInteger(column)),
                            item.label);
       }
@@ -388,20 +388,20 @@ bool TQvRfDataProcessor::WriteItem(TStringTree* tree, const TTreeItem& item, TRo
       if (!text.empty()) return EnsureField(tree, item.id, item.index, text, item.label);
       return EnsureField(tree, item.id, item.index, row.GetString(column), item.label);
     }
-    case TTreeItem::Kind::kSubobject: {
+    case TreeItem::Kind::kSubobject: {
       const int key = row.GetInteger(ItemColumn(item));
       return (item.optional && key == 0) || WriteSubobject(tree, item.object, key, item.id);
     }
-    case TTreeItem::Kind::kCode: {
+    case TreeItem::Kind::kCode: {
       const int key = row.GetInteger(keyField_);
-      const std::string* code = item.blank == TBlankRule::kSkipBlank
+      const std::string* code = item.blank == BlankRule::kSkipBlank
                                     ? FindFilledCode(ObjectType, key, item.tag)
                                     : FindCode(ObjectType, key, item.tag);
       // A code is an addition: what becomes of it does not touch the result.
       if (code != nullptr) EnsureField(tree, item.id, item.index, *code, item.label);
       return true;
     }
-    case TTreeItem::Kind::kOwn:
+    case TreeItem::Kind::kOwn:
       return WriteOwnItem(tree, item);
   }
   return false;
@@ -420,21 +420,20 @@ bool TQvRfDataProcessor::WriteSubobject(TStringTree* tree, TObjectType object, i
 
 // Codes and values beside the records.
 
-const std::string* TQvRfDataProcessor::FindCode(int ownerContent, int ownerId,
-                                                TParamTag tag) const {
-  const TRowView row = data_.datasetParamValue.FindFirst(
+const std::string* TQvRfDataProcessor::FindCode(int ownerContent, int ownerId, ParamTag tag) const {
+  const RowView row = data_.datasetParamValue.FindFirst(
       {ParamMatch(kOwnerContent, ownerContent), ParamMatch(kOwnerId, ownerId),
        ParamMatch(kParamTag, static_cast<int>(tag))});
   return row ? &row.GetText(ParamField(kValue)) : nullptr;
 }
 
 const std::string* TQvRfDataProcessor::FindFilledCode(int ownerContent, int ownerId,
-                                                      TParamTag tag) const {
+                                                      ParamTag tag) const {
   const std::string* value = FindCode(ownerContent, ownerId, tag);
   return value != nullptr && !QvPlatform::IsBlank(*value) ? value : nullptr;
 }
 
-void TQvRfDataProcessor::AppendParamValue(int ownerContent, int ownerId, TParamTag tag, int group,
+void TQvRfDataProcessor::AppendParamValue(int ownerContent, int ownerId, ParamTag tag, int group,
                                           int code, std::string_view value) {
   TQvDataSet& values = data_.datasetParamValue;
   values.Append();
@@ -447,9 +446,9 @@ void TQvRfDataProcessor::AppendParamValue(int ownerContent, int ownerId, TParamT
   values.Post();
 }
 
-void TQvRfDataProcessor::DeleteParamValues(std::initializer_list<TMatch> matches, bool all) {
+void TQvRfDataProcessor::DeleteParamValues(std::initializer_list<RowMatch> matches, bool all) {
   TQvDataSet& values = data_.datasetParamValue;
-  while (const TRowView row = values.FindFirst(matches)) {
+  while (const RowView row = values.FindFirst(matches)) {
     values.MoveTo(row);
     values.Delete();
     if (!all) return;

@@ -12,10 +12,10 @@
 #include <vector>
 
 #include "database/data_module.h"
+#include "platform/data/string_tree.h"
 #include "platform/dbset/data_set.h"
 #include "platform/ui/user_interface.h"
 #include "processors/object_descriptor.h"
-#include "processors/string_tree.h"
 
 namespace QvRefSystem {
 
@@ -37,7 +37,7 @@ class ToldStorageError : public QvPlatform::StorageError {
 };
 
 /// What InsertFromTree has read for a record: values by field number, in reading order.
-class TRecordImage {
+class RecordImage {
  public:
   void SetInteger(int field, int value);
   void SetDouble(int field, double value);
@@ -67,13 +67,13 @@ class TRecordImage {
 /// descriptor; a subclass overrides only the steps where its object differs.
 class TQvRfDataProcessor {
  public:
-  TQvRfDataProcessor(TdatamoduleQvRfData& data, const TObjectDescriptor& descriptor);
+  TQvRfDataProcessor(TdatamoduleQvRfData& data, const ObjectDescriptor& descriptor);
   TQvRfDataProcessor(const TQvRfDataProcessor&) = delete;
   TQvRfDataProcessor& operator=(const TQvRfDataProcessor&) = delete;
   virtual ~TQvRfDataProcessor() = default;
 
   /// Key of a record of this table, 0 for none.
-  [[nodiscard]] int KeyOf(QvPlatform::TRowView row) const { return row.GetInteger(keyField_); }
+  [[nodiscard]] int KeyOf(QvPlatform::RowView row) const { return row.GetInteger(keyField_); }
   /// Key of the current record, 0 in an empty table.
   [[nodiscard]] virtual int GetCurrentKey() const;
   /// Moves to the record with that key. Key 0 or below leaves the cursor; a key that is not there
@@ -81,7 +81,7 @@ class TQvRfDataProcessor {
   virtual bool LocateKey(int key);
   /// The record with that key, also one that a filter hides; empty if there is none. Moves no
   /// cursor.
-  [[nodiscard]] QvPlatform::TRowView RowOfKey(int key) const;
+  [[nodiscard]] QvPlatform::RowView RowOfKey(int key) const;
   /// Moves to the next (prior) record whose NAME holds the text, case aside; the current record is
   /// not tested. An empty text is found at once. False and unmoved if there is none.
   virtual bool FindNextByName(std::string_view text);
@@ -126,7 +126,7 @@ class TQvRfDataProcessor {
   void RestoreControls();
   [[nodiscard]] bool IsFileDatabase() const;
 
-  [[nodiscard]] const TObjectDescriptor& Descriptor() const { return descriptor_; }
+  [[nodiscard]] const ObjectDescriptor& Descriptor() const { return descriptor_; }
   [[nodiscard]] TdatamoduleQvRfData& Data() const { return data_; }
 
   signed char ObjectType;
@@ -141,23 +141,23 @@ class TQvRfDataProcessor {
   /// Writes the record's members into `tree`; the default walks the descriptor's items.
   [[nodiscard]] virtual bool WriteContent(TStringTree* tree);
   /// Writes a kOwn item.
-  [[nodiscard]] virtual bool WriteOwnItem(TStringTree* /*tree*/, const TTreeItem& /*item*/) {
+  [[nodiscard]] virtual bool WriteOwnItem(TStringTree* /*tree*/, const TreeItem& /*item*/) {
     return true;
   }
   /// Reads what the tree must hold into the image, storing the sub-objects. False if it is not
   /// whole. The default walks the descriptor's items, fields ahead of sub-objects.
-  [[nodiscard]] virtual bool ReadContent(TStringTree* tree, TRecordImage* image);
+  [[nodiscard]] virtual bool ReadContent(TStringTree* tree, RecordImage* image);
   /// Whether a row that equals the image in the descriptor's columns equals it in all else.
-  [[nodiscard]] virtual bool IsEqualBeside(const TRecordImage& /*image*/,
-                                           QvPlatform::TRowView /*row*/) const {
+  [[nodiscard]] virtual bool IsEqualBeside(const RecordImage& /*image*/,
+                                           QvPlatform::RowView /*row*/) const {
     return true;
   }
   /// Whether objects of this type may be added; the type tables are closed.
   [[nodiscard]] virtual bool CanAppend() const { return true; }
   /// Adds what belongs to a new record beside it. The default adds the rows of its codes.
-  virtual void AppendBeside(TStringTree* tree, const TRecordImage& image, int key);
+  virtual void AppendBeside(TStringTree* tree, const RecordImage& image, int key);
   /// An equal record was found: takes back what was stored for this image alone.
-  virtual void DropBeside(const TRecordImage& /*image*/) {}
+  virtual void DropBeside(const RecordImage& /*image*/) {}
   /// Removes what goes with the current record, which is removed next.
   virtual void DeleteBeside(int /*key*/) {}
   /// Removes the current record with what goes with it, or throws; the neighbour is current then.
@@ -166,13 +166,13 @@ class TQvRfDataProcessor {
   [[nodiscard]] virtual bool AsksToDelete() const { return true; }
 
   /// The descriptor's item of that id, the first of several.
-  [[nodiscard]] const TTreeItem& ItemOf(int id) const;
+  [[nodiscard]] const TreeItem& ItemOf(int id) const;
   /// Walks the items and writes each.
-  [[nodiscard]] bool WriteItems(TStringTree* tree, std::span<const TTreeItem> items);
-  [[nodiscard]] bool WriteItem(TStringTree* tree, const TTreeItem& item, QvPlatform::TRowView row);
-  [[nodiscard]] bool ReadItems(TStringTree* tree, std::span<const TTreeItem> items,
-                               TRecordImage* image);
-  [[nodiscard]] bool ReadItem(TStringTree* tree, const TTreeItem& item, TRecordImage* image);
+  [[nodiscard]] bool WriteItems(TStringTree* tree, std::span<const TreeItem> items);
+  [[nodiscard]] bool WriteItem(TStringTree* tree, const TreeItem& item, QvPlatform::RowView row);
+  [[nodiscard]] bool ReadItems(TStringTree* tree, std::span<const TreeItem> items,
+                               RecordImage* image);
+  [[nodiscard]] bool ReadItem(TStringTree* tree, const TreeItem& item, RecordImage* image);
   /// Locates the record of another type by key and has it write the subtree.
   [[nodiscard]] bool WriteSubobject(TStringTree* tree, TObjectType object, int key, int id);
   /// Stores the subtree (id, 0) with the processor of that type. False if it is missing (an
@@ -184,12 +184,12 @@ class TQvRfDataProcessor {
   void ReportStorage(const std::exception& error);
 
   /// Field numbers in the file of param_value, by its fields as the catalogue states them.
-  enum TParamField { kOwnerContent, kOwnerId, kParamTag, kParamGroup, kParamCode, kValue };
-  [[nodiscard]] int ParamField(TParamField field) const {
+  enum ParamColumn { kOwnerContent, kOwnerId, kParamTag, kParamGroup, kParamCode, kValue };
+  [[nodiscard]] int ParamField(ParamColumn field) const {
     return paramFields_[static_cast<std::size_t>(field)];
   }
-  [[nodiscard]] QvPlatform::TMatch ParamMatch(TParamField field, int value) const {
-    return QvPlatform::TMatch::Integer(ParamField(field), value);
+  [[nodiscard]] QvPlatform::RowMatch ParamMatch(ParamColumn field, int value) const {
+    return QvPlatform::RowMatch::Integer(ParamField(field), value);
   }
   /// Field number of a column of this table; throws DataSetError if it has none.
   [[nodiscard]] int Column(std::string_view name) const;
@@ -197,31 +197,31 @@ class TQvRfDataProcessor {
   [[nodiscard]] const std::string& CurrentText(std::string_view column) const;
   [[nodiscard]] int NameColumn() const { return nameField_; }
   /// VALUE of the first code row of an owner; null if there is none.
-  [[nodiscard]] const std::string* FindCode(int ownerContent, int ownerId, TParamTag tag) const;
+  [[nodiscard]] const std::string* FindCode(int ownerContent, int ownerId, ParamTag tag) const;
   /// The same where a blank VALUE counts as none.
   [[nodiscard]] const std::string* FindFilledCode(int ownerContent, int ownerId,
-                                                  TParamTag tag) const;
-  void AppendParamValue(int ownerContent, int ownerId, TParamTag tag, int group, int code,
+                                                  ParamTag tag) const;
+  void AppendParamValue(int ownerContent, int ownerId, ParamTag tag, int group, int code,
                         std::string_view value);
   /// Removes the record of another type that the current record's column refers to, if no other
   /// record of this table refers to it. Nobody is asked.
   void DeleteIfUsedOnce(TObjectType object, std::string_view column);
   /// Removes the rows of param_value that meet the conditions, all or the first.
-  void DeleteParamValues(std::initializer_list<QvPlatform::TMatch> matches, bool all);
+  void DeleteParamValues(std::initializer_list<QvPlatform::RowMatch> matches, bool all);
 
   TdatamoduleQvRfData& data_;
 
  private:
   int StoreFromTree(TStringTree* tree);
-  [[nodiscard]] QvPlatform::TRowView FindEqual(const TRecordImage& image) const;
-  [[nodiscard]] bool IsEqualRow(const TRecordImage& image, QvPlatform::TRowView row) const;
-  [[nodiscard]] int AppendRecord(const TRecordImage& image);
+  [[nodiscard]] QvPlatform::RowView FindEqual(const RecordImage& image) const;
+  [[nodiscard]] bool IsEqualRow(const RecordImage& image, QvPlatform::RowView row) const;
+  [[nodiscard]] int AppendRecord(const RecordImage& image);
   void WriteResultNotes(TStringTree* tree, int key, bool inserted) const;
   [[nodiscard]] bool ConfirmDelete();
   [[nodiscard]] bool FindByName(std::string_view text, int step);
   [[nodiscard]] std::vector<QvPlatform::UsedByRow> CollectUsers(int key) const;
 
-  [[nodiscard]] int ItemColumn(const TTreeItem& item) const;
+  [[nodiscard]] int ItemColumn(const TreeItem& item) const;
 
   /// The subtree that this processor has written last, in the tree that is being written now. The
   /// units and the datum of a system stand in its tree several times: a copy spares the look-ups.
@@ -232,7 +232,7 @@ class TQvRfDataProcessor {
   };
   Written written_;
 
-  const TObjectDescriptor& descriptor_;
+  const ObjectDescriptor& descriptor_;
   // Field numbers in the file, found once: a search by name for each field of each record would
   // cost more than the rest of an export.
   std::vector<std::pair<std::string_view, int>> columns_;
@@ -246,14 +246,14 @@ class TQvRfDataProcessor {
 [[nodiscard]] TQvRfDataProcessor* ProcessorFor(TdatamoduleQvRfData& data, int objectType);
 
 /// Keeps a data set's controls disabled for a scope.
-class TControlsGuard {
+class ControlsGuard {
  public:
-  explicit TControlsGuard(QvPlatform::TQvDataSet& dataSet) : dataSet_(dataSet) {
+  explicit ControlsGuard(QvPlatform::TQvDataSet& dataSet) : dataSet_(dataSet) {
     dataSet_.DisableControls();
   }
-  ~TControlsGuard() { dataSet_.EnableControls(); }
-  TControlsGuard(const TControlsGuard&) = delete;
-  TControlsGuard& operator=(const TControlsGuard&) = delete;
+  ~ControlsGuard() { dataSet_.EnableControls(); }
+  ControlsGuard(const ControlsGuard&) = delete;
+  ControlsGuard& operator=(const ControlsGuard&) = delete;
 
  private:
   QvPlatform::TQvDataSet& dataSet_;

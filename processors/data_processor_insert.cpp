@@ -7,10 +7,10 @@
 namespace QvRefSystem {
 
 using QvPlatform::DataSetError;
+using QvPlatform::RowMatch;
+using QvPlatform::RowView;
 using QvPlatform::StorageError;
-using QvPlatform::TMatch;
 using QvPlatform::TQvWriteGroup;
-using QvPlatform::TRowView;
 
 int TQvRfDataProcessor::InsertFromTree(TStringTree* tree) {
   if (tree == nullptr) return 0;
@@ -37,10 +37,10 @@ int TQvRfDataProcessor::InsertFromTree(TStringTree* tree) {
 }
 
 int TQvRfDataProcessor::StoreFromTree(TStringTree* tree) {
-  const TControlsGuard guard(*DataSet);
-  TRecordImage image;
+  const ControlsGuard guard(*DataSet);
+  RecordImage image;
   if (!ReadContent(tree, &image)) return 0;
-  const TRowView found = FindEqual(image);
+  const RowView found = FindEqual(image);
   const bool inserted = !found;
   int key = 0;
   if (found) {
@@ -55,17 +55,16 @@ int TQvRfDataProcessor::StoreFromTree(TStringTree* tree) {
   return key;
 }
 
-bool TQvRfDataProcessor::ReadContent(TStringTree* tree, TRecordImage* image) {
+bool TQvRfDataProcessor::ReadContent(TStringTree* tree, RecordImage* image) {
   return ReadItems(tree, descriptor_.items, image);
 }
 
-bool TQvRfDataProcessor::ReadItems(TStringTree* tree, std::span<const TTreeItem> items,
-                                   TRecordImage* image) {
+bool TQvRfDataProcessor::ReadItems(TStringTree* tree, std::span<const TreeItem> items,
+                                   RecordImage* image) {
   // All fields come first, so that a tree that is not whole adds no sub-object.
-  for (const TTreeItem::Kind kind : {TTreeItem::Kind::kField, TTreeItem::Kind::kSubobject}) {
-    for (const TTreeItem& item : items) {
-      if (item.kind == kind && item.reading == TReading::kRequired &&
-          !ReadItem(tree, item, image)) {
+  for (const TreeItem::Kind kind : {TreeItem::Kind::kField, TreeItem::Kind::kSubobject}) {
+    for (const TreeItem& item : items) {
+      if (item.kind == kind && item.reading == Reading::kRequired && !ReadItem(tree, item, image)) {
         return false;
       }
     }
@@ -73,28 +72,28 @@ bool TQvRfDataProcessor::ReadItems(TStringTree* tree, std::span<const TTreeItem>
   return true;
 }
 
-bool TQvRfDataProcessor::ReadItem(TStringTree* tree, const TTreeItem& item, TRecordImage* image) {
+bool TQvRfDataProcessor::ReadItem(TStringTree* tree, const TreeItem& item, RecordImage* image) {
   const int column = ItemColumn(item);
-  if (item.kind == TTreeItem::Kind::kSubobject) {
+  if (item.kind == TreeItem::Kind::kSubobject) {
     int key = 0;
     if (!StoreSubobject(tree, item.object, item.id, item.optional, &key)) return false;
     image->SetInteger(column, key);
     return true;
   }
   switch (item.form) {
-    case TValueForm::kText: {
+    case ValueForm::kText: {
       std::string text;
       if (!tree->GetString(item.id, item.index, &text)) return false;
       image->SetText(column, std::move(text));
       return true;
     }
-    case TValueForm::kInteger: {
+    case ValueForm::kInteger: {
       int number = 0;
       if (!tree->GetInteger(item.id, item.index, &number)) return false;
       image->SetInteger(column, number);
       return true;
     }
-    case TValueForm::kDouble: {
+    case ValueForm::kDouble: {
       double number = 0;
       if (!tree->GetDouble(item.id, item.index, &number)) return false;
       image->SetDouble(column, number);
@@ -115,40 +114,40 @@ bool TQvRfDataProcessor::StoreSubobject(TStringTree* tree, TObjectType object, i
   return *key != 0;
 }
 
-TRowView TQvRfDataProcessor::FindEqual(const TRecordImage& image) const {
+RowView TQvRfDataProcessor::FindEqual(const RecordImage& image) const {
   if (descriptor_.equality.empty()) return {};
-  const TEqualityColumn& first = descriptor_.equality.front();
+  const EqualityColumn& first = descriptor_.equality.front();
   const int column = Column(first.column);
-  const TMatch match = first.compare == TCompare::kFoldedName
-                           ? TMatch::Folded(column, QvPlatform::FoldName(image.Text(column)))
-                           : TMatch::Integer(column, image.Integer(column));
-  for (const TRowView row : DataSet->FindAll({match}, QvPlatform::TRowScope::kAll)) {
+  const RowMatch match = first.compare == Compare::kFoldedName
+                             ? RowMatch::Folded(column, QvPlatform::FoldName(image.Text(column)))
+                             : RowMatch::Integer(column, image.Integer(column));
+  for (const RowView row : DataSet->FindAll({match}, QvPlatform::RowScope::kAll)) {
     if (IsEqualRow(image, row)) return row;
   }
   return {};
 }
 
-bool TQvRfDataProcessor::IsEqualRow(const TRecordImage& image, TRowView row) const {
-  for (const TEqualityColumn& equality : descriptor_.equality.subspan(1)) {
+bool TQvRfDataProcessor::IsEqualRow(const RecordImage& image, RowView row) const {
+  for (const EqualityColumn& equality : descriptor_.equality.subspan(1)) {
     const int column = Column(equality.column);
     if (!image.Has(column)) continue;
     bool equal = false;
     switch (equality.compare) {
-      case TCompare::kFoldedName:
+      case Compare::kFoldedName:
         equal =
             QvPlatform::FoldName(row.GetText(column)) == QvPlatform::FoldName(image.Text(column));
         break;
-      case TCompare::kText:
+      case Compare::kText:
         equal = row.GetText(column) == image.Text(column);
         break;
-      case TCompare::kTrimmedText:
+      case Compare::kTrimmedText:
         equal =
             QvPlatform::TrimView(row.GetText(column)) == QvPlatform::TrimView(image.Text(column));
         break;
-      case TCompare::kInteger:
+      case Compare::kInteger:
         equal = row.GetInteger(column) == image.Integer(column);
         break;
-      case TCompare::kDouble:
+      case Compare::kDouble:
         equal = row.GetFloat(column) == image.Double(column);
         break;
     }
@@ -157,7 +156,7 @@ bool TQvRfDataProcessor::IsEqualRow(const TRecordImage& image, TRowView row) con
   return IsEqualBeside(image, row);
 }
 
-int TQvRfDataProcessor::AppendRecord(const TRecordImage& image) {
+int TQvRfDataProcessor::AppendRecord(const RecordImage& image) {
   DataSet->Append();
   DataSet->FieldByName("FAVOUR").SetInteger(0);
   DataSet->FieldByName("LAST_USE").SetFloat(QvPlatform::CurrentMoment());
@@ -165,12 +164,12 @@ int TQvRfDataProcessor::AppendRecord(const TRecordImage& image) {
   return KeyOf(DataSet->Post());
 }
 
-void TQvRfDataProcessor::AppendBeside(TStringTree* tree, const TRecordImage& /*image*/, int key) {
-  for (const TTreeItem& item : descriptor_.items) {
-    if (item.kind != TTreeItem::Kind::kCode) continue;
+void TQvRfDataProcessor::AppendBeside(TStringTree* tree, const RecordImage& /*image*/, int key) {
+  for (const TreeItem& item : descriptor_.items) {
+    if (item.kind != TreeItem::Kind::kCode) continue;
     int number = 0;
     std::string text;
-    if (item.form == TValueForm::kInteger) {
+    if (item.form == ValueForm::kInteger) {
       if (!tree->GetInteger(item.id, item.index, &number)) continue;
       text = std::to_string(number);
     } else if (!tree->GetString(item.id, item.index, &text)) {

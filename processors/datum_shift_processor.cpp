@@ -35,18 +35,18 @@ bool TQvRfDatumShiftDataProcessor::WriteContent(TStringTree* tree) {
   const int type = CurrentInteger("TYPE");
   const std::span<const int> members = MembersOf(type);
   if (members.empty()) return false;
-  const QvPlatform::TRowView row = DataSet->CurrentRow();
+  const QvPlatform::RowView row = DataSet->CurrentRow();
   const auto write = [&](int id) { return WriteItem(tree, ItemOf(id), row); };
   if (!std::ranges::all_of(kTexts, write)) return false;
   // The type stands behind the unit of a translation, but ahead of the three units of the others.
   if (type == kTranslation) return std::ranges::all_of(members, write) && write(kTypeId);
   const auto firstUnit = std::ranges::find_if(
-      members, [&](int id) { return ItemOf(id).kind == TTreeItem::Kind::kSubobject; });
+      members, [&](int id) { return ItemOf(id).kind == TreeItem::Kind::kSubobject; });
   return std::all_of(members.begin(), firstUnit, write) && write(kTypeId) &&
          std::all_of(firstUnit, members.end(), write);
 }
 
-bool TQvRfDatumShiftDataProcessor::ReadContent(TStringTree* tree, TRecordImage* image) {
+bool TQvRfDatumShiftDataProcessor::ReadContent(TStringTree* tree, RecordImage* image) {
   const auto read = [&](int id) { return ReadItem(tree, ItemOf(id), image); };
   if (!std::ranges::all_of(kTexts, read) || !read(kTypeId)) return false;
   const int type = image->Integer(Column("TYPE"));

@@ -13,7 +13,7 @@ class TQvRfDatumShiftDataProcessor final : public TQvRfDataProcessor {
 
  protected:
   [[nodiscard]] bool WriteContent(TStringTree* tree) override;
-  [[nodiscard]] bool ReadContent(TStringTree* tree, TRecordImage* image) override;
+  [[nodiscard]] bool ReadContent(TStringTree* tree, RecordImage* image) override;
 };
 
 }  // namespace QvRefSystem

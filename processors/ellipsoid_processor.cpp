@@ -2,7 +2,7 @@
 
 namespace QvRefSystem {
 
-bool TQvRfEllipsoidDataProcessor::ReadContent(TStringTree* tree, TRecordImage* image) {
+bool TQvRfEllipsoidDataProcessor::ReadContent(TStringTree* tree, RecordImage* image) {
   constexpr int kUseFlattening = 5114;
   constexpr int kFlattening = 5112;
   // The flattening is needed only where it tells the shape, and read ahead of the unit, so that a
@@ -15,8 +15,8 @@ bool TQvRfEllipsoidDataProcessor::ReadContent(TStringTree* tree, TRecordImage* i
   return TQvRfDataProcessor::ReadContent(tree, image);
 }
 
-bool TQvRfEllipsoidDataProcessor::IsEqualBeside(const TRecordImage& image,
-                                                QvPlatform::TRowView row) const {
+bool TQvRfEllipsoidDataProcessor::IsEqualBeside(const RecordImage& image,
+                                                QvPlatform::RowView row) const {
   const int sphere = Column("SPHEROID");
   const int useFlattening = Column("USE_F");
   const int flattening = Column("F");

@@ -12,9 +12,9 @@ class TQvRfEllipsoidDataProcessor final : public TQvRfDataProcessor {
       : TQvRfDataProcessor(data, DescriptorOf(TObjectType::kEllipsoid)) {}
 
  protected:
-  [[nodiscard]] bool ReadContent(TStringTree* tree, TRecordImage* image) override;
-  [[nodiscard]] bool IsEqualBeside(const TRecordImage& image,
-                                   QvPlatform::TRowView row) const override;
+  [[nodiscard]] bool ReadContent(TStringTree* tree, RecordImage* image) override;
+  [[nodiscard]] bool IsEqualBeside(const RecordImage& image,
+                                   QvPlatform::RowView row) const override;
 };
 
 }  // namespace QvRefSystem

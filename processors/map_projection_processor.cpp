@@ -8,7 +8,7 @@ namespace QvRefSystem {
 
 namespace {
 
-constexpr int kParameterTag = static_cast<int>(TParamTag::kProjectionParameter);
+constexpr int kParameterTag = static_cast<int>(ParamTag::kProjectionParameter);
 constexpr int kTypeContent = static_cast<int>(TObjectType::kMapProjectionType);
 // PARAM_GROUP of the MIF/MID codes that belong to projected systems.
 constexpr int kMifProjectedGroup = 5;
@@ -17,19 +17,19 @@ constexpr int kMifProjectedGroup = 5;
 
 class TQvRfMapProjDataProcessor::Values {
  public:
-  Values(std::vector<QvPlatform::TRowView> rows, int codeField, int valueField)
+  Values(std::vector<QvPlatform::RowView> rows, int codeField, int valueField)
       : rows_(std::move(rows)), codeField_(codeField), valueField_(valueField) {}
 
   /// Null for a parameter that has no row.
   [[nodiscard]] const std::string* Find(int code) const {
-    for (const QvPlatform::TRowView row : rows_) {
+    for (const QvPlatform::RowView row : rows_) {
       if (row.GetInteger(codeField_) == code) return &row.GetText(valueField_);
     }
     return nullptr;
   }
 
  private:
-  std::vector<QvPlatform::TRowView> rows_;
+  std::vector<QvPlatform::RowView> rows_;
   int codeField_;
   int valueField_;
 };
@@ -41,15 +41,15 @@ TQvRfMapProjDataProcessor::Values TQvRfMapProjDataProcessor::ValuesOf(int key, i
           ParamField(kParamCode), ParamField(kValue)};
 }
 
-bool TQvRfMapProjDataProcessor::WriteOwnItem(TStringTree* tree, const TTreeItem& item) {
+bool TQvRfMapProjDataProcessor::WriteOwnItem(TStringTree* tree, const TreeItem& item) {
   const int type = CurrentInteger("TYPE");
   if (item.id != kProjectionParameterOwner) {
-    const std::string* code = FindFilledCode(kTypeContent, type, TParamTag::kGeoTiff);
+    const std::string* code = FindFilledCode(kTypeContent, type, ParamTag::kGeoTiff);
     if (code != nullptr) EnsureField(tree, item.id, 0, *code, "GeoTIFF map proj type");
     return true;
   }
   const Values values = ValuesOf(GetCurrentKey(), type);
-  for (const TProjectionParameterRow& parameter : parameters_.OfType(type)) {
+  for (const ProjectionParameterRow& parameter : parameters_.OfType(type)) {
     const std::string* value = values.Find(parameter.code);
     if (value != nullptr && !EnsureField(tree, parameter.tag, 0, *value, parameter.name)) {
       return false;
@@ -58,9 +58,9 @@ bool TQvRfMapProjDataProcessor::WriteOwnItem(TStringTree* tree, const TTreeItem&
   return true;
 }
 
-bool TQvRfMapProjDataProcessor::ReadContent(TStringTree* tree, TRecordImage* image) {
+bool TQvRfMapProjDataProcessor::ReadContent(TStringTree* tree, RecordImage* image) {
   if (!TQvRfDataProcessor::ReadContent(tree, image)) return false;
-  for (const TProjectionParameterRow& parameter :
+  for (const ProjectionParameterRow& parameter :
        parameters_.OfType(image->Integer(Column("TYPE")))) {
     std::string value;
     if (!tree->GetString(parameter.tag, 0, &value)) return false;
@@ -69,8 +69,8 @@ bool TQvRfMapProjDataProcessor::ReadContent(TStringTree* tree, TRecordImage* ima
   return true;
 }
 
-bool TQvRfMapProjDataProcessor::IsEqualBeside(const TRecordImage& image,
-                                              QvPlatform::TRowView row) const {
+bool TQvRfMapProjDataProcessor::IsEqualBeside(const RecordImage& image,
+                                              QvPlatform::RowView row) const {
   const Values values = ValuesOf(row.GetInteger(Column("AUTOKEY")), image.Integer(Column("TYPE")));
   return std::ranges::all_of(image.Beside, [&](const auto& parameter) {
     const std::string* stored = values.Find(parameter.first);
@@ -79,11 +79,10 @@ bool TQvRfMapProjDataProcessor::IsEqualBeside(const TRecordImage& image,
   });
 }
 
-void TQvRfMapProjDataProcessor::AppendBeside(TStringTree* tree, const TRecordImage& image,
-                                             int key) {
+void TQvRfMapProjDataProcessor::AppendBeside(TStringTree* tree, const RecordImage& image, int key) {
   const int type = image.Integer(Column("TYPE"));
-  for (const TProjectionParameterRow& parameter : parameters_.OfType(type)) {
-    AppendParamValue(kProjectionParameterOwner, key, TParamTag::kProjectionParameter, type,
+  for (const ProjectionParameterRow& parameter : parameters_.OfType(type)) {
+    AppendParamValue(kProjectionParameterOwner, key, ParamTag::kProjectionParameter, type,
                      parameter.code, image.Beside.at(parameter.code));
   }
   TQvRfDataProcessor::AppendBeside(tree, image, key);
@@ -96,7 +95,7 @@ void TQvRfMapProjDataProcessor::DeleteBeside(int key) {
 }
 
 std::string TQvRfMapProjDataProcessor::ParameterValue(int key, int type, int code) const {
-  const QvPlatform::TRowView row = data_.datasetParamValue.FindFirst(
+  const QvPlatform::RowView row = data_.datasetParamValue.FindFirst(
       {ParamMatch(kOwnerId, key), ParamMatch(kParamTag, kParameterTag),
        ParamMatch(kParamGroup, type), ParamMatch(kParamCode, code)});
   return row ? row.GetText(ParamField(kValue)) : std::string();
@@ -104,26 +103,26 @@ std::string TQvRfMapProjDataProcessor::ParameterValue(int key, int type, int cod
 
 void TQvRfMapProjDataProcessor::StoreParameterValue(int key, int type, int code,
                                                     std::string_view value, bool isNew) {
-  const std::initializer_list<QvPlatform::TMatch> rows = {
+  const std::initializer_list<QvPlatform::RowMatch> rows = {
       ParamMatch(kOwnerId, key), ParamMatch(kParamTag, kParameterTag),
       ParamMatch(kParamGroup, type), ParamMatch(kParamCode, code)};
   if (isNew && data_.datasetParamValue.FindFirst(rows)) {
     throw QvPlatform::DataSetError("a new map projection has values of parameters already");
   }
   DeleteParamValues(rows, true);
-  AppendParamValue(kProjectionParameterOwner, key, TParamTag::kProjectionParameter, type, code,
+  AppendParamValue(kProjectionParameterOwner, key, ParamTag::kProjectionParameter, type, code,
                    value);
 }
 
 std::vector<std::string> TQvRfMapProjDataProcessor::AllowedValues(int type, int code) const {
   QvPlatform::TQvDataSet& table = data_.datasetSystemValue;
   const auto match = [&table](const char* field, int value) {
-    return QvPlatform::TMatch::Integer(table.FieldByName(field).GetIndex(), value);
+    return QvPlatform::RowMatch::Integer(table.FieldByName(field).GetIndex(), value);
   };
   const int valueField = table.FieldByName("VALUE").GetIndex();
   std::vector<std::string> values;
-  for (const QvPlatform::TRowView row :
-       table.FindAll({match("PARAM_TAG", static_cast<int>(TParamTag::kAllowedValue)),
+  for (const QvPlatform::RowView row :
+       table.FindAll({match("PARAM_TAG", static_cast<int>(ParamTag::kAllowedValue)),
                       match("OWNER_ID", type), match("PARAM_GROUP", code)})) {
     values.push_back(row.GetText(valueField));
   }
@@ -131,9 +130,9 @@ std::vector<std::string> TQvRfMapProjDataProcessor::AllowedValues(int type, int 
 }
 
 bool TQvRfMapProjDataProcessor::WriteMifProjectionType(TStringTree* tree) {
-  const QvPlatform::TRowView row = data_.datasetParamValue.FindFirst(
+  const QvPlatform::RowView row = data_.datasetParamValue.FindFirst(
       {ParamMatch(kOwnerId, CurrentInteger("TYPE")), ParamMatch(kOwnerContent, kTypeContent),
-       ParamMatch(kParamTag, static_cast<int>(TParamTag::kMif)),
+       ParamMatch(kParamTag, static_cast<int>(ParamTag::kMif)),
        ParamMatch(kParamGroup, kMifProjectedGroup)});
   return row && !QvPlatform::IsBlank(row.GetText(ParamField(kValue))) &&
          EnsureField(tree, 101001, 0, row.GetText(ParamField(kValue)),

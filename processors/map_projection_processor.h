@@ -16,7 +16,7 @@ class TQvRfMapProjDataProcessor final : public TQvRfDataProcessor {
   [[nodiscard]] bool WriteMifProjectionType(TStringTree* tree);
 
   /// The parameters of a type, in table order.
-  [[nodiscard]] std::vector<TProjectionParameterRow> ParametersOf(int type) const {
+  [[nodiscard]] std::vector<ProjectionParameterRow> ParametersOf(int type) const {
     return parameters_.OfType(type);
   }
   /// The value of one parameter of the projection with that key; "" if it has none.
@@ -28,11 +28,11 @@ class TQvRfMapProjDataProcessor final : public TQvRfDataProcessor {
   [[nodiscard]] std::vector<std::string> AllowedValues(int type, int code) const;
 
  protected:
-  [[nodiscard]] bool WriteOwnItem(TStringTree* tree, const TTreeItem& item) override;
-  [[nodiscard]] bool ReadContent(TStringTree* tree, TRecordImage* image) override;
-  [[nodiscard]] bool IsEqualBeside(const TRecordImage& image,
-                                   QvPlatform::TRowView row) const override;
-  void AppendBeside(TStringTree* tree, const TRecordImage& image, int key) override;
+  [[nodiscard]] bool WriteOwnItem(TStringTree* tree, const TreeItem& item) override;
+  [[nodiscard]] bool ReadContent(TStringTree* tree, RecordImage* image) override;
+  [[nodiscard]] bool IsEqualBeside(const RecordImage& image,
+                                   QvPlatform::RowView row) const override;
+  void AppendBeside(TStringTree* tree, const RecordImage& image, int key) override;
   void DeleteBeside(int key) override;
 
  private:
@@ -40,7 +40,7 @@ class TQvRfMapProjDataProcessor final : public TQvRfDataProcessor {
   class Values;
   [[nodiscard]] Values ValuesOf(int key, int type) const;
 
-  TProjectionParameters parameters_;
+  ProjectionParameters parameters_;
 };
 
 /// KIND of a parameter whose value is chosen from a list.

@@ -6,7 +6,7 @@
 
 namespace QvRefSystem {
 
-void TNameFilter::Load(Column* column, const char* field) {
+void NameFilter::Load(Column* column, const char* field) {
   column->texts.clear();
   column->starts.clear();
   const int number = dataSet_.FieldByName(field).GetIndex();
@@ -19,7 +19,7 @@ void TNameFilter::Load(Column* column, const char* field) {
   }
 }
 
-std::vector<int> TNameFilter::Match(std::string_view text) {
+std::vector<int> NameFilter::Match(std::string_view text) {
   if (!valid_) {
     Load(&names_, "NAME");
     Load(&descriptions_, "DESCRIPTION");
@@ -31,7 +31,7 @@ std::vector<int> TNameFilter::Match(std::string_view text) {
   return rows.empty() ? Search(descriptions_, wanted) : rows;
 }
 
-std::vector<int> TNameFilter::Search(const Column& column, const std::string& wanted) {
+std::vector<int> NameFilter::Search(const Column& column, const std::string& wanted) {
   std::vector<int> rows;
   const auto& [texts, starts] = column;
   for (std::size_t row = 0; row < starts.size(); ++row) {

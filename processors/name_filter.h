@@ -12,9 +12,9 @@ namespace QvRefSystem {
 /// the same test as FindNextByName. Where no name has it, the rows are told that have it in their
 /// DESCRIPTION, so that a code of a registry finds its system. The folded texts are kept until
 /// Invalidate.
-class TNameFilter {
+class NameFilter {
  public:
-  explicit TNameFilter(QvPlatform::TQvDataSet& dataSet) : dataSet_(dataSet) {}
+  explicit NameFilter(QvPlatform::TQvDataSet& dataSet) : dataSet_(dataSet) {}
   /// To be called when rows of the data set changed.
   void Invalidate() { valid_ = false; }
   /// Positions of the matching rows in table order; all rows for an empty text.

@@ -7,22 +7,22 @@ namespace {
 
 using QvPlatform::TextId;
 using enum TObjectType;
-using enum TReading;
+using enum Reading;
 
 template <std::size_t... Sizes>
-constexpr auto Items(const std::array<TTreeItem, Sizes>&... parts) {
-  std::array<TTreeItem, (Sizes + ...)> joined{};
+constexpr auto Items(const std::array<TreeItem, Sizes>&... parts) {
+  std::array<TreeItem, (Sizes + ...)> joined{};
   std::size_t next = 0;
   const auto append = [&](const auto& part) {
-    for (const TTreeItem& item : part)
+    for (const TreeItem& item : part)
       joined[next++] = item;
   };
   (append(parts), ...);
   return joined;
 }
 
-constexpr TEqualityColumn kByFoldedName{"NAME", TCompare::kFoldedName};
-constexpr std::array kByType{TEqualityColumn{"TYPE", TCompare::kInteger}};
+constexpr EqualityColumn kByFoldedName{"NAME", Compare::kFoldedName};
+constexpr std::array kByType{EqualityColumn{"TYPE", Compare::kInteger}};
 
 // Units. The three classes share their fields; the subtree's id tells which kind it is.
 constexpr std::array kUnitFields{
@@ -31,28 +31,28 @@ constexpr std::array kUnitFields{
     TextItem(5320, "name", "NAME"),       TextItem(5321, "abbr", "ABBREVIATION"),
     TextItem(5322, "desc", "DESCRIPTION")};
 constexpr auto kLinearUnitItems =
-    Items(kUnitFields, std::array{CodeItem(102002, "GeoTIFF linear unit", TParamTag::kGeoTiff),
-                                  CodeItem(101002, "MIF/MID unit name", TParamTag::kMif,
-                                           TValueForm::kText, TBlankRule::kWriteBlank)});
+    Items(kUnitFields, std::array{CodeItem(102002, "GeoTIFF linear unit", ParamTag::kGeoTiff),
+                                  CodeItem(101002, "MIF/MID unit name", ParamTag::kMif,
+                                           ValueForm::kText, BlankRule::kWriteBlank)});
 constexpr auto kAngularUnitItems =
-    Items(kUnitFields, std::array{CodeItem(102003, "GeoTIFF angular unit", TParamTag::kGeoTiff)});
-constexpr std::array kUnitEquality{kByFoldedName, TEqualityColumn{"CODE", TCompare::kInteger},
-                                   TEqualityColumn{"FACTOR_B", TCompare::kDouble},
-                                   TEqualityColumn{"FACTOR_C", TCompare::kDouble}};
-constexpr std::array kAngularUnitInfo{TInfoLine{TextId::kInfoName, "NAME"},
-                                      TInfoLine{TextId::kInfoDescription, "DESCRIPTION"},
-                                      TInfoLine{TextId::kInfoAbbreviation, "ABBREVIATION"}};
-constexpr std::array kLinearUnitUsers{TUsedByScan{kReferenceSystem, "LINEAR_UNIT_AUTOKEY"},
-                                      TUsedByScan{kEllipsoid, "UNIT_AUTOKEY"},
-                                      TUsedByScan{kDatumShift, "LINEAR_UNIT_AUTOKEY"},
-                                      TUsedByScan{kMapProjection, "LINEAR_UNIT_AUTOKEY"},
-                                      TUsedByScan{kVerticalReferenceSystem, "VDATA_UNIT_AUTOKEY"}};
-constexpr std::array kAngularUnitUsers{TUsedByScan{kReferenceSystem, "ANGULAR_UNIT_AUTOKEY"},
-                                       TUsedByScan{kPrimeMeridian, "UNIT_AUTOKEY"},
-                                       TUsedByScan{kDatumShift, "ANGULAR_UNIT_AUTOKEY"},
-                                       TUsedByScan{kMapProjection, "ANGULAR_UNIT_AUTOKEY"}};
-constexpr std::array kScaleUnitUsers{TUsedByScan{kMapProjection, "SCALE_UNIT_AUTOKEY"},
-                                     TUsedByScan{kDatumShift, "SCALE_UNIT_AUTOKEY"}};
+    Items(kUnitFields, std::array{CodeItem(102003, "GeoTIFF angular unit", ParamTag::kGeoTiff)});
+constexpr std::array kUnitEquality{kByFoldedName, EqualityColumn{"CODE", Compare::kInteger},
+                                   EqualityColumn{"FACTOR_B", Compare::kDouble},
+                                   EqualityColumn{"FACTOR_C", Compare::kDouble}};
+constexpr std::array kAngularUnitInfo{InfoLine{TextId::kInfoName, "NAME"},
+                                      InfoLine{TextId::kInfoDescription, "DESCRIPTION"},
+                                      InfoLine{TextId::kInfoAbbreviation, "ABBREVIATION"}};
+constexpr std::array kLinearUnitUsers{UsedByScan{kReferenceSystem, "LINEAR_UNIT_AUTOKEY"},
+                                      UsedByScan{kEllipsoid, "UNIT_AUTOKEY"},
+                                      UsedByScan{kDatumShift, "LINEAR_UNIT_AUTOKEY"},
+                                      UsedByScan{kMapProjection, "LINEAR_UNIT_AUTOKEY"},
+                                      UsedByScan{kVerticalReferenceSystem, "VDATA_UNIT_AUTOKEY"}};
+constexpr std::array kAngularUnitUsers{UsedByScan{kReferenceSystem, "ANGULAR_UNIT_AUTOKEY"},
+                                       UsedByScan{kPrimeMeridian, "UNIT_AUTOKEY"},
+                                       UsedByScan{kDatumShift, "ANGULAR_UNIT_AUTOKEY"},
+                                       UsedByScan{kMapProjection, "ANGULAR_UNIT_AUTOKEY"}};
+constexpr std::array kScaleUnitUsers{UsedByScan{kMapProjection, "SCALE_UNIT_AUTOKEY"},
+                                     UsedByScan{kDatumShift, "SCALE_UNIT_AUTOKEY"}};
 
 // Ellipsoids. Which column gives the shape depends on the tree's flags.
 constexpr std::array kEllipsoidItems{TextItem(5120, "name", "NAME"),
@@ -63,35 +63,35 @@ constexpr std::array kEllipsoidItems{TextItem(5120, "name", "NAME"),
                                      IntegerItem(5114, "use_f", "USE_F"),
                                      IntegerItem(5115, "spheroid", "SPHEROID"),
                                      SubobjectItem(5113, kLinearUnit, "UNIT_AUTOKEY"),
-                                     CodeItem(102004, "GeoTIFF ellipsoid", TParamTag::kGeoTiff),
-                                     CodeItem(101004, "MIFMID ellipsoid", TParamTag::kMif)};
+                                     CodeItem(102004, "GeoTIFF ellipsoid", ParamTag::kGeoTiff),
+                                     CodeItem(101004, "MIFMID ellipsoid", ParamTag::kMif)};
 constexpr std::array kEllipsoidEquality{kByFoldedName,
-                                        TEqualityColumn{"UNIT_AUTOKEY", TCompare::kInteger},
-                                        TEqualityColumn{"A", TCompare::kText}};
-constexpr std::array kEllipsoidUsers{TUsedByScan{kReferenceSystem, "ELLIPSOID_AUTOKEY"},
-                                     TUsedByScan{kDatum, "ELLIPSOID_AUTOKEY"}};
+                                        EqualityColumn{"UNIT_AUTOKEY", Compare::kInteger},
+                                        EqualityColumn{"A", Compare::kText}};
+constexpr std::array kEllipsoidUsers{UsedByScan{kReferenceSystem, "ELLIPSOID_AUTOKEY"},
+                                     UsedByScan{kDatum, "ELLIPSOID_AUTOKEY"}};
 
 constexpr std::array kPrimeMeridianItems{
     TextItem(5220, "name", "NAME"), TextItem(5221, "desc", "DESCRIPTION"),
     TextItem(5210, "long", "LONGITUDE"), SubobjectItem(5211, kAngularUnit, "UNIT_AUTOKEY"),
-    CodeItem(102009, "GeoTIFF prime meridian", TParamTag::kGeoTiff)};
+    CodeItem(102009, "GeoTIFF prime meridian", ParamTag::kGeoTiff)};
 constexpr std::array kPrimeMeridianEquality{kByFoldedName,
-                                            TEqualityColumn{"UNIT_AUTOKEY", TCompare::kInteger},
-                                            TEqualityColumn{"LONGITUDE", TCompare::kText}};
-constexpr std::array kPrimeMeridianUsers{TUsedByScan{kReferenceSystem, "PRIME_MERIDIAN_AUTOKEY"}};
+                                            EqualityColumn{"UNIT_AUTOKEY", Compare::kInteger},
+                                            EqualityColumn{"LONGITUDE", Compare::kText}};
+constexpr std::array kPrimeMeridianUsers{UsedByScan{kReferenceSystem, "PRIME_MERIDIAN_AUTOKEY"}};
 
 constexpr std::array kDatumItems{TextItem(5620, "name", "NAME"),
                                  TextItem(5621, "desc", "DESCRIPTION"),
                                  TextItem(5622, "abbr", "ABBREVIATION"),
-                                 CodeItem(102006, "GeoTIFF datum", TParamTag::kGeoTiff),
-                                 CodeItem(101003, "MIF/MID datum code", TParamTag::kMif,
-                                          TValueForm::kInteger, TBlankRule::kWriteBlank),
+                                 CodeItem(102006, "GeoTIFF datum", ParamTag::kGeoTiff),
+                                 CodeItem(101003, "MIF/MID datum code", ParamTag::kMif,
+                                          ValueForm::kInteger, BlankRule::kWriteBlank),
                                  SubobjectItem(1102, kDatumShift, "DATUM_SHIFT_AUTOKEY"),
                                  SubobjectItem(5610, kEllipsoid, "ELLIPSOID_AUTOKEY")};
 constexpr std::array kDatumEquality{kByFoldedName,
-                                    TEqualityColumn{"ELLIPSOID_AUTOKEY", TCompare::kInteger},
-                                    TEqualityColumn{"DATUM_SHIFT_AUTOKEY", TCompare::kInteger}};
-constexpr std::array kDatumUsers{TUsedByScan{kReferenceSystem, "DATUM_AUTOKEY"}};
+                                    EqualityColumn{"ELLIPSOID_AUTOKEY", Compare::kInteger},
+                                    EqualityColumn{"DATUM_SHIFT_AUTOKEY", Compare::kInteger}};
+constexpr std::array kDatumUsers{UsedByScan{kReferenceSystem, "DATUM_AUTOKEY"}};
 
 // Datum shifts. These are the members of the seven-parameter kinds; the kind with three has some
 // of them, in an order of its own.
@@ -109,20 +109,19 @@ constexpr std::array kDatumShiftItems{TextItem(5420, "name", "NAME"),
                                       SubobjectItem(5440, kLinearUnit, "LINEAR_UNIT_AUTOKEY"),
                                       SubobjectItem(5441, kAngularUnit, "ANGULAR_UNIT_AUTOKEY"),
                                       SubobjectItem(5442, kScaleUnit, "SCALE_UNIT_AUTOKEY")};
-constexpr std::array kDatumShiftEquality{
-    kByFoldedName,
-    TEqualityColumn{"TYPE", TCompare::kInteger},
-    TEqualityColumn{"LINEAR_UNIT_AUTOKEY", TCompare::kInteger},
-    TEqualityColumn{"ANGULAR_UNIT_AUTOKEY", TCompare::kInteger},
-    TEqualityColumn{"SCALE_UNIT_AUTOKEY", TCompare::kInteger},
-    TEqualityColumn{"TX", TCompare::kText},
-    TEqualityColumn{"TY", TCompare::kText},
-    TEqualityColumn{"TZ", TCompare::kText},
-    TEqualityColumn{"RX", TCompare::kText},
-    TEqualityColumn{"RY", TCompare::kText},
-    TEqualityColumn{"RZ", TCompare::kText},
-    TEqualityColumn{"S", TCompare::kText}};
-constexpr std::array kDatumShiftUsers{TUsedByScan{kDatum, "DATUM_SHIFT_AUTOKEY"}};
+constexpr std::array kDatumShiftEquality{kByFoldedName,
+                                         EqualityColumn{"TYPE", Compare::kInteger},
+                                         EqualityColumn{"LINEAR_UNIT_AUTOKEY", Compare::kInteger},
+                                         EqualityColumn{"ANGULAR_UNIT_AUTOKEY", Compare::kInteger},
+                                         EqualityColumn{"SCALE_UNIT_AUTOKEY", Compare::kInteger},
+                                         EqualityColumn{"TX", Compare::kText},
+                                         EqualityColumn{"TY", Compare::kText},
+                                         EqualityColumn{"TZ", Compare::kText},
+                                         EqualityColumn{"RX", Compare::kText},
+                                         EqualityColumn{"RY", Compare::kText},
+                                         EqualityColumn{"RZ", Compare::kText},
+                                         EqualityColumn{"S", Compare::kText}};
+constexpr std::array kDatumShiftUsers{UsedByScan{kDatum, "DATUM_SHIFT_AUTOKEY"}};
 
 constexpr std::array kDatumShiftTypeItems{IntegerItem(5701, "type", "TYPE"),
                                           TextItem(5702, "name", "NAME"),
@@ -149,18 +148,18 @@ constexpr std::array kMapProjectionItems{
     SubobjectItem(6091, kLinearUnit, "LINEAR_UNIT_AUTOKEY", true),
     SubobjectItem(6090, kAngularUnit, "ANGULAR_UNIT_AUTOKEY", true),
     SubobjectItem(6092, kScaleUnit, "SCALE_UNIT_AUTOKEY", true),
-    CodeItem(102007, "GeoTIFF map projection", TParamTag::kGeoTiff),
+    CodeItem(102007, "GeoTIFF map projection", ParamTag::kGeoTiff),
     OwnItem(102008)};
 constexpr std::array kMapProjectionEquality{
     kByFoldedName,
-    TEqualityColumn{"TYPE", TCompare::kInteger},
-    TEqualityColumn{"LINEAR_UNIT_AUTOKEY", TCompare::kInteger},
-    TEqualityColumn{"ANGULAR_UNIT_AUTOKEY", TCompare::kInteger},
-    TEqualityColumn{"SCALE_UNIT_AUTOKEY", TCompare::kInteger},
-    TEqualityColumn{"COORD1_SIGN", TCompare::kInteger},
-    TEqualityColumn{"COORD2_SIGN", TCompare::kInteger},
-    TEqualityColumn{"SWAP_COORDS", TCompare::kInteger}};
-constexpr std::array kMapProjectionUsers{TUsedByScan{kReferenceSystem, "MAP_PROJ_AUTOKEY"}};
+    EqualityColumn{"TYPE", Compare::kInteger},
+    EqualityColumn{"LINEAR_UNIT_AUTOKEY", Compare::kInteger},
+    EqualityColumn{"ANGULAR_UNIT_AUTOKEY", Compare::kInteger},
+    EqualityColumn{"SCALE_UNIT_AUTOKEY", Compare::kInteger},
+    EqualityColumn{"COORD1_SIGN", Compare::kInteger},
+    EqualityColumn{"COORD2_SIGN", Compare::kInteger},
+    EqualityColumn{"SWAP_COORDS", Compare::kInteger}};
+constexpr std::array kMapProjectionUsers{UsedByScan{kReferenceSystem, "MAP_PROJ_AUTOKEY"}};
 
 constexpr std::array kMapProjectionTypeItems{
     IntegerItem(5801, "type", "TYPE"), With(TextItem(5802, "name", "NAME"), kWriteOnly),
@@ -180,21 +179,21 @@ constexpr std::array kReferenceSystemItems{
     With(SubobjectItem(2000, kReferenceSystemType, "TYPE"), kWriteOnly)};
 constexpr std::array kReferenceSystemEquality{
     kByFoldedName,
-    TEqualityColumn{"TYPE", TCompare::kInteger},
-    TEqualityColumn{"LINEAR_UNIT_AUTOKEY", TCompare::kInteger},
-    TEqualityColumn{"ANGULAR_UNIT_AUTOKEY", TCompare::kInteger},
-    TEqualityColumn{"PRIMARY_REFSYSTEM_AUTOKEY", TCompare::kInteger},
-    TEqualityColumn{"MAP_PROJ_AUTOKEY", TCompare::kInteger},
-    TEqualityColumn{"DATUM_AUTOKEY", TCompare::kInteger},
-    TEqualityColumn{"PRIME_MERIDIAN_AUTOKEY", TCompare::kInteger},
-    TEqualityColumn{"ELLIPSOID_AUTOKEY", TCompare::kInteger},
-    TEqualityColumn{"SWAP_COORDS", TCompare::kInteger},
-    TEqualityColumn{"ORIGIN_COORD1", TCompare::kTrimmedText},
-    TEqualityColumn{"ORIGIN_COORD2", TCompare::kTrimmedText},
-    TEqualityColumn{"ORIGIN_COORD3", TCompare::kTrimmedText},
-    TEqualityColumn{"AZIMUTH", TCompare::kTrimmedText}};
+    EqualityColumn{"TYPE", Compare::kInteger},
+    EqualityColumn{"LINEAR_UNIT_AUTOKEY", Compare::kInteger},
+    EqualityColumn{"ANGULAR_UNIT_AUTOKEY", Compare::kInteger},
+    EqualityColumn{"PRIMARY_REFSYSTEM_AUTOKEY", Compare::kInteger},
+    EqualityColumn{"MAP_PROJ_AUTOKEY", Compare::kInteger},
+    EqualityColumn{"DATUM_AUTOKEY", Compare::kInteger},
+    EqualityColumn{"PRIME_MERIDIAN_AUTOKEY", Compare::kInteger},
+    EqualityColumn{"ELLIPSOID_AUTOKEY", Compare::kInteger},
+    EqualityColumn{"SWAP_COORDS", Compare::kInteger},
+    EqualityColumn{"ORIGIN_COORD1", Compare::kTrimmedText},
+    EqualityColumn{"ORIGIN_COORD2", Compare::kTrimmedText},
+    EqualityColumn{"ORIGIN_COORD3", Compare::kTrimmedText},
+    EqualityColumn{"AZIMUTH", Compare::kTrimmedText}};
 constexpr std::array kReferenceSystemUsers{
-    TUsedByScan{kReferenceSystem, "PRIMARY_REFSYSTEM_AUTOKEY"}};
+    UsedByScan{kReferenceSystem, "PRIMARY_REFSYSTEM_AUTOKEY"}};
 
 // Height systems. All have the texts and the kind; the kind tells which of the others.
 constexpr std::array kVerticalItems{
@@ -213,9 +212,9 @@ constexpr std::array kVerticalItems{
     With(TextItem(1519, "cell North-South", "VDATA_CELL_NORTH_SOUTH"), kByRule),
     With(TextItem(1520, "cell East-West", "VDATA_CELL_EAST_WEST"), kByRule)};
 
-constexpr std::span<const TUsedByScan> kNoUsers{};
+constexpr std::span<const UsedByScan> kNoUsers{};
 
-constexpr std::array<TObjectDescriptor, 13> kDescriptors{{
+constexpr std::array<ObjectDescriptor, 13> kDescriptors{{
     {kReferenceSystem, TableId::kRefSystem, "reference system", "reference system",
      TextId::kReferenceSystem, kReferenceSystemItems, kReferenceSystemEquality,
      kReferenceSystemUsers, kNameAndDescription},
@@ -257,13 +256,13 @@ constexpr std::array<TObjectDescriptor, 13> kDescriptors{{
 // The rows run by code, and every member names what its kind needs.
 consteval bool DescriptorsAreConsistent() {
   TObjectType last = kNone;
-  for (const TObjectDescriptor& descriptor : kDescriptors) {
+  for (const ObjectDescriptor& descriptor : kDescriptors) {
     if (static_cast<int>(descriptor.type) <= static_cast<int>(last)) return false;
     last = descriptor.type;
-    for (const TTreeItem& item : descriptor.items) {
-      const bool subobject = item.kind == TTreeItem::Kind::kSubobject;
+    for (const TreeItem& item : descriptor.items) {
+      const bool subobject = item.kind == TreeItem::Kind::kSubobject;
       if (subobject != (item.object != kNone)) return false;
-      if (item.kind == TTreeItem::Kind::kField && item.column.empty()) return false;
+      if (item.kind == TreeItem::Kind::kField && item.column.empty()) return false;
     }
   }
   return true;
@@ -272,19 +271,19 @@ static_assert(DescriptorsAreConsistent());
 
 }  // namespace
 
-std::span<const TObjectDescriptor> ObjectDescriptors() {
+std::span<const ObjectDescriptor> ObjectDescriptors() {
   return kDescriptors;
 }
 
-const TObjectDescriptor& DescriptorOf(TObjectType type) {
-  for (const TObjectDescriptor& descriptor : kDescriptors) {
+const ObjectDescriptor& DescriptorOf(TObjectType type) {
+  for (const ObjectDescriptor& descriptor : kDescriptors) {
     if (descriptor.type == type) return descriptor;
   }
   throw std::out_of_range("no such object type");
 }
 
 TObjectType ObjectTypeOf(int code) {
-  for (const TObjectDescriptor& descriptor : kDescriptors) {
+  for (const ObjectDescriptor& descriptor : kDescriptors) {
     if (static_cast<int>(descriptor.type) == code) return descriptor.type;
   }
   return kNone;

@@ -33,7 +33,7 @@ enum class TObjectType : signed char {
 inline constexpr int kProjectionParameterOwner = 13;
 
 /// Values of PARAM_TAG.
-enum class TParamTag : int {
+enum class ParamTag : int {
   kProjectionParameter = 1,
   kAllowedValue = 2,
   kMif = 3,
@@ -42,18 +42,18 @@ enum class TParamTag : int {
 };
 
 /// How a tree field is read.
-enum class TValueForm : unsigned char { kText, kInteger, kDouble };
+enum class ValueForm : unsigned char { kText, kInteger, kDouble };
 
 /// Whether InsertFromTree needs the member: kByRule leaves it to the object's own code, and
 /// kWriteOnly fields are never read.
-enum class TReading : unsigned char { kRequired, kByRule, kWriteOnly };
+enum class Reading : unsigned char { kRequired, kByRule, kWriteOnly };
 
 /// When an exchange code's value counts as none: never when its row exists, or when blank.
-enum class TBlankRule : unsigned char { kWriteBlank, kSkipBlank };
+enum class BlankRule : unsigned char { kWriteBlank, kSkipBlank };
 
 /// One member of an object's tree, in writing order. kOwn stands where the object's processor
 /// writes and reads members that depend on data.
-struct TTreeItem {
+struct TreeItem {
   enum class Kind : unsigned char { kField, kSubobject, kCode, kOwn };
   Kind kind = Kind::kField;
   int id = 0;
@@ -61,77 +61,77 @@ struct TTreeItem {
   std::string_view label = {};
   /// kField: the column; kSubobject: the column with its key.
   std::string_view column = {};
-  TValueForm form = TValueForm::kText;
-  TReading reading = TReading::kRequired;
+  ValueForm form = ValueForm::kText;
+  Reading reading = Reading::kRequired;
   /// kSubobject: whose processor writes and stores it.
   TObjectType object = TObjectType::kNone;
   /// kSubobject: a key of 0 writes nothing, and an absent subtree reads as 0.
   bool optional = false;
   /// kCode: tag of its row, and the rule for blank values.
-  TParamTag tag = TParamTag::kGeoTiff;
-  TBlankRule blank = TBlankRule::kSkipBlank;
+  ParamTag tag = ParamTag::kGeoTiff;
+  BlankRule blank = BlankRule::kSkipBlank;
 };
 
-constexpr TTreeItem TextItem(int id, std::string_view label, std::string_view column,
-                             int index = 0) {
+constexpr TreeItem TextItem(int id, std::string_view label, std::string_view column,
+                            int index = 0) {
   return {.id = id, .index = index, .label = label, .column = column};
 }
-constexpr TTreeItem IntegerItem(int id, std::string_view label, std::string_view column,
-                                int index = 0) {
-  return {.id = id, .index = index, .label = label, .column = column, .form = TValueForm::kInteger};
+constexpr TreeItem IntegerItem(int id, std::string_view label, std::string_view column,
+                               int index = 0) {
+  return {.id = id, .index = index, .label = label, .column = column, .form = ValueForm::kInteger};
 }
-constexpr TTreeItem DoubleItem(int id, std::string_view label, std::string_view column) {
-  return {.id = id, .label = label, .column = column, .form = TValueForm::kDouble};
+constexpr TreeItem DoubleItem(int id, std::string_view label, std::string_view column) {
+  return {.id = id, .label = label, .column = column, .form = ValueForm::kDouble};
 }
-constexpr TTreeItem SubobjectItem(int id, TObjectType object, std::string_view column,
-                                  bool optional = false) {
-  return {.kind = TTreeItem::Kind::kSubobject,
+constexpr TreeItem SubobjectItem(int id, TObjectType object, std::string_view column,
+                                 bool optional = false) {
+  return {.kind = TreeItem::Kind::kSubobject,
           .id = id,
           .column = column,
           .object = object,
           .optional = optional};
 }
-constexpr TTreeItem CodeItem(int id, std::string_view label, TParamTag tag,
-                             TValueForm form = TValueForm::kInteger,
-                             TBlankRule blank = TBlankRule::kSkipBlank) {
-  return {.kind = TTreeItem::Kind::kCode,
+constexpr TreeItem CodeItem(int id, std::string_view label, ParamTag tag,
+                            ValueForm form = ValueForm::kInteger,
+                            BlankRule blank = BlankRule::kSkipBlank) {
+  return {.kind = TreeItem::Kind::kCode,
           .id = id,
           .label = label,
           .form = form,
           .tag = tag,
           .blank = blank};
 }
-constexpr TTreeItem OwnItem(int id, std::string_view label = {}) {
-  return {.kind = TTreeItem::Kind::kOwn, .id = id, .label = label};
+constexpr TreeItem OwnItem(int id, std::string_view label = {}) {
+  return {.kind = TreeItem::Kind::kOwn, .id = id, .label = label};
 }
-constexpr TTreeItem With(TTreeItem item, TReading reading) {
+constexpr TreeItem With(TreeItem item, Reading reading) {
   item.reading = reading;
   return item;
 }
 
 /// How two records compare in one column. Names fold case and outer blanks; there is no tolerance.
-enum class TCompare : unsigned char { kFoldedName, kText, kTrimmedText, kInteger, kDouble };
+enum class Compare : unsigned char { kFoldedName, kText, kTrimmedText, kInteger, kDouble };
 
 /// A column counts only where the tree gave it a value: what a kind of object does not have takes
 /// no part. The first column of a list narrows the search through an index.
-struct TEqualityColumn {
+struct EqualityColumn {
   std::string_view column = {};
-  TCompare compare = TCompare::kInteger;
+  Compare compare = Compare::kInteger;
 };
 
 /// A table that can refer to the object, in scan order.
-struct TUsedByScan {
+struct UsedByScan {
   TObjectType object;
   std::string_view column = {};
 };
 
 /// A line of the info text: the label, ": ", the column.
-struct TInfoLine {
+struct InfoLine {
   QvPlatform::TextId label;
   std::string_view column = {};
 };
 
-struct TObjectDescriptor {
+struct ObjectDescriptor {
   TObjectType type;
   TableId table;
   /// Stored label of the type.
@@ -140,22 +140,22 @@ struct TObjectDescriptor {
   std::string_view subtreeLabel;
   /// Text shown in dialogs.
   QvPlatform::TextId displayName;
-  std::span<const TTreeItem> items;
+  std::span<const TreeItem> items;
   /// Empty for objects that belong to one other object and are never shared.
-  std::span<const TEqualityColumn> equality;
-  std::span<const TUsedByScan> usedBy;
-  std::span<const TInfoLine> infoLines;
+  std::span<const EqualityColumn> equality;
+  std::span<const UsedByScan> usedBy;
+  std::span<const InfoLine> infoLines;
 };
 
 /// The two lines that most objects have.
 inline constexpr std::array kNameAndDescription{
-    TInfoLine{QvPlatform::TextId::kInfoName, "NAME"},
-    TInfoLine{QvPlatform::TextId::kInfoDescription, "DESCRIPTION"}};
+    InfoLine{QvPlatform::TextId::kInfoName, "NAME"},
+    InfoLine{QvPlatform::TextId::kInfoDescription, "DESCRIPTION"}};
 
 /// All object types, by code.
-[[nodiscard]] std::span<const TObjectDescriptor> ObjectDescriptors();
+[[nodiscard]] std::span<const ObjectDescriptor> ObjectDescriptors();
 /// Throws std::out_of_range for a code that is no object type.
-[[nodiscard]] const TObjectDescriptor& DescriptorOf(TObjectType type);
+[[nodiscard]] const ObjectDescriptor& DescriptorOf(TObjectType type);
 /// The type of that code; kNone for any other code.
 [[nodiscard]] TObjectType ObjectTypeOf(int code);
 

@@ -2,50 +2,50 @@
 
 namespace QvRefSystem {
 
-const TRecordImage::Value* TRecordImage::Find(int field) const {
+const RecordImage::Value* RecordImage::Find(int field) const {
   for (const auto& [number, value] : values_) {
     if (number == field) return &value;
   }
   return nullptr;
 }
 
-TRecordImage::Value& TRecordImage::Slot(int field) {
+RecordImage::Value& RecordImage::Slot(int field) {
   for (auto& [number, value] : values_) {
     if (number == field) return value;
   }
   return values_.emplace_back(field, Value()).second;
 }
 
-void TRecordImage::SetInteger(int field, int value) {
+void RecordImage::SetInteger(int field, int value) {
   Slot(field) = value;
 }
-void TRecordImage::SetDouble(int field, double value) {
+void RecordImage::SetDouble(int field, double value) {
   Slot(field) = value;
 }
-void TRecordImage::SetText(int field, std::string value) {
+void RecordImage::SetText(int field, std::string value) {
   Slot(field) = std::move(value);
 }
 
-int TRecordImage::Integer(int field) const {
+int RecordImage::Integer(int field) const {
   const Value* value = Find(field);
   const int* number = value != nullptr ? std::get_if<int>(value) : nullptr;
   return number != nullptr ? *number : 0;
 }
 
-double TRecordImage::Double(int field) const {
+double RecordImage::Double(int field) const {
   const Value* value = Find(field);
   const double* number = value != nullptr ? std::get_if<double>(value) : nullptr;
   return number != nullptr ? *number : 0;
 }
 
-const std::string& TRecordImage::Text(int field) const {
+const std::string& RecordImage::Text(int field) const {
   static const std::string kNone;
   const Value* value = Find(field);
   const std::string* text = value != nullptr ? std::get_if<std::string>(value) : nullptr;
   return text != nullptr ? *text : kNone;
 }
 
-void TRecordImage::Store(QvPlatform::TQvDataSet& dataSet) const {
+void RecordImage::Store(QvPlatform::TQvDataSet& dataSet) const {
   for (const auto& [number, value] : values_) {
     QvPlatform::TField& field = dataSet.Fields(number);
     if (const int* integer = std::get_if<int>(&value)) {

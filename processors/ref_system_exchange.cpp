@@ -21,8 +21,8 @@ TQvRfMapProjDataProcessor& TQvRfRefSystemDataProcessor::MapProjections() const {
   return *data_.MapProjProcessor;
 }
 
-TVerticalRecords& TQvRfRefSystemDataProcessor::VerticalSystems() const {
-  return dynamic_cast<TVerticalRecords&>(ProcessorOf(TObjectType::kVerticalReferenceSystem));
+VerticalRecords& TQvRfRefSystemDataProcessor::VerticalSystems() const {
+  return dynamic_cast<VerticalRecords&>(ProcessorOf(TObjectType::kVerticalReferenceSystem));
 }
 
 bool TQvRfRefSystemDataProcessor::WriteGeneratedRadian(TStringTree* primary) {
@@ -88,7 +88,7 @@ bool TQvRfRefSystemDataProcessor::FillMifExport(TStringTree* tree, TStringTree* 
 
 bool TQvRfRefSystemDataProcessor::WriteMifUnit(TStringTree* exported, const Record& record) {
   const std::string* name =
-      FindCode(static_cast<int>(TObjectType::kLinearUnit), record.linearUnit, TParamTag::kMif);
+      FindCode(static_cast<int>(TObjectType::kLinearUnit), record.linearUnit, ParamTag::kMif);
   if (name == nullptr || name->empty()) return false;
   return EnsureField(
       exported, 101002, 0, *name,
@@ -97,9 +97,9 @@ bool TQvRfRefSystemDataProcessor::WriteMifUnit(TStringTree* exported, const Reco
 
 bool TQvRfRefSystemDataProcessor::WriteMifGeodeticType(TStringTree* tree, TStringTree* exported) {
   constexpr int kMifGeodeticGroup = 4;
-  const QvPlatform::TRowView row = data_.datasetParamValue.FindFirst(
+  const QvPlatform::RowView row = data_.datasetParamValue.FindFirst(
       {ParamMatch(kOwnerContent, static_cast<int>(TObjectType::kMapProjectionType)),
-       ParamMatch(kParamTag, static_cast<int>(TParamTag::kMif)),
+       ParamMatch(kParamTag, static_cast<int>(ParamTag::kMif)),
        ParamMatch(kParamGroup, kMifGeodeticGroup)});
   int code = -1;
   if (!row || !QvPlatform::TextToInteger(row.GetText(ParamField(kValue)), &code) || code < 0) {
@@ -112,7 +112,7 @@ bool TQvRfRefSystemDataProcessor::WriteMifGeodeticType(TStringTree* tree, TStrin
 
 bool TQvRfRefSystemDataProcessor::WriteMifDatum(TStringTree* exported, const Record& record) {
   const std::string* value =
-      FindCode(static_cast<int>(TObjectType::kDatum), record.datum, TParamTag::kMif);
+      FindCode(static_cast<int>(TObjectType::kDatum), record.datum, ParamTag::kMif);
   int code = -1;
   if (value != nullptr && QvPlatform::TextToInteger(*value, &code) && code >= 0) {
     return EnsureField(exported, 101003, 0, std::to_string(code), "MIF/MID datum code");

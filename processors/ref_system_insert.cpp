@@ -7,7 +7,7 @@
 
 namespace QvRefSystem {
 
-bool TQvRfRefSystemDataProcessor::ReadContent(TStringTree* tree, TRecordImage* image) {
+bool TQvRfRefSystemDataProcessor::ReadContent(TStringTree* tree, RecordImage* image) {
   if (!ReadItems(tree, Descriptor().items, image) ||
       !ReadColumns(tree, 1025, columns_.axes, image)) {
     return false;
@@ -17,7 +17,7 @@ bool TQvRfRefSystemDataProcessor::ReadContent(TStringTree* tree, TRecordImage* i
          std::ranges::all_of(kind->read, [&](Step step) { return ReadStep(tree, step, image); });
 }
 
-bool TQvRfRefSystemDataProcessor::ReadStep(TStringTree* tree, Step step, TRecordImage* image) {
+bool TQvRfRefSystemDataProcessor::ReadStep(TStringTree* tree, Step step, RecordImage* image) {
   using enum Step;
   switch (step) {
     case kSwap: {
@@ -79,7 +79,7 @@ bool TQvRfRefSystemDataProcessor::ReadStep(TStringTree* tree, Step step, TRecord
 }
 
 bool TQvRfRefSystemDataProcessor::ReadColumns(TStringTree* tree, int id,
-                                              std::span<const int> columns, TRecordImage* image) {
+                                              std::span<const int> columns, RecordImage* image) {
   int index = 0;
   return std::ranges::all_of(columns, [&](int column) {
     std::string text;
@@ -90,14 +90,14 @@ bool TQvRfRefSystemDataProcessor::ReadColumns(TStringTree* tree, int id,
 }
 
 bool TQvRfRefSystemDataProcessor::StoreInto(TStringTree* tree, TObjectType object, int id,
-                                            bool optional, int column, TRecordImage* image) {
+                                            bool optional, int column, RecordImage* image) {
   int key = 0;
   if (!StoreSubobject(tree, object, id, optional, &key)) return false;
   image->SetInteger(column, key);
   return true;
 }
 
-bool TQvRfRefSystemDataProcessor::ReadDatumOrEllipsoid(TStringTree* tree, TRecordImage* image) {
+bool TQvRfRefSystemDataProcessor::ReadDatumOrEllipsoid(TStringTree* tree, RecordImage* image) {
   TStringTree* datum = tree;
   if (!EnterSubtree(&datum, 1107, 0)) {
     image->SetInteger(columns_.datum, 0);
@@ -108,7 +108,7 @@ bool TQvRfRefSystemDataProcessor::ReadDatumOrEllipsoid(TStringTree* tree, TRecor
          StoreInto(datum, TObjectType::kEllipsoid, 5610, false, columns_.ellipsoid, image);
 }
 
-bool TQvRfRefSystemDataProcessor::ReadOptionalPrimary(TStringTree* tree, TRecordImage* image) {
+bool TQvRfRefSystemDataProcessor::ReadOptionalPrimary(TStringTree* tree, RecordImage* image) {
   image->SetInteger(columns_.primary, 0);
   TStringTree* primary = tree;
   int code = 0;
@@ -119,14 +119,14 @@ bool TQvRfRefSystemDataProcessor::ReadOptionalPrimary(TStringTree* tree, TRecord
   return StoreInto(tree, TObjectType::kReferenceSystem, 1121, false, columns_.primary, image);
 }
 
-bool TQvRfRefSystemDataProcessor::ReadVertical(TStringTree* tree, TRecordImage* image) {
+bool TQvRfRefSystemDataProcessor::ReadVertical(TStringTree* tree, RecordImage* image) {
   image->SetInteger(columns_.verticalSystem, 0);
   image->SetInteger(columns_.verticalCode, 0);
   TStringTree* vertical = tree;
   if (!EnterSubtree(&vertical, 1500, 0)) return true;
   int kind = 0;
   if (!vertical->GetInteger(1501, 0, &kind)) return false;
-  if (TVerticalRecords::IsStoredKind(kind)) {
+  if (VerticalRecords::IsStoredKind(kind)) {
     // Heights that are not whole leave a system of ellipsoidal heights.
     int key = 0;
     (void)StoreSubobject(tree, TObjectType::kVerticalReferenceSystem, 1500, true, &key);
@@ -139,8 +139,8 @@ bool TQvRfRefSystemDataProcessor::ReadVertical(TStringTree* tree, TRecordImage* 
   return true;
 }
 
-bool TQvRfRefSystemDataProcessor::IsEqualBeside(const TRecordImage& image,
-                                                QvPlatform::TRowView row) const {
+bool TQvRfRefSystemDataProcessor::IsEqualBeside(const RecordImage& image,
+                                                QvPlatform::RowView row) const {
   if (image.Integer(columns_.type) == kGeodetic &&
       IsPositiveLongitude(row.GetInteger(Column("AUTOKEY"))) != image.Beside.contains(1111)) {
     return false;
@@ -148,8 +148,8 @@ bool TQvRfRefSystemDataProcessor::IsEqualBeside(const TRecordImage& image,
   return HasSameHeights(image, row);
 }
 
-bool TQvRfRefSystemDataProcessor::HasSameHeights(const TRecordImage& image,
-                                                 QvPlatform::TRowView row) const {
+bool TQvRfRefSystemDataProcessor::HasSameHeights(const RecordImage& image,
+                                                 QvPlatform::RowView row) const {
   // Kinds that read no heights do not compare them.
   if (!image.Has(columns_.verticalSystem)) return true;
   const int given = image.Integer(columns_.verticalSystem);
@@ -161,20 +161,20 @@ bool TQvRfRefSystemDataProcessor::HasSameHeights(const TRecordImage& image,
          row.GetInteger(columns_.verticalCode) == image.Integer(columns_.verticalCode);
 }
 
-void TQvRfRefSystemDataProcessor::DropBeside(const TRecordImage& image) {
+void TQvRfRefSystemDataProcessor::DropBeside(const RecordImage& image) {
   // The system that was found keeps the heights that it has.
   VerticalSystems().Remove(image.Integer(columns_.verticalSystem));
 }
 
-void TQvRfRefSystemDataProcessor::AppendBeside(TStringTree* tree, const TRecordImage& image,
+void TQvRfRefSystemDataProcessor::AppendBeside(TStringTree* tree, const RecordImage& image,
                                                int key) {
   const int kind = image.Integer(columns_.type);
   if (image.Beside.contains(1111)) {
-    AppendParamValue(ObjectType, key, TParamTag::kPositiveLongitude, 0, 0, "1");
+    AppendParamValue(ObjectType, key, ParamTag::kPositiveLongitude, 0, 0, "1");
   }
   int code = 0;
   if (kind >= kGeocentric && kind <= kProjected && tree->GetInteger(102005, 0, &code)) {
-    AppendParamValue(ObjectType, key, TParamTag::kGeoTiff, 0, 0, std::to_string(code));
+    AppendParamValue(ObjectType, key, ParamTag::kGeoTiff, 0, 0, std::to_string(code));
   }
 }
 

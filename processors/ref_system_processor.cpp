@@ -34,7 +34,7 @@ TQvRfRefSystemDataProcessor::TQvRfRefSystemDataProcessor(TdatamoduleQvRfData& da
 }
 
 TQvRfRefSystemDataProcessor::Record TQvRfRefSystemDataProcessor::CurrentRecord() const {
-  const QvPlatform::TRowView row = DataSet->CurrentRow();
+  const QvPlatform::RowView row = DataSet->CurrentRow();
   if (!row) return {};
   return {.key = GetCurrentKey(),
           .kind = row.GetInteger(columns_.type),
@@ -67,7 +67,7 @@ bool TQvRfRefSystemDataProcessor::GetInfoLines(TStrings* lines) {
 }
 
 bool TQvRfRefSystemDataProcessor::WriteToTree(TStringTree* tree, int id, int index) {
-  const TControlsGuard guard(*DataSet);
+  const ControlsGuard guard(*DataSet);
   const int own = GetCurrentKey();
   // The primary system moves the cursor of this same table; the record is brought back.
   const bool written = tree == nullptr || TQvRfDataProcessor::WriteToTree(tree, id, index);
@@ -143,7 +143,7 @@ bool TQvRfRefSystemDataProcessor::WriteStep(TStringTree* tree, Step step, const 
 
 bool TQvRfRefSystemDataProcessor::WriteColumns(TStringTree* tree, int id, std::string_view label,
                                                std::span<const int> columns) {
-  const QvPlatform::TRowView row = DataSet->CurrentRow();
+  const QvPlatform::RowView row = DataSet->CurrentRow();
   int index = 0;
   return std::ranges::all_of(columns, [&](int column) {
     return EnsureField(tree, id, index++, row.GetString(column), label);
@@ -211,9 +211,9 @@ void TQvRfRefSystemDataProcessor::WriteCode(TStringTree* tree, int id, std::stri
 void TQvRfRefSystemDataProcessor::WriteGeoTiffCodes(TStringTree* tree, int kind, int owner) {
   constexpr int kTypes = static_cast<int>(TObjectType::kReferenceSystemType);
   WriteCode(tree, 102001, "GeoTIFF ref.system type",
-            FindFilledCode(kTypes, kind, TParamTag::kGeoTiff));
+            FindFilledCode(kTypes, kind, ParamTag::kGeoTiff));
   WriteCode(tree, 102005, "GeoTIFF ref.system code",
-            FindFilledCode(ObjectType, owner, TParamTag::kGeoTiff));
+            FindFilledCode(ObjectType, owner, ParamTag::kGeoTiff));
 }
 
 bool TQvRfRefSystemDataProcessor::WritePositiveLongitude(TStringTree* tree) {
@@ -221,7 +221,7 @@ bool TQvRfRefSystemDataProcessor::WritePositiveLongitude(TStringTree* tree) {
 }
 
 bool TQvRfRefSystemDataProcessor::IsPositiveLongitude(int key) const {
-  const std::string* value = FindCode(ObjectType, key, TParamTag::kPositiveLongitude);
+  const std::string* value = FindCode(ObjectType, key, ParamTag::kPositiveLongitude);
   int flag = 0;
   return value != nullptr && QvPlatform::TextToInteger(*value, &flag) && flag != 0;
 }
@@ -229,7 +229,7 @@ bool TQvRfRefSystemDataProcessor::IsPositiveLongitude(int key) const {
 void TQvRfRefSystemDataProcessor::DeleteBeside(int key) {
   const int kind = CurrentInteger("TYPE");
   if (kind == kGeodetic) {
-    DeleteParamValues({ParamMatch(kParamTag, static_cast<int>(TParamTag::kPositiveLongitude)),
+    DeleteParamValues({ParamMatch(kParamTag, static_cast<int>(ParamTag::kPositiveLongitude)),
                        ParamMatch(kOwnerId, key), ParamMatch(kOwnerContent, ObjectType)},
                       false);
   }

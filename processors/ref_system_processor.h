@@ -7,8 +7,8 @@
 namespace QvRefSystem {
 
 class TQvRfMapProjDataProcessor;
-class TVerticalRecords;
-struct TUnstoredSystem;
+class VerticalRecords;
+struct UnstoredSystem;
 
 /// Reference systems: the object that hosts ask for. The six kinds share a head and differ in the
 /// members of their bodies, which stand as lists of steps.
@@ -22,7 +22,7 @@ class TQvRfRefSystemDataProcessor final : public TQvRfDataProcessor {
   /// Writes a geodetic or projected system into an empty tree as its record would be, without
   /// codes and heights; a projected one with a geodetic primary that is made up for it. False if
   /// something that it refers to is missing. The current record stays.
-  [[nodiscard]] bool WriteUnstored(TStringTree* tree, const TUnstoredSystem& system);
+  [[nodiscard]] bool WriteUnstored(TStringTree* tree, const UnstoredSystem& system);
   /// Whether the longitudes of the geodetic system with that key run from 0 to 360 degrees; the
   /// first row beside the record that tells it decides.
   [[nodiscard]] bool IsPositiveLongitude(int key) const;
@@ -31,11 +31,11 @@ class TQvRfRefSystemDataProcessor final : public TQvRfDataProcessor {
 
  protected:
   [[nodiscard]] bool WriteContent(TStringTree* tree) override;
-  [[nodiscard]] bool ReadContent(TStringTree* tree, TRecordImage* image) override;
-  [[nodiscard]] bool IsEqualBeside(const TRecordImage& image,
-                                   QvPlatform::TRowView row) const override;
-  void AppendBeside(TStringTree* tree, const TRecordImage& image, int key) override;
-  void DropBeside(const TRecordImage& image) override;
+  [[nodiscard]] bool ReadContent(TStringTree* tree, RecordImage* image) override;
+  [[nodiscard]] bool IsEqualBeside(const RecordImage& image,
+                                   QvPlatform::RowView row) const override;
+  void AppendBeside(TStringTree* tree, const RecordImage& image, int key) override;
+  void DropBeside(const RecordImage& image) override;
   void DeleteBeside(int key) override;
 
  private:
@@ -68,12 +68,12 @@ class TQvRfRefSystemDataProcessor final : public TQvRfDataProcessor {
   [[nodiscard]] bool WriteGeneratedRadian(TStringTree* primary);
   [[nodiscard]] bool WriteSystemGeoid(TStringTree* tree, int code);
   [[nodiscard]] TQvRfMapProjDataProcessor& MapProjections() const;
-  [[nodiscard]] TVerticalRecords& VerticalSystems() const;
+  [[nodiscard]] VerticalRecords& VerticalSystems() const;
   [[nodiscard]] bool WriteVertical(TStringTree* tree, const Record& record);
   void WriteCode(TStringTree* tree, int id, std::string_view label, const std::string* code);
   void WriteGeoTiffCodes(TStringTree* tree, int kind, int owner);
   [[nodiscard]] bool WritePositiveLongitude(TStringTree* tree);
-  [[nodiscard]] bool WriteHead(TStringTree* tree, const TUnstoredSystem& system);
+  [[nodiscard]] bool WriteHead(TStringTree* tree, const UnstoredSystem& system);
 
   void WriteMifExport(TStringTree* tree, const Record& record);
   [[nodiscard]] bool FillMifExport(TStringTree* tree, TStringTree* exported, const Record& record);
@@ -81,15 +81,15 @@ class TQvRfRefSystemDataProcessor final : public TQvRfDataProcessor {
   [[nodiscard]] bool WriteMifGeodeticType(TStringTree* tree, TStringTree* exported);
   [[nodiscard]] bool WriteMifDatum(TStringTree* exported, const Record& record);
 
-  [[nodiscard]] bool ReadStep(TStringTree* tree, Step step, TRecordImage* image);
+  [[nodiscard]] bool ReadStep(TStringTree* tree, Step step, RecordImage* image);
   [[nodiscard]] bool ReadColumns(TStringTree* tree, int id, std::span<const int> columns,
-                                 TRecordImage* image);
+                                 RecordImage* image);
   [[nodiscard]] bool StoreInto(TStringTree* tree, TObjectType object, int id, bool optional,
-                               int column, TRecordImage* image);
-  [[nodiscard]] bool ReadDatumOrEllipsoid(TStringTree* tree, TRecordImage* image);
-  [[nodiscard]] bool ReadOptionalPrimary(TStringTree* tree, TRecordImage* image);
-  [[nodiscard]] bool ReadVertical(TStringTree* tree, TRecordImage* image);
-  [[nodiscard]] bool HasSameHeights(const TRecordImage& image, QvPlatform::TRowView row) const;
+                               int column, RecordImage* image);
+  [[nodiscard]] bool ReadDatumOrEllipsoid(TStringTree* tree, RecordImage* image);
+  [[nodiscard]] bool ReadOptionalPrimary(TStringTree* tree, RecordImage* image);
+  [[nodiscard]] bool ReadVertical(TStringTree* tree, RecordImage* image);
+  [[nodiscard]] bool HasSameHeights(const RecordImage& image, QvPlatform::RowView row) const;
 
   // Field numbers in the file.
   struct Columns {

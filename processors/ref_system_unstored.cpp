@@ -8,7 +8,7 @@
 // A system that is being edited, as the tree that its record would give, without codes and heights.
 namespace QvRefSystem {
 
-bool TQvRfRefSystemDataProcessor::WriteUnstored(TStringTree* tree, const TUnstoredSystem& system) {
+bool TQvRfRefSystemDataProcessor::WriteUnstored(TStringTree* tree, const UnstoredSystem& system) {
   using enum Step;
   static constexpr std::array kGeodeticSteps{kAngularUnit, kPrimeMeridian, kHeightsWithUnit,
                                              kDatumOrEllipsoid};
@@ -31,7 +31,7 @@ bool TQvRfRefSystemDataProcessor::WriteUnstored(TStringTree* tree, const TUnstor
          (!system.positiveLongitude || WritePositiveLongitude(tree));
 }
 
-bool TQvRfRefSystemDataProcessor::WriteHead(TStringTree* tree, const TUnstoredSystem& system) {
+bool TQvRfRefSystemDataProcessor::WriteHead(TStringTree* tree, const UnstoredSystem& system) {
   TQvRfDataProcessor& types = ProcessorOf(TObjectType::kReferenceSystemType);
   const int kind = static_cast<int>(system.kind);
   const bool written = EnsureField(tree, 1020, 0, system.name, "name") &&
@@ -46,19 +46,19 @@ bool TQvRfRefSystemDataProcessor::WriteHead(TStringTree* tree, const TUnstoredSy
 }
 
 void TQvRfRefSystemDataProcessor::StorePositiveLongitude(int key, bool on) {
-  const std::initializer_list<QvPlatform::TMatch> rows = {
+  const std::initializer_list<QvPlatform::RowMatch> rows = {
       ParamMatch(kOwnerContent, ObjectType), ParamMatch(kOwnerId, key),
-      ParamMatch(kParamTag, static_cast<int>(TParamTag::kPositiveLongitude))};
+      ParamMatch(kParamTag, static_cast<int>(ParamTag::kPositiveLongitude))};
   if (!on) return DeleteParamValues(rows, true);
   if (IsPositiveLongitude(key)) return;
   QvPlatform::TQvDataSet& values = data_.datasetParamValue;
-  if (const QvPlatform::TRowView row = values.FindFirst(rows)) {
+  if (const QvPlatform::RowView row = values.FindFirst(rows)) {
     values.MoveTo(row);
     values.Edit();
     values.Fields(ParamField(kValue)).SetString("1");
     values.Post();
   } else {
-    AppendParamValue(ObjectType, key, TParamTag::kPositiveLongitude, 0, 0, "1");
+    AppendParamValue(ObjectType, key, ParamTag::kPositiveLongitude, 0, 0, "1");
   }
 }
 

@@ -9,7 +9,7 @@ namespace QvRefSystem {
 
 /// A geodetic or projected system before it is stored. What it refers to stands in the tables and
 /// is told by keys, 0 for none.
-struct TUnstoredSystem {
+struct UnstoredSystem {
   SystemKind kind = SystemKind::kGeodetic;
   std::string name;
   std::string description;

@@ -5,7 +5,7 @@
 namespace QvRefSystem {
 
 /// The type tables are closed lists known by their TYPE: nothing is ever added to them or removed.
-class TTypeTableProcessor : public TQvRfDataProcessor {
+class TypeTableProcessor : public TQvRfDataProcessor {
  public:
   using TQvRfDataProcessor::TQvRfDataProcessor;
   /// Always false, silently.
@@ -15,20 +15,20 @@ class TTypeTableProcessor : public TQvRfDataProcessor {
   [[nodiscard]] bool CanAppend() const override { return false; }
 };
 
-class TQvRfDatumShiftTypeDataProcessor final : public TTypeTableProcessor {
+class TQvRfDatumShiftTypeDataProcessor final : public TypeTableProcessor {
  public:
   explicit TQvRfDatumShiftTypeDataProcessor(TdatamoduleQvRfData& data)
-      : TTypeTableProcessor(data, DescriptorOf(TObjectType::kDatumShiftType)) {}
+      : TypeTableProcessor(data, DescriptorOf(TObjectType::kDatumShiftType)) {}
 };
 
-class TQvRfRefSystemTypeDataProcessor final : public TTypeTableProcessor {
+class TQvRfRefSystemTypeDataProcessor final : public TypeTableProcessor {
  public:
   explicit TQvRfRefSystemTypeDataProcessor(TdatamoduleQvRfData& data)
-      : TTypeTableProcessor(data, DescriptorOf(TObjectType::kReferenceSystemType)) {}
+      : TypeTableProcessor(data, DescriptorOf(TObjectType::kReferenceSystemType)) {}
 };
 
 /// One parameter of a map projection type.
-struct TProjectionParameterRow {
+struct ProjectionParameterRow {
   int tag = 0;
   std::string_view name;
   int kind = 0;
@@ -37,11 +37,11 @@ struct TProjectionParameterRow {
 };
 
 /// The parameters of map projection types, as the table says.
-class TProjectionParameters {
+class ProjectionParameters {
  public:
-  explicit TProjectionParameters(QvPlatform::TQvDataSet& table);
+  explicit ProjectionParameters(QvPlatform::TQvDataSet& table);
   /// Those of one type in table order. The names are valid until the table next changes.
-  [[nodiscard]] std::vector<TProjectionParameterRow> OfType(int type) const;
+  [[nodiscard]] std::vector<ProjectionParameterRow> OfType(int type) const;
 
  private:
   QvPlatform::TQvDataSet& table_;
@@ -50,18 +50,18 @@ class TProjectionParameters {
 };
 
 /// Its own: the names of the type's parameters, and no notes for a type that is not there.
-class TQvRfMapProjTypeDataProcessor final : public TTypeTableProcessor {
+class TQvRfMapProjTypeDataProcessor final : public TypeTableProcessor {
  public:
   explicit TQvRfMapProjTypeDataProcessor(TdatamoduleQvRfData& data)
-      : TTypeTableProcessor(data, DescriptorOf(TObjectType::kMapProjectionType)),
+      : TypeTableProcessor(data, DescriptorOf(TObjectType::kMapProjectionType)),
         parameters_(data.datasetMapProjParam) {}
 
  protected:
-  [[nodiscard]] bool WriteOwnItem(TStringTree* tree, const TTreeItem& item) override;
-  [[nodiscard]] bool ReadContent(TStringTree* tree, TRecordImage* image) override;
+  [[nodiscard]] bool WriteOwnItem(TStringTree* tree, const TreeItem& item) override;
+  [[nodiscard]] bool ReadContent(TStringTree* tree, RecordImage* image) override;
 
  private:
-  TProjectionParameters parameters_;
+  ProjectionParameters parameters_;
 };
 
 }  // namespace QvRefSystem

@@ -6,33 +6,33 @@
 
 namespace QvRefSystem {
 
-using QvPlatform::TMatch;
-using QvPlatform::TRowView;
+using QvPlatform::RowMatch;
+using QvPlatform::RowView;
 
 namespace {
 
-constexpr TEqualityColumn kName{"NAME", TCompare::kText};
-constexpr TEqualityColumn kKind{"VDATA_TYPE", TCompare::kInteger};
+constexpr EqualityColumn kName{"NAME", Compare::kText};
+constexpr EqualityColumn kKind{"VDATA_TYPE", Compare::kInteger};
 
 // Where the file lies is nothing of what a system says.
 constexpr std::array kTableEquality{kName,
                                     kKind,
-                                    TEqualityColumn{"VDATA_FORMAT", TCompare::kInteger},
-                                    TEqualityColumn{"VDATA_CRC32", TCompare::kInteger},
-                                    TEqualityColumn{"VDATA_EXTENTS_NORTH", TCompare::kText},
-                                    TEqualityColumn{"VDATA_EXTENTS_EAST", TCompare::kText},
-                                    TEqualityColumn{"VDATA_EXTENTS_SOUTH", TCompare::kText},
-                                    TEqualityColumn{"VDATA_EXTENTS_WEST", TCompare::kText},
-                                    TEqualityColumn{"VDATA_CELL_NORTH_SOUTH", TCompare::kText},
-                                    TEqualityColumn{"VDATA_CELL_EAST_WEST", TCompare::kText}};
+                                    EqualityColumn{"VDATA_FORMAT", Compare::kInteger},
+                                    EqualityColumn{"VDATA_CRC32", Compare::kInteger},
+                                    EqualityColumn{"VDATA_EXTENTS_NORTH", Compare::kText},
+                                    EqualityColumn{"VDATA_EXTENTS_EAST", Compare::kText},
+                                    EqualityColumn{"VDATA_EXTENTS_SOUTH", Compare::kText},
+                                    EqualityColumn{"VDATA_EXTENTS_WEST", Compare::kText},
+                                    EqualityColumn{"VDATA_CELL_NORTH_SOUTH", Compare::kText},
+                                    EqualityColumn{"VDATA_CELL_EAST_WEST", Compare::kText}};
 constexpr std::array kOffsetEquality{kName, kKind,
-                                     TEqualityColumn{"VDATA_UNIT_AUTOKEY", TCompare::kInteger},
-                                     TEqualityColumn{"VDATA_OFFSET", TCompare::kText}};
+                                     EqualityColumn{"VDATA_UNIT_AUTOKEY", Compare::kInteger},
+                                     EqualityColumn{"VDATA_OFFSET", Compare::kText}};
 constexpr std::array kOtherEquality{kName, kKind};
 
 }  // namespace
 
-std::span<const TEqualityColumn> VerticalEqualityOf(int kind) {
+std::span<const EqualityColumn> VerticalEqualityOf(int kind) {
   switch (kind) {
     case kHeightTable:
       return kTableEquality;
@@ -43,28 +43,28 @@ std::span<const TEqualityColumn> VerticalEqualityOf(int kind) {
   }
 }
 
-bool TVerticalRecords::IsStoredKind(int kind) {
+bool VerticalRecords::IsStoredKind(int kind) {
   if (kind == kHeightTable || kind == kHeightOffset) return true;
   if (kind == kSystemGeoid) return false;
   throw InvalidTypeError("a height system of kind " + std::to_string(kind) + " is not known");
 }
 
-bool TVerticalRecords::IsSameRecord(int otherKey) const {
-  const TRowView row = DataSet->CurrentRow();
+bool VerticalRecords::IsSameRecord(int otherKey) const {
+  const RowView row = DataSet->CurrentRow();
   if (!row || otherKey < 1) return false;
-  const TRowView other = DataSet->FindFirst({TMatch::Integer(Column("AUTOKEY"), otherKey)});
+  const RowView other = DataSet->FindFirst({RowMatch::Integer(Column("AUTOKEY"), otherKey)});
   if (!other) return false;
   return std::ranges::all_of(VerticalEqualityOf(CurrentInteger("VDATA_TYPE")),
-                             [&](const TEqualityColumn& equality) {
+                             [&](const EqualityColumn& equality) {
                                const int column = Column(equality.column);
-                               return equality.compare == TCompare::kInteger
+                               return equality.compare == Compare::kInteger
                                           ? row.GetInteger(column) == other.GetInteger(column)
                                           : row.GetText(column) == other.GetText(column);
                              });
 }
 
-void TVerticalRecords::Remove(int key) {
-  const TControlsGuard guard(*DataSet);
+void VerticalRecords::Remove(int key) {
+  const ControlsGuard guard(*DataSet);
   if (LocateKey(key)) RemoveCurrent();
 }
 

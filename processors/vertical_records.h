@@ -7,7 +7,7 @@
 namespace QvRefSystem {
 
 /// VDATA_TYPE of a height system, and the member "type" of its tree.
-enum TVerticalKind : int {
+enum VerticalKind : int {
   /// Undulations of the geoid on a grid, in a file of their own.
   kHeightTable = 1,
   /// One offset for all heights, with its unit.
@@ -17,11 +17,11 @@ enum TVerticalKind : int {
 };
 
 /// The columns in which two height systems of that kind have to agree to be the same.
-[[nodiscard]] std::span<const TEqualityColumn> VerticalEqualityOf(int kind);
+[[nodiscard]] std::span<const EqualityColumn> VerticalEqualityOf(int kind);
 
 /// What reference systems ask of the processor of their height systems, which stands in a room
 /// above theirs.
-class TVerticalRecords : public TQvRfDataProcessor {
+class VerticalRecords : public TQvRfDataProcessor {
  public:
   using TQvRfDataProcessor::TQvRfDataProcessor;
 

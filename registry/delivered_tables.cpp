@@ -124,7 +124,7 @@ class NewRow {
 struct OwnedValue {
   TObjectType owner;
   int ownerId;
-  TParamTag tag;
+  ParamTag tag;
   int group;
   int code;
 };
@@ -151,7 +151,7 @@ void FillReferenceSystemTypes(TdatamoduleQvRfData& data) {
         .Post();
     if (type.geoTiffModelType == 0) continue;
     AddOwnedValue(data.datasetParamValue,
-                  {TObjectType::kReferenceSystemType, type.number, TParamTag::kGeoTiff, 0, 0},
+                  {TObjectType::kReferenceSystemType, type.number, ParamTag::kGeoTiff, 0, 0},
                   std::to_string(type.geoTiffModelType));
   }
 }
@@ -192,12 +192,12 @@ void AddProjectionParameters(TdatamoduleQvRfData& data, const ProjectionMethod& 
 void AddProjectionCodes(TdatamoduleQvRfData& data, const ProjectionMethod& method) {
   constexpr TObjectType kOwner = TObjectType::kMapProjectionType;
   if (method.geoTiffCode != kNoExchangeCode) {
-    AddOwnedValue(data.datasetParamValue, {kOwner, method.code, TParamTag::kGeoTiff, 0, 0},
+    AddOwnedValue(data.datasetParamValue, {kOwner, method.code, ParamTag::kGeoTiff, 0, 0},
                   std::to_string(method.geoTiffCode));
   }
   if (method.mifCode != kNoExchangeCode) {
     AddOwnedValue(data.datasetParamValue,
-                  {kOwner, method.code, TParamTag::kMif, kMifGroupOfProjected, 0},
+                  {kOwner, method.code, ParamTag::kMif, kMifGroupOfProjected, 0},
                   std::to_string(method.mifCode));
   }
 }
@@ -210,13 +210,13 @@ void FillProjectionTypes(TdatamoduleQvRfData& data) {
   }
   for (const Choice& choice : kChoices) {
     AddOwnedValue(data.datasetSystemValue,
-                  {TObjectType::kMapProjectionType, choice.method, TParamTag::kAllowedValue,
+                  {TObjectType::kMapProjectionType, choice.method, ParamTag::kAllowedValue,
                    choice.parameter, 0},
                   choice.value);
   }
   // The number of all geodetic systems; it belongs to no projection type.
   AddOwnedValue(data.datasetParamValue,
-                {TObjectType::kMapProjectionType, 0, TParamTag::kMif, kMifGroupOfGeodetic, 0},
+                {TObjectType::kMapProjectionType, 0, ParamTag::kMif, kMifGroupOfGeodetic, 0},
                 std::to_string(kMifLongitudeLatitude));
 }
 

@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/geocore/model_tree_ids.h"
+#include "assembly/processor_set.h"
+#include "platform/data/tree_ids.h"
 #include "platform/text/text.h"
-#include "processors/processor_set.h"
 #include "processors/ref_system_processor.h"
 #include "registry/database_making.h"
 #include "registry/delivered_tables.h"
@@ -154,7 +154,7 @@ class RegistryWriter {
     values.Append();
     values.FieldByName("OWNER_CONTENT").SetInteger(static_cast<int>(TObjectType::kReferenceSystem));
     values.FieldByName("OWNER_ID").SetInteger(key);
-    values.FieldByName("PARAM_TAG").SetInteger(static_cast<int>(TParamTag::kGeoTiff));
+    values.FieldByName("PARAM_TAG").SetInteger(static_cast<int>(ParamTag::kGeoTiff));
     values.FieldByName("PARAM_GROUP").SetInteger(0);
     values.FieldByName("PARAM_CODE").SetInteger(0);
     values.FieldByName("VALUE").SetString(std::to_string(code));
@@ -169,7 +169,7 @@ class RegistryWriter {
                                       std::pair(&data_.datasetPrimeMeridian, "Greenwich"),
                                       std::pair(&data_.datasetEllipsoid, "WGS 84")}) {
       const int field = table->FieldByName("NAME").GetIndex();
-      if (!table->MoveTo(table->FindFirst({QvPlatform::TMatch::Text(field, name)}))) continue;
+      if (!table->MoveTo(table->FindFirst({QvPlatform::RowMatch::Text(field, name)}))) continue;
       table->Edit();
       table->FieldByName("LAST_USE").SetFloat(QvPlatform::CurrentMoment());
       table->Post();

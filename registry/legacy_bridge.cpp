@@ -14,8 +14,8 @@
 namespace QvRefSystem {
 
 using Json = nlohmann::ordered_json;
+using QvPlatform::LegacyParameter;
 using QvPlatform::SQvCTUI_ProjectionInfo1;
-using QvPlatform::TLegacyParameter;
 
 namespace {
 
@@ -85,7 +85,7 @@ Json Geocentric(const SQvCTUI_ProjectionInfo1& info) {
 }
 
 // The value of a parameter, with what the number of the zone adds to it.
-double ValueOf(const TLegacyParameter& parameter, const SQvCTUI_ProjectionInfo1& info) {
+double ValueOf(const LegacyParameter& parameter, const SQvCTUI_ProjectionInfo1& info) {
   if (!info.HasZones) return parameter.Value;
   if (parameter.Code == kLongitudeOfOrigin) {
     return std::remainder(parameter.Value + info.Zone * info.ZoneWidth, 360);
@@ -96,7 +96,7 @@ double ValueOf(const TLegacyParameter& parameter, const SQvCTUI_ProjectionInfo1&
 
 std::optional<Json> Parameter(int code, const SQvCTUI_ProjectionInfo1& info) {
   const ProjectionParameter& wanted = *FindProjectionParameter(code);
-  for (const TLegacyParameter& parameter : info.Parameters) {
+  for (const LegacyParameter& parameter : info.Parameters) {
     if (parameter.Code != code) continue;
     Json unit = "unity";
     if (wanted.unit == UnitKind::kAngular) unit = "degree";

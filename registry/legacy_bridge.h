@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/ctui/ctui.h"
-#include "processors/string_tree.h"
+#include "platform/data/string_tree.h"
 
 namespace QvRefSystem {
 

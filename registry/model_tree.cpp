@@ -3,8 +3,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/data/tree_ids.h"
 #include "platform/geocore/geoids.h"
-#include "platform/geocore/model_tree_ids.h"
 #include "platform/geocore/projection_methods.h"
 #include "registry/delivered_types.h"
 #include "registry/model_values.h"

@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "platform/data/string_tree.h"
 #include "platform/geocore/system_model.h"
-#include "processors/string_tree.h"
 
 namespace QvRefSystem {
 

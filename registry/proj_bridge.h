@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "platform/data/string_tree.h"
 #include "platform/geocore/system_model.h"
-#include "processors/string_tree.h"
 
 /// The bridge from PROJ's forms of a coordinate reference system to ours.
 namespace QvRefSystem {

@@ -32,5 +32,8 @@ if(CLANG_FORMAT)
   add_test(NAME format COMMAND ${CMAKE_COMMAND} -DCLANG_FORMAT=${CLANG_FORMAT} -DROOT=${PROJECT_SOURCE_DIR}
                                -P ${PROJECT_SOURCE_DIR}/cmake/CheckFormat.cmake)
 endif()
-add_test(NAME layers COMMAND ${CMAKE_COMMAND} -DROOT=${PROJECT_SOURCE_DIR} -P
-                             ${CMAKE_CURRENT_SOURCE_DIR}/layers.cmake)
+find_package(Python3 COMPONENTS Interpreter)
+if(Python3_FOUND)
+  add_test(NAME layers COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_CURRENT_SOURCE_DIR}/layers.py
+                               ${PROJECT_SOURCE_DIR})
+endif()

@@ -22,7 +22,7 @@ LITERAL = r'"(?:[^"\\]|\\.)*"'
 LITERALS = rf"((?:{LITERAL}\s*)+)"
 CALL = re.compile(rf"\bTranslat(?:ed|able)\(\s*{LITERALS}")
 ROW = re.compile(rf"TextRow\{{TextId::\w+,\s*{LITERALS}")
-FORMS = ("processors/*form*.h", "processors/*form*.cpp", "processors/axis_directions.h")
+FORMS = ("forms/*.h", "forms/*.cpp")
 CAPTION = re.compile(r'"(?!(?:Edit|Button)\d+")( ?[A-Z][^"\\]*[a-z][^"\\]*)"')
 ESCAPES = {"n": "\n", "t": "\t", '"': '"', "\\": "\\"}
 

@@ -1,11 +1,11 @@
 #include "vertical/height_creation.h"
 
 #include "database/storage_files.h"
+#include "platform/data/height_table_text.h"
 #include "platform/geocore/shell_grids.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 #include "processors/ref_system_processor.h"
-#include "vertical/height_table_text.h"
 
 namespace QvRefSystem {
 
@@ -15,23 +15,23 @@ using QvPlatform::TextId;
 namespace {
 
 // Reads a height file with a progress display.
-THeightRefusal ReadTable(const std::string& path, bool useResource, THeightTable* table,
-                         QvPlatform::TUserInterface& ui) {
+HeightRefusal ReadTable(const std::string& path, bool useResource, THeightTable* table,
+                        QvPlatform::TUserInterface& ui) {
   std::string text;
   try {
     if (!LoadStorageFile(path, useResource, &text)) {
-      if (StorageFileOpens(path, useResource)) return THeightRefusal::kNotRead;
+      if (StorageFileOpens(path, useResource)) return HeightRefusal::kNotRead;
       TellCannotCreate(path, useResource, ui);
-      return THeightRefusal::kNotOpened;
+      return HeightRefusal::kNotOpened;
     }
   } catch (const std::exception&) {
-    return THeightRefusal::kNotRead;
+    return HeightRefusal::kNotRead;
   }
-  TProgressDisplay progress(ui, TProgressDisplay::kCounted, SystemText(TextId::kLoadingHeights));
-  if (ParseHeightTable(table, text, progress.Interface())) return THeightRefusal::kNone;
-  if (progress.Cancelled()) return THeightRefusal::kCancelled;
-  THeightTableHeader header;
-  return ReadHeightTableHeader(text, &header) ? THeightRefusal::kNoValues : THeightRefusal::kNoGrid;
+  ProgressDisplay progress(ui, ProgressDisplay::kCounted, SystemText(TextId::kLoadingHeights));
+  if (ParseHeightTable(table, text, progress.Interface())) return HeightRefusal::kNone;
+  if (progress.Cancelled()) return HeightRefusal::kCancelled;
+  HeightTableHeader header;
+  return ReadHeightTableHeader(text, &header) ? HeightRefusal::kNoValues : HeightRefusal::kNoGrid;
 }
 
 std::unique_ptr<TShellReferenceSystem> CopyOf(const std::unique_ptr<TShellReferenceSystem>& from) {
@@ -45,32 +45,32 @@ bool IsNumber(const std::string& text) {
 
 }  // namespace
 
-THeightDataKind THeightData::Kind() const {
-  if (Table != nullptr) return THeightDataKind::kTable;
-  return !Offset.empty() && OffsetUnit != 0 ? THeightDataKind::kOffset : THeightDataKind::kNone;
+HeightDataKind HeightData::Kind() const {
+  if (Table != nullptr) return HeightDataKind::kTable;
+  return !Offset.empty() && OffsetUnit != 0 ? HeightDataKind::kOffset : HeightDataKind::kNone;
 }
 
-std::optional<TUnitTexts> LinearUnitTexts(TdatamoduleQvRfData& data, int key) {
+std::optional<UnitTexts> LinearUnitTexts(TdatamoduleQvRfData& data, int key) {
   QvPlatform::TQvDataSet& units = data.datasetLinearUnit;
   const auto column = [&](std::string_view name) { return units.FieldByName(name).GetIndex(); };
   const auto rows = units.FindAll(
-      {QvPlatform::TMatch::Integer(column(TableOf(TableId::kLinearUnit).keyField), key)},
-      QvPlatform::TRowScope::kAll);
+      {QvPlatform::RowMatch::Integer(column(TableOf(TableId::kLinearUnit).keyField), key)},
+      QvPlatform::RowScope::kAll);
   if (key == 0 || rows.empty()) return std::nullopt;
-  return TUnitTexts{rows.front().GetText(column("NAME")),
-                    rows.front().GetText(column("ABBREVIATION"))};
+  return UnitTexts{rows.front().GetText(column("NAME")),
+                   rows.front().GetText(column("ABBREVIATION"))};
 }
 
-THeightCreation::THeightCreation(TdatamoduleQvRfData& data)
+HeightCreation::HeightCreation(TdatamoduleQvRfData& data)
     : data_(data), processor_(*data.VerticalRefSystemProcessor) {}
 
-std::string THeightCreation::FieldText(const char* field) const {
+std::string HeightCreation::FieldText(const char* field) const {
   return processor_.DataSet->FieldByName(field).AsString();
 }
 
 // What the owner asks.
 
-bool THeightCreation::SetPlaneSystem(std::string_view treeText, int unitKey) {
+bool HeightCreation::SetPlaneSystem(std::string_view treeText, int unitKey) {
   target_.reset();
   heightUnitKey_ = 0;
   try {
@@ -84,7 +84,7 @@ bool THeightCreation::SetPlaneSystem(std::string_view treeText, int unitKey) {
   return heightUnitKey_ != 0;
 }
 
-bool THeightCreation::LoadForReferenceSystem(int refSystemKey) {
+bool HeightCreation::LoadForReferenceSystem(int refSystemKey) {
   kept_ = {};
   storedTarget_.reset();
   storedTable_.reset();
@@ -98,13 +98,13 @@ bool THeightCreation::LoadForReferenceSystem(int refSystemKey) {
   return storedTarget_ != nullptr;
 }
 
-bool THeightCreation::IsStoredPlaneSame(const TShellReferenceSystem* system) const {
+bool HeightCreation::IsStoredPlaneSame(const TShellReferenceSystem* system) const {
   return storedTarget_ != nullptr && storedTarget_->IsSameAs(system);
 }
 
 // Runs.
 
-void THeightCreation::StartNew() {
+void HeightCreation::StartNew() {
   source_ = {};
   kept_ = {};
   storedTarget_.reset();
@@ -113,31 +113,31 @@ void THeightCreation::StartNew() {
   ClearData();
 }
 
-THeightRefusal THeightCreation::StartEdit() {
+HeightRefusal HeightCreation::StartEdit() {
   RestoreSource();
   if (LoadGrid()) return LoadData();
   ClearData();
-  return THeightRefusal::kNone;
+  return HeightRefusal::kNone;
 }
 
-void THeightCreation::RestoreSource() {
+void HeightCreation::RestoreSource() {
   source_ = {};
   if (kept_.FileTable != nullptr && !kept_.FileName.empty() && kept_.FilePlaneSystem != nullptr) {
-    source_.Kind = THeightSourceKind::kFile;
+    source_.Kind = HeightSourceKind::kFile;
     source_.FileTable = std::make_unique<THeightTable>(*kept_.FileTable);
     source_.FileName = kept_.FileName;
     source_.FilePlaneSystem = CopyOf(kept_.FilePlaneSystem);
   } else if (kept_.System != nullptr) {
-    source_.Kind = THeightSourceKind::kSystem;
+    source_.Kind = HeightSourceKind::kSystem;
     source_.System = CopyOf(kept_.System);
   } else if (!kept_.Offset.empty() && kept_.OffsetUnit != 0) {
-    source_.Kind = THeightSourceKind::kOffset;
+    source_.Kind = HeightSourceKind::kOffset;
     source_.Offset = kept_.Offset;
     TakeOffsetUnit(kept_.OffsetUnit);
   }
 }
 
-bool THeightCreation::LoadGrid() {
+bool HeightCreation::LoadGrid() {
   grid_ = {};
   if (storedTarget_ == nullptr || target_ == nullptr) return false;
   const TShell2DTableExtents stored{.West = FieldText("VDATA_EXTENTS_WEST"),
@@ -159,9 +159,9 @@ bool THeightCreation::LoadGrid() {
   return false;
 }
 
-THeightRefusal THeightCreation::LoadData() {
+HeightRefusal HeightCreation::LoadData() {
   ClearData();
-  THeightRefusal refusal = THeightRefusal::kNone;
+  HeightRefusal refusal = HeightRefusal::kNone;
   const bool sameUnit = *target_ ^ *storedTarget_;
   if (storedTable_ != nullptr && sameUnit) {
     made_.Table = std::make_unique<THeightTable>(*storedTable_);
@@ -172,21 +172,21 @@ THeightRefusal THeightCreation::LoadData() {
   }
   if (made_.Table != nullptr) made_.Grid = grid_;
   // A table has no unit of its own: under another one its heights would be other heights.
-  isCurrent_ = made_.Kind() == THeightDataKind::kOffset ||
-               (made_.Kind() == THeightDataKind::kTable && sameUnit);
+  isCurrent_ = made_.Kind() == HeightDataKind::kOffset ||
+               (made_.Kind() == HeightDataKind::kTable && sameUnit);
   return refusal;
 }
 
-THeightRefusal THeightCreation::LoadTable() {
+HeightRefusal HeightCreation::LoadTable() {
   const std::optional<std::string> path = processor_.CurrentHeightFile();
-  if (!path) return THeightRefusal::kNoFile;
+  if (!path) return HeightRefusal::kNoFile;
   auto table = std::make_unique<THeightTable>();
-  const THeightRefusal refusal = ReadTable(*path, data_.ResourceForm, table.get(), data_.Ui());
-  if (refusal == THeightRefusal::kNone) made_.Table = std::move(table);
+  const HeightRefusal refusal = ReadTable(*path, data_.ResourceForm, table.get(), data_.Ui());
+  if (refusal == HeightRefusal::kNone) made_.Table = std::move(table);
   return refusal;
 }
 
-void THeightCreation::LoadOffset() {
+void HeightCreation::LoadOffset() {
   made_.Offset = FieldText("VDATA_OFFSET");
   if (made_.Offset.empty()) return;
   source_.Offset = made_.Offset;
@@ -194,7 +194,7 @@ void THeightCreation::LoadOffset() {
   made_.OffsetUnit = LinearUnitTexts(data_, unit) ? unit : 0;
 }
 
-void THeightCreation::ClearData() {
+void HeightCreation::ClearData() {
   made_ = {};
   isCurrent_ = false;
   failure_.clear();
@@ -202,38 +202,38 @@ void THeightCreation::ClearData() {
 
 // Changes of the source and the grid.
 
-void THeightCreation::ChooseKind(THeightSourceKind kind) {
+void HeightCreation::ChooseKind(HeightSourceKind kind) {
   if (kind == source_.Kind) return;
   source_.Kind = kind;
   isCurrent_ = false;
 }
 
-void THeightCreation::SetGrid(const TShell2DTableExtents& grid) {
+void HeightCreation::SetGrid(const TShell2DTableExtents& grid) {
   grid_ = grid;
   isCurrent_ = false;
 }
 
-std::unique_ptr<TShellReferenceSystem> THeightCreation::SystemOf(TStringTree* tree) {
+std::unique_ptr<TShellReferenceSystem> HeightCreation::SystemOf(TStringTree* tree) {
   isCurrent_ = false;
   failure_.clear();
-  TProgressDisplay progress(data_.Ui(), TProgressDisplay::kCounted,
-                            SystemText(TextId::kLoadingHeights));
+  ProgressDisplay progress(data_.Ui(), ProgressDisplay::kCounted,
+                           SystemText(TextId::kLoadingHeights));
   return CreateShellReferenceSystem(tree, progress.Interface(), &failure_);
 }
 
-THeightRefusal THeightCreation::TakeSystem(TStringTree* tree) {
+HeightRefusal HeightCreation::TakeSystem(TStringTree* tree) {
   source_.System = SystemOf(tree);
-  if (source_.System == nullptr) return THeightRefusal::kNoSystem;
+  if (source_.System == nullptr) return HeightRefusal::kNoSystem;
   if (!TakeGridFrom(*source_.System, nullptr) && source_.FileTable != nullptr) TakeGridOfFile();
-  return source_.System->HasHeightSystem() ? THeightRefusal::kNone : THeightRefusal::kNoHeights;
+  return source_.System->HasHeightSystem() ? HeightRefusal::kNone : HeightRefusal::kNoHeights;
 }
 
-THeightRefusal THeightCreation::TakeFile(const std::string& path) {
+HeightRefusal HeightCreation::TakeFile(const std::string& path) {
   auto table = std::make_unique<THeightTable>();
-  const THeightRefusal refusal = ReadTable(path, false, table.get(), data_.Ui());
-  if (refusal == THeightRefusal::kNotOpened || refusal == THeightRefusal::kNotRead) return refusal;
+  const HeightRefusal refusal = ReadTable(path, false, table.get(), data_.Ui());
+  if (refusal == HeightRefusal::kNotOpened || refusal == HeightRefusal::kNotRead) return refusal;
   isCurrent_ = false;
-  if (refusal != THeightRefusal::kNone) {
+  if (refusal != HeightRefusal::kNone) {
     source_.FileTable.reset();
     source_.FileName.clear();
     return refusal;
@@ -242,28 +242,28 @@ THeightRefusal THeightCreation::TakeFile(const std::string& path) {
   source_.FileName = path;
   if (source_.FilePlaneSystem != nullptr &&
       TakeGridFrom(*source_.FilePlaneSystem, source_.FileTable.get())) {
-    return THeightRefusal::kNone;
+    return HeightRefusal::kNone;
   }
   TakeGridOfFile();
-  return source_.FilePlaneSystem == nullptr ? THeightRefusal::kNone : THeightRefusal::kNoImage;
+  return source_.FilePlaneSystem == nullptr ? HeightRefusal::kNone : HeightRefusal::kNoImage;
 }
 
-THeightRefusal THeightCreation::TakeFilePlane(TStringTree* tree) {
+HeightRefusal HeightCreation::TakeFilePlane(TStringTree* tree) {
   source_.FilePlaneSystem = SystemOf(tree);
-  if (source_.FilePlaneSystem == nullptr) return THeightRefusal::kNoSystem;
+  if (source_.FilePlaneSystem == nullptr) return HeightRefusal::kNoSystem;
   if (source_.FilePlaneSystem->HasHeightSystem()) {
     source_.FilePlaneSystem.reset();
-    return THeightRefusal::kHasHeights;
+    return HeightRefusal::kHasHeights;
   }
   if (source_.FileTable != nullptr) {
     // Without an image the grid stays as it is.
     (void)TakeGridFrom(*source_.FilePlaneSystem, source_.FileTable.get());
   }
-  return THeightRefusal::kNone;
+  return HeightRefusal::kNone;
 }
 
-bool THeightCreation::TakeGridFrom(const TShellReferenceSystem& system,
-                                   const THeightTable* heights) {
+bool HeightCreation::TakeGridFrom(const TShellReferenceSystem& system,
+                                  const THeightTable* heights) {
   TShell2DTableExtents seen;
   const auto ask = [&](const auto&... source) {
     return system.RecalculateHeightTableGrid(source..., target_.get(), &seen.North, &seen.South,
@@ -279,46 +279,46 @@ bool THeightCreation::TakeGridFrom(const TShellReferenceSystem& system,
   return true;
 }
 
-void THeightCreation::TakeGridOfFile() {
+void HeightCreation::TakeGridOfFile() {
   constexpr int kDigits = 15;
   grid_ = FormatExtents(ExtentsOf(*source_.FileTable), kDigits);
 }
 
-THeightRefusal THeightCreation::TakeOffset(const std::string& text) {
+HeightRefusal HeightCreation::TakeOffset(const std::string& text) {
   const bool isNumber = IsNumber(text);
   source_.Offset = isNumber ? text : std::string();
-  return isNumber ? THeightRefusal::kNone : THeightRefusal::kNoNumber;
+  return isNumber ? HeightRefusal::kNone : HeightRefusal::kNoNumber;
 }
 
-void THeightCreation::TakeOffsetUnit(int key) {
+void HeightCreation::TakeOffsetUnit(int key) {
   source_.OffsetUnit = LinearUnitTexts(data_, key) ? key : 0;
   isCurrent_ = false;
 }
 
-THeightDataKind THeightCreation::UsualKind() const {
+HeightDataKind HeightCreation::UsualKind() const {
   switch (source_.Kind) {
-    case THeightSourceKind::kSystem:
-      if (source_.System != nullptr) return THeightDataKind::kTable;
+    case HeightSourceKind::kSystem:
+      if (source_.System != nullptr) return HeightDataKind::kTable;
       break;
-    case THeightSourceKind::kFile:
+    case HeightSourceKind::kFile:
       if (source_.FileTable != nullptr && source_.FilePlaneSystem != nullptr) {
-        return THeightDataKind::kTable;
+        return HeightDataKind::kTable;
       }
       break;
-    case THeightSourceKind::kOffset:
-      if (source_.OffsetUnit != 0 && IsNumber(source_.Offset)) return THeightDataKind::kOffset;
+    case HeightSourceKind::kOffset:
+      if (source_.OffsetUnit != 0 && IsNumber(source_.Offset)) return HeightDataKind::kOffset;
       break;
-    case THeightSourceKind::kNone:
+    case HeightSourceKind::kNone:
       break;
   }
-  return THeightDataKind::kNone;
+  return HeightDataKind::kNone;
 }
 
-bool THeightCreation::CanMake(THeightDataKind kind) const {
-  const THeightDataKind usual = UsualKind();
+bool HeightCreation::CanMake(HeightDataKind kind) const {
+  const HeightDataKind usual = UsualKind();
   // Heights can be taken for an offset, but an offset gives no table.
-  return kind != THeightDataKind::kNone && usual != THeightDataKind::kNone &&
-         (kind == THeightDataKind::kOffset || usual == THeightDataKind::kTable);
+  return kind != HeightDataKind::kNone && usual != HeightDataKind::kNone &&
+         (kind == HeightDataKind::kOffset || usual == HeightDataKind::kTable);
 }
 
 }  // namespace QvRefSystem

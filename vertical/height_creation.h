@@ -12,12 +12,12 @@
 namespace QvRefSystem {
 
 /// What heights are made from.
-enum class THeightSourceKind : unsigned char { kNone, kSystem, kFile, kOffset };
+enum class HeightSourceKind : unsigned char { kNone, kSystem, kFile, kOffset };
 /// What becomes of them.
-enum class THeightDataKind : unsigned char { kNone, kTable, kOffset };
+enum class HeightDataKind : unsigned char { kNone, kTable, kOffset };
 
 /// Why a part of a source, a file or a wish cannot be used.
-enum class THeightRefusal : unsigned char {
+enum class HeightRefusal : unsigned char {
   kNone,
   /// A source system must have a height system, and the plane system of a file none.
   kNoHeights,
@@ -43,8 +43,8 @@ enum class THeightRefusal : unsigned char {
 };
 
 /// All sources that were chosen in a run; which one counts, its kind says.
-struct THeightSource {
-  THeightSourceKind Kind = THeightSourceKind::kNone;
+struct HeightSource {
+  HeightSourceKind Kind = HeightSourceKind::kNone;
   std::unique_ptr<TShellReferenceSystem> System;
   std::string FileName;
   std::unique_ptr<THeightTable> FileTable;
@@ -56,17 +56,17 @@ struct THeightSource {
 };
 
 /// Heights as they are stored: a table on its grid, or an offset.
-struct THeightData {
+struct HeightData {
   std::unique_ptr<THeightTable> Table;
   TShell2DTableExtents Grid;
   std::string Offset;
   int OffsetUnit = 0;
 
-  [[nodiscard]] THeightDataKind Kind() const;
+  [[nodiscard]] HeightDataKind Kind() const;
 };
 
 /// How well a constant offset stands in for heights; texts as ApproximateHeights gives them.
-struct THeightApproximation {
+struct HeightApproximation {
   std::string Offset;
   std::string Rms;
   std::string Max;
@@ -80,11 +80,11 @@ struct THeightApproximation {
 ///
 /// It outlives the runs of the dialog. What a run stored, and from what, is kept in mind, so that
 /// an owner that is not stored itself yet can show its last work again.
-class THeightCreation {
+class HeightCreation {
  public:
-  explicit THeightCreation(TdatamoduleQvRfData& data);
-  THeightCreation(const THeightCreation&) = delete;
-  THeightCreation& operator=(const THeightCreation&) = delete;
+  explicit HeightCreation(TdatamoduleQvRfData& data);
+  HeightCreation(const HeightCreation&) = delete;
+  HeightCreation& operator=(const HeightCreation&) = delete;
 
   // What the owner asks.
 
@@ -104,14 +104,14 @@ class THeightCreation {
   /// Shows the current height system: the source of the last store, the grid as far as it can be
   /// brought into the plane, and the data if they lie in it. A height file that cannot be used is
   /// the result.
-  [[nodiscard]] THeightRefusal StartEdit();
+  [[nodiscard]] HeightRefusal StartEdit();
 
   // What there is. The plane is null after a store, until it is set anew.
 
   [[nodiscard]] TShellReferenceSystem* Target() const { return target_.get(); }
-  [[nodiscard]] const THeightSource& Source() const { return source_; }
+  [[nodiscard]] const HeightSource& Source() const { return source_; }
   [[nodiscard]] const TShell2DTableExtents& Grid() const { return grid_; }
-  [[nodiscard]] const THeightData& MadeData() const { return made_; }
+  [[nodiscard]] const HeightData& MadeData() const { return made_; }
   /// Whether the data agree with the source and the grid.
   [[nodiscard]] bool IsCurrent() const { return isCurrent_; }
   /// Why the last Create made nothing, or why a system was not taken, in the words of what refused;
@@ -121,41 +121,41 @@ class THeightCreation {
   // Changes of the source and the grid; after each of them the data are not current.
 
   /// The kind that is chosen already is no change.
-  void ChooseKind(THeightSourceKind kind);
+  void ChooseKind(HeightSourceKind kind);
   void SetGrid(const TShell2DTableExtents& grid);
   /// Takes the system of a tree, and its grid as seen in the plane.
-  [[nodiscard]] THeightRefusal TakeSystem(TStringTree* tree);
+  [[nodiscard]] HeightRefusal TakeSystem(TStringTree* tree);
   /// Reads a plain file. One that cannot be read leaves the old table.
-  [[nodiscard]] THeightRefusal TakeFile(const std::string& path);
-  [[nodiscard]] THeightRefusal TakeFilePlane(TStringTree* tree);
+  [[nodiscard]] HeightRefusal TakeFile(const std::string& path);
+  [[nodiscard]] HeightRefusal TakeFilePlane(TStringTree* tree);
   /// The text as typed; one that is no number empties the offset.
-  [[nodiscard]] THeightRefusal TakeOffset(const std::string& text);
+  [[nodiscard]] HeightRefusal TakeOffset(const std::string& text);
   void TakeOffsetUnit(int key);
   /// The offset is being typed.
   void Outdate() { isCurrent_ = false; }
 
   /// Whether the source is whole, so that data of that kind can be made from it.
-  [[nodiscard]] bool CanMake(THeightDataKind kind) const;
+  [[nodiscard]] bool CanMake(HeightDataKind kind) const;
   /// What would be made without another wish.
-  [[nodiscard]] THeightDataKind UsualKind() const;
+  [[nodiscard]] HeightDataKind UsualKind() const;
 
   // Data.
 
   /// Whether the user accepts an offset in place of the heights.
-  using TAcceptOffset = std::function<bool(THeightApproximation&)>;
+  using OffsetAcceptance = std::function<bool(HeightApproximation&)>;
   /// Makes data of that kind from the source, with a progress display. What was made before is
   /// gone in any case. Refuses a grid (kCellTooGreat, kUnusableGrid); whatever else went wrong,
   /// Failure tells, and no data are there.
-  [[nodiscard]] THeightRefusal Create(THeightDataKind kind, const TAcceptOffset& accept);
+  [[nodiscard]] HeightRefusal Create(HeightDataKind kind, const OffsetAcceptance& accept);
 
   /// Writes a record with the three texts and the data: a new one, or the current one anew with its
   /// old height file gone. The data and the source are kept in mind, and the plane is used up.
   /// False, with nothing changed, if the user cancels. Throws what the tables throw.
-  [[nodiscard]] bool Store(const THeightRecord& texts, bool append);
+  [[nodiscard]] bool Store(const HeightRecord& texts, bool append);
 
  private:
   /// Where heights come from while they are made: their plane, and the table or the system's own.
-  struct TMaking {
+  struct HeightMaking {
     const TShellReferenceSystem* System;
     const THeightTable* Heights;
     std::string Name;
@@ -163,19 +163,19 @@ class THeightCreation {
   [[nodiscard]] std::unique_ptr<TShellReferenceSystem> SystemOf(TStringTree* tree);
   void RestoreSource();
   [[nodiscard]] bool LoadGrid();
-  [[nodiscard]] THeightRefusal LoadData();
-  [[nodiscard]] THeightRefusal LoadTable();
+  [[nodiscard]] HeightRefusal LoadData();
+  [[nodiscard]] HeightRefusal LoadTable();
   void LoadOffset();
   void ClearData();
   /// The grid of the file as it is, where its plane is not known or has no image in the target.
   void TakeGridOfFile();
   [[nodiscard]] bool TakeGridFrom(const TShellReferenceSystem& system, const THeightTable* heights);
-  [[nodiscard]] std::optional<TMaking> MakingOf() const;
+  [[nodiscard]] std::optional<HeightMaking> MakingOf() const;
   void InitializeGrid(THeightTable* table) const;
   // Each tells whether the work was done; an offset that is rejected is work done as well.
-  [[nodiscard]] bool MakeTable(const TMaking& making, THeightRefusal* refusal);
-  [[nodiscard]] bool MakeOffset(const TMaking& making, const TAcceptOffset& accept,
-                                THeightRefusal* refusal);
+  [[nodiscard]] bool MakeTable(const HeightMaking& making, HeightRefusal* refusal);
+  [[nodiscard]] bool MakeOffset(const HeightMaking& making, const OffsetAcceptance& accept,
+                                HeightRefusal* refusal);
   [[nodiscard]] bool CopyOffset();
   void KeepSource();
 
@@ -186,25 +186,25 @@ class THeightCreation {
 
   std::unique_ptr<TShellReferenceSystem> target_;
   int heightUnitKey_ = 0;
-  THeightSource source_;
+  HeightSource source_;
   TShell2DTableExtents grid_;
-  THeightData made_;
+  HeightData made_;
   bool isCurrent_ = false;
   std::string failure_;
 
   // The last store.
-  THeightSource kept_;
+  HeightSource kept_;
   std::unique_ptr<TShellReferenceSystem> storedTarget_;
   std::unique_ptr<THeightTable> storedTable_;
 };
 
 /// A linear unit as it is shown; nothing if there is none of that key. Moves no cursor.
-struct TUnitTexts {
+struct UnitTexts {
   std::string Name;
   std::string Abbreviation;
   /// "metre (m)".
   [[nodiscard]] std::string Label() const { return Name + " (" + Abbreviation + ")"; }
 };
-[[nodiscard]] std::optional<TUnitTexts> LinearUnitTexts(TdatamoduleQvRfData& data, int key);
+[[nodiscard]] std::optional<UnitTexts> LinearUnitTexts(TdatamoduleQvRfData& data, int key);
 
 }  // namespace QvRefSystem

@@ -14,51 +14,51 @@ constexpr std::uint32_t kFewestNodes = 2;
 
 }  // namespace
 
-std::optional<THeightCreation::TMaking> THeightCreation::MakingOf() const {
-  if (target_ == nullptr || !CanMake(THeightDataKind::kTable)) return std::nullopt;
-  if (source_.Kind == THeightSourceKind::kSystem) {
-    return TMaking{source_.System.get(), nullptr, source_.System->Name()};
+std::optional<HeightCreation::HeightMaking> HeightCreation::MakingOf() const {
+  if (target_ == nullptr || !CanMake(HeightDataKind::kTable)) return std::nullopt;
+  if (source_.Kind == HeightSourceKind::kSystem) {
+    return HeightMaking{source_.System.get(), nullptr, source_.System->Name()};
   }
-  return TMaking{source_.FilePlaneSystem.get(), source_.FileTable.get(), source_.FileName};
+  return HeightMaking{source_.FilePlaneSystem.get(), source_.FileTable.get(), source_.FileName};
 }
 
-THeightRefusal THeightCreation::Create(THeightDataKind kind, const TAcceptOffset& accept) {
+HeightRefusal HeightCreation::Create(HeightDataKind kind, const OffsetAcceptance& accept) {
   ClearData();
-  THeightRefusal refusal = THeightRefusal::kNone;
-  if (source_.Kind == THeightSourceKind::kOffset) {
-    isCurrent_ = kind == THeightDataKind::kOffset && CopyOffset();
-  } else if (const std::optional<TMaking> making = MakingOf()) {
-    isCurrent_ = (kind == THeightDataKind::kTable && MakeTable(*making, &refusal)) ||
-                 (kind == THeightDataKind::kOffset && MakeOffset(*making, accept, &refusal));
+  HeightRefusal refusal = HeightRefusal::kNone;
+  if (source_.Kind == HeightSourceKind::kOffset) {
+    isCurrent_ = kind == HeightDataKind::kOffset && CopyOffset();
+  } else if (const std::optional<HeightMaking> making = MakingOf()) {
+    isCurrent_ = (kind == HeightDataKind::kTable && MakeTable(*making, &refusal)) ||
+                 (kind == HeightDataKind::kOffset && MakeOffset(*making, accept, &refusal));
   }
   return refusal;
 }
 
-void THeightCreation::InitializeGrid(THeightTable* table) const {
+void HeightCreation::InitializeGrid(THeightTable* table) const {
   target_->InitializeHeightTableGrid(grid_.North, grid_.South, grid_.East, grid_.West,
                                      grid_.CellNorthSouth, grid_.CellEastWest, table);
 }
 
-bool THeightCreation::MakeTable(const TMaking& making, THeightRefusal* refusal) {
+bool HeightCreation::MakeTable(const HeightMaking& making, HeightRefusal* refusal) {
   auto table = std::make_unique<THeightTable>();
   InitializeGrid(table.get());
   const bool fewNodes = table->CountX < kFewestNodes || table->CountY < kFewestNodes;
   if (making.Heights != nullptr && fewNodes) {
-    *refusal = THeightRefusal::kCellTooGreat;
+    *refusal = HeightRefusal::kCellTooGreat;
     return false;
   }
   if (table->Data == nullptr) {
-    *refusal = THeightRefusal::kUnusableGrid;
+    *refusal = HeightRefusal::kUnusableGrid;
     return false;
   }
-  TProgressDisplay progress(data_.Ui(), TProgressDisplay::kFree,
-                            SystemText(TextId::kRecalculatingHeights));
+  ProgressDisplay progress(data_.Ui(), ProgressDisplay::kFree,
+                           SystemText(TextId::kRecalculatingHeights));
   try {
     if (making.Heights != nullptr) {
       making.System->InterpolateHeights(making.Heights, target_.get(), table.get(),
-                                        TProgressDisplay::Next);
+                                        ProgressDisplay::Next);
     } else {
-      making.System->InterpolateHeights(target_.get(), table.get(), TProgressDisplay::Next);
+      making.System->InterpolateHeights(target_.get(), table.get(), ProgressDisplay::Next);
     }
   } catch (const std::exception& error) {
     if (!progress.Cancelled()) failure_ = error.what();
@@ -69,22 +69,22 @@ bool THeightCreation::MakeTable(const TMaking& making, THeightRefusal* refusal) 
   return true;
 }
 
-bool THeightCreation::MakeOffset(const TMaking& making, const TAcceptOffset& accept,
-                                 THeightRefusal* refusal) {
-  THeightApproximation result;
+bool HeightCreation::MakeOffset(const HeightMaking& making, const OffsetAcceptance& accept,
+                                HeightRefusal* refusal) {
+  HeightApproximation result;
   InitializeGrid(&result.Errors);
   if (result.Errors.Data == nullptr) {
-    *refusal = THeightRefusal::kUnusableGrid;
+    *refusal = HeightRefusal::kUnusableGrid;
     return false;
   }
   const auto approximate = [&](const auto&... source) {
-    TProgressDisplay progress(data_.Ui(), TProgressDisplay::kCounted,
-                              SystemText(TextId::kApproximatingHeights));
+    ProgressDisplay progress(data_.Ui(), ProgressDisplay::kCounted,
+                             SystemText(TextId::kApproximatingHeights));
     return making.System->ApproximateHeights(source..., target_.get(), &result.Offset, &result.Rms,
                                              &result.Max, &result.Errors, progress.Interface());
   };
   if (!(making.Heights != nullptr ? approximate(making.Heights) : approximate())) return false;
-  const std::optional<TUnitTexts> unit = LinearUnitTexts(data_, heightUnitKey_);
+  const std::optional<UnitTexts> unit = LinearUnitTexts(data_, heightUnitKey_);
   if (!unit) return false;
   result.UnitLabel = unit->Label();
   result.SourceName = making.Name;
@@ -95,8 +95,8 @@ bool THeightCreation::MakeOffset(const TMaking& making, const TAcceptOffset& acc
   return true;
 }
 
-bool THeightCreation::CopyOffset() {
-  if (!CanMake(THeightDataKind::kOffset) || !LinearUnitTexts(data_, source_.OffsetUnit)) {
+bool HeightCreation::CopyOffset() {
+  if (!CanMake(HeightDataKind::kOffset) || !LinearUnitTexts(data_, source_.OffsetUnit)) {
     return false;
   }
   made_.Offset = source_.Offset;
@@ -104,8 +104,8 @@ bool THeightCreation::CopyOffset() {
   return true;
 }
 
-bool THeightCreation::Store(const THeightRecord& texts, bool append) {
-  THeightRecord record = texts;
+bool HeightCreation::Store(const HeightRecord& texts, bool append) {
+  HeightRecord record = texts;
   record.Table = made_.Table.get();
   record.Grid = made_.Grid;
   record.Offset = made_.Offset;
@@ -117,21 +117,21 @@ bool THeightCreation::Store(const THeightRecord& texts, bool append) {
   return true;
 }
 
-void THeightCreation::KeepSource() {
-  THeightSource kept;
+void HeightCreation::KeepSource() {
+  HeightSource kept;
   switch (kept.Kind = source_.Kind) {
-    case THeightSourceKind::kNone:
+    case HeightSourceKind::kNone:
       // The data were loaded: what they were once made from is still what is known of them.
       return;
-    case THeightSourceKind::kSystem:
+    case HeightSourceKind::kSystem:
       kept.System = std::move(source_.System);
       break;
-    case THeightSourceKind::kFile:
+    case HeightSourceKind::kFile:
       kept.FileName = source_.FileName;
       kept.FileTable = std::move(source_.FileTable);
       kept.FilePlaneSystem = std::move(source_.FilePlaneSystem);
       break;
-    case THeightSourceKind::kOffset:
+    case HeightSourceKind::kOffset:
       kept.Offset = source_.Offset;
       kept.OffsetUnit = source_.OffsetUnit;
       break;

@@ -3,10 +3,10 @@
 #include <new>
 
 #include "database/storage_files.h"
+#include "platform/data/height_table_text.h"
 #include "platform/storage/stream.h"
 #include "platform/ui/progress_interface.h"
 #include "platform/ui/texts.h"
-#include "vertical/height_table_text.h"
 
 namespace QvRefSystem {
 
@@ -39,7 +39,7 @@ bool Run(const std::string& path, bool useResource, TUserInterface& ui,
 
 /// Whether the head of the text, whose digits are limited, leads back to the table's nodes.
 bool KeepsItsNodes(const Table& table, std::string_view text) {
-  THeightTableHeader header;
+  HeightTableHeader header;
   return ReadHeightTableHeader(text, &header) && header.countX == table.CountX &&
          header.countY == table.CountY;
 }
@@ -47,7 +47,7 @@ bool KeepsItsNodes(const Table& table, std::string_view text) {
 }  // namespace
 
 bool MakeHeightText(const Table* table, std::string* text, TUserInterface& ui) {
-  TProgressDisplay progress(ui, TProgressDisplay::kCounted, SystemText(TextId::kSavingHeights));
+  ProgressDisplay progress(ui, ProgressDisplay::kCounted, SystemText(TextId::kSavingHeights));
   return FormatHeightTable(table, text, kHeightHeaderFormat, kHeightValueFormat,
                            progress.Interface()) &&
          KeepsItsNodes(*table, *text);
@@ -70,7 +70,7 @@ bool SaveHeightTable(const Table* table, const std::string& path, bool useResour
 bool LoadHeightTable(Table* table, const std::string& path, bool useResource, TUserInterface& ui) {
   std::string text;
   if (!LoadHeightText(path, useResource, &text, ui)) return false;
-  TProgressDisplay progress(ui, TProgressDisplay::kCounted, SystemText(TextId::kLoadingHeights));
+  ProgressDisplay progress(ui, ProgressDisplay::kCounted, SystemText(TextId::kLoadingHeights));
   return ParseHeightTable(table, text, progress.Interface());
 }
 

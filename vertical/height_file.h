@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/data/height_table.h"
 #include "platform/ui/user_interface.h"
-#include "vertical/height_table.h"
 
 /// Height tables at rest: a text in a plain file, or in a resource of a container where
 /// `useResource` says so. `path` is the stream's whole name, such as HeightStoragePath gives.

@@ -35,15 +35,15 @@ std::uint8_t Blue(double t) {
 }
 
 template <typename ColourOf>
-TRasterPalette MakePalette(ColourOf colourOf) {
-  TRasterPalette palette;
+RasterPalette MakePalette(ColourOf colourOf) {
+  RasterPalette palette;
   for (std::size_t n = 0; n < palette.size(); ++n)
     palette[n] = colourOf(n);
   return palette;
 }
 
 // Bilinear in a cell, term by term as T2DTable::Interpolate has it, so that both round alike.
-inline double Blend(const TCellCorners& nodes, double fx, double fy) {
+inline double Blend(const CellCorners& nodes, double fx, double fy) {
   return (1 - fx) * (1 - fy) * nodes.WestLow + (1 - fx) * fy * nodes.WestHigh +
          fx * (1 - fy) * nodes.EastLow + fx * fy * nodes.EastHigh;
 }
@@ -105,18 +105,18 @@ int PixelsAlong(std::uint32_t count, int zoom) {
 
 }  // namespace
 
-const TRasterPalette& ColourPalette() {
-  static const TRasterPalette palette = MakePalette([](std::size_t n) {
+const RasterPalette& ColourPalette() {
+  static const RasterPalette palette = MakePalette([](std::size_t n) {
     const double t = static_cast<double>(n) / 255;
-    return TPaletteColour{kRed.At(t), kGreen.At(t), Blue(t)};
+    return PaletteColour{kRed.At(t), kGreen.At(t), Blue(t)};
   });
   return palette;
 }
 
-const TRasterPalette& GrayscalePalette() {
-  static const TRasterPalette palette = MakePalette([](std::size_t n) {
+const RasterPalette& GrayscalePalette() {
+  static const RasterPalette palette = MakePalette([](std::size_t n) {
     const auto level = static_cast<std::uint8_t>(n);
-    return TPaletteColour{level, level, level};
+    return PaletteColour{level, level, level};
   });
   return palette;
 }
@@ -130,8 +130,8 @@ class Raster::Axis {
   }
   void Add(double coordinate, double origin, double cell) {
     // An axis of one node has no cell: all lies on the node.
-    const TGridPlace place =
-        count_ < 2 ? TGridPlace{} : PlaceOnAxis(coordinate, origin, cell, count_);
+    const GridPlace place =
+        count_ < 2 ? GridPlace{} : PlaceOnAxis(coordinate, origin, cell, count_);
     low_.push_back(place.index);
     fraction_.push_back(place.fraction);
   }
@@ -147,8 +147,8 @@ class Raster::Axis {
   std::vector<double> fraction_;
 };
 
-TCellCorners Raster::CornersAt(const Axis& columns, std::size_t column, const Axis& rows,
-                               std::size_t row) const {
+CellCorners Raster::CornersAt(const Axis& columns, std::size_t column, const Axis& rows,
+                              std::size_t row) const {
   const double* west = Table->Data[columns.Low(column)];
   const double* east = Table->Data[columns.High(column)];
   return {west[rows.Low(row)], west[rows.High(row)], east[rows.Low(row)], east[rows.High(row)]};
@@ -212,7 +212,7 @@ constexpr int kTile = 512;
 // Columns whose nodes fit into the nearest cache, be they all in cells of their own.
 constexpr std::size_t kBlock = 256;
 
-void Raster::ReadCells(TPixelPair origin, TPixelPair step, TPixelPair size,
+void Raster::ReadCells(PixelPair origin, PixelPair step, PixelPair size,
                        std::uint8_t* levels) const {
   const Scale scale{LevelBase, LevelStep};
   for (int top = 0; top < size.Y; top += kTile) {
@@ -228,7 +228,7 @@ void Raster::ReadCells(TPixelPair origin, TPixelPair step, TPixelPair size,
   }
 }
 
-void Raster::ReadInterpolated(TPixelPair origin, TPixelPair step, TPixelPair size,
+void Raster::ReadInterpolated(PixelPair origin, PixelPair step, PixelPair size,
                               std::uint8_t* levels) const {
   Axis columns(Table->CountX, size.X);
   Axis rows(Table->CountY, size.Y);
@@ -266,7 +266,7 @@ void Raster::ReadInterpolated(TPixelPair origin, TPixelPair step, TPixelPair siz
   }
 }
 
-void Raster::ReadPixels(TPixelPair origin, TPixelPair step, TPixelPair size,
+void Raster::ReadPixels(PixelPair origin, PixelPair step, PixelPair size,
                         std::uint8_t* levels) const {
   if (size.X <= 0 || size.Y <= 0) return;
   if (LevelStep == 0) {
@@ -278,7 +278,7 @@ void Raster::ReadPixels(TPixelPair origin, TPixelPair step, TPixelPair size,
   }
 }
 
-void Raster::Read(const TPixelRectangle& rectangle, TBitmapHeader* header,
+void Raster::Read(const PixelRectangle& rectangle, BitmapHeader* header,
                   std::vector<std::uint8_t>* pixels, int subsample) const {
   const int step = std::max(subsample, 1);
   bool failed = false;
@@ -296,8 +296,8 @@ void Raster::Read(const TPixelRectangle& rectangle, TBitmapHeader* header,
         const std::int64_t last = (std::int64_t{limit} - 1) / step;
         return static_cast<int>(std::clamp<std::int64_t>(last - first + 1, 0, count));
       };
-      const TPixelPair size{inside(rectangle.Left, header->Width, width_),
-                            inside(rectangle.Top, header->Height, height_)};
+      const PixelPair size{inside(rectangle.Left, header->Width, width_),
+                           inside(rectangle.Top, header->Height, height_)};
       if (size.X > 0 && size.Y > 0) {
         const auto width = static_cast<std::size_t>(size.X);
         const std::size_t needed = width * static_cast<std::size_t>(size.Y);
@@ -345,7 +345,7 @@ std::string BitmapHead(int width, int height) {
   Put16(&head, 1);
   Put16(&head, 8);
   head.append(kHeaderBytes - head.size(), '\0');
-  for (const TPaletteColour& colour : ColourPalette()) {
+  for (const PaletteColour& colour : ColourPalette()) {
     Put32(&head, colour.Blue | static_cast<std::uint32_t>(colour.Green) << 8 |
                      static_cast<std::uint32_t>(colour.Red) << 16);
   }
@@ -366,7 +366,7 @@ bool SaveBitmapFile(const Raster& raster, int subsample, const std::string& path
     if (!file.Open(path, QvPlatform::QvOpenMode::kCreate)) return false;
     const std::string head = BitmapHead(width, height);
     file.Write(head.data(), head.size());
-    TBitmapHeader header;
+    BitmapHeader header;
     std::vector<std::uint8_t> pixels;
     for (int stripe = stripes - 1; stripe >= 0; --stripe) {
       const int top = stripe * kStripeRows;

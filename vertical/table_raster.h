@@ -6,19 +6,19 @@
 #include <string>
 #include <vector>
 
+#include "platform/data/height_table.h"
 #include "platform/ui/progress_interface.h"
-#include "vertical/height_table.h"
 
 /// A table of heights as an image of 256 levels.
 namespace QvCommonUtils {
 
-struct TPixelPair {
+struct PixelPair {
   int X = 0;
   int Y = 0;
 };
 
 /// Pixels left <= x < right, top <= y < bottom.
-struct TPixelRectangle {
+struct PixelRectangle {
   int Left = 0;
   int Top = 0;
   int Right = 0;
@@ -26,7 +26,7 @@ struct TPixelRectangle {
 };
 
 /// The nodes at the corners of a cell of a table.
-struct TCellCorners {
+struct CellCorners {
   double WestLow = 0;
   double WestHigh = 0;
   double EastLow = 0;
@@ -34,23 +34,23 @@ struct TCellCorners {
 };
 
 /// What a bitmap says of itself.
-struct TBitmapHeader {
+struct BitmapHeader {
   int Width = 0;
   int Height = 0;
   int BitCount = 8;
 };
 
-struct TPaletteColour {
+struct PaletteColour {
   std::uint8_t Red = 0;
   std::uint8_t Green = 0;
   std::uint8_t Blue = 0;
-  bool operator==(const TPaletteColour&) const = default;
+  bool operator==(const PaletteColour&) const = default;
 };
-using TRasterPalette = std::array<TPaletteColour, 256>;
+using RasterPalette = std::array<PaletteColour, 256>;
 
 /// From dark blue-green over light tones to red; of saved images always.
-[[nodiscard]] const TRasterPalette& ColourPalette();
-[[nodiscard]] const TRasterPalette& GrayscalePalette();
+[[nodiscard]] const RasterPalette& ColourPalette();
+[[nodiscard]] const RasterPalette& GrayscalePalette();
 
 /// The image of a table, made pixel by pixel on request: however much it is enlarged, nothing but
 /// the table and what was asked for last is held. Level 0 is the table's MinValue, 255 its
@@ -95,7 +95,7 @@ class TTableDibData<double> {
   /// (count - 1) * Zoom + 1 along each axis.
   [[nodiscard]] int Width() const { return width_; }
   [[nodiscard]] int Height() const { return height_; }
-  [[nodiscard]] const TRasterPalette& Palette() const {
+  [[nodiscard]] const RasterPalette& Palette() const {
     return Grayscale ? GrayscalePalette() : ColourPalette();
   }
 
@@ -106,19 +106,19 @@ class TTableDibData<double> {
 
   /// The levels of the pixels origin + n * step, `size.X` columns by `size.Y` rows, row by row.
   /// All pixels must lie in the image.
-  void ReadPixels(TPixelPair origin, TPixelPair step, TPixelPair size, std::uint8_t* levels) const;
+  void ReadPixels(PixelPair origin, PixelPair step, PixelPair size, std::uint8_t* levels) const;
   /// The same as bitmap rows, the lowest first, each filled up to a multiple of 4 bytes: every
   /// `subsample`th pixel (below 1 counts as 1) for a rectangle counted in such pixels. What lies
   /// beyond the image is 0. A failure throws the integer 0.
-  void Read(const TPixelRectangle& rectangle, TBitmapHeader* header,
+  void Read(const PixelRectangle& rectangle, BitmapHeader* header,
             std::vector<std::uint8_t>* pixels, int subsample) const;
 
  private:
   class Axis;
-  [[nodiscard]] TCellCorners CornersAt(const Axis& columns, std::size_t column, const Axis& rows,
-                                       std::size_t row) const;
-  void ReadCells(TPixelPair origin, TPixelPair step, TPixelPair size, std::uint8_t* levels) const;
-  void ReadInterpolated(TPixelPair origin, TPixelPair step, TPixelPair size,
+  [[nodiscard]] CellCorners CornersAt(const Axis& columns, std::size_t column, const Axis& rows,
+                                      std::size_t row) const;
+  void ReadCells(PixelPair origin, PixelPair step, PixelPair size, std::uint8_t* levels) const;
+  void ReadInterpolated(PixelPair origin, PixelPair step, PixelPair size,
                         std::uint8_t* levels) const;
   [[nodiscard]] int RowOf(int py) const { return FlipRows ? height_ - 1 - py : py; }
 

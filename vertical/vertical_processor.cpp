@@ -11,10 +11,10 @@
 namespace QvRefSystem {
 
 using QvPlatform::FieldType;
+using QvPlatform::RowMatch;
+using QvPlatform::RowView;
 using QvPlatform::TextId;
-using QvPlatform::TMatch;
 using QvPlatform::TQvWriteGroup;
-using QvPlatform::TRowView;
 
 namespace {
 
@@ -73,12 +73,12 @@ void TQvRfVerticalRefSystemDataProcessor::SaveTable(const std::string& fileName,
 bool TQvRfVerticalRefSystemDataProcessor::IsNamedByRecords(std::string_view fileName,
                                                            std::size_t atLeast) const {
   // A container tells no letter from its capital.
-  const auto match = TMatch::Folded(Column("VDATA_FILENAME"), QvPlatform::FoldName(fileName));
-  return DataSet->FindAll({match}, QvPlatform::TRowScope::kAll).size() >= atLeast;
+  const auto match = RowMatch::Folded(Column("VDATA_FILENAME"), QvPlatform::FoldName(fileName));
+  return DataSet->FindAll({match}, QvPlatform::RowScope::kAll).size() >= atLeast;
 }
 
 std::string TQvRfVerticalRefSystemDataProcessor::NewFileName(std::string_view objectName,
-                                                             THeightNaming naming) const {
+                                                             HeightNaming naming) const {
   std::string name(objectName);
   for (int number = 1;; ++number) {
     const std::string path = NewHeightStorageName(data_, name, naming);
@@ -91,13 +91,13 @@ std::string TQvRfVerticalRefSystemDataProcessor::NewFileName(std::string_view ob
 
 // Records to tree.
 
-bool TQvRfVerticalRefSystemDataProcessor::HasAll(TRowView row, std::span<const int> ids) const {
+bool TQvRfVerticalRefSystemDataProcessor::HasAll(RowView row, std::span<const int> ids) const {
   return std::ranges::none_of(
       ids, [&](int id) { return row.GetText(Column(ItemOf(id).column)).empty(); });
 }
 
 bool TQvRfVerticalRefSystemDataProcessor::WriteContent(TStringTree* tree) {
-  const TRowView row = DataSet->CurrentRow();
+  const RowView row = DataSet->CurrentRow();
   if (!row) return false;
   const int kind = CurrentInteger("VDATA_TYPE");
   if (kind != kHeightTable && kind != kHeightOffset) return true;
@@ -107,7 +107,7 @@ bool TQvRfVerticalRefSystemDataProcessor::WriteContent(TStringTree* tree) {
     PutOnOneLine(&table);
   }
   const auto write = [&](int id) {
-    const TTreeItem& item = ItemOf(id);
+    const TreeItem& item = ItemOf(id);
     return id == kTableMember ? EnsureField(tree, id, 0, table, item.label)
                               : WriteItem(tree, item, row);
   };
@@ -119,7 +119,7 @@ bool TQvRfVerticalRefSystemDataProcessor::WriteContent(TStringTree* tree) {
 
 // Tree to records.
 
-void TQvRfVerticalRefSystemDataProcessor::ReadGrid(TStringTree* tree, TRecordImage* image) const {
+void TQvRfVerticalRefSystemDataProcessor::ReadGrid(TStringTree* tree, RecordImage* image) const {
   // A part of a grid is none: all of it is stored or nothing.
   const auto read = [&](std::span<const int> ids, bool wanted) {
     std::vector<std::string> texts(ids.size());
@@ -135,7 +135,7 @@ void TQvRfVerticalRefSystemDataProcessor::ReadGrid(TStringTree* tree, TRecordIma
   (void)read(kCells, hasExtents);
 }
 
-bool TQvRfVerticalRefSystemDataProcessor::ReadContent(TStringTree* tree, TRecordImage* image) {
+bool TQvRfVerticalRefSystemDataProcessor::ReadContent(TStringTree* tree, RecordImage* image) {
   const auto read = [&](int id) { return ReadItem(tree, ItemOf(id), image); };
   if (!std::ranges::all_of(kTexts, read) || !read(kKindMember)) return false;
   for (const auto column : {"VDATA_UNIT_AUTOKEY", "VDATA_FORMAT", "VDATA_CRC32"})
@@ -149,7 +149,7 @@ bool TQvRfVerticalRefSystemDataProcessor::ReadContent(TStringTree* tree, TRecord
         return false;
       }
       image->SetText(Column("VDATA_FILENAME"),
-                     NewFileName(image->Text(NameColumn()), THeightNaming::kAsNamed));
+                     NewFileName(image->Text(NameColumn()), HeightNaming::kAsNamed));
       return true;
     case kHeightOffset:
       return read(1513) && read(1514);
@@ -159,16 +159,16 @@ bool TQvRfVerticalRefSystemDataProcessor::ReadContent(TStringTree* tree, TRecord
 }
 
 void TQvRfVerticalRefSystemDataProcessor::AppendBeside(TStringTree* /*tree*/,
-                                                       const TRecordImage& image, int /*key*/) {
+                                                       const RecordImage& image, int /*key*/) {
   const auto table = image.Beside.find(kTableMember);
   if (table != image.Beside.end()) SaveTable(image.Text(Column("VDATA_FILENAME")), table->second);
 }
 
 // Heights that are made here.
 
-TRecordImage TQvRfVerticalRefSystemDataProcessor::ImageOf(const THeightRecord& record) const {
+RecordImage TQvRfVerticalRefSystemDataProcessor::ImageOf(const HeightRecord& record) const {
   const bool isTable = record.Table != nullptr;
-  TRecordImage image;
+  RecordImage image;
   const auto setText = [&](const char* column, const std::string& text) {
     image.SetText(Column(column), text);
   };
@@ -192,14 +192,14 @@ TRecordImage TQvRfVerticalRefSystemDataProcessor::ImageOf(const THeightRecord& r
   return image;
 }
 
-bool TQvRfVerticalRefSystemDataProcessor::Store(const THeightRecord& record, bool append) {
-  TRecordImage image = ImageOf(record);
+bool TQvRfVerticalRefSystemDataProcessor::Store(const HeightRecord& record, bool append) {
+  RecordImage image = ImageOf(record);
   std::string text;
   std::string fileName;
   if (record.Table != nullptr) {
     // Ahead of the transaction: it takes its time, and the user may cancel it.
     if (!MakeHeightText(record.Table, &text, data_.Ui())) return false;
-    fileName = NewFileName(record.Name, THeightNaming::kReplaced);
+    fileName = NewFileName(record.Name, HeightNaming::kReplaced);
     image.SetText(Column("VDATA_FILENAME"), fileName);
     image.SetInteger(Column("VDATA_CRC32"), static_cast<int>(QvPlatform::Crc32(text)));
   }
@@ -222,9 +222,9 @@ bool TQvRfVerticalRefSystemDataProcessor::Store(const THeightRecord& record, boo
 
 // Copies and removal.
 
-TRecordImage TQvRfVerticalRefSystemDataProcessor::ImageOfCurrent() const {
-  TRecordImage image;
-  const TRowView row = DataSet->CurrentRow();
+RecordImage TQvRfVerticalRefSystemDataProcessor::ImageOfCurrent() const {
+  RecordImage image;
+  const RowView row = DataSet->CurrentRow();
   const auto& fields = DataSet->Header().Fields();
   for (int number = 0; number < static_cast<int>(fields.size()); ++number) {
     const QvPlatform::TQvDbField& field = fields[static_cast<std::size_t>(number)];
@@ -241,13 +241,13 @@ TRecordImage TQvRfVerticalRefSystemDataProcessor::ImageOfCurrent() const {
 }
 
 void TQvRfVerticalRefSystemDataProcessor::AppendDuplicate() {
-  TRecordImage image = ImageOfCurrent();
+  RecordImage image = ImageOfCurrent();
   std::string table;
   std::string fileName;
   const bool hasFile = image.Integer(Column("VDATA_TYPE")) == kHeightTable;
   if (hasFile) {
     if (!LoadTable(&table)) throw ToldStorageError("the height file cannot be read");
-    fileName = NewFileName(image.Text(NameColumn()), THeightNaming::kAsNamed);
+    fileName = NewFileName(image.Text(NameColumn()), HeightNaming::kAsNamed);
     image.SetText(Column("VDATA_FILENAME"), fileName);
   }
   image.SetDouble(Column("LAST_USE"), QvPlatform::CurrentMoment());
@@ -262,7 +262,7 @@ void TQvRfVerticalRefSystemDataProcessor::AppendDuplicate() {
 bool TQvRfVerticalRefSystemDataProcessor::DuplicateCurrent() {
   const int key = GetCurrentKey();
   if (key == 0) return false;
-  const TControlsGuard guard(*DataSet);
+  const ControlsGuard guard(*DataSet);
   try {
     AppendDuplicate();
     return true;
@@ -294,13 +294,13 @@ void TQvRfVerticalRefSystemDataProcessor::DeleteFile(TQvWriteGroup& group,
 void TQvRfVerticalRefSystemDataProcessor::RemoveCurrent() {
   const std::optional<std::string> path = OwnHeightFile();
   TQvWriteGroup group(data_.WritableTables());
-  TVerticalRecords::RemoveCurrent();
+  VerticalRecords::RemoveCurrent();
   if (path) DeleteFile(group, *path);
   group.Commit();
 }
 
 bool TQvRfVerticalRefSystemDataProcessor::DeleteRecord(TComponent* owner) {
-  const TControlsGuard guard(*DataSet);
+  const ControlsGuard guard(*DataSet);
   if (!CheckNotUsed(owner)) return false;
   try {
     RemoveCurrent();

@@ -5,14 +5,14 @@
 #include <string_view>
 
 #include "database/height_storage.h"
+#include "platform/data/height_table.h"
 #include "processors/vertical_records.h"
-#include "vertical/height_table.h"
 
 namespace QvRefSystem {
 
 /// A height system that is made here: a table on its grid or, without one, an offset in a linear
 /// unit. Grid and offset are decimal texts in the C notation.
-struct THeightRecord {
+struct HeightRecord {
   std::string Name;
   std::string Abbreviation;
   std::string Description;
@@ -30,10 +30,10 @@ struct THeightRecord {
 /// again, and a file is removed only once its record is gone for good. In a container both are one
 /// transaction; in a folder a crash between the two may leave a file without a record, never a
 /// record without its file.
-class TQvRfVerticalRefSystemDataProcessor final : public TVerticalRecords {
+class TQvRfVerticalRefSystemDataProcessor final : public VerticalRecords {
  public:
   explicit TQvRfVerticalRefSystemDataProcessor(TdatamoduleQvRfData& data)
-      : TVerticalRecords(data, DescriptorOf(TObjectType::kVerticalReferenceSystem)) {}
+      : VerticalRecords(data, DescriptorOf(TObjectType::kVerticalReferenceSystem)) {}
 
   /// Always: whoever owns a height system decides on its end.
   bool CheckNotUsed(TComponent* /*owner*/) override { return true; }
@@ -50,25 +50,25 @@ class TQvRfVerticalRefSystemDataProcessor final : public TVerticalRecords {
   ///
   /// In a folder the new file gets a name beside the old one, so that no moment is without the file
   /// that the record names.
-  [[nodiscard]] bool Store(const THeightRecord& record, bool append);
+  [[nodiscard]] bool Store(const HeightRecord& record, bool append);
   /// The stream of the current record's height file; nothing for a kind without one, and for a
   /// name that would lead out of the place for heights. Whether the file is there is not asked.
   [[nodiscard]] std::optional<std::string> CurrentHeightFile() const;
 
  protected:
   [[nodiscard]] bool WriteContent(TStringTree* tree) override;
-  [[nodiscard]] bool ReadContent(TStringTree* tree, TRecordImage* image) override;
-  void AppendBeside(TStringTree* tree, const TRecordImage& image, int key) override;
+  [[nodiscard]] bool ReadContent(TStringTree* tree, RecordImage* image) override;
+  void AppendBeside(TStringTree* tree, const RecordImage& image, int key) override;
   void RemoveCurrent() override;
   [[nodiscard]] bool AsksToDelete() const override { return false; }
 
  private:
-  [[nodiscard]] bool HasAll(QvPlatform::TRowView row, std::span<const int> ids) const;
-  void ReadGrid(TStringTree* tree, TRecordImage* image) const;
-  [[nodiscard]] TRecordImage ImageOfCurrent() const;
+  [[nodiscard]] bool HasAll(QvPlatform::RowView row, std::span<const int> ids) const;
+  void ReadGrid(TStringTree* tree, RecordImage* image) const;
+  [[nodiscard]] RecordImage ImageOfCurrent() const;
   [[nodiscard]] bool IsNamedByRecords(std::string_view fileName, std::size_t atLeast) const;
-  [[nodiscard]] std::string NewFileName(std::string_view objectName, THeightNaming naming) const;
-  [[nodiscard]] TRecordImage ImageOf(const THeightRecord& record) const;
+  [[nodiscard]] std::string NewFileName(std::string_view objectName, HeightNaming naming) const;
+  [[nodiscard]] RecordImage ImageOf(const HeightRecord& record) const;
   /// The stream of the current record's height file, unless another record names it as well.
   [[nodiscard]] std::optional<std::string> OwnHeightFile() const;
   /// Removes a height file with the group, or once it is committed.

@@ -25,17 +25,17 @@ const std::map<std::string, ObjectForm> kForms{{"text", ObjectForm::kText},
                                                {"wkt2", ObjectForm::kWkt2}};
 
 /// The arguments of all commands and the command that was chosen.
-class TArguments {
+class Arguments {
  public:
-  TArguments();
+  Arguments();
   void Parse(int argc, const char* const* argv) { app_.parse(argc, argv); }
-  int Exit(const CLI::ParseError& error, TTerminal terminal) {
+  int Exit(const CLI::ParseError& error, Terminal terminal) {
     return app_.exit(error, terminal.out, terminal.err);
   }
-  [[nodiscard]] int Execute(TTerminal terminal);
+  [[nodiscard]] int Execute(Terminal terminal);
 
  private:
-  using Command = int (*)(const TRequest&, TTerminal);
+  using Command = int (*)(const Request&, Terminal);
 
   // A command of the program, or of a group of commands.
   CLI::App& Add(CLI::App& group, const char* name, const char* about, Command command);
@@ -50,14 +50,14 @@ class TArguments {
   void AddGeodesyCommands();
 
   CLI::App app_{kAbout, "refframe"};
-  TRequest request_;
+  Request request_;
   std::string type_;
   std::string form_;
   int dimension_ = 0;
   Command command_ = nullptr;
 };
 
-TArguments::TArguments() {
+Arguments::Arguments() {
   app_.set_version_flag("--version", "refframe " REFFRAME_VERSION);
   app_.require_subcommand(1);
   app_.failure_message([](const CLI::App*, const CLI::Error& error) {
@@ -95,7 +95,7 @@ TArguments::TArguments() {
       CheckWhole);
 }
 
-void TArguments::AddExchangeCommands() {
+void Arguments::AddExchangeCommands() {
   CLI::App& write = Add("export", "Writes an object with all that it refers to", ExportObjects);
   AddType(write);
   write.add_option("OBJ", request_.object, "The object");
@@ -118,7 +118,7 @@ void TArguments::AddExchangeCommands() {
   AddForm(read, "How they are written; the content tells it otherwise");
 }
 
-void TArguments::AddHeightCommands() {
+void Arguments::AddHeightCommands() {
   CLI::App& heights = *app_.add_subcommand("heights", "Works on tables of geoid undulations");
   heights.require_subcommand(1);
   AddHeightFile(heights, "info", "Tells the grid and the range of a file of heights",
@@ -146,18 +146,18 @@ void TArguments::AddHeightCommands() {
                          "File for the differences, undulation less constant");
 }
 
-CLI::App& TArguments::AddHeightFile(CLI::App& heights, const char* name, const char* about,
-                                    Command command) {
+CLI::App& Arguments::AddHeightFile(CLI::App& heights, const char* name, const char* about,
+                                   Command command) {
   CLI::App& app = Add(heights, name, about, command);
   app.add_option("FILE", request_.heights.file, "The file of heights")->required();
   return app;
 }
 
-CLI::App& TArguments::AddHeightWork(CLI::App& heights, const char* name, const char* about,
-                                    Command command) {
+CLI::App& Arguments::AddHeightWork(CLI::App& heights, const char* name, const char* about,
+                                   Command command) {
   CLI::App& app = Add(heights, name, about, command);
   AddDatabase(app);
-  THeightRequest& request = request_.heights;
+  HeightRequest& request = request_.heights;
   app.add_option("--source", request.file, "A file of heights; its grid lies in --plane");
   app.add_option("--plane", request.plane, "OBJ: the system in whose plane the file's grid lies");
   app.add_option("--source-system", request.system,
@@ -172,7 +172,7 @@ CLI::App& TArguments::AddHeightWork(CLI::App& heights, const char* name, const c
   return app;
 }
 
-void TArguments::AddGeodesyCommands() {
+void Arguments::AddGeodesyCommands() {
   CLI::App& transform =
       Add("transform", "Moves points from one reference system to another", TransformPoints);
   transform.footer(
@@ -192,44 +192,44 @@ void TArguments::AddGeodesyCommands() {
   Add(app_, "geoids", "Lists the built-in geoids of this machine: code, name", ListGeoids);
 }
 
-CLI::App& TArguments::Add(CLI::App& group, const char* name, const char* about, Command command) {
+CLI::App& Arguments::Add(CLI::App& group, const char* name, const char* about, Command command) {
   CLI::App& app = *group.add_subcommand(name, about);
   app.callback([this, command] { command_ = command; });
   return app;
 }
 
-CLI::App& TArguments::Add(const char* name, const char* about, Command command) {
+CLI::App& Arguments::Add(const char* name, const char* about, Command command) {
   CLI::App& app = Add(app_, name, about, command);
   AddDatabase(app);
   return app;
 }
 
-void TArguments::AddDatabase(CLI::App& app) {
+void Arguments::AddDatabase(CLI::App& app) {
   app.add_option("DB", request_.database, "The database")->required();
 }
 
-void TArguments::AddType(CLI::App& app) {
+void Arguments::AddType(CLI::App& app) {
   app.add_option("TYPE", type_, "The type of the object")
       ->required()
       ->check(CLI::IsMember(TypeArguments()));
 }
 
-void TArguments::AddForm(CLI::App& app, const char* about) {
+void Arguments::AddForm(CLI::App& app, const char* about) {
   std::vector<std::string> names;
   for (const auto& [name, form] : kForms)
     names.push_back(name);
   app.add_option("--form", form_, about)->check(CLI::IsMember(names));
 }
 
-int TArguments::Execute(TTerminal terminal) {
+int Arguments::Execute(Terminal terminal) {
   if (!type_.empty()) request_.type = TypeOfArgument(type_);
   if (!form_.empty()) request_.form = kForms.at(form_);
   if (dimension_ != 0) request_.dimension = static_cast<QvRefSystem::Dimension>(dimension_);
   return command_(request_, terminal);
 }
 
-int RunParsed(int argc, const char* const* argv, TTerminal terminal) {
-  TArguments arguments;
+int RunParsed(int argc, const char* const* argv, Terminal terminal) {
+  Arguments arguments;
   try {
     arguments.Parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -243,7 +243,7 @@ int RunParsed(int argc, const char* const* argv, TTerminal terminal) {
 
 }  // namespace
 
-int Run(int argc, const char* const* argv, TTerminal terminal) {
+int Run(int argc, const char* const* argv, Terminal terminal) {
   try {
     return RunParsed(argc, argv, terminal);
   } catch (const UsageError& error) {

@@ -7,7 +7,7 @@ namespace RefframeCli {
 
 /// Where a command reads and writes. What it was asked for goes to `out`; messages, questions and
 /// progress go to `err`.
-struct TTerminal {
+struct Terminal {
   std::istream& in;
   std::ostream& out;
   std::ostream& err;
@@ -21,6 +21,6 @@ inline constexpr int kMisused = 2;
 
 /// Runs one command line. Returns its exit status: kSucceeded, kFailed for an operation that did
 /// not succeed, or kMisused for arguments that make no command. Throws nothing.
-[[nodiscard]] int Run(int argc, const char* const* argv, TTerminal terminal);
+[[nodiscard]] int Run(int argc, const char* const* argv, Terminal terminal);
 
 }  // namespace RefframeCli

@@ -6,20 +6,20 @@
 #include "apps/cli/command_error.h"
 #include "apps/cli/object_types.h"
 #include "apps/cli/open_database.h"
+#include "assembly/database_check.h"
 #include "platform/text/text.h"
-#include "processors/database_check.h"
 #include "processors/name_filter.h"
 #include "registry/epsg_registry.h"
 
 namespace RefframeCli {
 
 using QvPlatform::Encode;
-using QvPlatform::TMatch;
+using QvPlatform::RowMatch;
+using QvPlatform::RowView;
 using QvPlatform::TQvDataSet;
-using QvPlatform::TRowView;
 using QvRefSystem::FieldSpec;
+using QvRefSystem::ObjectDescriptor;
 using QvRefSystem::TableOf;
-using QvRefSystem::TObjectDescriptor;
 using QvRefSystem::TQvRfDataProcessor;
 
 namespace {
@@ -35,16 +35,16 @@ void PutLine(std::ostream& out, std::initializer_list<std::string> columns) {
 }
 
 /// The columns by which objects of a type are listed.
-class TListedColumns {
+class ListedColumns {
  public:
-  TListedColumns(TQvDataSet& dataSet, const TObjectDescriptor& type)
+  ListedColumns(TQvDataSet& dataSet, const ObjectDescriptor& type)
       : key_(dataSet.FieldByName(TableOf(type.table).keyField).GetIndex()),
         name_(dataSet.FieldByName("NAME").GetIndex()),
         description_(dataSet.FieldByName("DESCRIPTION").GetIndex()) {}
 
-  [[nodiscard]] std::string Key(TRowView row) const { return std::to_string(row.GetInteger(key_)); }
-  [[nodiscard]] std::string Name(TRowView row) const { return Encode(row.GetText(name_)); }
-  [[nodiscard]] std::string Description(TRowView row) const {
+  [[nodiscard]] std::string Key(RowView row) const { return std::to_string(row.GetInteger(key_)); }
+  [[nodiscard]] std::string Name(RowView row) const { return Encode(row.GetText(name_)); }
+  [[nodiscard]] std::string Description(RowView row) const {
     return Encode(row.GetText(description_));
   }
 
@@ -56,8 +56,8 @@ class TListedColumns {
 
 }  // namespace
 
-int InitDatabase(const TRequest& request, TTerminal terminal) {
-  TTerminalInterface ui(terminal, false);
+int InitDatabase(const Request& request, Terminal terminal) {
+  TerminalInterface ui(terminal, false);
   QvRefSystem::RegistryOptions options;
   options.resourceForm = IsContainer(request.database);
   QvRefSystem::RegistryReport report;
@@ -76,22 +76,22 @@ int InitDatabase(const TRequest& request, TTerminal terminal) {
   return kSucceeded;
 }
 
-int ListObjects(const TRequest& request, TTerminal terminal) {
-  TTerminalInterface ui(terminal, false);
-  TOpenDatabase database(request.database, ui);
+int ListObjects(const Request& request, Terminal terminal) {
+  TerminalInterface ui(terminal, false);
+  OpenedDatabase database(request.database, ui);
   TQvDataSet& dataSet = database.Data().DataSet(request.type->table);
-  const TListedColumns columns(dataSet, *request.type);
-  QvRefSystem::TNameFilter filter(dataSet);
+  const ListedColumns columns(dataSet, *request.type);
+  QvRefSystem::NameFilter filter(dataSet);
   for (const int position : filter.Match(request.search.value_or(""))) {
-    const TRowView row = dataSet.Row(position);
+    const RowView row = dataSet.Row(position);
     PutLine(terminal.out, {columns.Key(row), columns.Name(row), columns.Description(row)});
   }
   return kSucceeded;
 }
 
-int ShowInfo(const TRequest& request, TTerminal terminal) {
-  TTerminalInterface ui(terminal, false);
-  TOpenDatabase database(request.database, ui);
+int ShowInfo(const Request& request, Terminal terminal) {
+  TerminalInterface ui(terminal, false);
+  OpenedDatabase database(request.database, ui);
   QvRefSystem::TStrings lines;
   if (!database.Locate(*request.type, request.object).GetInfoLines(&lines)) {
     throw CommandError("the record cannot be described: its kind is not known");
@@ -101,20 +101,20 @@ int ShowInfo(const TRequest& request, TTerminal terminal) {
   return kSucceeded;
 }
 
-int ListUsers(const TRequest& request, TTerminal terminal) {
-  TTerminalInterface ui(terminal, false);
-  TOpenDatabase database(request.database, ui);
+int ListUsers(const Request& request, Terminal terminal) {
+  TerminalInterface ui(terminal, false);
+  OpenedDatabase database(request.database, ui);
   const int key = database.Locate(*request.type, request.object).GetCurrentKey();
   // The catalogue is asked, not the object's own list: it also knows who uses what nobody asks
   // before a deletion, the kinds and the height systems.
-  for (const TObjectDescriptor& user : QvRefSystem::ObjectDescriptors()) {
+  for (const ObjectDescriptor& user : QvRefSystem::ObjectDescriptors()) {
     TQvDataSet& dataSet = database.Data().DataSet(user.table);
-    const TListedColumns columns(dataSet, user);
+    const ListedColumns columns(dataSet, user);
     std::set<std::string> listed;
     for (const FieldSpec& field : TableOf(user.table).fields) {
       if (field.refersTo != request.type->table) continue;
       const int number = dataSet.FieldByName(field.name).GetIndex();
-      for (const TRowView row : dataSet.FindAll({TMatch::Integer(number, key)})) {
+      for (const RowView row : dataSet.FindAll({RowMatch::Integer(number, key)})) {
         if (!listed.insert(columns.Key(row)).second) continue;
         PutLine(terminal.out, {TypeArgument(user.typeName), columns.Key(row), columns.Name(row),
                                columns.Description(row)});
@@ -124,9 +124,9 @@ int ListUsers(const TRequest& request, TTerminal terminal) {
   return kSucceeded;
 }
 
-int DeleteObject(const TRequest& request, TTerminal terminal) {
-  TTerminalInterface ui(terminal, request.yes);
-  TOpenDatabase database(request.database, ui);
+int DeleteObject(const Request& request, Terminal terminal) {
+  TerminalInterface ui(terminal, request.yes);
+  OpenedDatabase database(request.database, ui);
   TQvRfDataProcessor& processor = database.Locate(*request.type, request.object);
   const int key = processor.GetCurrentKey();
   if (!processor.DeleteWithConsent(nullptr)) {
@@ -140,9 +140,9 @@ int DeleteObject(const TRequest& request, TTerminal terminal) {
   return ui.HasReported() ? kFailed : kSucceeded;
 }
 
-int CheckWhole(const TRequest& request, TTerminal terminal) {
-  TTerminalInterface ui(terminal, false);
-  TOpenDatabase database(request.database, ui);
+int CheckWhole(const Request& request, Terminal terminal) {
+  TerminalInterface ui(terminal, false);
+  OpenedDatabase database(request.database, ui);
   std::vector<std::string> findings;
   const bool sound = QvRefSystem::CheckDatabase(database.Data(), &findings);
   for (const std::string& finding : findings)

@@ -11,7 +11,7 @@
 namespace RefframeCli {
 
 /// What a command about heights asked for.
-struct THeightRequest {
+struct HeightRequest {
   /// The file with the table, and the system in whose plane it lies.
   std::string file;
   std::string plane;
@@ -27,9 +27,9 @@ struct THeightRequest {
 };
 
 /// What a command line asked for; a command reads the members that it has.
-struct TRequest {
+struct Request {
   std::string database;
-  const QvRefSystem::TObjectDescriptor* type = nullptr;
+  const QvRefSystem::ObjectDescriptor* type = nullptr;
   std::string object;
   std::optional<std::string> search;
   bool listRefused = false;
@@ -40,7 +40,7 @@ struct TRequest {
   std::optional<QvRefSystem::Dimension> dimension;
   std::string output;
   std::vector<std::string> files;
-  THeightRequest heights;
+  HeightRequest heights;
   /// The two systems of a transformation.
   std::string from;
   std::string to;
@@ -51,22 +51,22 @@ struct TRequest {
 // Each command gives kSucceeded or kFailed, or throws CommandError or UsageError.
 
 /// Makes a new database with the systems of the EPSG registry.
-int InitDatabase(const TRequest& request, TTerminal terminal);
+int InitDatabase(const Request& request, Terminal terminal);
 /// A line for each object: key, name and description between tabs.
-int ListObjects(const TRequest& request, TTerminal terminal);
-int ShowInfo(const TRequest& request, TTerminal terminal);
-int ExportObjects(const TRequest& request, TTerminal terminal);
+int ListObjects(const Request& request, Terminal terminal);
+int ShowInfo(const Request& request, Terminal terminal);
+int ExportObjects(const Request& request, Terminal terminal);
 /// A line for each file that got in: key, "found" or "inserted", and name between tabs.
-int ImportFiles(const TRequest& request, TTerminal terminal);
+int ImportFiles(const Request& request, Terminal terminal);
 /// A line for each user: type, key, name and description between tabs.
-int ListUsers(const TRequest& request, TTerminal terminal);
-int DeleteObject(const TRequest& request, TTerminal terminal);
+int ListUsers(const Request& request, Terminal terminal);
+int DeleteObject(const Request& request, Terminal terminal);
 /// Moves the points of standard input from one system to another, a line out for each line in;
 /// kFailed if one of them failed.
-int TransformPoints(const TRequest& request, TTerminal terminal);
+int TransformPoints(const Request& request, Terminal terminal);
 /// A line for each built-in geoid: code and name with a tab between.
-int ListGeoids(const TRequest& request, TTerminal terminal);
+int ListGeoids(const Request& request, Terminal terminal);
 /// A line for each finding; kFailed if there is one.
-int CheckWhole(const TRequest& request, TTerminal terminal);
+int CheckWhole(const Request& request, Terminal terminal);
 
 }  // namespace RefframeCli

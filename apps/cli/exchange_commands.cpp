@@ -14,7 +14,7 @@ namespace RefframeCli {
 
 using QvCommonUtils::TStringTree;
 using QvRefSystem::Dimension;
-using QvRefSystem::TObjectDescriptor;
+using QvRefSystem::ObjectDescriptor;
 using QvRefSystem::TObjectType;
 using QvRefSystem::TQvRfDataProcessor;
 
@@ -31,7 +31,7 @@ std::string CurrentName(const TQvRfDataProcessor& processor) {
 
 // The registry knows many a geodetic system twice, with and without heights, and both codes lead to
 // one record: what is written has to be what the code means.
-Dimension DimensionFor(const TStringTree& tree, const TRequest& request) {
+Dimension DimensionFor(const TStringTree& tree, const Request& request) {
   if (request.dimension) return *request.dimension;
   int code = 0;
   std::string flat;
@@ -47,7 +47,7 @@ Dimension DimensionFor(const TStringTree& tree, const TRequest& request) {
 }
 
 // Writes the processor's current record.
-std::string WriteCurrent(TQvRfDataProcessor& processor, const TRequest& request) {
+std::string WriteCurrent(TQvRfDataProcessor& processor, const Request& request) {
   TStringTree tree;
   if (!processor.WriteToTree(&tree, 0, 0)) {
     throw CommandError("an object that it refers to is missing, or its kind is not known");
@@ -57,7 +57,7 @@ std::string WriteCurrent(TQvRfDataProcessor& processor, const TRequest& request)
   return WriteObject(tree, *request.type, form, dimension);
 }
 
-void ExportOne(TOpenDatabase& database, const TRequest& request, TTerminal terminal) {
+void ExportOne(OpenedDatabase& database, const Request& request, Terminal terminal) {
   TQvRfDataProcessor& processor = database.Locate(*request.type, request.object);
   const ObjectForm form = request.form.value_or(ObjectForm::kText);
   std::string content;
@@ -71,8 +71,8 @@ void ExportOne(TOpenDatabase& database, const TRequest& request, TTerminal termi
   if (!content.ends_with('\n')) terminal.out << "\n";
 }
 
-int ExportAll(TOpenDatabase& database, const TRequest& request, TTerminal terminal,
-              TTerminalInterface& ui) {
+int ExportAll(OpenedDatabase& database, const Request& request, Terminal terminal,
+              TerminalInterface& ui) {
   std::error_code error;
   std::filesystem::create_directories(request.output, error);
   if (error) throw CommandError(request.output + ": " + error.message());
@@ -82,7 +82,7 @@ int ExportAll(TOpenDatabase& database, const TRequest& request, TTerminal termin
   const int count = processor.DataSet->RecordCount();
   const auto progress =
       ui.StartProgress(0, QvPlatform::SystemText(request.type->displayName), count);
-  TFileNames names(request.output);
+  FileNames names(request.output);
   int failed = 0;
   for (int position = 0; position < count; ++position) {
     processor.DataSet->MoveTo(position);
@@ -103,7 +103,7 @@ int ExportAll(TOpenDatabase& database, const TRequest& request, TTerminal termin
 }
 
 // Why a tree was not taken, as far as it can be told.
-std::string WhyRefused(const TStringTree& tree, const TObjectDescriptor& type) {
+std::string WhyRefused(const TStringTree& tree, const ObjectDescriptor& type) {
   std::string reason;
   QvRefSystem::SystemModel model;
   if (type.type == TObjectType::kReferenceSystem &&
@@ -115,13 +115,13 @@ std::string WhyRefused(const TStringTree& tree, const TObjectDescriptor& type) {
          "table is closed";
 }
 
-std::string ReadSource(const std::string& file, TTerminal terminal) {
+std::string ReadSource(const std::string& file, Terminal terminal) {
   if (file != "-") return LoadObject(file);
   return {std::istreambuf_iterator<char>(terminal.in), std::istreambuf_iterator<char>()};
 }
 
-void ImportOne(TQvRfDataProcessor& processor, const TRequest& request, const std::string& file,
-               TTerminal terminal) {
+void ImportOne(TQvRfDataProcessor& processor, const Request& request, const std::string& file,
+               Terminal terminal) {
   const std::string content = ReadSource(file, terminal);
   TStringTree tree;
   int key = 0;
@@ -141,7 +141,7 @@ void ImportOne(TQvRfDataProcessor& processor, const TRequest& request, const std
 
 }  // namespace
 
-int ExportObjects(const TRequest& request, TTerminal terminal) {
+int ExportObjects(const Request& request, Terminal terminal) {
   if (request.all && !request.object.empty()) {
     throw UsageError("export: either an object or --all, not both");
   }
@@ -151,16 +151,16 @@ int ExportObjects(const TRequest& request, TTerminal terminal) {
   if (request.all && request.output.empty()) {
     throw UsageError("export: --all needs a folder to write to (-o)");
   }
-  TTerminalInterface ui(terminal, false);
-  TOpenDatabase database(request.database, ui);
+  TerminalInterface ui(terminal, false);
+  OpenedDatabase database(request.database, ui);
   if (request.all) return ExportAll(database, request, terminal, ui);
   ExportOne(database, request, terminal);
   return kSucceeded;
 }
 
-int ImportFiles(const TRequest& request, TTerminal terminal) {
-  TTerminalInterface ui(terminal, false);
-  TOpenDatabase database(request.database, ui);
+int ImportFiles(const Request& request, Terminal terminal) {
+  TerminalInterface ui(terminal, false);
+  OpenedDatabase database(request.database, ui);
   TQvRfDataProcessor& processor = database.Processor(*request.type);
   int result = kSucceeded;
   for (const std::string& file : request.files) {

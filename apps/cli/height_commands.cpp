@@ -8,11 +8,11 @@
 
 #include "apps/cli/command_error.h"
 #include "apps/cli/open_database.h"
+#include "platform/data/height_table_text.h"
 #include "platform/geocore/shell_reference_system.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 #include "vertical/height_file.h"
-#include "vertical/height_table_text.h"
 
 namespace RefframeCli {
 
@@ -22,9 +22,9 @@ using QvPlatform::TextId;
 using QvRefSystem::LoadHeightTable;
 using QvRefSystem::LoadHeightText;
 using QvRefSystem::ParseHeightTable;
+using QvRefSystem::ProgressDisplay;
 using QvRefSystem::SaveHeightTable;
 using QvRefSystem::THeightTable;
-using QvRefSystem::TProgressDisplay;
 using QvRefSystem::TShellReferenceSystem;
 
 namespace {
@@ -40,11 +40,11 @@ void Say(std::ostream& out, const char* what, const std::string& value) {
 }
 
 // Reading and writing tell the user themselves what a stream refused.
-void Require(bool done, const TTerminalInterface& ui, const std::string& reason) {
+void Require(bool done, const TerminalInterface& ui, const std::string& reason) {
   if (!done) throw CommandError(ui.HasReported() ? std::string() : reason);
 }
 
-void ReadTable(const std::string& path, TTerminalInterface& ui, THeightTable* table) {
+void ReadTable(const std::string& path, TerminalInterface& ui, THeightTable* table) {
   Require(LoadHeightTable(table, path, false, ui), ui,
           path + ": it does not hold a table of heights");
 }
@@ -99,9 +99,9 @@ void ViewTable(const THeightTable& table, const Nodes& columns, const Nodes& row
 }
 
 /// Where heights come from and go to.
-class THeightWork {
+class HeightWork {
  public:
-  THeightWork(const TRequest& request, TTerminal terminal)
+  HeightWork(const Request& request, Terminal terminal)
       : request_(request.heights), ui_(terminal, false), database_(request.database, ui_) {
     target_ = System(request_.target, &unit_);
     source_ = System(request_.file.empty() ? request_.system : request_.plane, nullptr);
@@ -128,18 +128,18 @@ class THeightWork {
   }
 
   void Interpolate(THeightTable* result) {
-    TProgressDisplay progress(ui_, TProgressDisplay::kFree,
-                              SystemText(TextId::kRecalculatingHeights));
+    ProgressDisplay progress(ui_, ProgressDisplay::kFree,
+                             SystemText(TextId::kRecalculatingHeights));
     if (FromFile()) {
-      source_->InterpolateHeights(&table_, target_.get(), result, TProgressDisplay::Next);
+      source_->InterpolateHeights(&table_, target_.get(), result, ProgressDisplay::Next);
     } else {
-      source_->InterpolateHeights(target_.get(), result, TProgressDisplay::Next);
+      source_->InterpolateHeights(target_.get(), result, ProgressDisplay::Next);
     }
   }
 
   void Approximate(std::string* offset, std::string* rms, std::string* max, THeightTable* errors) {
-    TProgressDisplay progress(ui_, TProgressDisplay::kCounted,
-                              SystemText(TextId::kApproximatingHeights));
+    ProgressDisplay progress(ui_, ProgressDisplay::kCounted,
+                             SystemText(TextId::kApproximatingHeights));
     TProgressInterface* steps = progress.Interface();
     const bool done =
         FromFile()
@@ -178,7 +178,7 @@ class THeightWork {
     if (!processor.WriteToTree(&tree, 0, 0)) {
       throw CommandError(object + ": an object that it refers to is missing");
     }
-    TProgressDisplay progress(ui_, TProgressDisplay::kCounted, SystemText(TextId::kLoadingHeights));
+    ProgressDisplay progress(ui_, ProgressDisplay::kCounted, SystemText(TextId::kLoadingHeights));
     std::string error;
     QvRefSystem::SystemModel model;
     if (unit != nullptr && ModelFromTree(&tree, &model, &error)) *unit = model.linearUnit.name;
@@ -187,16 +187,16 @@ class THeightWork {
     return system;
   }
 
-  const THeightRequest& request_;
-  TTerminalInterface ui_;
-  TOpenDatabase database_;
+  const HeightRequest& request_;
+  TerminalInterface ui_;
+  OpenedDatabase database_;
   std::unique_ptr<TShellReferenceSystem> target_;
   std::unique_ptr<TShellReferenceSystem> source_;
   THeightTable table_;
   std::string unit_;
 };
 
-void RequireOneSource(const THeightRequest& request, const char* command) {
+void RequireOneSource(const HeightRequest& request, const char* command) {
   const std::string name = std::string("heights ") + command;
   if (request.file.empty() == request.system.empty()) {
     throw UsageError(name + ": give either --source with --plane, or --source-system");
@@ -210,8 +210,8 @@ void RequireOneSource(const THeightRequest& request, const char* command) {
 
 }  // namespace
 
-int ShowHeightFile(const TRequest& request, TTerminal terminal) {
-  TTerminalInterface ui(terminal, false);
+int ShowHeightFile(const Request& request, Terminal terminal) {
+  TerminalInterface ui(terminal, false);
   std::string content;
   THeightTable table;
   Require(LoadHeightText(request.heights.file, false, &content, ui) &&
@@ -225,9 +225,9 @@ int ShowHeightFile(const TRequest& request, TTerminal terminal) {
   return kSucceeded;
 }
 
-int ViewHeightFile(const TRequest& request, TTerminal terminal) {
-  const THeightRequest& heights = request.heights;
-  TTerminalInterface ui(terminal, false);
+int ViewHeightFile(const Request& request, Terminal terminal) {
+  const HeightRequest& heights = request.heights;
+  TerminalInterface ui(terminal, false);
   THeightTable table;
   ReadTable(heights.file, ui, &table);
   Nodes columns{0, table.CountX - 1};
@@ -241,9 +241,9 @@ int ViewHeightFile(const TRequest& request, TTerminal terminal) {
   return kSucceeded;
 }
 
-int InterpolateHeightFile(const TRequest& request, TTerminal terminal) {
+int InterpolateHeightFile(const Request& request, Terminal terminal) {
   RequireOneSource(request.heights, "interpolate");
-  THeightWork work(request, terminal);
+  HeightWork work(request, terminal);
   THeightTable result;
   work.MakeGrid(&result);
   work.Interpolate(&result);
@@ -253,9 +253,9 @@ int InterpolateHeightFile(const TRequest& request, TTerminal terminal) {
   return kSucceeded;
 }
 
-int ApproximateHeightFile(const TRequest& request, TTerminal terminal) {
+int ApproximateHeightFile(const Request& request, Terminal terminal) {
   RequireOneSource(request.heights, "approximate");
-  THeightWork work(request, terminal);
+  HeightWork work(request, terminal);
   THeightTable errors;
   work.MakeGrid(&errors);
   std::string offset;

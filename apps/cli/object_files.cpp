@@ -17,7 +17,7 @@ using QvPlatform::QvOpenMode;
 using QvPlatform::StorageError;
 using QvPlatform::TQvFileStream;
 using QvRefSystem::Dimension;
-using QvRefSystem::TObjectDescriptor;
+using QvRefSystem::ObjectDescriptor;
 using QvRefSystem::TObjectType;
 
 namespace {
@@ -27,7 +27,7 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 // file systems allow.
 constexpr std::size_t kLongestName = 180;
 
-void RequireSystem(const TObjectDescriptor& type, ObjectForm form) {
+void RequireSystem(const ObjectDescriptor& type, ObjectForm form) {
   if (IsSystemForm(form) && type.type != TObjectType::kReferenceSystem) {
     throw CommandError("PROJJSON and WKT hold reference systems, not a " +
                        std::string(type.typeName));
@@ -42,7 +42,7 @@ ObjectForm GuessForm(std::string_view content) {
   return body.starts_with('{') ? ObjectForm::kProjJson : ObjectForm::kWkt2;
 }
 
-std::string Extension(const TObjectDescriptor& type, ObjectForm form) {
+std::string Extension(const ObjectDescriptor& type, ObjectForm form) {
   switch (form) {
     case ObjectForm::kText:
       return "." + TypeArgument(type.typeName);
@@ -84,7 +84,7 @@ std::string SafeName(std::string_view objectName) {
 
 }  // namespace
 
-std::string WriteObject(const TStringTree& tree, const TObjectDescriptor& type, ObjectForm form,
+std::string WriteObject(const TStringTree& tree, const ObjectDescriptor& type, ObjectForm form,
                         Dimension dimension) {
   RequireSystem(type, form);
   if (form == ObjectForm::kText) return WriteTreeText(&tree);
@@ -98,7 +98,7 @@ std::string WriteObject(const TStringTree& tree, const TObjectDescriptor& type, 
   return text;
 }
 
-void ReadObject(std::string_view content, const TObjectDescriptor& type,
+void ReadObject(std::string_view content, const ObjectDescriptor& type,
                 std::optional<ObjectForm> form, TStringTree* tree) {
   if (QvPlatform::IsBlank(content)) throw CommandError("the file is empty");
   const ObjectForm actual = form.value_or(GuessForm(content));
@@ -137,8 +137,8 @@ std::string LoadObject(const std::string& path) {
   }
 }
 
-std::string TFileNames::Next(std::string_view objectName, const TObjectDescriptor& type,
-                             ObjectForm form) {
+std::string FileNames::Next(std::string_view objectName, const ObjectDescriptor& type,
+                            ObjectForm form) {
   const std::string stem = folder_ + "/" + SafeName(objectName);
   const std::string extension = Extension(type, form);
   std::string candidate = stem + extension;

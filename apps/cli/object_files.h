@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
+#include "platform/data/string_tree.h"
 #include "platform/geocore/projjson.h"
 #include "processors/object_descriptor.h"
-#include "processors/string_tree.h"
 
 /// The forms in which an object is written to and read from files.
 namespace RefframeCli {
@@ -22,10 +22,10 @@ enum class ObjectForm { kText, kXml, kProjJson, kWkt2 };
 /// The object in that form. Throws CommandError, or TreeFormatError, for an object that the form
 /// cannot hold; PROJJSON and WKT hold reference systems alone.
 [[nodiscard]] std::string WriteObject(const QvCommonUtils::TStringTree& tree,
-                                      const QvRefSystem::TObjectDescriptor& type, ObjectForm form,
+                                      const QvRefSystem::ObjectDescriptor& type, ObjectForm form,
                                       QvRefSystem::Dimension dimension);
 /// Reads an object; without a form the content tells it. Throws as WriteObject does.
-void ReadObject(std::string_view content, const QvRefSystem::TObjectDescriptor& type,
+void ReadObject(std::string_view content, const QvRefSystem::ObjectDescriptor& type,
                 std::optional<ObjectForm> form, QvCommonUtils::TStringTree* tree);
 
 /// Puts what WriteObject gave into a file in place of what stood there; the text form is closed by
@@ -37,12 +37,12 @@ void SaveObject(const std::string& path, ObjectForm form, std::string_view conte
 /// Gives names to the files of one folder: the object's name without what a file system could
 /// take amiss. No two are equal, also where case does not count, and none names a file that is
 /// there already.
-class TFileNames {
+class FileNames {
  public:
-  explicit TFileNames(std::string folder) : folder_(std::move(folder)) {}
+  explicit FileNames(std::string folder) : folder_(std::move(folder)) {}
   /// The path of the next file.
   [[nodiscard]] std::string Next(std::string_view objectName,
-                                 const QvRefSystem::TObjectDescriptor& type, ObjectForm form);
+                                 const QvRefSystem::ObjectDescriptor& type, ObjectForm form);
 
  private:
   std::string folder_;

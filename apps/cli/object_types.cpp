@@ -4,8 +4,8 @@
 
 namespace RefframeCli {
 
+using QvRefSystem::ObjectDescriptor;
 using QvRefSystem::ObjectDescriptors;
-using QvRefSystem::TObjectDescriptor;
 
 std::string TypeArgument(std::string_view typeName) {
   std::string argument(typeName);
@@ -15,14 +15,14 @@ std::string TypeArgument(std::string_view typeName) {
 
 std::vector<std::string> TypeArguments() {
   std::vector<std::string> arguments;
-  for (const TObjectDescriptor& type : ObjectDescriptors()) {
+  for (const ObjectDescriptor& type : ObjectDescriptors()) {
     arguments.push_back(TypeArgument(type.typeName));
   }
   return arguments;
 }
 
-const TObjectDescriptor* TypeOfArgument(std::string_view argument) {
-  for (const TObjectDescriptor& type : ObjectDescriptors()) {
+const ObjectDescriptor* TypeOfArgument(std::string_view argument) {
+  for (const ObjectDescriptor& type : ObjectDescriptors()) {
     if (TypeArgument(type.typeName) == argument) return &type;
   }
   return nullptr;

@@ -13,6 +13,6 @@ namespace RefframeCli {
 /// All of them, by object type code.
 [[nodiscard]] std::vector<std::string> TypeArguments();
 /// Null for any other text.
-[[nodiscard]] const QvRefSystem::TObjectDescriptor* TypeOfArgument(std::string_view argument);
+[[nodiscard]] const QvRefSystem::ObjectDescriptor* TypeOfArgument(std::string_view argument);
 
 }  // namespace RefframeCli

@@ -5,20 +5,20 @@
 #include <vector>
 
 #include "apps/cli/command_error.h"
+#include "assembly/processor_set.h"
 #include "platform/text/text.h"
-#include "processors/processor_set.h"
 
 namespace RefframeCli {
 
 namespace fs = std::filesystem;
-using QvPlatform::TMatch;
+using QvPlatform::RowMatch;
+using QvPlatform::RowView;
 using QvPlatform::TQvDataSet;
-using QvPlatform::TRowView;
+using QvRefSystem::ObjectDescriptor;
+using QvRefSystem::ParamTag;
 using QvRefSystem::TableId;
 using QvRefSystem::TableOf;
 using QvRefSystem::TableSpec;
-using QvRefSystem::TObjectDescriptor;
-using QvRefSystem::TParamTag;
 using QvRefSystem::TQvRfDataProcessor;
 
 namespace {
@@ -56,28 +56,28 @@ std::string MissingTable(const std::string& path) {
 }
 
 // Keys of the records that a match finds, each once, in table order.
-std::vector<int> KeysOf(const TQvDataSet& dataSet, const TMatch& match, int keyField) {
+std::vector<int> KeysOf(const TQvDataSet& dataSet, const RowMatch& match, int keyField) {
   std::vector<int> keys;
-  for (const TRowView row : dataSet.FindAll({match}))
+  for (const RowView row : dataSet.FindAll({match}))
     keys.push_back(row.GetInteger(keyField));
   return keys;
 }
 
 // Keys of the objects of a type whose exchange code is `code`. Rows of codes outlive their owner,
 // so one without it counts for nothing.
-std::vector<int> KeysOfCode(QvRefSystem::TdatamoduleQvRfData& data, const TObjectDescriptor& type,
+std::vector<int> KeysOfCode(QvRefSystem::TdatamoduleQvRfData& data, const ObjectDescriptor& type,
                             int code) {
   TQvDataSet& values = data.datasetParamValue;
   const auto field = [&](const char* name) { return values.FieldByName(name).GetIndex(); };
   TQvDataSet& owners = data.DataSet(type.table);
   const int ownerKey = owners.FieldByName(TableOf(type.table).keyField).GetIndex();
   std::vector<int> keys;
-  for (const TRowView row :
-       values.FindAll({TMatch::Text(field("VALUE"), std::to_string(code)),
-                       TMatch::Integer(field("PARAM_TAG"), static_cast<int>(TParamTag::kGeoTiff)),
-                       TMatch::Integer(field("OWNER_CONTENT"), static_cast<int>(type.type))})) {
+  for (const RowView row :
+       values.FindAll({RowMatch::Text(field("VALUE"), std::to_string(code)),
+                       RowMatch::Integer(field("PARAM_TAG"), static_cast<int>(ParamTag::kGeoTiff)),
+                       RowMatch::Integer(field("OWNER_CONTENT"), static_cast<int>(type.type))})) {
     const int key = row.GetInteger(field("OWNER_ID"));
-    if (owners.FindFirst({TMatch::Integer(ownerKey, key)}) && !std::ranges::count(keys, key)) {
+    if (owners.FindFirst({RowMatch::Integer(ownerKey, key)}) && !std::ranges::count(keys, key)) {
       keys.push_back(key);
     }
   }
@@ -101,7 +101,7 @@ bool IsContainer(std::string_view path) {
   return path.ends_with(kContainerSuffix);
 }
 
-TOpenDatabase::TOpenDatabase(const std::string& path, TTerminalInterface& ui)
+OpenedDatabase::OpenedDatabase(const std::string& path, TerminalInterface& ui)
     : data_(QvRefSystem::MakeDataModule(ui)) {
   RequirePlace(path);
   data_->DatabasePath = path;
@@ -114,7 +114,7 @@ TOpenDatabase::TOpenDatabase(const std::string& path, TTerminalInterface& ui)
   throw CommandError(reason.empty() ? reason : path + ": " + reason);
 }
 
-TQvRfDataProcessor& TOpenDatabase::Processor(const TObjectDescriptor& type) {
+TQvRfDataProcessor& OpenedDatabase::Processor(const ObjectDescriptor& type) {
   TQvRfDataProcessor* processor = QvRefSystem::ProcessorFor(*data_, static_cast<int>(type.type));
   if (processor == nullptr) {
     throw CommandError("this version only lists a " + std::string(type.typeName));
@@ -122,16 +122,17 @@ TQvRfDataProcessor& TOpenDatabase::Processor(const TObjectDescriptor& type) {
   return *processor;
 }
 
-int TOpenDatabase::KeyOf(const TObjectDescriptor& type, const std::string& object) {
+int OpenedDatabase::KeyOf(const ObjectDescriptor& type, const std::string& object) {
   int number = 0;
   if (ParsePositive(object, &number)) return number;
   std::vector<int> keys;
   if (object.starts_with(kNamePrefix)) {
     TQvDataSet& dataSet = data_->DataSet(type.table);
     const std::string name = object.substr(kNamePrefix.size());
-    keys = KeysOf(
-        dataSet, TMatch::Folded(dataSet.FieldByName("NAME").GetIndex(), QvPlatform::FoldName(name)),
-        dataSet.FieldByName(TableOf(type.table).keyField).GetIndex());
+    keys =
+        KeysOf(dataSet,
+               RowMatch::Folded(dataSet.FieldByName("NAME").GetIndex(), QvPlatform::FoldName(name)),
+               dataSet.FieldByName(TableOf(type.table).keyField).GetIndex());
   } else if (EpsgCodeOf(object, &number)) {
     keys = KeysOfCode(*data_, type, number);
   } else {
@@ -146,8 +147,8 @@ int TOpenDatabase::KeyOf(const TObjectDescriptor& type, const std::string& objec
                      list);
 }
 
-TQvRfDataProcessor& TOpenDatabase::Locate(const TObjectDescriptor& type,
-                                          const std::string& object) {
+TQvRfDataProcessor& OpenedDatabase::Locate(const ObjectDescriptor& type,
+                                           const std::string& object) {
   TQvRfDataProcessor& processor = Processor(type);
   const int key = KeyOf(type, object);
   if (key < 1 || !processor.LocateKey(key)) {

@@ -18,22 +18,22 @@ namespace RefframeCli {
 [[nodiscard]] bool EpsgCodeOf(std::string_view object, int* code);
 
 /// A database that is open for one command.
-class TOpenDatabase {
+class OpenedDatabase {
  public:
   /// Throws CommandError, saying what refused, if there is no database or it does not open.
-  TOpenDatabase(const std::string& path, TTerminalInterface& ui);
+  OpenedDatabase(const std::string& path, TerminalInterface& ui);
 
   [[nodiscard]] QvRefSystem::TdatamoduleQvRfData& Data() { return *data_; }
   [[nodiscard]] QvRefSystem::TQvRfDataProcessor& Processor(
-      const QvRefSystem::TObjectDescriptor& type);
+      const QvRefSystem::ObjectDescriptor& type);
   /// Makes the object that the argument names the current record of its processor. The argument is
   /// a key, "epsg:CODE" or "name:TEXT". Throws CommandError if no object, or more than one, is
   /// named by it, and UsageError for a text of another form.
-  QvRefSystem::TQvRfDataProcessor& Locate(const QvRefSystem::TObjectDescriptor& type,
+  QvRefSystem::TQvRfDataProcessor& Locate(const QvRefSystem::ObjectDescriptor& type,
                                           const std::string& object);
 
  private:
-  [[nodiscard]] int KeyOf(const QvRefSystem::TObjectDescriptor& type, const std::string& object);
+  [[nodiscard]] int KeyOf(const QvRefSystem::ObjectDescriptor& type, const std::string& object);
 
   std::unique_ptr<QvRefSystem::TdatamoduleQvRfData> data_;
 };

@@ -19,11 +19,11 @@ namespace {
 
 // One line that is written again each time a further hundredth is done. Work whose number of steps
 // is not known shows that it goes on.
-class TTerminalProgress final : public QvPlatform::TProgress {
+class TerminalProgress final : public QvPlatform::TProgress {
  public:
-  TTerminalProgress(std::ostream& err, std::string title, int count)
+  TerminalProgress(std::ostream& err, std::string title, int count)
       : err_(err), title_(std::move(title)), count_(count) {}
-  ~TTerminalProgress() override {
+  ~TerminalProgress() override {
     if (shown_ >= 0) err_ << "\r\x1b[K" << std::flush;
   }
   bool Next() override {
@@ -59,17 +59,17 @@ class TTerminalProgress final : public QvPlatform::TProgress {
   std::chrono::steady_clock::time_point last_;
 };
 
-class TSilentProgress final : public QvPlatform::TProgress {
+class SilentProgress final : public QvPlatform::TProgress {
  public:
   bool Next() override { return true; }
 };
 
 }  // namespace
 
-TTerminalInterface::TTerminalInterface(TTerminal terminal, bool assumeYes)
+TerminalInterface::TerminalInterface(Terminal terminal, bool assumeYes)
     : terminal_(terminal), assumeYes_(assumeYes) {}
 
-bool TTerminalInterface::Confirm(const std::string& question) {
+bool TerminalInterface::Confirm(const std::string& question) {
   if (assumeYes_) return true;
   if (!terminal_.interactive) {
     hasReported_ = true;
@@ -82,8 +82,8 @@ bool TTerminalInterface::Confirm(const std::string& question) {
   return answer == "y" || answer == "Y" || answer == "yes";
 }
 
-MessageAnswer TTerminalInterface::ShowMessage(MessageKind kind, const std::string& text,
-                                              MessageButtons buttons) {
+MessageAnswer TerminalInterface::ShowMessage(MessageKind kind, const std::string& text,
+                                             MessageButtons buttons) {
   if (buttons == MessageButtons::kYesNo) {
     return Confirm(text) ? MessageAnswer::kYes : MessageAnswer::kNo;
   }
@@ -92,9 +92,9 @@ MessageAnswer TTerminalInterface::ShowMessage(MessageKind kind, const std::strin
   return MessageAnswer::kOk;
 }
 
-QvPlatform::UsedByAnswer TTerminalInterface::ShowUsedBy(QvPlatform::TComponent* /*owner*/,
-                                                        std::span<const QvPlatform::UsedByRow> rows,
-                                                        bool /*viewAllowed*/) {
+QvPlatform::UsedByAnswer TerminalInterface::ShowUsedBy(QvPlatform::TComponent* /*owner*/,
+                                                       std::span<const QvPlatform::UsedByRow> rows,
+                                                       bool /*viewAllowed*/) {
   hasReported_ = true;
   terminal_.err << "refframe: " << QvPlatform::SystemText(QvPlatform::TextId::kUsedBy) << "\n";
   for (const QvPlatform::UsedByRow& row : rows) {
@@ -104,11 +104,11 @@ QvPlatform::UsedByAnswer TTerminalInterface::ShowUsedBy(QvPlatform::TComponent* 
   return QvPlatform::UsedByAnswer::kClosed;
 }
 
-std::unique_ptr<QvPlatform::TProgress> TTerminalInterface::StartProgress(int /*options*/,
-                                                                         const std::string& title,
-                                                                         int count) {
-  if (!terminal_.interactive) return std::make_unique<TSilentProgress>();
-  return std::make_unique<TTerminalProgress>(terminal_.err, title, count);
+std::unique_ptr<QvPlatform::TProgress> TerminalInterface::StartProgress(int /*options*/,
+                                                                        const std::string& title,
+                                                                        int count) {
+  if (!terminal_.interactive) return std::make_unique<SilentProgress>();
+  return std::make_unique<TerminalProgress>(terminal_.err, title, count);
 }
 
 }  // namespace RefframeCli

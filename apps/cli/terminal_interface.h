@@ -11,10 +11,10 @@ namespace RefframeCli {
 
 /// Asks the user of a terminal. Messages go to its error stream. A question without a person to
 /// answer it is answered No, and the message tells how to say Yes beforehand.
-class TTerminalInterface final : public QvPlatform::TUserInterface {
+class TerminalInterface final : public QvPlatform::TUserInterface {
  public:
   /// `assumeYes`: every question is answered Yes without being asked.
-  TTerminalInterface(TTerminal terminal, bool assumeYes);
+  TerminalInterface(Terminal terminal, bool assumeYes);
 
   QvPlatform::MessageAnswer ShowMessage(QvPlatform::MessageKind kind, const std::string& text,
                                         QvPlatform::MessageButtons buttons) override;
@@ -31,7 +31,7 @@ class TTerminalInterface final : public QvPlatform::TUserInterface {
  private:
   [[nodiscard]] bool Confirm(const std::string& question);
 
-  TTerminal terminal_;
+  Terminal terminal_;
   bool assumeYes_;
   bool hasReported_ = false;
 };

@@ -17,7 +17,7 @@ using QvRefSystem::TShellReferenceSystem;
 
 namespace {
 
-std::unique_ptr<TShellReferenceSystem> OpenSystem(TOpenDatabase& database,
+std::unique_ptr<TShellReferenceSystem> OpenSystem(OpenedDatabase& database,
                                                   const std::string& object) {
   const auto& type = DescriptorOf(QvRefSystem::TObjectType::kReferenceSystem);
   QvCommonUtils::TStringTree tree;
@@ -31,10 +31,10 @@ std::unique_ptr<TShellReferenceSystem> OpenSystem(TOpenDatabase& database,
 }
 
 /// Points on their way, many at a time: the systems work on arrays.
-class TPointStream {
+class PointStream {
  public:
-  TPointStream(const TShellReferenceSystem& from, const TShellReferenceSystem& to, bool notation,
-               TTerminal terminal)
+  PointStream(const TShellReferenceSystem& from, const TShellReferenceSystem& to, bool notation,
+              Terminal terminal)
       : from_(from), to_(to), notation_(notation), terminal_(terminal) {}
 
   // Lines that are answered together.
@@ -113,7 +113,7 @@ class TPointStream {
   const TShellReferenceSystem& from_;
   const TShellReferenceSystem& to_;
   const bool notation_;
-  TTerminal terminal_;
+  Terminal terminal_;
   std::vector<Answer> answers_;
   std::vector<TShellPoint> points_;
   std::string text_;
@@ -122,20 +122,20 @@ class TPointStream {
 
 }  // namespace
 
-int TransformPoints(const TRequest& request, TTerminal terminal) {
+int TransformPoints(const Request& request, Terminal terminal) {
   constexpr std::size_t kBlock = 8192;
-  TTerminalInterface ui(terminal, false);
-  TOpenDatabase database(request.database, ui);
+  TerminalInterface ui(terminal, false);
+  OpenedDatabase database(request.database, ui);
   const auto from = OpenSystem(database, request.from);
   const auto to = OpenSystem(database, request.to);
   // Two systems that cannot meet are told of ahead of any point.
   (void)from->Transform(*to, {});
-  TPointStream stream(*from, *to, request.showNotation, terminal);
+  PointStream stream(*from, *to, request.showNotation, terminal);
   stream.Run(request.lineByLine || terminal.interactive ? 1 : kBlock);
   return stream.HasFailed() ? kFailed : kSucceeded;
 }
 
-int ListGeoids(const TRequest& /*request*/, TTerminal terminal) {
+int ListGeoids(const Request& /*request*/, Terminal terminal) {
   std::map<int, std::string> geoids;
   if (!QvRefSystem::GetSystemGeoidsList(&geoids)) {
     throw CommandError("no grid of a geoid is found on this machine");

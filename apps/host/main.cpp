@@ -9,16 +9,16 @@
 #include <QTranslator>
 
 #include "apps/host/main_window.h"
-#include "dialogs/used_by_list.h"
+#include "dialogs/select/used_by_list.h"
 
 namespace {
 
 // The editor's libraries, up for as long as the window lives.
-struct TLibraries {
-  TLibraries() { QvRefSystem::_QvGeoRefFrameEditor_Initialize(); }
-  ~TLibraries() { QvRefSystem::_QvGeoRefFrameEditor_Finalize(); }
-  TLibraries(const TLibraries&) = delete;
-  TLibraries& operator=(const TLibraries&) = delete;
+struct Libraries {
+  Libraries() { QvRefSystem::_QvGeoRefFrameEditor_Initialize(); }
+  ~Libraries() { QvRefSystem::_QvGeoRefFrameEditor_Finalize(); }
+  Libraries(const Libraries&) = delete;
+  Libraries& operator=(const Libraries&) = delete;
 };
 
 }  // namespace
@@ -45,7 +45,7 @@ int main(int argc, char** argv) {
   if (toolkit.load(QLocale(), "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
     QApplication::installTranslator(&toolkit);
   }
-  const TLibraries libraries;
+  const Libraries libraries;
   const auto ui = QvRefSystem::MakeDialogInterface();
   QSettings settings;
   QvRefSystem::TMainWindow window(settings, *ui);

@@ -22,8 +22,8 @@
 #include "apps/host/tree_view.h"
 #include "database/data_module.h"
 #include "database/storage_files.h"
-#include "dialogs/guarded.h"
-#include "dialogs/import_export.h"
+#include "dialogs/base/guarded.h"
+#include "dialogs/select/import_export.h"
 #include "platform/widgets/file_dialogs.h"
 #include "platform/widgets/qt_text.h"
 
@@ -136,7 +136,7 @@ void TMainWindow::BuildMenus() {
 
 void TMainWindow::BuildBrowseMenu() {
   QMenu* browse = menuBar()->addMenu(Translated("&Browse"));
-  for (const TObjectDescriptor& object : ObjectDescriptors()) {
+  for (const ObjectDescriptor& object : ObjectDescriptors()) {
     QString text = QvPlatform::SystemQText(object.displayName);
     if (!text.isEmpty()) text[0] = text[0].toUpper();
     QAction* action = browse->addAction(text + QStringLiteral("..."));
@@ -290,7 +290,7 @@ void TMainWindow::SaveTree() {
       {Translated(kTreeFilter), kXmlFilter, ToQt(MakeFileName(FromQt(NameOfTree(tree_))))});
   if (file.path.isEmpty()) return;
   WriteTreeFile(tree_, FromQt(file.path),
-                file.filterIndex == 1 ? TObjectFileForm::kText : TObjectFileForm::kXml);
+                file.filterIndex == 1 ? ObjectFileForm::kText : ObjectFileForm::kXml);
 }
 
 void TMainWindow::AskFolder() {
@@ -306,7 +306,7 @@ void TMainWindow::AskContainer() {
 }
 
 void TMainWindow::AskOptions() {
-  TOptionsDialog dialog(options_, this);
+  OptionsDialog dialog(options_, this);
   dialog.setObjectName("optionsDialog");
   if (dialog.exec() != QDialog::Accepted) return;
   options_ = dialog.Options();

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "apps/host/options_dialog.h"
-#include "processors/string_tree.h"
+#include "platform/data/string_tree.h"
 
 class QAction;
 class QLabel;
@@ -59,7 +59,7 @@ class TMainWindow final : public QMainWindow {
   QSettings& settings_;
   QvPlatform::TUserInterface& ui_;
   TQvGeoRefFrameEditor editor_;
-  THostOptions options_;
+  HostOptions options_;
   QvCommonUtils::TStringTree tree_;
   bool hasTree_ = false;
 

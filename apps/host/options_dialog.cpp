@@ -16,7 +16,7 @@ namespace QvRefSystem {
 
 using QvPlatform::Translated;
 
-TOptionsDialog::TOptionsDialog(const THostOptions& options, QWidget* parent)
+OptionsDialog::OptionsDialog(const HostOptions& options, QWidget* parent)
     : QDialog(parent), options_(options) {
   setWindowTitle(Translated("Dialog options"));
   auto* form = new QFormLayout(this);
@@ -45,15 +45,15 @@ TOptionsDialog::TOptionsDialog(const THostOptions& options, QWidget* parent)
   ShowColour();
 }
 
-THostOptions TOptionsDialog::Options() const {
-  THostOptions result = options_;
+HostOptions OptionsDialog::Options() const {
+  HostOptions result = options_;
   result.dialog.DialogMode = static_cast<std::int8_t>(comboMode_->currentData().toInt());
   result.dialog.ShowImportExport = chboxImportExport_->isChecked();
   result.rejectGeodetic = chboxRejectGeodetic_->isChecked();
   return result;
 }
 
-void TOptionsDialog::ChooseColour() {
+void OptionsDialog::ChooseColour() {
   const QColor chosen =
       QColorDialog::getColor(QvPlatform::ColourFromBgr(options_.dialog.ErrorColour), this);
   if (!chosen.isValid()) return;
@@ -61,7 +61,7 @@ void TOptionsDialog::ChooseColour() {
   ShowColour();
 }
 
-void TOptionsDialog::ShowColour() {
+void OptionsDialog::ShowColour() {
   const QColor colour = QvPlatform::ColourFromBgr(options_.dialog.ErrorColour);
   QPixmap sample(btnColour_->iconSize());
   sample.fill(colour);

@@ -11,22 +11,22 @@ class QPushButton;
 namespace QvRefSystem {
 
 /// What the host tells the editor, and the demand that it makes of a choice.
-struct THostOptions {
+struct HostOptions {
   TQvGeoRefFrameDialogOptions dialog;
   bool rejectGeodetic = false;
 };
 
 /// Lets the user change the host's options; the database stays as it is.
-class TOptionsDialog final : public QDialog {
+class OptionsDialog final : public QDialog {
  public:
-  TOptionsDialog(const THostOptions& options, QWidget* parent);
-  [[nodiscard]] THostOptions Options() const;
+  OptionsDialog(const HostOptions& options, QWidget* parent);
+  [[nodiscard]] HostOptions Options() const;
 
  private:
   void ChooseColour();
   void ShowColour();
 
-  THostOptions options_;
+  HostOptions options_;
   QComboBox* comboMode_ = nullptr;
   QPushButton* btnColour_ = nullptr;
   QCheckBox* chboxImportExport_ = nullptr;

@@ -68,7 +68,7 @@ QString KindText(SystemKind kind) {
   return Translated(kTexts.at(static_cast<std::size_t>(kind) - 1));
 }
 
-class TLines {
+class Lines {
  public:
   void Add(const char* label, const std::string& value) {
     if (!value.empty()) lines_ << Translated(label) + QStringLiteral(": ") + ToQt(value);
@@ -90,7 +90,7 @@ std::string UnitOf(const ProjectionModel& projection, int parameterCode) {
   return unit ? " " + unit->name : std::string();
 }
 
-void DescribeProjection(const ProjectionModel& projection, TLines* lines) {
+void DescribeProjection(const ProjectionModel& projection, Lines* lines) {
   lines->Add(Translatable("Map projection"), projection.name);
   for (const ProjectionParameterModel& parameter : projection.parameters) {
     lines->AddLine("    " + parameter.name + " = " + parameter.value +
@@ -98,7 +98,7 @@ void DescribeProjection(const ProjectionModel& projection, TLines* lines) {
   }
 }
 
-void DescribeEllipsoid(const EllipsoidModel& ellipsoid, TLines* lines) {
+void DescribeEllipsoid(const EllipsoidModel& ellipsoid, Lines* lines) {
   const std::string shape = ellipsoid.useF && ellipsoid.f != 0
                                 ? ", 1/f = " + QvPlatform::DoubleToText(1 / ellipsoid.f)
                                 : (ellipsoid.b.empty() ? "" : ", b = " + ellipsoid.b);
@@ -106,7 +106,7 @@ void DescribeEllipsoid(const EllipsoidModel& ellipsoid, TLines* lines) {
              ellipsoid.name + " (a = " + ellipsoid.a + shape + ", " + ellipsoid.unit.name + ")");
 }
 
-void DescribeHeights(const SystemModel& model, TLines* lines) {
+void DescribeHeights(const SystemModel& model, Lines* lines) {
   constexpr auto kLabel = Translatable("Heights");
   std::string geoid = std::to_string(model.geoidCode);
   if (model.geoidCode != 0) {
@@ -149,7 +149,7 @@ QStringList DescribeTree(const TStringTree& tree) {
   if (!ModelFromTree(&tree, &model, &error)) {
     return {Translated("This tree does not hold a whole reference system: %1").arg(ToQt(error))};
   }
-  TLines lines;
+  Lines lines;
   lines.Add(Translatable("Name"), model.name);
   lines.Add(Translatable("Description"), model.description);
   lines.Add(Translatable("Abbreviation"), model.abbreviation);

@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-#include "processors/string_tree.h"
+#include "platform/data/string_tree.h"
 
 class QTreeWidget;
 

@@ -22,9 +22,9 @@ constexpr std::uint32_t kMostParameters = 32;
 
 /// Takes values off the front of bytes that may hold anything. After a failure nothing more is
 /// taken, and Good() is false.
-class TBlockReader {
+class BlockReader {
  public:
-  explicit TBlockReader(std::string_view bytes) : rest_(bytes) {}
+  explicit BlockReader(std::string_view bytes) : rest_(bytes) {}
 
   [[nodiscard]] bool Good() const { return good_; }
   [[nodiscard]] bool AtEnd() const { return rest_.empty(); }
@@ -61,12 +61,12 @@ class TBlockReader {
     const auto isControl = [](unsigned char c) { return c < ' ' || c == 0x7F; };
     Require(IsUtf8(*text) && std::ranges::none_of(*text, isControl));
   }
-  void Take(std::vector<TLegacyParameter>* parameters) {
+  void Take(std::vector<LegacyParameter>* parameters) {
     std::uint32_t count = 0;
     Take(&count);
     Require(count <= kMostParameters);
     for (std::uint32_t i = 0; good_ && i < count; ++i) {
-      TLegacyParameter parameter;
+      LegacyParameter parameter;
       Take(&parameter.Code);
       Take(&parameter.Value);
       parameters->push_back(parameter);
@@ -78,7 +78,7 @@ class TBlockReader {
   bool good_ = true;
 };
 
-class TBlockWriter {
+class BlockWriter {
  public:
   void Number(std::uint64_t value, int size) {
     for (int i = 0; i < size; ++i, value >>= 8U)
@@ -92,9 +92,9 @@ class TBlockWriter {
     Number(kept.size(), 2);
     bytes_ += kept;
   }
-  void Take(const std::vector<TLegacyParameter>* parameters) {
+  void Take(const std::vector<LegacyParameter>* parameters) {
     Number(parameters->size(), 4);
-    for (const TLegacyParameter& parameter : *parameters) {
+    for (const LegacyParameter& parameter : *parameters) {
       Take(&parameter.Code);
       Take(&parameter.Value);
     }
@@ -128,9 +128,9 @@ void WalkMembers(Info& info, Walker* walker) {
   walker->Take(&info.Parameters);
 }
 
-class TBlockCTUI final : public TCTUI {
+class BlockCTUI final : public TCTUI {
  public:
-  explicit TBlockCTUI(const TBinaryBlock& block)
+  explicit BlockCTUI(const TBinaryBlock& block)
       : bytes_(static_cast<const char*>(block.Data), block.Size) {}
 
   bool GetUserSystemProjectionInfo311(TProjectionInfo311* info,
@@ -138,8 +138,8 @@ class TBlockCTUI final : public TCTUI {
     constexpr std::size_t kSumSize = 4;
     if (bytes_.size() < kSumSize) return false;
     const std::string_view body = bytes_.substr(0, bytes_.size() - kSumSize);
-    TBlockReader sum(bytes_.substr(body.size()));
-    TBlockReader reader(body);
+    BlockReader sum(bytes_.substr(body.size()));
+    BlockReader reader(body);
     std::uint32_t version = 0;
     std::uint32_t read = 0;
     reader.Require(Crc32(body) == sum.Number(kSumSize));
@@ -164,7 +164,7 @@ class TBlockCTUI final : public TCTUI {
 
 std::unique_ptr<TCTUI> CreateCTUI(const TBinaryBlock& block) {
   if (block.Data == nullptr || block.Size == 0) return nullptr;
-  return std::make_unique<TBlockCTUI>(block);
+  return std::make_unique<BlockCTUI>(block);
 }
 
 SQvCTUI_ProjectionInfo1 MakeProjectionInfo1(const TProjectionInfo311& info, std::uint32_t flags) {
@@ -186,7 +186,7 @@ std::int32_t LegacyZone(const SQvCTUI_ProjectionInfo1& info, double averageX, do
 }
 
 std::string WriteLegacyBlock(const TProjectionInfo311& info, std::uint32_t flags) {
-  TBlockWriter writer;
+  BlockWriter writer;
   writer.Raw(kMagic);
   writer.Number(kVersion, 4);
   writer.Number(flags, 4);

@@ -17,7 +17,7 @@ struct TBinaryBlock {
 };
 
 /// What the flag word tells; its other bits are 0. One of the three kinds is set.
-enum TLegacyFlags : std::uint32_t {
+enum LegacyFlags : std::uint32_t {
   kLegacyGeodetic = 1,
   kLegacyProjected = 2,
   kLegacyGeocentric = 4,
@@ -28,7 +28,7 @@ enum TLegacyFlags : std::uint32_t {
   kLegacyZones = 16,
 };
 
-struct TLegacyParameter {
+struct LegacyParameter {
   /// EPSG parameter code.
   std::int32_t Code = 0;
   /// Degrees, units of the system, or a plain number, by the kind of the parameter.
@@ -60,7 +60,7 @@ struct TProjectionInfo311 {
   double Shift[7] = {};
   /// Degrees from one zone's central meridian to the next one's.
   double ZoneWidth = 0;
-  std::vector<TLegacyParameter> Parameters;
+  std::vector<LegacyParameter> Parameters;
 };
 
 /// The same for whoever makes a system of it, with the flags one for one.

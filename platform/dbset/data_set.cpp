@@ -79,7 +79,7 @@ void TQvDataSet::Append() {
 void TQvDataSet::Edit() {
   impl_->Edit();
 }
-TRowView TQvDataSet::Post() {
+RowView TQvDataSet::Post() {
   return impl_->Post();
 }
 void TQvDataSet::Cancel() {
@@ -127,31 +127,31 @@ const TQvDbHeader& TQvDataSet::Header() const {
   return impl_->Header();
 }
 
-TRowView TQvDataSet::CurrentRow() const {
+RowView TQvDataSet::CurrentRow() const {
   return impl_->CurrentRow();
 }
-TRowView TQvDataSet::Row(int position) const {
+RowView TQvDataSet::Row(int position) const {
   return impl_->RowAt(position);
 }
 
-TRowView TQvDataSet::FindFirst(std::span<const TMatch> matches) const {
+RowView TQvDataSet::FindFirst(std::span<const RowMatch> matches) const {
   return impl_->FindFirst(matches);
 }
 
-TRowView TQvDataSet::FindFirst(std::initializer_list<TMatch> matches) const {
+RowView TQvDataSet::FindFirst(std::initializer_list<RowMatch> matches) const {
   return impl_->FindFirst({matches.begin(), matches.size()});
 }
 
-std::vector<TRowView> TQvDataSet::FindAll(std::initializer_list<TMatch> matches,
-                                          TRowScope scope) const {
+std::vector<RowView> TQvDataSet::FindAll(std::initializer_list<RowMatch> matches,
+                                         RowScope scope) const {
   return impl_->FindAll({matches.begin(), matches.size()}, scope);
 }
 
-int TQvDataSet::PositionOf(TRowView row) const {
+int TQvDataSet::PositionOf(RowView row) const {
   return impl_->PositionOf(row);
 }
 
-bool TQvDataSet::MoveTo(TRowView row) {
+bool TQvDataSet::MoveTo(RowView row) {
   const int position = impl_->PositionOf(row);
   if (position < 0) return false;
   impl_->MoveTo(position);

@@ -102,9 +102,9 @@ class TField {
 };
 
 /// A row seen without moving the cursor. Valid until the data set next changes.
-class TRowView {
+class RowView {
  public:
-  TRowView() = default;
+  RowView() = default;
   explicit operator bool() const { return row_ != nullptr; }
   [[nodiscard]] int GetInteger(int field) const;
   [[nodiscard]] double GetFloat(int field) const;
@@ -113,7 +113,7 @@ class TRowView {
   /// The content of any field as text, as TField::AsString gives it.
   [[nodiscard]] std::string GetString(int field) const;
   /// Two views are equal when they see the same row.
-  bool operator==(const TRowView&) const = default;
+  bool operator==(const RowView&) const = default;
 
  private:
   friend class DataSetImpl;
@@ -121,26 +121,26 @@ class TRowView {
 };
 
 /// One condition of a look-up.
-struct TMatch {
+struct RowMatch {
   enum class Kind { kInteger, kText, kFolded };
   int field = -1;
   Kind kind = Kind::kInteger;
   int integer = 0;
   std::string text;
 
-  static TMatch Integer(int field, int value) { return {field, Kind::kInteger, value, {}}; }
+  static RowMatch Integer(int field, int value) { return {field, Kind::kInteger, value, {}}; }
   /// Equal character for character.
-  static TMatch Text(int field, std::string value) {
+  static RowMatch Text(int field, std::string value) {
     return {field, Kind::kText, 0, std::move(value)};
   }
   /// Equal after trimming and upper-casing; `folded` is FoldName of the text looked for.
-  static TMatch Folded(int field, std::string folded) {
+  static RowMatch Folded(int field, std::string folded) {
     return {field, Kind::kFolded, 0, std::move(folded)};
   }
 };
 
 /// Which rows a look-up sees: those that show under the filter, or all of the table.
-enum class TRowScope { kShown, kAll };
+enum class RowScope { kShown, kAll };
 
 enum class DataSetState { kInactive, kBrowse, kEdit, kInsert };
 
@@ -184,7 +184,7 @@ class TQvDataSet {
   /// Durable when it returns, unless a TQvWriteGroup is open. On failure throws DataSetError (or
   /// StorageError), with the pending change still pending, or cancelled for StaleRecordError. Gives
   /// the row that was written: one that the filter hides is not current afterwards.
-  TRowView Post();
+  RowView Post();
   void Cancel();
   /// Removes the current row; the next one becomes current, or the last one.
   void Delete();
@@ -201,18 +201,18 @@ class TQvDataSet {
   [[nodiscard]] const TQvDbHeader& Header() const;
 
   /// The current row (or the pending one in edit and append state); empty in an empty table.
-  [[nodiscard]] TRowView CurrentRow() const;
-  [[nodiscard]] TRowView Row(int position) const;
+  [[nodiscard]] RowView CurrentRow() const;
+  [[nodiscard]] RowView Row(int position) const;
   /// The first row in table order that meets all conditions (at least one); empty if none.
-  [[nodiscard]] TRowView FindFirst(std::span<const TMatch> matches) const;
-  [[nodiscard]] TRowView FindFirst(std::initializer_list<TMatch> matches) const;
+  [[nodiscard]] RowView FindFirst(std::span<const RowMatch> matches) const;
+  [[nodiscard]] RowView FindFirst(std::initializer_list<RowMatch> matches) const;
   /// All such rows in table order; kAll also gives those that the filter hides.
-  [[nodiscard]] std::vector<TRowView> FindAll(std::initializer_list<TMatch> matches,
-                                              TRowScope scope = TRowScope::kShown) const;
+  [[nodiscard]] std::vector<RowView> FindAll(std::initializer_list<RowMatch> matches,
+                                             RowScope scope = RowScope::kShown) const;
   /// Place of a row in the order, from 0; -1 for a row that does not show.
-  [[nodiscard]] int PositionOf(TRowView row) const;
+  [[nodiscard]] int PositionOf(RowView row) const;
   /// Moves to that row; false and unmoved if it does not show.
-  bool MoveTo(TRowView row);
+  bool MoveTo(RowView row);
 
  private:
   friend class DataSetImpl;

@@ -200,29 +200,29 @@ const Row* DataSetImpl::Current() const {
   return Active() && position_ >= 0 ? rows_->At(position_) : nullptr;
 }
 
-TRowView DataSetImpl::View(const Row* row) {
-  TRowView view;
+RowView DataSetImpl::View(const Row* row) {
+  RowView view;
   view.row_ = row;
   return view;
 }
 
-TRowView DataSetImpl::RowAt(int position) const {
-  return position >= 0 && position < Count() ? View(rows_->At(position)) : TRowView();
+RowView DataSetImpl::RowAt(int position) const {
+  return position >= 0 && position < Count() ? View(rows_->At(position)) : RowView();
 }
 
-TRowView DataSetImpl::FindFirst(std::span<const TMatch> matches) const {
-  return Active() ? View(rows_->FindFirst(matches)) : TRowView();
+RowView DataSetImpl::FindFirst(std::span<const RowMatch> matches) const {
+  return Active() ? View(rows_->FindFirst(matches)) : RowView();
 }
 
-std::vector<TRowView> DataSetImpl::FindAll(std::span<const TMatch> matches, TRowScope scope) const {
-  std::vector<TRowView> views;
+std::vector<RowView> DataSetImpl::FindAll(std::span<const RowMatch> matches, RowScope scope) const {
+  std::vector<RowView> views;
   if (!Active()) return views;
   for (const Row* row : rows_->FindAll(matches, scope))
     views.push_back(View(row));
   return views;
 }
 
-int DataSetImpl::PositionOf(TRowView row) const {
+int DataSetImpl::PositionOf(RowView row) const {
   if (!Active() || !row) return -1;
   if (row.row_ == &pending_) return state_ == DataSetState::kEdit ? position_ : -1;
   return rows_->PositionOf(static_cast<const Row*>(row.row_));
@@ -294,7 +294,7 @@ void DataSetImpl::FillMandatory() {
   }
 }
 
-TRowView DataSetImpl::Post() {
+RowView DataSetImpl::Post() {
   RequireActive();
   if (!Changing()) throw DataSetError("there is no change to post");
   FillMandatory();

@@ -38,7 +38,7 @@ class DataSetImpl {
 
   void Append();
   void Edit();
-  TRowView Post();
+  RowView Post();
   void Cancel();
   void Delete();
 
@@ -51,12 +51,12 @@ class DataSetImpl {
   /// That of the last Open.
   [[nodiscard]] const TQvDbHeader& Header() const { return header_; }
 
-  [[nodiscard]] TRowView CurrentRow() const { return View(Current()); }
-  [[nodiscard]] TRowView RowAt(int position) const;
-  [[nodiscard]] TRowView FindFirst(std::span<const TMatch> matches) const;
-  [[nodiscard]] std::vector<TRowView> FindAll(std::span<const TMatch> matches,
-                                              TRowScope scope) const;
-  [[nodiscard]] int PositionOf(TRowView row) const;
+  [[nodiscard]] RowView CurrentRow() const { return View(Current()); }
+  [[nodiscard]] RowView RowAt(int position) const;
+  [[nodiscard]] RowView FindFirst(std::span<const RowMatch> matches) const;
+  [[nodiscard]] std::vector<RowView> FindAll(std::span<const RowMatch> matches,
+                                             RowScope scope) const;
+  [[nodiscard]] int PositionOf(RowView row) const;
 
   /// The content of a field of the current or pending row.
   [[nodiscard]] const detail::Cell& Content(int field) const;
@@ -92,7 +92,7 @@ class DataSetImpl {
   void Place(int position);
   void MoveCursor(int position, bool bof, bool eof);
   [[nodiscard]] const detail::Row* Current() const;
-  static TRowView View(const detail::Row* row);
+  static RowView View(const detail::Row* row);
 
   void BeforeWrite();
   void FillMandatory();

@@ -85,19 +85,19 @@ void TField::Clear() {
   owner_->SetContent(index_, {});
 }
 
-int TRowView::GetInteger(int field) const {
+int RowView::GetInteger(int field) const {
   return row_ != nullptr ? detail::CellInteger(RowOf(row_).At(field)) : 0;
 }
 
-double TRowView::GetFloat(int field) const {
+double RowView::GetFloat(int field) const {
   return row_ != nullptr ? detail::CellFloat(RowOf(row_).At(field)) : 0.0;
 }
 
-const std::string& TRowView::GetText(int field) const {
+const std::string& RowView::GetText(int field) const {
   return detail::CellText(row_ != nullptr ? RowOf(row_).At(field) : detail::kNoContent);
 }
 
-std::string TRowView::GetString(int field) const {
+std::string RowView::GetString(int field) const {
   return row_ != nullptr ? detail::CellString(RowOf(row_).At(field)) : std::string();
 }
 

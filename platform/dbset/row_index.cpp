@@ -24,7 +24,7 @@ constexpr std::uint64_t Mix(std::uint64_t x) {
   return x;
 }
 
-std::uint64_t SeedOf(int field, TMatch::Kind kind) {
+std::uint64_t SeedOf(int field, RowMatch::Kind kind) {
   const auto number = static_cast<std::uint64_t>(static_cast<unsigned>(field));
   return Mix((number << 8) + static_cast<std::uint64_t>(kind) + 1);
 }
@@ -45,17 +45,17 @@ RowIndex::RowIndex(std::vector<IndexPart> parts, const RowOrder& order)
     part.seed = SeedOf(part.field, part.kind);
 }
 
-const IndexPart* RowIndex::PartOf(const TMatch& match) const {
+const IndexPart* RowIndex::PartOf(const RowMatch& match) const {
   for (const IndexPart& part : parts_) {
     if (part.field == match.field && part.kind == match.kind) return &part;
   }
   return nullptr;
 }
 
-bool RowIndex::Serves(std::span<const TMatch> matches) const {
+bool RowIndex::Serves(std::span<const RowMatch> matches) const {
   return matches.size() == parts_.size() &&
          std::ranges::all_of(matches,
-                             [this](const TMatch& match) { return PartOf(match) != nullptr; });
+                             [this](const RowMatch& match) { return PartOf(match) != nullptr; });
 }
 
 // The hashes of the parts are added up, so that the order of the conditions does not matter.
@@ -65,13 +65,13 @@ std::uint64_t RowIndex::HashOf(const Row& row) const {
   for (const IndexPart& part : parts_) {
     std::uint64_t content = 0;
     switch (part.kind) {
-      case TMatch::Kind::kInteger:
+      case RowMatch::Kind::kInteger:
         content = IntegerHash(CellInteger(row.At(part.field)));
         break;
-      case TMatch::Kind::kText:
+      case RowMatch::Kind::kText:
         content = TextHash(CellText(row.At(part.field)));
         break;
-      case TMatch::Kind::kFolded:
+      case RowMatch::Kind::kFolded:
         content = TextHash(row.folded[part.foldSlot]);
         break;
     }
@@ -80,25 +80,25 @@ std::uint64_t RowIndex::HashOf(const Row& row) const {
   return hash;
 }
 
-std::uint64_t RowIndex::HashOf(std::span<const TMatch> matches) const {
+std::uint64_t RowIndex::HashOf(std::span<const RowMatch> matches) const {
   std::uint64_t hash = 0;
-  for (const TMatch& match : matches) {
-    const bool isNumber = match.kind == TMatch::Kind::kInteger;
+  for (const RowMatch& match : matches) {
+    const bool isNumber = match.kind == RowMatch::Kind::kInteger;
     hash +=
         Mix((isNumber ? IntegerHash(match.integer) : TextHash(match.text)) ^ PartOf(match)->seed);
   }
   return hash;
 }
 
-bool RowIndex::Meets(const Row& row, std::span<const TMatch> matches, TRowScope scope) const {
-  if (scope == TRowScope::kShown && !row.shows) return false;
-  return std::ranges::all_of(matches, [this, &row](const TMatch& match) {
+bool RowIndex::Meets(const Row& row, std::span<const RowMatch> matches, RowScope scope) const {
+  if (scope == RowScope::kShown && !row.shows) return false;
+  return std::ranges::all_of(matches, [this, &row](const RowMatch& match) {
     switch (match.kind) {
-      case TMatch::Kind::kInteger:
+      case RowMatch::Kind::kInteger:
         return CellInteger(row.At(match.field)) == match.integer;
-      case TMatch::Kind::kText:
+      case RowMatch::Kind::kText:
         return CellText(row.At(match.field)) == match.text;
-      case TMatch::Kind::kFolded:
+      case RowMatch::Kind::kFolded:
         break;
     }
     return row.folded[PartOf(match)->foldSlot] == match.text;
@@ -170,17 +170,17 @@ void RowIndex::Remove(const Row* row) {
   }
 }
 
-const Row* RowIndex::FindFirst(std::span<const TMatch> matches) const {
+const Row* RowIndex::FindFirst(std::span<const RowMatch> matches) const {
   const Bucket& bucket = buckets_[PlaceOf(HashOf(matches))];
   if (bucket.first == nullptr) return nullptr;
-  if (Meets(*bucket.first, matches, TRowScope::kShown)) return bucket.first;
+  if (Meets(*bucket.first, matches, RowScope::kShown)) return bucket.first;
   if (bucket.more == nullptr) return nullptr;
   const auto found = std::ranges::find_if(
-      *bucket.more, [&](const Row* row) { return Meets(*row, matches, TRowScope::kShown); });
+      *bucket.more, [&](const Row* row) { return Meets(*row, matches, RowScope::kShown); });
   return found != bucket.more->end() ? *found : nullptr;
 }
 
-void RowIndex::FindAll(std::span<const TMatch> matches, TRowScope scope,
+void RowIndex::FindAll(std::span<const RowMatch> matches, RowScope scope,
                        std::vector<const Row*>* found) const {
   const Bucket& bucket = buckets_[PlaceOf(HashOf(matches))];
   if (bucket.first == nullptr) return;

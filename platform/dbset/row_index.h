@@ -16,7 +16,7 @@ class RowOrder;
 /// Which fields a look-up compares, and how.
 struct IndexPart {
   int field = -1;
-  TMatch::Kind kind = TMatch::Kind::kInteger;
+  RowMatch::Kind kind = RowMatch::Kind::kInteger;
   /// Where Row::folded holds the folded content; only for folded parts.
   std::size_t foldSlot = 0;
   /// What sets the hash of this part apart from that of equal contents in others.
@@ -30,13 +30,13 @@ class RowIndex {
   RowIndex(std::vector<IndexPart> parts, const RowOrder& order);
 
   /// Whether the index serves these conditions, whatever their order. None may come twice.
-  [[nodiscard]] bool Serves(std::span<const TMatch> matches) const;
+  [[nodiscard]] bool Serves(std::span<const RowMatch> matches) const;
   void Add(Row* row);
   /// Has to be called while the row is still as it was when it was added.
   void Remove(const Row* row);
   /// Of the rows that show.
-  [[nodiscard]] const Row* FindFirst(std::span<const TMatch> matches) const;
-  void FindAll(std::span<const TMatch> matches, TRowScope scope,
+  [[nodiscard]] const Row* FindFirst(std::span<const RowMatch> matches) const;
+  void FindAll(std::span<const RowMatch> matches, RowScope scope,
                std::vector<const Row*>* found) const;
 
  private:
@@ -49,9 +49,9 @@ class RowIndex {
   };
 
   [[nodiscard]] std::uint64_t HashOf(const Row& row) const;
-  [[nodiscard]] std::uint64_t HashOf(std::span<const TMatch> matches) const;
-  [[nodiscard]] bool Meets(const Row& row, std::span<const TMatch> matches, TRowScope scope) const;
-  [[nodiscard]] const IndexPart* PartOf(const TMatch& match) const;
+  [[nodiscard]] std::uint64_t HashOf(std::span<const RowMatch> matches) const;
+  [[nodiscard]] bool Meets(const Row& row, std::span<const RowMatch> matches, RowScope scope) const;
+  [[nodiscard]] const IndexPart* PartOf(const RowMatch& match) const;
   [[nodiscard]] std::size_t Mask() const { return buckets_.size() - 1; }
   /// Where the bucket of a hash is, or would be.
   [[nodiscard]] std::size_t PlaceOf(std::uint64_t hash) const;

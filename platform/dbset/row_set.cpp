@@ -164,18 +164,18 @@ std::vector<Row*> RowSet::AllInOrder() const {
   return all;
 }
 
-RowIndex* RowSet::IndexFor(std::span<const TMatch> matches) {
+RowIndex* RowSet::IndexFor(std::span<const RowMatch> matches) {
   for (const auto& index : indexes_) {
     if (index->Serves(matches)) return index.get();
   }
   std::vector<IndexPart> parts;
-  for (const TMatch& match : matches) {
+  for (const RowMatch& match : matches) {
     // Two conditions on one field and kind would hide each other in the hash.
     const bool twice = std::ranges::any_of(parts, [&match](const IndexPart& part) {
       return part.field == match.field && part.kind == match.kind;
     });
     if (twice) return nullptr;
-    const bool folded = match.kind == TMatch::Kind::kFolded;
+    const bool folded = match.kind == RowMatch::Kind::kFolded;
     parts.push_back({match.field, match.kind, folded ? FoldSlotOf(match.field) : 0});
   }
   auto index = std::make_unique<RowIndex>(std::move(parts), order_);
@@ -185,20 +185,20 @@ RowIndex* RowSet::IndexFor(std::span<const TMatch> matches) {
   return indexes_.back().get();
 }
 
-bool RowSet::Serves(std::span<const TMatch> matches) const {
-  return !matches.empty() && std::ranges::all_of(matches, [this](const TMatch& match) {
+bool RowSet::Serves(std::span<const RowMatch> matches) const {
+  return !matches.empty() && std::ranges::all_of(matches, [this](const RowMatch& match) {
     return IsField(header_, match.field);
   });
 }
 
-const Row* RowSet::FindFirst(std::span<const TMatch> matches) {
+const Row* RowSet::FindFirst(std::span<const RowMatch> matches) {
   if (!Serves(matches)) return nullptr;
   if (const RowIndex* index = IndexFor(matches)) return index->FindFirst(matches);
-  const std::vector<const Row*> found = FindAll(matches, TRowScope::kShown);
+  const std::vector<const Row*> found = FindAll(matches, RowScope::kShown);
   return found.empty() ? nullptr : found.front();
 }
 
-std::vector<const Row*> RowSet::FindAll(std::span<const TMatch> matches, TRowScope scope) {
+std::vector<const Row*> RowSet::FindAll(std::span<const RowMatch> matches, RowScope scope) {
   std::vector<const Row*> found;
   if (!Serves(matches)) return found;
   if (const RowIndex* index = IndexFor(matches)) {

@@ -69,8 +69,8 @@ class RowSet {
   /// The position that the row had.
   int Remove(Row* row);
 
-  [[nodiscard]] const Row* FindFirst(std::span<const TMatch> matches);
-  [[nodiscard]] std::vector<const Row*> FindAll(std::span<const TMatch> matches, TRowScope scope);
+  [[nodiscard]] const Row* FindFirst(std::span<const RowMatch> matches);
+  [[nodiscard]] std::vector<const Row*> FindAll(std::span<const RowMatch> matches, RowScope scope);
 
  private:
   [[nodiscard]] bool MeetsFilter(const Row& row) const;
@@ -81,9 +81,9 @@ class RowSet {
   int Withdraw(Row* row);
   [[nodiscard]] std::vector<Row*> AllInOrder() const;
   /// Null for conditions that no index can serve.
-  RowIndex* IndexFor(std::span<const TMatch> matches);
+  RowIndex* IndexFor(std::span<const RowMatch> matches);
   std::size_t FoldSlotOf(int field);
-  [[nodiscard]] bool Serves(std::span<const TMatch> matches) const;
+  [[nodiscard]] bool Serves(std::span<const RowMatch> matches) const;
 
   TQvDbHeader header_;
   Arrangement arrangement_;

@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/data/string_tree.h"
 #include "platform/geocore/system_model.h"
-#include "processors/string_tree.h"
 
 /// Bridges between a reference system's tree, its model and its PROJJSON.
 namespace QvRefSystem {

@@ -2,12 +2,12 @@
 
 #include <utility>
 
-#include "platform/geocore/model_tree_ids.h"
+#include "platform/data/height_table_text.h"
+#include "platform/data/tree_ids.h"
 #include "platform/geocore/projjson.h"
 #include "platform/geocore/shell_definition.h"
 #include "platform/geocore/shell_machine.h"
 #include "platform/geocore/shell_notation.h"
-#include "vertical/height_table_text.h"
 
 namespace QvRefSystem {
 

@@ -7,10 +7,10 @@
 #include <string>
 #include <string_view>
 
+#include "platform/data/height_table.h"
+#include "platform/data/string_tree.h"
 #include "platform/geocore/geoids.h"
 #include "platform/ui/progress_interface.h"
-#include "processors/string_tree.h"
-#include "vertical/height_table.h"
 
 namespace QvRefSystem {
 

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "vertical/height_table.h"
+#include "platform/data/height_table.h"
 
 namespace QvRefSystem {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/geocore/model_tree_ids.h"
-#include "processors/string_tree.h"
+#include "platform/data/string_tree.h"
+#include "platform/data/tree_ids.h"
 
 namespace QvRefSystem {
 

@@ -9,24 +9,24 @@ namespace {
 /// More steps than that no bar on a screen can show.
 constexpr int kMostShown = 1000;
 
-thread_local TProgressDisplay* innermost = nullptr;
+thread_local ProgressDisplay* innermost = nullptr;
 
 }  // namespace
 
-TProgressDisplay::TProgressDisplay(QvPlatform::TUserInterface& ui, int options,
-                                   const std::string& title)
+ProgressDisplay::ProgressDisplay(QvPlatform::TUserInterface& ui, int options,
+                                 const std::string& title)
     : ui_(ui), progress_(ui_.StartProgress(options, title, 0)), outer_(innermost) {
   interface_.Next = Next;
   interface_.SetMax = SetMax;
   innermost = this;
 }
 
-TProgressDisplay::~TProgressDisplay() {
+ProgressDisplay::~ProgressDisplay() {
   innermost = outer_;
 }
 
-int TProgressDisplay::Next() {
-  TProgressDisplay* display = innermost;
+int ProgressDisplay::Next() {
+  ProgressDisplay* display = innermost;
   if (display == nullptr || display->progress_ == nullptr) return 0;
   if (++display->taken_ >= display->stepsAtATime_) {
     display->taken_ = 0;
@@ -35,8 +35,8 @@ int TProgressDisplay::Next() {
   return display->cancelled_ ? 1 : 0;
 }
 
-void TProgressDisplay::SetMax(int count) {
-  TProgressDisplay* display = innermost;
+void ProgressDisplay::SetMax(int count) {
+  ProgressDisplay* display = innermost;
   if (display == nullptr || display->progress_ == nullptr) return;
   display->taken_ = 0;
   display->stepsAtATime_ = std::max(1, count / kMostShown);

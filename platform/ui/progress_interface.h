@@ -26,16 +26,16 @@ struct TProgressInterface {
 /// A computation may take millions of steps, which no display could follow: where more than some
 /// thousand are announced, the display takes many of them for one of an accordingly smaller count.
 /// Without an announcement it is told each of them.
-class TProgressDisplay {
+class ProgressDisplay {
  public:
   /// Options of a display whose count the work announces by SetMax, and of one that runs free.
   static constexpr int kCounted = 33;
   static constexpr int kFree = 65;
 
-  TProgressDisplay(QvPlatform::TUserInterface& ui, int options, const std::string& title);
-  ~TProgressDisplay();
-  TProgressDisplay(const TProgressDisplay&) = delete;
-  TProgressDisplay& operator=(const TProgressDisplay&) = delete;
+  ProgressDisplay(QvPlatform::TUserInterface& ui, int options, const std::string& title);
+  ~ProgressDisplay();
+  ProgressDisplay(const ProgressDisplay&) = delete;
+  ProgressDisplay& operator=(const ProgressDisplay&) = delete;
 
   [[nodiscard]] TProgressInterface* Interface() { return &interface_; }
   /// The Next of the interface, for operations that take it alone.
@@ -48,7 +48,7 @@ class TProgressDisplay {
   QvPlatform::TUserInterface& ui_;
   TProgressInterface interface_;
   std::unique_ptr<QvPlatform::TProgress> progress_;
-  TProgressDisplay* outer_;
+  ProgressDisplay* outer_;
   /// Steps of the computation that make one step of the display, and those taken since the last.
   int stepsAtATime_ = 1;
   int taken_ = 0;

@@ -8,7 +8,7 @@
 
 namespace QvPlatform {
 
-TDataGrid::TDataGrid(QWidget* parent) : QTableView(parent) {
+DataGrid::DataGrid(QWidget* parent) : QTableView(parent) {
   setSelectionBehavior(SelectRows);
   setSelectionMode(SingleSelection);
   setEditTriggers(NoEditTriggers);
@@ -26,19 +26,19 @@ TDataGrid::TDataGrid(QWidget* parent) : QTableView(parent) {
   horizontalHeader()->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
 }
 
-void TDataGrid::SetDataSetModel(TDataSetTableModel* model) {
+void DataGrid::SetDataSetModel(DataSetTableModel* model) {
   model_ = model;
   setModel(model);
-  connect(model, &TDataSetTableModel::CursorMoved, this, &TDataGrid::FollowCursor);
+  connect(model, &DataSetTableModel::CursorMoved, this, &DataGrid::FollowCursor);
   FollowCursor();
 }
 
-void TDataGrid::SetEmptyText(const QString& text) {
+void DataGrid::SetEmptyText(const QString& text) {
   emptyText_ = text;
   viewport()->update();
 }
 
-void TDataGrid::EqualiseColumns() {
+void DataGrid::EqualiseColumns() {
   const int columns = horizontalHeader()->count();
   for (int column = 0; column + 1 < columns; ++column) {
     setColumnWidth(column, viewport()->width() / columns);
@@ -46,7 +46,7 @@ void TDataGrid::EqualiseColumns() {
 }
 
 // The grid follows the cursor without moving it in turn.
-void TDataGrid::FollowCursor() {
+void DataGrid::FollowCursor() {
   if (!model_) return;
   const QScopedValueRollback guard(following_, true);
   const int row = model_->CurrentRow();
@@ -61,17 +61,17 @@ void TDataGrid::FollowCursor() {
 }
 
 // Of whole rows Home and End are the first and the last one, not the ends of a row.
-QModelIndex TDataGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+QModelIndex DataGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
   if (action == MoveHome || action == MoveEnd) modifiers |= Qt::ControlModifier;
   return QTableView::moveCursor(action, modifiers);
 }
 
-void TDataGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+void DataGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTableView::currentChanged(current, previous);
   if (!following_ && current.isValid() && model_) model_->MoveToRow(current.row());
 }
 
-void TDataGrid::paintEvent(QPaintEvent* event) {
+void DataGrid::paintEvent(QPaintEvent* event) {
   QTableView::paintEvent(event);
   if (emptyText_.isEmpty() || model() == nullptr || model()->rowCount() > 0) return;
   QPainter painter(viewport());
@@ -82,13 +82,13 @@ void TDataGrid::paintEvent(QPaintEvent* event) {
 }
 
 // A view that was hidden when its cursor moved has not scrolled to it.
-void TDataGrid::showEvent(QShowEvent* event) {
+void DataGrid::showEvent(QShowEvent* event) {
   QTableView::showEvent(event);
   if (currentIndex().isValid()) scrollTo(currentIndex(), PositionAtCenter);
 }
 
 // A cell that is cut shows its whole text when pointed at, in as many lines as it takes.
-bool TDataGrid::viewportEvent(QEvent* event) {
+bool DataGrid::viewportEvent(QEvent* event) {
   if (event->type() != QEvent::ToolTip) return QTableView::viewportEvent(event);
   const auto* help = static_cast<QHelpEvent*>(event);
   const QModelIndex index = indexAt(help->pos());
@@ -101,7 +101,7 @@ bool TDataGrid::viewportEvent(QEvent* event) {
   return true;
 }
 
-QSize TDataGrid::sizeHint() const {
+QSize DataGrid::sizeHint() const {
   const QFontMetrics metrics = fontMetrics();
   return {metrics.averageCharWidth() * 80, verticalHeader()->defaultSectionSize() * 14};
 }

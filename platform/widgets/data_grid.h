@@ -9,14 +9,14 @@ namespace QvPlatform {
 
 /// A read-only grid over a data set, whole rows selected, whose current row is the data set's
 /// current record, both ways. A record that a filter hides leaves the grid without a current row.
-class TDataGrid final : public QTableView {
+class DataGrid final : public QTableView {
   Q_OBJECT
 
  public:
-  explicit TDataGrid(QWidget* parent);
+  explicit DataGrid(QWidget* parent);
 
-  void SetDataSetModel(TDataSetTableModel* model);
-  [[nodiscard]] TDataSetTableModel* DataSetModel() const { return model_; }
+  void SetDataSetModel(DataSetTableModel* model);
+  [[nodiscard]] DataSetTableModel* DataSetModel() const { return model_; }
   /// What stands in the place of the rows while there are none.
   void SetEmptyText(const QString& text);
   [[nodiscard]] const QString& EmptyText() const { return emptyText_; }
@@ -36,7 +36,7 @@ class TDataGrid final : public QTableView {
  private:
   void FollowCursor();
 
-  QPointer<TDataSetTableModel> model_;
+  QPointer<DataSetTableModel> model_;
   QString emptyText_;
   bool following_ = false;
 };

@@ -7,24 +7,24 @@
 
 namespace QvPlatform {
 
-TDataSetTableModel::TDataSetTableModel(TDataSource& source, std::vector<Column> columns,
-                                       QObject* parent)
+DataSetTableModel::DataSetTableModel(TDataSource& source, std::vector<Column> columns,
+                                     QObject* parent)
     : QAbstractTableModel(parent), source_(source), wanted_(std::move(columns)) {
   source_.AddObserver(this);
   Reload(true);
 }
 
-TDataSetTableModel::~TDataSetTableModel() {
+DataSetTableModel::~DataSetTableModel() {
   source_.RemoveObserver(this);
 }
 
-void TDataSetTableModel::SetRowFilter(RowFilter filter) {
+void DataSetTableModel::SetRowFilter(RowFilter filter) {
   filter_ = std::move(filter);
   Reload(false);
 }
 
 // The layout is asked for at each loading: a table may have been closed and opened since.
-void TDataSetTableModel::ReadColumns() {
+void DataSetTableModel::ReadColumns() {
   columns_ = wanted_;
   if (wanted_.empty()) {
     for (const TQvDbField& field : DataSet().Header().Fields()) {
@@ -37,7 +37,7 @@ void TDataSetTableModel::ReadColumns() {
   }
 }
 
-void TDataSetTableModel::Reload(bool rowsChanged) {
+void DataSetTableModel::Reload(bool rowsChanged) {
   stale_ = stale_ || rowsChanged;
   beginResetModel();
   positions_.clear();
@@ -51,7 +51,7 @@ void TDataSetTableModel::Reload(bool rowsChanged) {
   emit CursorMoved();
 }
 
-void TDataSetTableModel::OnRowChanged(int position) {
+void DataSetTableModel::OnRowChanged(int position) {
   // Under a filter the row may have come into sight or gone out of it.
   stale_ = true;
   if (filter_) return Reload(true);
@@ -59,51 +59,51 @@ void TDataSetTableModel::OnRowChanged(int position) {
   if (position == CurrentRow()) emit CursorMoved();
 }
 
-int TDataSetTableModel::PositionOfRow(int row) const {
+int DataSetTableModel::PositionOfRow(int row) const {
   if (row < 0 || row >= rows_) return -1;
   return filter_ ? positions_[static_cast<std::size_t>(row)] : row;
 }
 
-int TDataSetTableModel::RowAtOrBehind(int position) const {
+int DataSetTableModel::RowAtOrBehind(int position) const {
   if (!filter_) return std::clamp(position, 0, rows_);
   return static_cast<int>(std::lower_bound(positions_.begin(), positions_.end(), position) -
                           positions_.begin());
 }
 
-int TDataSetTableModel::RowOfPosition(int position) const {
+int DataSetTableModel::RowOfPosition(int position) const {
   const int row = RowAtOrBehind(position);
   return PositionOfRow(row) == position ? row : -1;
 }
 
-int TDataSetTableModel::CurrentRow() const {
+int DataSetTableModel::CurrentRow() const {
   if (!DataSet().GetActive()) return -1;
   const int position = DataSet().Position();
   return position < 0 ? -1 : RowOfPosition(position);
 }
 
-void TDataSetTableModel::MoveToRow(int row) {
+void DataSetTableModel::MoveToRow(int row) {
   const int position = PositionOfRow(row);
   if (position >= 0 && position != DataSet().Position()) DataSet().MoveTo(position);
 }
 
-int TDataSetTableModel::rowCount(const QModelIndex& parent) const {
+int DataSetTableModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : rows_;
 }
 
-int TDataSetTableModel::columnCount(const QModelIndex& parent) const {
+int DataSetTableModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(columns_.size());
 }
 
-QVariant TDataSetTableModel::data(const QModelIndex& index, int role) const {
+QVariant DataSetTableModel::data(const QModelIndex& index, int role) const {
   if (role != Qt::DisplayRole || !index.isValid()) return {};
   // A paint may come while the data set is at work with its controls disabled.
   const int position = PositionOfRow(index.row());
   if (!DataSet().GetActive() || position < 0 || position >= DataSet().RecordCount()) return {};
-  const TRowView row = DataSet().Row(position);
+  const RowView row = DataSet().Row(position);
   return ToQt(row.GetString(fields_[static_cast<std::size_t>(index.column())]));
 }
 
-QVariant TDataSetTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+QVariant DataSetTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
   if (section < 0 || section >= columnCount()) return {};
   return columns_[static_cast<std::size_t>(section)].title;

@@ -14,7 +14,7 @@ namespace QvPlatform {
 ///
 /// It hears of changes through the data source, so that it keeps still while the data set's
 /// controls or the source are disabled. The source must outlive the model.
-class TDataSetTableModel final : public QAbstractTableModel, private TDataSetObserver {
+class DataSetTableModel final : public QAbstractTableModel, private TDataSetObserver {
   Q_OBJECT
 
  public:
@@ -27,8 +27,8 @@ class TDataSetTableModel final : public QAbstractTableModel, private TDataSetObs
   using RowFilter = std::function<std::vector<int>(bool rowsChanged)>;
 
   /// No columns: every field of the table, titled by its name.
-  TDataSetTableModel(TDataSource& source, std::vector<Column> columns, QObject* parent);
-  ~TDataSetTableModel() override;
+  DataSetTableModel(TDataSource& source, std::vector<Column> columns, QObject* parent);
+  ~DataSetTableModel() override;
 
   /// An empty function shows all rows.
   void SetRowFilter(RowFilter filter);

@@ -31,7 +31,7 @@ Filters SplitFilters(const QString& filter) {
   return result;
 }
 
-TFileDialogResult Run(QFileDialog* dialog, const TFileDialogOptions& options) {
+FileDialogResult Run(QFileDialog* dialog, const FileDialogOptions& options) {
   dialog->setObjectName(QStringLiteral("fileDialog"));
   const Filters filters = SplitFilters(options.filter);
   const auto chosen = [&] { return filters.names.indexOf(dialog->selectedNameFilter()); };
@@ -52,16 +52,16 @@ TFileDialogResult Run(QFileDialog* dialog, const TFileDialogOptions& options) {
 
 }  // namespace
 
-TFileDialogResult GetSaveFileName(QWidget* parent, const QString& title,
-                                  const TFileDialogOptions& options) {
+FileDialogResult GetSaveFileName(QWidget* parent, const QString& title,
+                                 const FileDialogOptions& options) {
   QFileDialog dialog(parent, title);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setFileMode(QFileDialog::AnyFile);
   return Run(&dialog, options);
 }
 
-TFileDialogResult GetOpenFileName(QWidget* parent, const QString& title,
-                                  const TFileDialogOptions& options) {
+FileDialogResult GetOpenFileName(QWidget* parent, const QString& title,
+                                 const FileDialogOptions& options) {
   QFileDialog dialog(parent, title);
   dialog.setFileMode(QFileDialog::ExistingFile);
   return Run(&dialog, options);

@@ -7,7 +7,7 @@ class QWidget;
 namespace QvPlatform {
 
 /// What a file dialog is given.
-struct TFileDialogOptions {
+struct FileDialogOptions {
   /// Pairs of text and mask, all parted by "|": "Text files (*.txt)|*.txt|All files (*.*)|*.*".
   QString filter;
   /// The filter offered first, numbered from 1.
@@ -15,7 +15,7 @@ struct TFileDialogOptions {
   QString defaultFileName;
 };
 
-struct TFileDialogResult {
+struct FileDialogResult {
   /// Empty if the user cancelled.
   QString path;
   /// The filter chosen, numbered from 1.
@@ -24,11 +24,11 @@ struct TFileDialogResult {
 
 /// Asks for a file to write; an existing one is confirmed. A name without an extension gets that of
 /// the filter's mask. The dialogs bear the object name "fileDialog".
-[[nodiscard]] TFileDialogResult GetSaveFileName(QWidget* parent, const QString& title,
-                                                const TFileDialogOptions& options);
+[[nodiscard]] FileDialogResult GetSaveFileName(QWidget* parent, const QString& title,
+                                               const FileDialogOptions& options);
 /// Asks for a file that exists.
-[[nodiscard]] TFileDialogResult GetOpenFileName(QWidget* parent, const QString& title,
-                                                const TFileDialogOptions& options);
+[[nodiscard]] FileDialogResult GetOpenFileName(QWidget* parent, const QString& title,
+                                               const FileDialogOptions& options);
 /// Asks for a folder; empty if the user cancelled.
 [[nodiscard]] QString SelectFolder(QWidget* parent, const QString& title);
 

@@ -19,9 +19,9 @@ void TellLimit(QWidget* control, int limit) {
 }
 
 // A change is good if it ends within the limit, or does not make what stands already longer.
-class TLengthValidator final : public QValidator {
+class LengthValidator final : public QValidator {
  public:
-  TLengthValidator(QLineEdit* line, const int* limit) : QValidator(line), limit_(*limit) {
+  LengthValidator(QLineEdit* line, const int* limit) : QValidator(line), limit_(*limit) {
     connect(line, &QLineEdit::textChanged, this,
             [this](const QString& text) { length_ = text.size(); });
   }
@@ -37,21 +37,21 @@ class TLengthValidator final : public QValidator {
 
 }  // namespace
 
-void TKeptText::Keep(std::string_view text, const QString& shown) {
+void KeptText::Keep(std::string_view text, const QString& shown) {
   text_ = text;
   shown_ = shown;
 }
 
-std::string TKeptText::Read(const QString& shown) const {
+std::string KeptText::Read(const QString& shown) const {
   return shown == shown_ ? text_ : FromQt(shown);
 }
 
-TLimitedLine::TLimitedLine(QWidget* parent) : QLineEdit(parent) {
-  setValidator(new TLengthValidator(this, &limit_));
+LimitedLine::LimitedLine(QWidget* parent) : QLineEdit(parent) {
+  setValidator(new LengthValidator(this, &limit_));
   connect(this, &QLineEdit::inputRejected, this, [this] { TellLimit(this, limit_); });
 }
 
-void TLimitedLine::SetText(std::string_view text) {
+void LimitedLine::SetText(std::string_view text) {
   // The validator holds against what the user does, not against the program.
   const int limit = std::exchange(limit_, 0);
   setText(ToQt(text));
@@ -60,29 +60,29 @@ void TLimitedLine::SetText(std::string_view text) {
   kept_.Keep(text, this->text());
 }
 
-QSize TLimitedLine::minimumSizeHint() const {
+QSize LimitedLine::minimumSizeHint() const {
   constexpr int kDigits = 13;
   const QSize least = QLineEdit::minimumSizeHint();
   return {least.width() + fontMetrics().horizontalAdvance(u'0') * kDigits, least.height()};
 }
 
-TLimitedMemo::TLimitedMemo(QWidget* parent) : QPlainTextEdit(parent) {
+LimitedMemo::LimitedMemo(QWidget* parent) : QPlainTextEdit(parent) {
   setTabChangesFocus(true);
 }
 
-void TLimitedMemo::SetText(std::string_view text) {
+void LimitedMemo::SetText(std::string_view text) {
   setPlainText(ToQt(text));
   kept_.Keep(text, toPlainText());
 }
 
-bool TLimitedMemo::Fits(const QString& inserted) {
+bool LimitedMemo::Fits(const QString& inserted) {
   const qsizetype length = toPlainText().size() - textCursor().selectedText().size();
   if (limit_ == 0 || inserted.isEmpty() || length + inserted.size() <= limit_) return true;
   TellLimit(this, limit_);
   return false;
 }
 
-void TLimitedMemo::keyPressEvent(QKeyEvent* event) {
+void LimitedMemo::keyPressEvent(QKeyEvent* event) {
   const QString text = event->text();
   const bool types =
       !text.isEmpty() && (text.front().isPrint() || text.front() == u'\r' || text.front() == u'\n');
@@ -91,19 +91,19 @@ void TLimitedMemo::keyPressEvent(QKeyEvent* event) {
   QPlainTextEdit::keyPressEvent(event);
 }
 
-void TLimitedMemo::inputMethodEvent(QInputMethodEvent* event) {
+void LimitedMemo::inputMethodEvent(QInputMethodEvent* event) {
   if (Fits(event->commitString())) QPlainTextEdit::inputMethodEvent(event);
 }
 
-void TLimitedMemo::insertFromMimeData(const QMimeData* source) {
+void LimitedMemo::insertFromMimeData(const QMimeData* source) {
   if (source->hasText() && Fits(source->text())) QPlainTextEdit::insertFromMimeData(source);
 }
 
-QSize TLimitedMemo::sizeHint() const {
+QSize LimitedMemo::sizeHint() const {
   return {fontMetrics().averageCharWidth() * 40, fontMetrics().lineSpacing() * 6};
 }
 
-QSize TLimitedMemo::minimumSizeHint() const {
+QSize LimitedMemo::minimumSizeHint() const {
   return {fontMetrics().averageCharWidth() * 20, fontMetrics().lineSpacing() * 3};
 }
 

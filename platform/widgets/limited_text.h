@@ -12,7 +12,7 @@ namespace QvPlatform {
 
 /// A text as it was put into a control, so that one which the user leaves alone comes back byte for
 /// byte, whatever a control makes of line ends or malformed characters.
-class TKeptText {
+class KeptText {
  public:
   /// Keeps `text`, which the control now shows as `shown`.
   void Keep(std::string_view text, const QString& shown);
@@ -23,11 +23,11 @@ class TKeptText {
   QString shown_;
 };
 
-class TLimitedLine final : public QLineEdit {
+class LimitedLine final : public QLineEdit {
   Q_OBJECT
 
  public:
-  explicit TLimitedLine(QWidget* parent);
+  explicit LimitedLine(QWidget* parent);
   /// 0: no limit.
   void SetLimit(int characters) { limit_ = characters; }
   void SetText(std::string_view text);
@@ -37,14 +37,14 @@ class TLimitedLine final : public QLineEdit {
 
  private:
   int limit_ = 0;
-  TKeptText kept_;
+  KeptText kept_;
 };
 
-class TLimitedMemo final : public QPlainTextEdit {
+class LimitedMemo final : public QPlainTextEdit {
   Q_OBJECT
 
  public:
-  explicit TLimitedMemo(QWidget* parent);
+  explicit LimitedMemo(QWidget* parent);
   void SetLimit(int characters) { limit_ = characters; }
   void SetText(std::string_view text);
   [[nodiscard]] std::string Text() const { return kept_.Read(toPlainText()); }
@@ -60,7 +60,7 @@ class TLimitedMemo final : public QPlainTextEdit {
   /// Whether a text may take the place of the selection; tells the user if not.
   [[nodiscard]] bool Fits(const QString& inserted);
   int limit_ = 0;
-  TKeptText kept_;
+  KeptText kept_;
 };
 
 }  // namespace QvPlatform

@@ -6,7 +6,7 @@
 
 namespace QvPlatform {
 
-TModalForm::TModalForm(QWidget* owner) : QDialog(owner) {
+ModalForm::ModalForm(QWidget* owner) : QDialog(owner) {
   // With its owner hidden, a form that closes may be the last visible window of the program.
   setAttribute(Qt::WA_QuitOnClose, false);
   setWindowModality(Qt::ApplicationModal);
@@ -14,17 +14,17 @@ TModalForm::TModalForm(QWidget* owner) : QDialog(owner) {
   setSizeGripEnabled(true);
 }
 
-TModalForm::~TModalForm() {
+ModalForm::~ModalForm() {
   if (loop_ != nullptr) loop_->exit();
 }
 
-int TModalForm::RunModal() {
+int ModalForm::RunModal() {
   if (loop_ != nullptr) return 0;
   QEventLoop loop;
   loop_ = &loop;
   first_ = true;
   setResult(0);
-  const QPointer<TModalForm> alive(this);
+  const QPointer<ModalForm> alive(this);
   show();
   loop.exec(QEventLoop::DialogExec);
   if (!alive) return 0;
@@ -34,20 +34,20 @@ int TModalForm::RunModal() {
   return result();
 }
 
-void TModalForm::done(int result) {
+void ModalForm::done(int result) {
   QDialog::done(result);
   if (loop_ != nullptr) loop_->exit();
 }
 
-void TModalForm::FormShow(bool first) {
+void ModalForm::FormShow(bool first) {
   if (first) PlaceAtOwner();
 }
 
-void TModalForm::PlaceAtOwner() {
+void ModalForm::PlaceAtOwner() {
   if (Owner() != nullptr) move(Owner()->window()->pos());
 }
 
-void TModalForm::showEvent(QShowEvent* event) {
+void ModalForm::showEvent(QShowEvent* event) {
   if (!event->spontaneous()) {
     FormShow(first_);
     first_ = false;
@@ -55,18 +55,18 @@ void TModalForm::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
 }
 
-void TModalForm::hideEvent(QHideEvent* event) {
+void ModalForm::hideEvent(QHideEvent* event) {
   if (!event->spontaneous()) FormHide();
   QDialog::hideEvent(event);
 }
 
-THiddenForm::THiddenForm(QWidget* form) {
+HiddenForm::HiddenForm(QWidget* form) {
   if (form == nullptr || !form->isWindow() || !form->isVisible()) return;
   form_ = form;
   form_->hide();
 }
 
-THiddenForm::~THiddenForm() {
+HiddenForm::~HiddenForm() {
   if (!form_) return;
   form_->show();
   form_->activateWindow();

@@ -13,10 +13,10 @@ namespace QvPlatform {
 /// its run. (The toolkit's own modal loop ends when its dialog is hidden, for whatever reason.)
 ///
 /// A form is the component that owns the forms it makes: its Qt parent is its owner.
-class TModalForm : public QDialog, public TComponent {
+class ModalForm : public QDialog, public TComponent {
  public:
-  explicit TModalForm(QWidget* owner);
-  ~TModalForm() override;
+  explicit ModalForm(QWidget* owner);
+  ~ModalForm() override;
 
   /// Shows the form and returns its result once accept, reject, done or the window's close button
   /// has ended the run. A form that is running already is left alone: the answer is 0.
@@ -43,13 +43,13 @@ class TModalForm : public QDialog, public TComponent {
 };
 
 /// Hides a form while it lives, and shows it again if it was visible.
-class THiddenForm {
+class HiddenForm {
  public:
   /// Null, and a widget that is no window of its own, are left alone.
-  explicit THiddenForm(QWidget* form);
-  ~THiddenForm();
-  THiddenForm(const THiddenForm&) = delete;
-  THiddenForm& operator=(const THiddenForm&) = delete;
+  explicit HiddenForm(QWidget* form);
+  ~HiddenForm();
+  HiddenForm(const HiddenForm&) = delete;
+  HiddenForm& operator=(const HiddenForm&) = delete;
 
  private:
   QPointer<QWidget> form_;

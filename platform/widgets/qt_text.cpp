@@ -20,7 +20,7 @@ QString SystemQText(TextId id) {
   return ToQt(SystemText(id));
 }
 
-TTextTranslation::TTextTranslation(const QLocale& locale) {
+TextTranslation::TextTranslation(const QLocale& locale) {
   InitTranslations();
   if (translator_.load(locale, QStringLiteral("refframe"), QStringLiteral("_"),
                        QStringLiteral(":/refframe/translations"))) {
@@ -31,7 +31,7 @@ TTextTranslation::TTextTranslation(const QLocale& locale) {
   });
 }
 
-TTextTranslation::~TTextTranslation() {
+TextTranslation::~TextTranslation() {
   SetTextTranslator({});
 }
 

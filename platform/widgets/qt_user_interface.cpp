@@ -38,9 +38,9 @@ MessageAnswer AnswerOf(int button) {
   return MessageAnswer::kNo;
 }
 
-class TQtProgress final : public TProgress {
+class QtProgress final : public TProgress {
  public:
-  TQtProgress(const QString& title, int count)
+  QtProgress(const QString& title, int count)
       : dialog_(title, Translated("Cancel"), 0, count, QApplication::activeWindow()) {
     dialog_.setObjectName(QStringLiteral("progress"));
     dialog_.setWindowModality(Qt::ApplicationModal);
@@ -90,7 +90,7 @@ UsedByAnswer TQtUserInterface::ShowUsedBy(TComponent* owner, std::span<const Use
 
 std::unique_ptr<TProgress> TQtUserInterface::StartProgress(int /*options*/,
                                                            const std::string& title, int count) {
-  return std::make_unique<TQtProgress>(ToQt(title), count);
+  return std::make_unique<QtProgress>(ToQt(title), count);
 }
 
 }  // namespace QvPlatform

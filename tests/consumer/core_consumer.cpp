@@ -3,9 +3,9 @@
 #include <iostream>
 #include <memory>
 
+#include "assembly/processor_set.h"
+#include "platform/data/string_tree.h"
 #include "platform/ui/user_interface.h"
-#include "processors/processor_set.h"
-#include "processors/string_tree.h"
 
 namespace {
 

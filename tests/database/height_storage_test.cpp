@@ -12,13 +12,13 @@ namespace refframe_tests {
 namespace {
 
 namespace fs = std::filesystem;
+using QvRefSystem::HeightNaming;
 using QvRefSystem::HeightStoragePath;
 using QvRefSystem::NewHeightStorageName;
-using QvRefSystem::THeightNaming;
 
 class HeightStorage : public testing::TestWithParam<bool> {
  protected:
-  [[nodiscard]] std::string Short(const std::string& objectName, THeightNaming naming) const {
+  [[nodiscard]] std::string Short(const std::string& objectName, HeightNaming naming) const {
     return QvRefSystem::StorageShortName(NewHeightStorageName(*database_.data, objectName, naming),
                                          GetParam());
   }
@@ -55,11 +55,11 @@ TEST_P(HeightStorage, NamesNewFilesAfterTheirObjects) {
   };
   const std::string prefix = database_.data->GetHeightsPrefix();
   for (const auto& row : rows) {
-    EXPECT_EQ(Short(row.object, THeightNaming::kReplaced), row.replaced) << row.object;
-    EXPECT_EQ(Short(row.object, THeightNaming::kAsNamed),
+    EXPECT_EQ(Short(row.object, HeightNaming::kReplaced), row.replaced) << row.object;
+    EXPECT_EQ(Short(row.object, HeightNaming::kAsNamed),
               GetParam() ? row.asNamedResource : row.asNamed)
         << row.object;
-    for (const auto naming : {THeightNaming::kReplaced, THeightNaming::kAsNamed}) {
+    for (const auto naming : {HeightNaming::kReplaced, HeightNaming::kAsNamed}) {
       const std::string name = NewHeightStorageName(*database_.data, row.object, naming);
       EXPECT_EQ(HeightStoragePath(*database_.data, Short(row.object, naming)), name);
     }
@@ -67,7 +67,7 @@ TEST_P(HeightStorage, NamesNewFilesAfterTheirObjects) {
 }
 
 TEST_P(HeightStorage, NeverNamesAFileTwice) {
-  for (const auto naming : {THeightNaming::kReplaced, THeightNaming::kAsNamed}) {
+  for (const auto naming : {HeightNaming::kReplaced, HeightNaming::kAsNamed}) {
     for (const char* object : {"Alps", "../Alps", "..", "prn", "a.b"}) {
       for (int turn = 0; turn < 3; ++turn) {
         const std::string name = NewHeightStorageName(*database_.data, object, naming);

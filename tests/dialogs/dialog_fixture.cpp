@@ -133,7 +133,7 @@ int DialogTest::Add(QvRefSystem::TableId table, const std::string& name,
 int DialogTest::KeyOf(QvRefSystem::TObjectType type, const std::string& name) {
   QvPlatform::TQvDataSet& dataSet = *database_.Processor(type).DataSet;
   const auto row =
-      dataSet.FindFirst({QvPlatform::TMatch::Text(dataSet.FieldByName("NAME").GetIndex(), name)});
+      dataSet.FindFirst({QvPlatform::RowMatch::Text(dataSet.FieldByName("NAME").GetIndex(), name)});
   return row ? row.GetInteger(0) : 0;
 }
 

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "dialogs/selectors.h"
+#include "dialogs/select/selectors.h"
 #include "tests/support/test_database.h"
 
 /// A user at the screen: real clicks and keys on real dialogs.

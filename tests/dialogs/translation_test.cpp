@@ -11,11 +11,11 @@
 
 #include "apps/host/main_window.h"
 #include "apps/host/options_dialog.h"
-#include "dialogs/database_manager.h"
-#include "dialogs/offset_report.h"
-#include "dialogs/recalculate_grid.h"
-#include "dialogs/table_raster_view.h"
-#include "dialogs/used_by_list.h"
+#include "dialogs/heights/offset_report.h"
+#include "dialogs/heights/recalculate_grid.h"
+#include "dialogs/heights/table_raster_view.h"
+#include "dialogs/select/database_manager.h"
+#include "dialogs/select/used_by_list.h"
 #include "platform/widgets/qt_text.h"
 #include "tests/dialogs/dialog_fixture.h"
 
@@ -23,7 +23,7 @@ namespace refframe_tests {
 namespace {
 
 using QvPlatform::TextId;
-using QvPlatform::TTextTranslation;
+using QvPlatform::TextTranslation;
 using QvRefSystem::TformQvRfSelector;
 
 const QLocale kGerman(QLocale::German, QLocale::Germany);
@@ -31,7 +31,7 @@ const QLocale kGerman(QLocale::German, QLocale::Germany);
 class Translation : public DialogTest {};
 
 TEST_F(Translation, AGermanUserMeetsGermanDialogs) {
-  const TTextTranslation german(kGerman);
+  const TextTranslation german(kGerman);
   const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 3));
   ScreenUser user;
   user.In<TformQvRfSelector>([](QWidget& form) {
@@ -52,14 +52,14 @@ TEST_F(Translation, AGermanUserMeetsGermanDialogs) {
 
 TEST_F(Translation, ALanguageWithoutATranslationLeavesTheTexts) {
   for (const QLocale& locale : {QLocale(QLocale::Icelandic), QLocale::c()}) {
-    const TTextTranslation translation(locale);
+    const TextTranslation translation(locale);
     EXPECT_EQ(QvPlatform::Translated("Warning"), "Warning");
     EXPECT_EQ(QvPlatform::SystemText(TextId::kEllipsoid), "ellipsoid");
   }
 }
 
 TEST_F(Translation, GoesWhenItsLibraryStops) {
-  { const TTextTranslation german(kGerman); }
+  { const TextTranslation german(kGerman); }
   EXPECT_EQ(QvPlatform::Translated("Warning"), "Warning");
   EXPECT_EQ(QvPlatform::SystemText(TextId::kImportFailed), "Import failed");
 }
@@ -80,7 +80,7 @@ TEST_F(Translation, NoTextOfAnyDialogIsLeftWithoutATranslation) {
   TGaps gaps;
   QCoreApplication::installTranslator(&gaps);
   {
-    const TTextTranslation german(kGerman);
+    const TextTranslation german(kGerman);
     QvRefSystem::TQvGeoRefFrameDialogOptions options;
     QvRefSystem::TformGeoRefFrameDatabaseManager manager(nullptr);
     manager.Fill(&options);
@@ -92,7 +92,7 @@ TEST_F(Translation, NoTextOfAnyDialogIsLeftWithoutATranslation) {
     const QvRefSystem::TformQvRfTableRasterView rasterView(nullptr);
     const QvRefSystem::TformQvRfOffsetApproximationReport report(nullptr);
     const QvRefSystem::TformQvRfRecalculateGridParams grid(nullptr);
-    const QvRefSystem::TOptionsDialog hostOptions({}, nullptr);
+    const QvRefSystem::OptionsDialog hostOptions({}, nullptr);
     TemporaryFolder folder;
     QSettings settings(QString::fromStdString(folder.Path("settings.ini")), QSettings::IniFormat);
     const QvRefSystem::TMainWindow window(settings, database_.ui);

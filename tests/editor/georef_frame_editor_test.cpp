@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "dialogs/database_manager.h"
-#include "dialogs/guarded.h"
+#include "dialogs/base/guarded.h"
+#include "dialogs/select/database_manager.h"
 #include "tests/dialogs/dialog_fixture.h"
 #include "tests/support/sample_trees.h"
 

@@ -13,12 +13,12 @@ namespace refframe_tests {
 namespace {
 
 using QvCommonUtils::TStringTree;
-using QvPlatform::TMatch;
+using QvPlatform::RowMatch;
 using QvRefSystem::DescriptorOf;
 using QvRefSystem::TObjectType;
 using QvRefSystem::TQvRfDataProcessor;
-using QvRefSystem::TTreeItem;
-using QvRefSystem::TValueForm;
+using QvRefSystem::TreeItem;
+using QvRefSystem::ValueForm;
 using enum QvRefSystem::TObjectType;
 
 struct Sample {
@@ -112,13 +112,13 @@ TEST_P(EveryObject, IsFoundAgainByWhatItWrites) {
 TEST_P(EveryObject, WithoutARequiredMemberAddsNothingToItsTable) {
   const auto& descriptor = DescriptorOf(GetParam().type);
   int removed = 0;
-  for (const TTreeItem& item : descriptor.items) {
-    if (item.reading != QvRefSystem::TReading::kRequired || item.optional) continue;
+  for (const TreeItem& item : descriptor.items) {
+    if (item.reading != QvRefSystem::Reading::kRequired || item.optional) continue;
     const TreePtr tree = Tree();
-    if (item.kind == TTreeItem::Kind::kField) {
+    if (item.kind == TreeItem::Kind::kField) {
       if (FindField(tree.get(), item.id, item.index) == nullptr) continue;
       RemoveField(tree.get(), item.id, item.index);
-    } else if (item.kind == TTreeItem::Kind::kSubobject) {
+    } else if (item.kind == TreeItem::Kind::kSubobject) {
       if (FindSubtree(tree.get(), item.id, item.index) == nullptr) continue;
       RemoveSubtree(tree.get(), item.id, item.index);
     } else {
@@ -164,10 +164,10 @@ TEST_P(EveryObject, UnderEditingIsNotRemoved) {
 TEST_P(EveryObject, IsWrittenWithANumberWhereAnIntegerIsUnset) {
   const int key = Processor().InsertFromTree(Tree().get());
   QvPlatform::TQvDataSet& table = *Processor().DataSet;
-  std::vector<TTreeItem> cleared;
+  std::vector<TreeItem> cleared;
   table.Edit();
-  for (const TTreeItem& item : Processor().Descriptor().items) {
-    if (item.kind != TTreeItem::Kind::kField || item.form != TValueForm::kInteger) continue;
+  for (const TreeItem& item : Processor().Descriptor().items) {
+    if (item.kind != TreeItem::Kind::kField || item.form != ValueForm::kInteger) continue;
     QvPlatform::TField& field = table.FieldByName(item.column);
     if (field.Definition().need != QvPlatform::FieldNeed::kOptional) continue;
     field.Clear();
@@ -177,7 +177,7 @@ TEST_P(EveryObject, IsWrittenWithANumberWhereAnIntegerIsUnset) {
   table.Post();
   TStringTree written;
   ASSERT_TRUE(Processor().WriteToTree(&written, 0, 0));
-  for (const TTreeItem& item : cleared) {
+  for (const TreeItem& item : cleared) {
     int number = -1;
     EXPECT_TRUE(written.GetInteger(item.id, item.index, &number)) << item.id;
     EXPECT_EQ(number, 0) << item.id;
@@ -188,7 +188,7 @@ TEST_P(EveryObject, IsWrittenWithANumberWhereAnIntegerIsUnset) {
 TEST_P(EveryObject, WritesTheFirstOfItsCodesAndBlankOnesByTheirRule) {
   const int key = Processor().InsertFromTree(Tree().get());
   QvPlatform::TQvDataSet& values = database_.data->datasetParamValue;
-  const auto append = [&](QvRefSystem::TParamTag tag, const char* value) {
+  const auto append = [&](QvRefSystem::ParamTag tag, const char* value) {
     values.Append();
     values.FieldByName("OWNER_CONTENT").SetInteger(Processor().ObjectType);
     values.FieldByName("OWNER_ID").SetInteger(key);
@@ -196,14 +196,14 @@ TEST_P(EveryObject, WritesTheFirstOfItsCodesAndBlankOnesByTheirRule) {
     values.FieldByName("VALUE").SetString(value);
     values.Post();
   };
-  for (const TTreeItem& item : Processor().Descriptor().items) {
-    if (item.kind != TTreeItem::Kind::kCode) continue;
+  for (const TreeItem& item : Processor().Descriptor().items) {
+    if (item.kind != TreeItem::Kind::kCode) continue;
     const int owner = values.FieldByName("OWNER_ID").GetIndex();
     const int content = values.FieldByName("OWNER_CONTENT").GetIndex();
     const int tag = values.FieldByName("PARAM_TAG").GetIndex();
-    while (const auto row =
-               values.FindFirst({TMatch::Integer(owner, key), TMatch::Integer(tag, int(item.tag)),
-                                 TMatch::Integer(content, Processor().ObjectType)})) {
+    while (const auto row = values.FindFirst(
+               {RowMatch::Integer(owner, key), RowMatch::Integer(tag, int(item.tag)),
+                RowMatch::Integer(content, Processor().ObjectType)})) {
       values.MoveTo(row);
       values.Delete();
     }
@@ -519,7 +519,7 @@ TEST(NameFilter, FindsTheRowsThatASearchByNameWouldMeet) {
     TreeBuilder(tree.get()).Field(5320, row.name).Field(5322, row.description);
     ASSERT_GT(units.InsertFromTree(tree.get()), 0);
   }
-  QvRefSystem::TNameFilter filter(*units.DataSet);
+  QvRefSystem::NameFilter filter(*units.DataSet);
   // Table order: chain of feet, foot, Foot (Ångström), metre, metre metre.
   const struct {
     const char* text;

@@ -118,8 +118,8 @@ TEST_F(ReferenceSystems, TravelWithTheirMifCodesWholeOrNotAtAll) {
   // A negative datum code stands for a datum of the user's, told by its ellipsoid.
   auto& values = database_.data->datasetParamValue;
   const auto setDatumCode = [&](const std::string& value) {
-    values.MoveTo(
-        values.FindFirst({QvPlatform::TMatch::Integer(0, 2), QvPlatform::TMatch::Integer(2, 3)}));
+    values.MoveTo(values.FindFirst(
+        {QvPlatform::RowMatch::Integer(0, 2), QvPlatform::RowMatch::Integer(2, 3)}));
     values.Edit();
     values.FieldByName("VALUE").SetString(value);
     values.Post();
@@ -130,7 +130,7 @@ TEST_F(ReferenceSystems, TravelWithTheirMifCodesWholeOrNotAtAll) {
 
   // A unit without a name drops the whole subtree, and the system is written all the same.
   values.MoveTo(
-      values.FindFirst({QvPlatform::TMatch::Integer(0, 8), QvPlatform::TMatch::Integer(2, 3)}));
+      values.FindFirst({QvPlatform::RowMatch::Integer(0, 8), QvPlatform::RowMatch::Integer(2, 3)}));
   values.Delete();
   ASSERT_TRUE(Systems().WriteToTree(&tree, 0, 0));
   EXPECT_EQ(FindSubtree(&tree, 101000, 0), nullptr);

@@ -9,10 +9,10 @@
 #include <map>
 #include <memory>
 
+#include "assembly/database_check.h"
+#include "assembly/processor_set.h"
 #include "platform/geocore/projjson.h"
 #include "processors/data_processor.h"
-#include "processors/database_check.h"
-#include "processors/processor_set.h"
 #include "processors/ref_system_processor.h"
 #include "registry/equivalence.h"
 #include "tests/support/scripted_ui.h"
@@ -96,10 +96,10 @@ class DeliveredDatabase : public testing::Test {
     const auto field = [](std::string_view name) {
       return Data().datasetParamValue.FieldByName(name).GetIndex();
     };
-    const QvPlatform::TRowView row = Data().datasetParamValue.FindFirst(
-        {QvPlatform::TMatch::Integer(field("OWNER_CONTENT"), 1),
-         QvPlatform::TMatch::Integer(field("PARAM_TAG"), 4),
-         QvPlatform::TMatch::Text(field("VALUE"), std::to_string(code))});
+    const QvPlatform::RowView row = Data().datasetParamValue.FindFirst(
+        {QvPlatform::RowMatch::Integer(field("OWNER_CONTENT"), 1),
+         QvPlatform::RowMatch::Integer(field("PARAM_TAG"), 4),
+         QvPlatform::RowMatch::Text(field("VALUE"), std::to_string(code))});
     ASSERT_TRUE(row) << code;
     ASSERT_TRUE(Data().RefSystemProcessor->LocateKey(row.GetInteger(field("OWNER_ID"))));
   }

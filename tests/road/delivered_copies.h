@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "processors/processor_set.h"
+#include "assembly/processor_set.h"
 #include "tests/support/scripted_ui.h"
 #include "tests/support/test_database.h"
 
@@ -19,8 +19,8 @@ namespace refframe_tests {
 
 namespace fs = std::filesystem;
 using QvCommonUtils::TStringTree;
+using QvRefSystem::ObjectDescriptor;
 using QvRefSystem::TableSpec;
-using QvRefSystem::TObjectDescriptor;
 using QvRefSystem::TObjectType;
 using QvRefSystem::TQvRfDataProcessor;
 
@@ -46,7 +46,7 @@ class DeliveredCopies : public testing::Test {
 
   /// Calls `visit(processor)` with each record of the type current, in table order.
   template <typename Visitor>
-  void ForEveryRecord(const TObjectDescriptor& type, Visitor visit) {
+  void ForEveryRecord(const ObjectDescriptor& type, Visitor visit) {
     TQvRfDataProcessor* found = QvRefSystem::ProcessorFor(*data_, static_cast<int>(type.type));
     if (found == nullptr) {
       EXPECT_EQ(data_->DataSet(type.table).RecordCount(), 0) << type.typeName;
@@ -73,9 +73,9 @@ class DeliveredCopies : public testing::Test {
     std::set<int> seen;
     QvPlatform::TQvDataSet& values = data_->datasetParamValue;
     const auto field = [&](const char* name) { return values.FieldByName(name).GetIndex(); };
-    for (const QvPlatform::TRowView row :
-         values.FindAll({QvPlatform::TMatch::Integer(field("OWNER_CONTENT"), 1),
-                         QvPlatform::TMatch::Integer(field("PARAM_TAG"), 4)})) {
+    for (const QvPlatform::RowView row :
+         values.FindAll({QvPlatform::RowMatch::Integer(field("OWNER_CONTENT"), 1),
+                         QvPlatform::RowMatch::Integer(field("PARAM_TAG"), 4)})) {
       const int code = std::stoi(row.GetText(field("VALUE")));
       codes[row.GetInteger(field("OWNER_ID"))].push_back(code);
       EXPECT_TRUE(seen.insert(code).second) << "two systems have the code " << code;

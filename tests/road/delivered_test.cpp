@@ -13,8 +13,8 @@
 #include <sstream>
 
 #include "apps/cli/command_line.h"
+#include "assembly/processor_set.h"
 #include "platform/geocore/projjson.h"
-#include "processors/processor_set.h"
 #include "registry/equivalence.h"
 #include "tests/road/delivered_copies.h"
 
@@ -33,7 +33,7 @@ INSTANTIATE_TEST_SUITE_P(Forms, DeliveredDatabase, testing::Bool(),
 TEST_F(DeliveredCopies, AreTheSameInBothForms) {
   data_ = OpenCopy(false);
   const auto container = OpenCopy(true);
-  for (const TObjectDescriptor& type : QvRefSystem::ObjectDescriptors()) {
+  for (const ObjectDescriptor& type : QvRefSystem::ObjectDescriptors()) {
     EXPECT_EQ(container->DataSet(type.table).RecordCount(),
               data_->DataSet(type.table).RecordCount());
     ForEveryRecord(type, [&](TQvRfDataProcessor& processor) {
@@ -83,7 +83,7 @@ TEST_F(DeliveredCopies, HoldEverySystemAsProjKnowsIt) {
 }
 
 TEST_P(DeliveredDatabase, ReadsBackEveryTreeFromItsTextAndItsXml) {
-  for (const TObjectDescriptor& type : QvRefSystem::ObjectDescriptors()) {
+  for (const ObjectDescriptor& type : QvRefSystem::ObjectDescriptors()) {
     ForEveryRecord(type, [](TQvRfDataProcessor& processor) {
       TStringTree tree;
       ASSERT_TRUE(processor.WriteToTree(&tree, 0, 0)) << NameOf(processor);
@@ -99,7 +99,7 @@ TEST_P(DeliveredDatabase, ReadsBackEveryTreeFromItsTextAndItsXml) {
 
 TEST_P(DeliveredDatabase, FindsEveryObjectOfItsOwnAgain) {
   const auto before = Counts();
-  for (const TObjectDescriptor& type : QvRefSystem::ObjectDescriptors()) {
+  for (const ObjectDescriptor& type : QvRefSystem::ObjectDescriptors()) {
     ForEveryRecord(type, [](TQvRfDataProcessor& processor) {
       const int key = processor.GetCurrentKey();
       const std::string name = NameOf(processor);

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <map>
 
-#include "processors/processor_set.h"
+#include "assembly/processor_set.h"
 #include "processors/ref_system_processor.h"
 #include "registry/legacy_bridge.h"
 #include "tests/support/legacy_samples.h"

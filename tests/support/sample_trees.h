@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "processors/string_tree.h"
+#include "platform/data/string_tree.h"
 
 namespace refframe_tests {
 

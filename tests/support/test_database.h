@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "assembly/processor_set.h"
 #include "database/data_module.h"
 #include "processors/data_processor.h"
-#include "processors/processor_set.h"
 #include "tests/support/scripted_ui.h"
 
 namespace refframe_tests {

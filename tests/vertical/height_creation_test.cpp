@@ -7,7 +7,7 @@
 
 #include <filesystem>
 
-#include "processors/database_check.h"
+#include "assembly/database_check.h"
 #include "processors/ref_system_processor.h"
 #include "tests/support/sample_trees.h"
 #include "tests/support/test_database.h"
@@ -19,8 +19,8 @@ using namespace QvRefSystem;  // the subject has many names
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-using Kind = THeightSourceKind;
-using enum THeightRefusal;
+using Kind = HeightSourceKind;
+using enum HeightRefusal;
 using Strings = std::vector<std::string>;
 
 constexpr int kGeodetic = 4;
@@ -38,14 +38,14 @@ std::string TextOf(const TShell2DTableExtents& grid) {
          grid.CellEastWest + " " + grid.CellNorthSouth;
 }
 
-class HeightCreation : public testing::TestWithParam<bool> {
+class HeightCreationTest : public testing::TestWithParam<bool> {
  protected:
-  HeightCreation() : database_(GetParam()), heights_(*database_.data) {
+  HeightCreationTest() : database_(GetParam()), heights_(*database_.data) {
     owner_ = Systems().InsertFromTree(MakeTree(SystemTree, kGeodetic).get());
     metre_ = database_.data->datasetLinearUnit.Fields(0).AsInteger();
     EXPECT_TRUE(SetPlane());
   }
-  ~HeightCreation() override {
+  ~HeightCreationTest() override {
     // The record belongs to its owner, as after the owner's Save.
     QvPlatform::TQvDataSet& systems = *Systems().DataSet;
     Systems().LocateKey(owner_);
@@ -80,7 +80,7 @@ class HeightCreation : public testing::TestWithParam<bool> {
     EXPECT_TRUE(SaveStorageFile(path, false, text));
     return path;
   }
-  THeightRefusal TakeFilePlane(int kind = kGeodetic) {
+  HeightRefusal TakeFilePlane(int kind = kGeodetic) {
     return heights_.TakeFilePlane(MakeTree(SystemTree, kind).get());
   }
   // Takes file and plane, as the dialog does for a user.
@@ -91,11 +91,11 @@ class HeightCreation : public testing::TestWithParam<bool> {
   }
   void CreateTable() {
     TakeSource();
-    EXPECT_EQ(heights_.Create(THeightDataKind::kTable, {}), kNone);
-    ASSERT_EQ(heights_.MadeData().Kind(), THeightDataKind::kTable);
+    EXPECT_EQ(heights_.Create(HeightDataKind::kTable, {}), kNone);
+    ASSERT_EQ(heights_.MadeData().Kind(), HeightDataKind::kTable);
   }
   bool Store(bool append, const char* name = "Alps") {
-    THeightRecord texts;
+    HeightRecord texts;
     texts.Name = name;
     texts.Abbreviation = "A";
     texts.Description = "D";
@@ -103,21 +103,21 @@ class HeightCreation : public testing::TestWithParam<bool> {
   }
 
   TestDatabase database_;
-  THeightCreation heights_;
+  HeightCreation heights_;
   int owner_ = 0;
   int metre_ = 0;
 };
 
-INSTANTIATE_TEST_SUITE_P(Forms, HeightCreation, testing::Bool(),
+INSTANTIATE_TEST_SUITE_P(Forms, HeightCreationTest, testing::Bool(),
                          [](const auto& form) { return form.param ? "Container" : "Folder"; });
 
-TEST_P(HeightCreation, AFileAndItsPlaneMakeATable) {
+TEST_P(HeightCreationTest, AFileAndItsPlaneMakeATable) {
   heights_.ChooseKind(Kind::kFile);
   EXPECT_EQ(heights_.TakeFile(File(HeightText())), kNone);
   EXPECT_EQ(TextOf(heights_.Grid()), TextOf(kFileGrid));
-  EXPECT_FALSE(heights_.CanMake(THeightDataKind::kTable)) << "its plane is not known";
+  EXPECT_FALSE(heights_.CanMake(HeightDataKind::kTable)) << "its plane is not known";
   EXPECT_EQ(TakeFilePlane(), kNone);
-  ASSERT_TRUE(heights_.CanMake(THeightDataKind::kTable));
+  ASSERT_TRUE(heights_.CanMake(HeightDataKind::kTable));
   database_.ui.progress.clear();
   EXPECT_EQ(heights_.Create(heights_.UsualKind(), {}), kNone);
   EXPECT_THAT(database_.ui.progress, ElementsAre("Recalculating geoid undulation data"));
@@ -134,7 +134,7 @@ TEST_P(HeightCreation, AFileAndItsPlaneMakeATable) {
   EXPECT_EQ(Field("NAME") + Field("ABBREVIATION") + Field("DESCRIPTION"), "Alps: 1/2AD");
 }
 
-TEST_P(HeightCreation, WhatWasStoredIsThereAtTheNextOpening) {
+TEST_P(HeightCreationTest, WhatWasStoredIsThereAtTheNextOpening) {
   CreateTable();
   ASSERT_TRUE(Store(true));
   ASSERT_TRUE(SetPlane());
@@ -145,7 +145,7 @@ TEST_P(HeightCreation, WhatWasStoredIsThereAtTheNextOpening) {
   EXPECT_THAT(database_.ui.progress, IsEmpty());
   EXPECT_EQ(heights_.Source().Kind, Kind::kFile);
   EXPECT_EQ(heights_.Source().FilePlaneSystem->Name(), "NAD27 geodetic");
-  EXPECT_TRUE(heights_.CanMake(THeightDataKind::kTable));
+  EXPECT_TRUE(heights_.CanMake(HeightDataKind::kTable));
   EXPECT_TRUE(heights_.IsCurrent());
   EXPECT_EQ(TextOf(heights_.MadeData().Grid), TextOf(kFileGrid));
 
@@ -159,13 +159,13 @@ TEST_P(HeightCreation, WhatWasStoredIsThereAtTheNextOpening) {
   EXPECT_FALSE(heights_.IsStoredPlaneSame(heights_.Target())) << "all is forgotten";
 }
 
-TEST_P(HeightCreation, AnotherPlaneKeepsTheGridAndLosesTheData) {
+TEST_P(HeightCreationTest, AnotherPlaneKeepsTheGridAndLosesTheData) {
   CreateTable();
   ASSERT_TRUE(Store(true));
   ASSERT_TRUE(SetPlane(kProjected));
   EXPECT_FALSE(heights_.IsStoredPlaneSame(heights_.Target()));
   EXPECT_EQ(heights_.StartEdit(), kNone);
-  EXPECT_EQ(heights_.MadeData().Kind(), THeightDataKind::kNone);
+  EXPECT_EQ(heights_.MadeData().Kind(), HeightDataKind::kNone);
   EXPECT_FALSE(heights_.IsCurrent());
   TShell2DTableExtents seen;
   const auto geodetic = CreateShellReferenceSystem(MakeTree(SystemTree, kGeodetic).get(), nullptr);
@@ -173,14 +173,14 @@ TEST_P(HeightCreation, AnotherPlaneKeepsTheGridAndLosesTheData) {
   EXPECT_EQ(TextOf(heights_.Grid()), TextOf(hasImage ? seen : TShell2DTableExtents{}));
 }
 
-TEST_P(HeightCreation, AStoredSystemIsLoadedFromItsFile) {
+TEST_P(HeightCreationTest, AStoredSystemIsLoadedFromItsFile) {
   Systems().InsertFromTree(MakeTree(GeodeticWithTable).get());
   const int key = Systems().GetCurrentKey();
   Records().LocateKey(Systems().DataSet->FieldByName("VERT_SYSTEM_AUTOKEY").AsInteger());
   ASSERT_EQ(Field("NAME"), "Alps");
   ASSERT_TRUE(heights_.LoadForReferenceSystem(key));
   EXPECT_EQ(heights_.StartEdit(), kNone);
-  ASSERT_EQ(heights_.MadeData().Kind(), THeightDataKind::kTable);
+  ASSERT_EQ(heights_.MadeData().Kind(), HeightDataKind::kTable);
   EXPECT_EQ(heights_.MadeData().Table->Get(1, 0), -19.625);
   EXPECT_EQ(TextOf(heights_.MadeData().Grid), TextOf(kFileGrid));
   EXPECT_TRUE(heights_.IsCurrent());
@@ -189,18 +189,18 @@ TEST_P(HeightCreation, AStoredSystemIsLoadedFromItsFile) {
   const std::string path = *Records().CurrentHeightFile();
   std::string whole;
   ASSERT_TRUE(LoadStorageFile(path, GetParam(), &whole));
-  const std::pair<const char*, THeightRefusal> kFiles[] = {
+  const std::pair<const char*, HeightRefusal> kFiles[] = {
       {"54 55 36 38 1 1 7", kNoValues}, {"54 55", kNoGrid}, {"", kNotRead}};
   for (const auto& [text, refusal] : kFiles) {
     (void)SaveStorageFile(path, GetParam(), text);
     EXPECT_EQ(heights_.StartEdit(), refusal) << text;
-    EXPECT_EQ(heights_.MadeData().Kind(), THeightDataKind::kNone);
+    EXPECT_EQ(heights_.MadeData().Kind(), HeightDataKind::kNone);
   }
   ASSERT_TRUE(SaveStorageFile(path, GetParam(), whole));
   owner_ = key;
 }
 
-TEST_P(HeightCreation, ATableUnderAnotherUnitIsNotCurrent) {
+TEST_P(HeightCreationTest, ATableUnderAnotherUnitIsNotCurrent) {
   CreateTable();
   ASSERT_TRUE(Store(true));
   const TreePtr tree = MakeTree(SystemTree, kGeodetic);
@@ -210,11 +210,11 @@ TEST_P(HeightCreation, ATableUnderAnotherUnitIsNotCurrent) {
   TreeBuilder(unit).Field(kFactor, "0.3048");
   ASSERT_TRUE(heights_.SetPlaneSystem(WriteTreeText(tree.get()), metre_));
   EXPECT_EQ(heights_.StartEdit(), kNone);
-  EXPECT_EQ(heights_.MadeData().Kind(), THeightDataKind::kTable);
+  EXPECT_EQ(heights_.MadeData().Kind(), HeightDataKind::kTable);
   EXPECT_FALSE(heights_.IsCurrent()) << "metres would become feet";
 }
 
-TEST_P(HeightCreation, RefusesWhatCannotBeASource) {
+TEST_P(HeightCreationTest, RefusesWhatCannotBeASource) {
   EXPECT_EQ(heights_.TakeSystem(MakeTree(SystemTree, kGeodetic).get()), kNoHeights);
   EXPECT_EQ(heights_.TakeSystem(MakeTree(GeodeticWithTable).get()), kNone);
   EXPECT_EQ(TextOf(heights_.Grid()), TextOf(kFileGrid)) << "the grid of its own heights";
@@ -238,21 +238,21 @@ TEST_P(HeightCreation, RefusesWhatCannotBeASource) {
   heights_.TakeOffsetUnit(metre_);
   for (const char* text : {"", "1,5", "3 m", "nan"}) {
     EXPECT_EQ(heights_.TakeOffset(text), kNoNumber) << text;
-    EXPECT_FALSE(heights_.CanMake(THeightDataKind::kOffset)) << text;
+    EXPECT_FALSE(heights_.CanMake(HeightDataKind::kOffset)) << text;
   }
   EXPECT_EQ(heights_.TakeOffset("-2.50"), kNone);
-  EXPECT_TRUE(heights_.CanMake(THeightDataKind::kOffset));
-  EXPECT_FALSE(heights_.CanMake(THeightDataKind::kTable)) << "an offset makes no table";
+  EXPECT_TRUE(heights_.CanMake(HeightDataKind::kOffset));
+  EXPECT_FALSE(heights_.CanMake(HeightDataKind::kTable)) << "an offset makes no table";
   heights_.TakeOffsetUnit(metre_ + 1);
-  EXPECT_EQ(heights_.UsualKind(), THeightDataKind::kNone) << "there is no such unit";
+  EXPECT_EQ(heights_.UsualKind(), HeightDataKind::kNone) << "there is no such unit";
 }
 
-TEST_P(HeightCreation, TheGridOfAFileNeedsTwoNodesAlongEachAxis) {
+TEST_P(HeightCreationTest, TheGridOfAFileNeedsTwoNodesAlongEachAxis) {
   const struct {
     const char* name;
     TShell2DTableExtents grid;
-    THeightRefusal fromFile;
-    THeightRefusal fromSystem;
+    HeightRefusal fromFile;
+    HeightRefusal fromSystem;
   } rows[] = {
       {"one node", {"36", "36", "54", "54", "1", "1"}, kCellTooGreat, kNone},
       {"cells too great", {"36", "38", "54", "55", "5", "1"}, kCellTooGreat, kNone},
@@ -265,19 +265,19 @@ TEST_P(HeightCreation, TheGridOfAFileNeedsTwoNodesAlongEachAxis) {
     heights_.SetGrid(row.grid);
     for (const Kind kind : {Kind::kFile, Kind::kSystem}) {
       heights_.ChooseKind(kind);
-      const THeightRefusal expected = kind == Kind::kFile ? row.fromFile : row.fromSystem;
-      EXPECT_EQ(heights_.Create(THeightDataKind::kTable, {}), expected) << row.name;
+      const HeightRefusal expected = kind == Kind::kFile ? row.fromFile : row.fromSystem;
+      EXPECT_EQ(heights_.Create(HeightDataKind::kTable, {}), expected) << row.name;
       EXPECT_EQ(heights_.IsCurrent(), expected == kNone) << row.name;
       EXPECT_EQ(heights_.MadeData().Table != nullptr, expected == kNone) << row.name;
     }
   }
 }
 
-TEST_P(HeightCreation, AnOffsetStandsInForHeightsIfItIsAccepted) {
+TEST_P(HeightCreationTest, AnOffsetStandsInForHeightsIfItIsAccepted) {
   TakeSource();
   for (const bool accepted : {false, true}) {
-    EXPECT_EQ(heights_.Create(THeightDataKind::kOffset,
-                              [&](const THeightApproximation& result) {
+    EXPECT_EQ(heights_.Create(HeightDataKind::kOffset,
+                              [&](const HeightApproximation& result) {
                                 // The mean of 20.125 20.25 20.375 19.5 -19.625 19.75.
                                 EXPECT_EQ(result.Offset, "13.396");
                                 EXPECT_EQ(result.Max, "33.021");
@@ -294,14 +294,14 @@ TEST_P(HeightCreation, AnOffsetStandsInForHeightsIfItIsAccepted) {
   EXPECT_EQ(Field("VDATA_OFFSET") + " " + Field("VDATA_TYPE"), "13.396 2");
 }
 
-TEST_P(HeightCreation, AnOffsetHasNoGrid) {
+TEST_P(HeightCreationTest, AnOffsetHasNoGrid) {
   CreateTable();
   heights_.ChooseKind(Kind::kOffset);
   heights_.TakeOffsetUnit(metre_);
   EXPECT_EQ(heights_.TakeOffset("-2.50"), kNone);
   EXPECT_FALSE(heights_.IsCurrent());
   EXPECT_NE(heights_.MadeData().Table, nullptr) << "what was made stays until it is made anew";
-  EXPECT_EQ(heights_.Create(THeightDataKind::kOffset, {}), kNone);
+  EXPECT_EQ(heights_.Create(HeightDataKind::kOffset, {}), kNone);
   ASSERT_TRUE(Store(true));
   EXPECT_EQ(Field("VDATA_OFFSET"), "-2.50");
   EXPECT_EQ(Field("VDATA_UNIT_AUTOKEY"), std::to_string(metre_));
@@ -314,7 +314,7 @@ TEST_P(HeightCreation, AnOffsetHasNoGrid) {
   EXPECT_TRUE(heights_.IsCurrent());
 }
 
-TEST_P(HeightCreation, StaleDataAreStoredOnTheGridOfTheirMaking) {
+TEST_P(HeightCreationTest, StaleDataAreStoredOnTheGridOfTheirMaking) {
   CreateTable();
   heights_.ChooseKind(Kind::kFile);
   EXPECT_TRUE(heights_.IsCurrent()) << "the source is the same";
@@ -324,7 +324,7 @@ TEST_P(HeightCreation, StaleDataAreStoredOnTheGridOfTheirMaking) {
   EXPECT_EQ(Field("VDATA_EXTENTS_EAST"), "38");
 }
 
-TEST_P(HeightCreation, ACancellingUserLosesNothing) {
+TEST_P(HeightCreationTest, ACancellingUserLosesNothing) {
   CreateTable();
   ASSERT_TRUE(Store(true));
   const std::string file = Field("VDATA_FILENAME");
@@ -339,14 +339,14 @@ TEST_P(HeightCreation, ACancellingUserLosesNothing) {
   database_.ui.cancels = false;
   TakeSource();
   database_.ui.cancels = true;
-  for (const auto kind : {THeightDataKind::kTable, THeightDataKind::kOffset}) {
+  for (const auto kind : {HeightDataKind::kTable, HeightDataKind::kOffset}) {
     EXPECT_EQ(heights_.Create(kind, {}), kNone);
-    EXPECT_EQ(heights_.MadeData().Kind(), THeightDataKind::kNone);
+    EXPECT_EQ(heights_.MadeData().Kind(), HeightDataKind::kNone);
     EXPECT_EQ(heights_.Failure(), "") << "he knows";
   }
 }
 
-class HeightCreationInAFolder : public HeightCreation {};
+class HeightCreationInAFolder : public HeightCreationTest {};
 INSTANTIATE_TEST_SUITE_P(Forms, HeightCreationInAFolder, testing::Values(false));
 
 TEST_P(HeightCreationInAFolder, KeepsRecordAndFileWhereTheNewFileIsRefused) {

@@ -155,7 +155,7 @@ INSTANTIATE_TEST_SUITE_P(, HeightFile, testing::Bool(), [](const auto& test) {
 TEST(ProgressDisplay, TakesManyStepsForOneAndStaysCancelled) {
   ProgressUi ui;
   ui.cancelAt = 3;
-  QvRefSystem::TProgressDisplay display(ui, QvRefSystem::TProgressDisplay::kCounted, "title");
+  QvRefSystem::ProgressDisplay display(ui, QvRefSystem::ProgressDisplay::kCounted, "title");
   display.Interface()->SetMax(2'000'000'000);
   EXPECT_EQ(ui.displays.back().count, 1000);
   int taken = 0;

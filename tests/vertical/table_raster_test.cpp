@@ -14,8 +14,8 @@
 namespace refframe_tests {
 namespace {
 
-using QvCommonUtils::TBitmapHeader;
-using QvCommonUtils::TPixelRectangle;
+using QvCommonUtils::BitmapHeader;
+using QvCommonUtils::PixelRectangle;
 using Table = QvCommonUtils::T2DTable<double>;
 using Raster = QvCommonUtils::TTableDibData<double>;
 using Bytes = std::vector<std::uint8_t>;
@@ -54,8 +54,8 @@ TEST(TableRaster, GivesTheLevelOfEachPixelInAnyZoomDirectionAndStep) {
       for (const int step : {0, 1, 3}) {
         const int s = std::max(step, 1);
         // Reaches over the right and lower edge.
-        const TPixelRectangle rectangle{2, 1, raster.Width() / s + 3, raster.Height() / s + 2};
-        TBitmapHeader header;
+        const PixelRectangle rectangle{2, 1, raster.Width() / s + 3, raster.Height() / s + 2};
+        BitmapHeader header;
         Bytes pixels;
         raster.Read(rectangle, &header, &pixels, step);
         ASSERT_EQ(header.Width, rectangle.Right - 2);
@@ -117,7 +117,7 @@ TEST(TableRaster, ShowsTablesThatHaveNoSteps) {
     for (const int zoom : {1, 4}) {
       Raster raster;
       raster.Setup(&table, false, false, false, zoom);
-      TBitmapHeader header;
+      BitmapHeader header;
       Bytes pixels;
       raster.Read({0, 0, raster.Width(), raster.Height()}, &header, &pixels, 1);
       EXPECT_EQ(pixels[static_cast<std::size_t>(raster.Width() - 1)] != 0, !row.equal) << row.name;
@@ -137,14 +137,14 @@ TEST(TableRaster, RefusesAnImageThatIsTooLargeToCount) {
 }
 
 TEST(TableRaster, HasTheColoursOfItsPalettes) {
-  using QvCommonUtils::TPaletteColour;
+  using QvCommonUtils::PaletteColour;
   const auto& colours = QvCommonUtils::ColourPalette();
-  EXPECT_EQ(colours[0], (TPaletteColour{0, 58, 40}));
-  EXPECT_EQ(colours[63], (TPaletteColour{186, 201, 0}));
-  EXPECT_EQ(colours[127], (TPaletteColour{250, 250, 0}));
-  EXPECT_EQ(colours[128], (TPaletteColour{250, 251, 0}));
-  EXPECT_EQ(colours[255], (TPaletteColour{151, 16, 0}));
-  EXPECT_EQ(QvCommonUtils::GrayscalePalette()[77], (TPaletteColour{77, 77, 77}));
+  EXPECT_EQ(colours[0], (PaletteColour{0, 58, 40}));
+  EXPECT_EQ(colours[63], (PaletteColour{186, 201, 0}));
+  EXPECT_EQ(colours[127], (PaletteColour{250, 250, 0}));
+  EXPECT_EQ(colours[128], (PaletteColour{250, 251, 0}));
+  EXPECT_EQ(colours[255], (PaletteColour{151, 16, 0}));
+  EXPECT_EQ(QvCommonUtils::GrayscalePalette()[77], (PaletteColour{77, 77, 77}));
 }
 
 std::string ReadFile(const std::string& path) {

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "processors/database_check.h"
+#include "assembly/database_check.h"
 #include "tests/support/sample_trees.h"
 #include "tests/support/test_database.h"
 

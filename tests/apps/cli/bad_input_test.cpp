@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <functional>
 
-#include "processors/string_tree.h"
+#include "platform/data/string_tree.h"
 #include "tests/apps/cli/command_line_fixture.h"
 #include "tests/support/sample_trees.h"
 

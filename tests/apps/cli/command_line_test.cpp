@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "processors/string_tree.h"
+#include "platform/data/string_tree.h"
 #include "tests/apps/cli/command_line_fixture.h"
 #include "tests/support/sample_trees.h"
 

@@ -15,8 +15,8 @@
 #include <QTreeWidget>
 
 #include "apps/host/tree_view.h"
-#include "dialogs/database_manager.h"
-#include "dialogs/import_export.h"
+#include "dialogs/select/database_manager.h"
+#include "dialogs/select/import_export.h"
 #include "tests/dialogs/dialog_fixture.h"
 #include "tests/support/sample_trees.h"
 
@@ -90,7 +90,7 @@ TEST_F(HostWindow, ACancelledChoiceKeepsTheSystem) {
   TMainWindow window(settings_, ui_);
   ASSERT_TRUE(Open(window));
   const std::string path = folder_.Path("system");
-  WriteTreeFile(*MakeTree(SystemTree, 1), path, QvRefSystem::TObjectFileForm::kText);
+  WriteTreeFile(*MakeTree(SystemTree, 1), path, QvRefSystem::ObjectFileForm::kText);
   ASSERT_TRUE(window.OpenTree(QString::fromStdString(path)));
   ScreenUser user;
   user.In<TformQvRfSelector>([](QWidget& form) {
@@ -121,7 +121,7 @@ TEST_F(HostWindow, OpensAndSavesTreesInBothForms) {
     const std::string in = folder_.Path("in") + row.extension;
     WriteTreeFile(
         *source, in,
-        row.filter == 0 ? QvRefSystem::TObjectFileForm::kText : QvRefSystem::TObjectFileForm::kXml);
+        row.filter == 0 ? QvRefSystem::ObjectFileForm::kText : QvRefSystem::ObjectFileForm::kXml);
     ScreenUser user;
     user.In<QFileDialog>(answer(in, row.filter));
     Action(window, "actOpenTree").trigger();

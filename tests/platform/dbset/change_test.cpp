@@ -47,7 +47,7 @@ TEST_P(Changes, AreThereForTheNextOneToOpen) {
     table.set.Post();
   }
   Table table = Open();
-  const TRowView row = table.set.CurrentRow();
+  const RowView row = table.set.CurrentRow();
   EXPECT_EQ(row.GetInteger(kKey), 1);
   EXPECT_EQ(row.GetText(kName), "métre \t \"x\"");
   EXPECT_EQ(row.GetText(kNote), std::string(1000, 'n')) << "widths do not cut";

@@ -107,7 +107,7 @@ class TableLikeList : public testing::TestWithParam<Setup> {
     ASSERT_EQ(table.set.RecordCount(), static_cast<int>(expected.size()));
     for (int i = 0; i < table.set.RecordCount(); ++i) {
       const Record& record = expected[static_cast<std::size_t>(i)];
-      const TRowView row = table.set.Row(i);
+      const RowView row = table.set.Row(i);
       ASSERT_EQ(row.GetInteger(kKey), record.key) << "at " << i;
       ASSERT_EQ(row.GetText(kName), record.name);
       ASSERT_EQ(row.GetText(kNote), record.note);
@@ -117,38 +117,38 @@ class TableLikeList : public testing::TestWithParam<Setup> {
   }
 
   template <typename Condition>
-  void ExpectFound(const Table& table, std::initializer_list<TMatch> matches,
+  void ExpectFound(const Table& table, std::initializer_list<RowMatch> matches,
                    Condition condition) const {
     std::vector<int> keys;
     for (const Record& record : Sorted()) {
       if (condition(record)) keys.push_back(record.key);
     }
-    const TRowView first = table.set.FindFirst(matches);
+    const RowView first = table.set.FindFirst(matches);
     ASSERT_EQ(first.GetInteger(kKey), keys.empty() ? 0 : keys.front());
     std::vector<int> found;
-    for (const TRowView row : table.set.FindAll(matches))
+    for (const RowView row : table.set.FindAll(matches))
       found.push_back(row.GetInteger(kKey));
     ASSERT_EQ(found, keys);
     const auto all = static_cast<std::size_t>(std::ranges::count_if(records_, condition));
-    ASSERT_EQ(table.set.FindAll(matches, TRowScope::kAll).size(), all);
+    ASSERT_EQ(table.set.FindAll(matches, RowScope::kAll).size(), all);
   }
   void ExpectLookUps(const Table& table, std::mt19937& random) const {
     const int key = static_cast<int>(random() % static_cast<unsigned>(lastKey_ + 2));
     const int code = static_cast<int>(random() % 4);
     const std::string name = RandomName(random);
     const std::string folded = FoldName(name);
-    ExpectFound(table, {TMatch::Integer(kKey, key)},
+    ExpectFound(table, {RowMatch::Integer(kKey, key)},
                 [key](const Record& record) { return record.key == key; });
-    ExpectFound(table, {TMatch::Text(kName, name)},
+    ExpectFound(table, {RowMatch::Text(kName, name)},
                 [&name](const Record& record) { return record.name == name; });
-    ExpectFound(table, {TMatch::Folded(kName, folded)},
+    ExpectFound(table, {RowMatch::Folded(kName, folded)},
                 [&folded](const Record& record) { return FoldName(record.name) == folded; });
     const auto both = [&folded, code](const Record& record) {
       return record.code == code && FoldName(record.name) == folded;
     };
-    ExpectFound(table, {TMatch::Integer(kCode, code), TMatch::Folded(kName, folded)}, both);
-    ExpectFound(table, {TMatch::Folded(kName, folded), TMatch::Integer(kCode, code)}, both);
-    ExpectFound(table, {TMatch::Integer(kCode, code), TMatch::Integer(kCode, code + 1)},
+    ExpectFound(table, {RowMatch::Integer(kCode, code), RowMatch::Folded(kName, folded)}, both);
+    ExpectFound(table, {RowMatch::Folded(kName, folded), RowMatch::Integer(kCode, code)}, both);
+    ExpectFound(table, {RowMatch::Integer(kCode, code), RowMatch::Integer(kCode, code + 1)},
                 [](const Record&) { return false; });
   }
 
@@ -200,15 +200,15 @@ TEST(Arranging, FollowsTheUsersLanguageFromTheNextOpening) {
   for (const char* name : {"zebra", "ärta", "istanbul", "ISTANBUL"})
     table.Add(name, 1);
   EXPECT_THAT(table.Names(), ElementsAre("ärta", "istanbul", "ISTANBUL", "zebra"));
-  EXPECT_EQ(table.set.FindAll({TMatch::Folded(kName, FoldName("Istanbul"))}).size(), 2U);
+  EXPECT_EQ(table.set.FindAll({RowMatch::Folded(kName, FoldName("Istanbul"))}).size(), 2U);
   SetUserLocale("sv-SE");
   table.Reopen();
   EXPECT_THAT(table.Names(), ElementsAre("istanbul", "ISTANBUL", "zebra", "ärta"));
   SetUserLocale("tr-TR");
   table.Reopen();
-  EXPECT_EQ(table.set.FindFirst({TMatch::Folded(kName, FoldName("istanbul"))}).GetText(kName),
+  EXPECT_EQ(table.set.FindFirst({RowMatch::Folded(kName, FoldName("istanbul"))}).GetText(kName),
             "istanbul");
-  EXPECT_EQ(table.set.FindAll({TMatch::Folded(kName, FoldName("istanbul"))}).size(), 1U)
+  EXPECT_EQ(table.set.FindAll({RowMatch::Folded(kName, FoldName("istanbul"))}).size(), 1U)
       << "a dotless I is another letter there";
   SetUserLocale("en-US");
 }
@@ -278,7 +278,7 @@ TEST(Walking, SetsItsEndsAsAWalkExpects) {
   table.set.MoveTo(0);
   EXPECT_FALSE(table.set.Bof() || table.set.Eof());
   EXPECT_THROW(table.set.MoveTo(2), DataSetError);
-  EXPECT_FALSE(table.set.MoveTo(TRowView()));
+  EXPECT_FALSE(table.set.MoveTo(RowView()));
 }
 
 }  // namespace

@@ -53,11 +53,11 @@ int Table::Add(const std::string& name, int code) {
 }
 
 int Table::Key(const std::string& name) const {
-  return set.FindFirst({TMatch::Text(kName, name)}).GetInteger(kKey);
+  return set.FindFirst({RowMatch::Text(kName, name)}).GetInteger(kKey);
 }
 
 void Table::GoTo(int key) {
-  if (!set.MoveTo(set.FindFirst({TMatch::Integer(kKey, key)}))) {
+  if (!set.MoveTo(set.FindFirst({RowMatch::Integer(kKey, key)}))) {
     throw std::runtime_error("no record has the key " + std::to_string(key));
   }
 }

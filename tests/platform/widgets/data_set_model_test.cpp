@@ -11,7 +11,7 @@
 namespace refframe_tests {
 namespace {
 
-using QvPlatform::TDataSetTableModel;
+using QvPlatform::DataSetTableModel;
 using QvRefSystem::TableId;
 
 // The table stands in the order: Airy 1830, Bessel 1841, Clarke 1866, Clarke 1880 (IGN), GRS 1980,
@@ -27,7 +27,7 @@ class DataSetModel : public DialogTest {
   }
   QvPlatform::TQvDataSet& table_ = database_.data->datasetEllipsoid;
   QvPlatform::TDataSource source_{&table_};
-  TDataSetTableModel model_{source_, {{"NAME", "Name"}, {"DESCRIPTION", "Description"}}, nullptr};
+  DataSetTableModel model_{source_, {{"NAME", "Name"}, {"DESCRIPTION", "Description"}}, nullptr};
   // Complains of every breach of the contract between models and views.
   QAbstractItemModelTester tester_{&model_, QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
@@ -45,7 +45,7 @@ TEST_F(DataSetModel, ShowsTheRowsInTheTablesOrderAndFollowsItsChanges) {
 }
 
 TEST_F(DataSetModel, WithoutColumnsShowsEveryField) {
-  const TDataSetTableModel all(source_, {}, nullptr);
+  const DataSetTableModel all(source_, {}, nullptr);
   ASSERT_EQ(all.columnCount(), table_.FieldCount());
   EXPECT_EQ(all.headerData(3, Qt::Horizontal, Qt::DisplayRole).toString(), "NAME");
   EXPECT_EQ(all.index(0, 0).data().toString(), QString::number(table_.Fields(0).AsInteger()));
@@ -106,7 +106,7 @@ TEST_F(DataSetModel, RowsThatAreGoneUnnoticedReadAsEmpty) {
 }
 
 TEST_F(DataSetModel, AGridAndItsTableShareTheCurrentRow) {
-  QvPlatform::TDataGrid grid(nullptr);
+  QvPlatform::DataGrid grid(nullptr);
   grid.SetDataSetModel(&model_);
   grid.show();
   table_.MoveTo(4);

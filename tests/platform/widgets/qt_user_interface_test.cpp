@@ -86,7 +86,7 @@ TEST(Texts, GoThroughTheApplicationsTranslatorsWhileTranslationLives) {
   QCoreApplication::installTranslator(&translator);
   using QvPlatform::TextId;
   {
-    const QvPlatform::TTextTranslation translation;
+    const QvPlatform::TextTranslation translation;
     EXPECT_EQ(QvPlatform::SystemText(TextId::kSelect), "SELECT");
     EXPECT_EQ(QvPlatform::Translated("Close"), "CLOSE");
   }

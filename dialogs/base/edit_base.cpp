@@ -1,0 +1,140 @@
+#include "dialogs/base/edit_base.h"
+
+#include <QLayout>
+#include <QPushButton>
+#include <QToolTip>
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <typeindex>
+
+#include "platform/widgets/colour.h"
+#include "platform/widgets/qt_text.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::HiddenForm;
+
+namespace {
+
+TQvRfDataProcessor* ProcessorOf(TObjectType object) {
+  TQvRfDataProcessor* processor = datamoduleQvRfData == nullptr
+                                      ? nullptr
+                                      : ProcessorFor(*datamoduleQvRfData, static_cast<int>(object));
+  if (processor == nullptr) throw std::invalid_argument("no processor of this object type");
+  return processor;
+}
+
+// Where the user has put the dialogs of a class and how large he has made them, while the program
+// runs.
+struct Place {
+  std::optional<QPoint> position;
+  std::optional<QSize> size;
+};
+
+Place& PlaceOf(const TformQvRfEdit& form) {
+  static std::map<std::type_index, Place> places;
+  return places[typeid(form)];
+}
+
+// Locks a record while its dialog runs. Afterwards the record is current again, if it is still
+// there, and the lock is gone in any case.
+class EditLock {
+ public:
+  EditLock(TQvRfDataProcessor& processor, int key) : processor_(processor), key_(key) {
+    processor_.PushEditKey();
+  }
+  ~EditLock() {
+    if (processor_.LocateKey(key_)) {
+      processor_.PopEditKey();
+      return;
+    }
+    const auto lock = std::ranges::find(processor_.EditKeys, key_);
+    if (lock != processor_.EditKeys.end()) processor_.EditKeys.erase(lock);
+  }
+  EditLock(const EditLock&) = delete;
+  EditLock& operator=(const EditLock&) = delete;
+
+ private:
+  TQvRfDataProcessor& processor_;
+  const int key_;
+};
+
+}  // namespace
+
+TformQvRfEdit::TformQvRfEdit(QWidget* owner, TObjectType object)
+    : ModalForm(owner),
+      ErrorColour(QvPlatform::ColourFromBgr(
+          datamoduleQvRfData != nullptr ? datamoduleQvRfData->ErrorColour : 0)),
+      Processor(ProcessorOf(object)) {}
+
+bool TformQvRfEdit::EditCurrent() {
+  const ControlsGuard controls(*Processor->DataSet);
+  const int key = Processor->GetCurrentKey();
+  if (!Processor->CheckNotEditing()) {
+    Processor->LocateKey(key);
+    return false;
+  }
+  if (key == 0 || IsRunning()) return false;
+  // The owner shows again once the record is current.
+  const HiddenForm hidden(Owner());
+  const EditLock lock(*Processor, key);
+  return EditRecord();
+}
+
+bool TformQvRfEdit::CreateNew() {
+  if (IsRunning()) return false;
+  const ControlsGuard controls(*Processor->DataSet);
+  const int key = Processor->GetCurrentKey();
+  const HiddenForm hidden(Owner());
+  const bool made = NewRecord();
+  if (!made) Processor->LocateKey(key);
+  return made;
+}
+
+void TformQvRfEdit::BeginRun(int key) {
+  Key = key;
+  EditMode = key != 0 ? 1 : 0;
+  Saved = false;
+}
+
+void TformQvRfEdit::bitbtnSaveClick() {
+  if (!StoreRecord()) return;
+  Saved = true;
+  accept();
+}
+
+void TformQvRfEdit::TellNotSaved(QPushButton* bitbtnSave, const QString& why) {
+  const QString tip = QStringLiteral("<qt>%1</qt>")
+                          .arg(QvPlatform::Translated("Not saved: %1").arg(why).toHtmlEscaped());
+  bitbtnSave->setToolTip(tip);
+  QToolTip::showText(bitbtnSave->mapToGlobal(QPoint(0, bitbtnSave->height())), tip, bitbtnSave);
+}
+
+bool TformQvRfEdit::RunEdit() {
+  RunModal();
+  if (!Saved) CancelEdit();
+  return Saved;
+}
+
+void TformQvRfEdit::PlaceAndSize(const QSize& usual) {
+  const Place& kept = PlaceOf(*this);
+  layout()->activate();
+  resize(kept.size.value_or(usual).expandedTo(minimumSizeHint()));
+  if (kept.position) {
+    move(*kept.position);
+  } else {
+    PlaceUsually();
+  }
+  placed_ = QRect(pos(), size());
+}
+
+// What the user has changed is kept; the rest goes by its owner and the screen again.
+void TformQvRfEdit::FormHide() {
+  Place& kept = PlaceOf(*this);
+  if (pos() != placed_.topLeft()) kept.position = pos();
+  if (size() != placed_.size()) kept.size = size();
+}
+
+}  // namespace QvRefSystem

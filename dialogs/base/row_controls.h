@@ -1,0 +1,114 @@
+#pragma once
+
+#include <QColor>
+#include <QString>
+#include <vector>
+
+#include "forms/form_record.h"
+
+class QAbstractButton;
+class QButtonGroup;
+class QComboBox;
+class QGridLayout;
+class QHBoxLayout;
+class QPlainTextEdit;
+class QPushButton;
+class QSplitter;
+class QVBoxLayout;
+class QWidget;
+
+namespace QvPlatform {
+class LimitedLine;
+}
+
+namespace QvRefSystem {
+
+/// The controls of one row of an edit dialog: what stands in front, what holds the value, and the
+/// "..." of a reference. Their background tells their state: refused, not in use, or normal.
+class RowControls {
+ public:
+  RowControls(const FormRow& row, QWidget* form);
+
+  void Show(const FormValue& value);
+  void Read(FormValue* value) const;
+  /// Whether the row is needed, and its lead lets it be used; only then is it checked.
+  [[nodiscard]] bool IsUsed() const;
+  /// A row that is not needed is disabled, its lead and its button with it.
+  void SetNeeded(bool needed);
+  /// A control that is not in use shows its text, and cannot be changed.
+  void SetUsable(bool usable);
+  void Refuse(const QColor& colour, const QString& reason);
+  void ClearMark();
+  /// What the control tells about itself while it is not refused.
+  void SetHint(const QString& hint);
+  /// Sets the colours anew, after a change of the desktop's.
+  void Paint();
+  /// Limits what can be typed, to the width of a field.
+  void SetLimit(int characters);
+
+  [[nodiscard]] const FormRow& Row() const { return *row_; }
+  [[nodiscard]] QWidget* Lead() const { return lead_; }
+  [[nodiscard]] QWidget* Control() const { return control_; }
+  [[nodiscard]] QPushButton* Button() const { return button_; }
+  /// Null for a row whose lead is a label.
+  [[nodiscard]] QAbstractButton* LeadButton() const;
+  /// Null for a row that is not one line of text.
+  [[nodiscard]] QvPlatform::LimitedLine* Line() const;
+  [[nodiscard]] QComboBox* List() const;
+  [[nodiscard]] bool IsRefused() const { return refused_; }
+
+ private:
+  void MakeLead(QWidget* form);
+  void MakeControl(QWidget* form);
+  void MakeButton(QWidget* form);
+
+  const FormRow* row_;
+  QWidget* lead_ = nullptr;
+  QWidget* control_ = nullptr;
+  QPushButton* button_ = nullptr;
+  bool usable_ = true;
+  bool needed_ = true;
+  bool refused_ = false;
+  QColor errorColour_;
+  QString hint_;
+};
+
+/// Lays rows out: leads in one column, controls in the other, columns and boxes side by side.
+class RowLayout {
+ public:
+  explicit RowLayout(QVBoxLayout* place);
+  void Add(const RowControls& row);
+  /// Brings the rows above and below the columns in line. To be called when all rows are in.
+  void Align();
+
+ private:
+  void AddColumn(QWidget* column);
+  void AddBox(QWidget* box);
+  void BeginColumn(const RowControls& row);
+  void EndColumns();
+
+  QVBoxLayout* place_;
+  QGridLayout* grid_ = nullptr;
+  QHBoxLayout* columns_ = nullptr;
+  QSplitter* boxes_ = nullptr;
+  /// The grids that take the whole width, and the width of their widest lead.
+  std::vector<QGridLayout*> wholes_;
+  int leadWidth_ = 0;
+};
+
+/// Gives a control a background, and a colour of text that can be read on it; an invalid colour
+/// gives it those of the desktop.
+void SetBackground(QWidget* control, const QColor& colour);
+
+/// A tip with that text. Names of records show as they are: a tip takes no markup from them, and
+/// breaks its lines.
+[[nodiscard]] QString TipOf(const QString& text);
+
+/// Brings what stands in front of a memo in line with the first line of its text.
+void AlignWithText(QWidget* lead, const QPlainTextEdit& memo);
+
+/// A "..." that chooses what its tip calls by `caption`.
+[[nodiscard]] QPushButton* MakeChoiceButton(QWidget* parent, const char* objectName,
+                                            const char* caption);
+
+}  // namespace QvRefSystem

@@ -1,0 +1,24 @@
+#include "dialogs/edit/datum_edit.h"
+
+#include "dialogs/select/selectors.h"
+
+namespace QvRefSystem {
+
+bool TformQvRfDatumEdit::Choose(const FormRow& row) {
+  if (row.object != TObjectType::kDatumShift || Data().DialogMode != kSimpleMode) {
+    return DescribedEdit::Choose(row);
+  }
+  auto& shifts = dynamic_cast<TformQvRfDatumShiftSelector&>(SelectorOf(row.object));
+  // The list does not show, but what it opens takes its place.
+  shifts.move(pos());
+  const QvPlatform::HiddenForm hidden(this);
+  if (EditMode == 0) return shifts.NewByType();
+  shifts.Processor->LocateKey(ValueOf(row.control).key);
+  return shifts.EditByType();
+}
+
+void TformQvRfDatumShiftBursaWolfEdit::WriteMore(QvPlatform::TQvDataSet& dataSet) {
+  if (EditMode == 0) dataSet.FieldByName("TYPE").SetInteger(shiftType_);
+}
+
+}  // namespace QvRefSystem

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "dialogs/base/described_edit.h"
+#include "forms/axis_directions.h"
+#include "forms/form_descriptions.h"
+#include "processors/map_projection_processor.h"
+
+namespace QvPlatform {
+class DataGrid;
+class DataSetTableModel;
+}  // namespace QvPlatform
+
+namespace QvRefSystem {
+
+class ParamGrid;
+
+/// The dialog of map projections. Its parameters, and which units it needs, are what the tables say
+/// of the chosen type; the values are rows beside the record.
+class TformQvRfMapProjEdit final : public DescribedEdit {
+ public:
+  explicit TformQvRfMapProjEdit(QWidget* owner);
+  ~TformQvRfMapProjEdit() override;
+
+ protected:
+  void OnNewRecord() override;
+  void OnEditRecord() override;
+  void OnChosen(const FormRow& row) override;
+  [[nodiscard]] bool CheckMore() override;
+  void WriteMore(QvPlatform::TQvDataSet& dataSet) override;
+  [[nodiscard]] std::vector<QvPlatform::TQvDataSet*> TablesBeside() override;
+  void StoreBeside(int key) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  /// Shows the parameters of the chosen type, with the values of the record or without.
+  void FillGrid(bool withValues);
+  /// The axes that the record of a type offers, in the order of the dialog.
+  void TakeAxesOfType();
+  void SetDirections(const AxisDirections& axes);
+  [[nodiscard]] AxisDirections Directions();
+  [[nodiscard]] TQvRfMapProjDataProcessor& Projections() const;
+  void ShowRows(TableId table);
+  void HideRows();
+
+  ParamGrid* strgridProjParam_ = nullptr;
+  // The grid looks at the model, and goes with the form.
+  QvPlatform::DataGrid* dbgridParamValue_ = nullptr;
+};
+
+}  // namespace QvRefSystem

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "dialogs/edit/system_edit.h"
+
+namespace QvRefSystem {
+
+class OriginGrid;
+
+/// The dialog of a system whose origin has coordinates, which stand in a grid.
+class OriginEdit : public SystemEdit {
+ public:
+  OriginEdit(QWidget* owner, const FormDescription& form);
+
+ protected:
+  [[nodiscard]] OriginGrid& Origin() { return *strgridOrigin_; }
+  /// Tells the units of the coordinates; "" for none.
+  void SetOriginHint(const QString& units);
+
+ private:
+  OriginGrid* strgridOrigin_ = nullptr;
+};
+
+/// A local system is a plane on a sphere. Its origin is told in its own axes and unit.
+class TformQvRfRefSystemLocalEdit final : public OriginEdit {
+ public:
+  explicit TformQvRfRefSystemLocalEdit(QWidget* owner);
+
+ protected:
+  [[nodiscard]] bool Choose(const FormRow& row) override;
+};
+
+/// A topocentric system stands on a geodetic one, in whose axes and units its origin is told.
+class TformQvRfRefSystemTopoEdit final : public OriginEdit {
+ public:
+  explicit TformQvRfRefSystemTopoEdit(QWidget* owner);
+
+ protected:
+  void OnNewRecord() override;
+  void OnEditRecord() override;
+  void OnRead() override;
+  [[nodiscard]] bool Choose(const FormRow& row) override;
+  void OnChosen(const FormRow& row) override;
+
+ private:
+  void ShowPrimary();
+};
+
+}  // namespace QvRefSystem

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QTableWidget>
+#include <vector>
+
+class QLineEdit;
+
+namespace QvRefSystem {
+
+/// The grid of a system's origin: the names of the axes beside the values. The cells of values are
+/// lines of text in their own right, so that Tab and a click get there as to any other line.
+class OriginGrid final : public QTableWidget {
+  Q_OBJECT
+
+ public:
+  /// The lines become the cells of column 1; the grid owns them from then on.
+  OriginGrid(QWidget* parent, const std::vector<QLineEdit*>& cells);
+
+  void SetAxisName(int row, const QString& name);
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void FitRows();
+  void FitNames();
+  void EnterRow(int row);
+
+  std::vector<QLineEdit*> cells_;
+};
+
+}  // namespace QvRefSystem

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <map>
+#include <memory>
+
+#include "dialogs/edit/system_edit.h"
+#include "processors/ref_system_unstored.h"
+
+namespace QvRefSystem {
+
+class TShellReferenceSystem;
+class TformQvRfVerticalRefSystemEdit;
+
+/// The dialog of a system that stands on a datum or on an ellipsoid alone, and whose heights count
+/// from the ellipsoid, from a height system of its own or from a built-in geoid.
+///
+/// The stored height system is never touched while the dialog runs: it works on a copy, or on one
+/// that was made in this run. Save puts it in the place of the stored one, or removes both if the
+/// heights do without; Close removes it and leaves the stored one as it was.
+class PlaneSystemEdit : public SystemEdit {
+ public:
+  PlaneSystemEdit(QWidget* owner, const FormDescription& form);
+
+  /// Assembles the system as it stands in the dialog, in the tree itself (id 0) or in a new subtree
+  /// (id, index). False, with the controls marked that stand in the way, if it is not whole.
+  [[nodiscard]] bool BuildSystemTree(TStringTree* tree, int id, int index);
+
+ protected:
+  void OnNewRecord() override;
+  void OnEditRecord() override;
+  [[nodiscard]] bool CheckMore() override;
+  void WriteMore(QvPlatform::TQvDataSet& dataSet) override;
+  [[nodiscard]] std::vector<QvPlatform::TQvDataSet*> TablesBeside() override;
+  void StoreBeside(int key) override;
+  void OnLeads() override;
+  [[nodiscard]] bool Choose(const FormRow& row) override;
+  void OnChosen(const FormRow& row) override;
+  void CancelEdit() override;
+  /// What the rows hold for the tree; all that both kinds have is filled in by the base.
+  virtual void FillSystem(UnstoredSystem* system);
+
+ private:
+  void ListSystemGeoids();
+  void DropBrokenReferences();
+  void DropIfBroken(const FormRow& row);
+  [[nodiscard]] bool CanBeWritten(const FormRow& row);
+  void ShowHeights(int key, int code);
+  void CopyHeights();
+  [[nodiscard]] bool CheckPlane();
+  [[nodiscard]] bool CheckGround();
+  [[nodiscard]] bool CheckGeoid();
+  [[nodiscard]] bool CheckSystemGeoid();
+  [[nodiscard]] std::unique_ptr<TShellReferenceSystem> BuildShellSystem();
+  [[nodiscard]] bool ChooseHeights();
+  void TakeEllipsoidOfDatum();
+  [[nodiscard]] bool IsChosen(const char* radio) { return LeadOf(radio).isChecked(); }
+
+  const FormDescription& form_;
+  TformQvRfVerticalRefSystemEdit* VerticalEdit;
+  /// The height system of the record as it is stored; the row holds the one that is worked on.
+  int OldVerticalKey = 0;
+  /// Codes of the built-in geoids by their places in the list.
+  std::map<int, int> SystemGeoids;
+};
+
+class TformQvRfRefSystemGeodEdit final : public PlaneSystemEdit {
+ public:
+  explicit TformQvRfRefSystemGeodEdit(QWidget* owner);
+
+ protected:
+  void OnNewRecord() override;
+  void OnEditRecord() override;
+  void StoreBeside(int key) override;
+  void FillSystem(UnstoredSystem* system) override;
+  [[nodiscard]] std::vector<const char*> AxesOfType() const override;
+};
+
+/// A projected system. In simple mode its projection is made and edited from here without a list.
+class TformQvRfRefSystemProjEdit final : public PlaneSystemEdit {
+ public:
+  explicit TformQvRfRefSystemProjEdit(QWidget* owner) : PlaneSystemEdit(owner, kProjSystemForm) {}
+
+ protected:
+  [[nodiscard]] bool Choose(const FormRow& row) override;
+  void OnChosen(const FormRow& row) override;
+  void FillSystem(UnstoredSystem* system) override;
+  [[nodiscard]] std::vector<const char*> AxesOfType() const override;
+};
+
+}  // namespace QvRefSystem

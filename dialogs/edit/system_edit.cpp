@@ -1,0 +1,72 @@
+#include "dialogs/edit/system_edit.h"
+
+#include <QAbstractButton>
+
+#include "platform/widgets/qt_text.h"
+
+namespace QvRefSystem {
+
+using QvPlatform::RowView;
+using QvPlatform::TQvDataSet;
+
+namespace {
+
+constexpr char kSwap[] = "SWAP_COORDS";
+constexpr char kLeft[] = "radiobtnLeft";
+constexpr char kRight[] = "radiobtnRight";
+
+bool HasHandedness(const FormDescription& form) {
+  return std::ranges::find(form.rows, kHandedness, &FormRow::choice) != form.rows.end();
+}
+
+const char* RadioOf(int swapped) {
+  return swapped != 0 ? kLeft : kRight;
+}
+
+}  // namespace
+
+SystemEdit::SystemEdit(QWidget* owner, const FormDescription& form)
+    : DescribedEdit(owner, form), type_(form.type), hasHandedness_(HasHandedness(form)) {}
+
+void SystemEdit::OnNewRecord() {
+  TQvDataSet& types = Data().datasetRefSystemType;
+  const auto column = [&](const char* name) { return types.FieldByName(name).GetIndex(); };
+  const RowView type = types.FindFirst({QvPlatform::RowMatch::Integer(column("TYPE"), type_)});
+  if (hasHandedness_) SetChoice(kHandedness, type ? RadioOf(type.GetInteger(column(kSwap))) : "");
+  if (!type) return;
+  for (const char* control : AxesOfType()) {
+    ValueOf(control).text = type.GetText(column(RowOf(control).Row().column));
+    Show(control);
+  }
+}
+
+void SystemEdit::OnEditRecord() {
+  if (!hasHandedness_) return;
+  SetChoice(kHandedness, RadioOf(Processor->DataSet->FieldByName(kSwap).AsInteger()));
+}
+
+void SystemEdit::WriteMore(TQvDataSet& dataSet) {
+  if (hasHandedness_) dataSet.FieldByName(kSwap).SetInteger(LeadOf(kLeft).isChecked() ? 1 : 0);
+}
+
+QString SystemEdit::NameOf(TObjectType object, int key) const {
+  const TQvRfDataProcessor* processor = ProcessorFor(Data(), static_cast<int>(object));
+  if (processor == nullptr) return {};
+  const RowView row = processor->RowOfKey(key);
+  if (!row) return {};
+  return QvPlatform::ToQt(row.GetText(processor->DataSet->FieldByName("NAME").GetIndex()));
+}
+
+void TformQvRfRefSystemGeocEdit::OnEditRecord() {
+  SystemEdit::OnEditRecord();
+  LeadOf("chboxDatum").setChecked(ValueOf("edDatum").key != 0);
+  UpdateLeads();
+}
+
+// The datum of an unchecked box is kept in the dialog, in case the user checks it again.
+void TformQvRfRefSystemGeocEdit::WriteMore(TQvDataSet& dataSet) {
+  SystemEdit::WriteMore(dataSet);
+  if (!LeadOf("chboxDatum").isChecked()) dataSet.FieldByName("DATUM_AUTOKEY").SetInteger(0);
+}
+
+}  // namespace QvRefSystem

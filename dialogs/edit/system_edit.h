@@ -1,0 +1,45 @@
+#pragma once
+
+#include "dialogs/base/described_edit.h"
+#include "forms/system_forms.h"
+
+namespace QvRefSystem {
+
+/// The dialog of a reference system: a new one has the names and the handedness of axes that its
+/// type tells.
+class SystemEdit : public DescribedEdit {
+ public:
+  SystemEdit(QWidget* owner, const FormDescription& form);
+
+ protected:
+  void OnNewRecord() override;
+  void OnEditRecord() override;
+  void WriteMore(QvPlatform::TQvDataSet& dataSet) override;
+  /// The controls of the axes that the type names.
+  [[nodiscard]] virtual std::vector<const char*> AxesOfType() const {
+    return {"edXname", "edYname", "edZname"};
+  }
+  /// NAME of the object with that key; "" if there is none. Moves no cursor.
+  [[nodiscard]] QString NameOf(TObjectType object, int key) const;
+
+ private:
+  const int type_;
+  const bool hasHandedness_;
+};
+
+class TformQvRfRefSystemCartEdit final : public SystemEdit {
+ public:
+  explicit TformQvRfRefSystemCartEdit(QWidget* owner) : SystemEdit(owner, kCartSystemForm) {}
+};
+
+/// A geocentric system may stand on a datum, and need not.
+class TformQvRfRefSystemGeocEdit final : public SystemEdit {
+ public:
+  explicit TformQvRfRefSystemGeocEdit(QWidget* owner) : SystemEdit(owner, kGeocSystemForm) {}
+
+ protected:
+  void OnEditRecord() override;
+  void WriteMore(QvPlatform::TQvDataSet& dataSet) override;
+};
+
+}  // namespace QvRefSystem

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "dialogs/heights/grid_controls.h"
+#include "platform/geocore/shell_reference_system.h"
+#include "platform/widgets/modal_form.h"
+
+class QHBoxLayout;
+class QLineEdit;
+class QPlainTextEdit;
+class QPushButton;
+
+namespace QvRefSystem {
+
+class TformQvRfSelector;
+
+/// A calculator for data grids: turns a grid that is known in one reference system into the one
+/// that covers the same ground in another. It changes nothing by itself.
+class TformQvRfRecalculateGridParams final : public QvPlatform::ModalForm {
+ public:
+  explicit TformQvRfRecalculateGridParams(QWidget* owner);
+  ~TformQvRfRecalculateGridParams() override;
+
+  /// Lets the user find a grid of `target`. True if it is to be applied; `result` is then that grid
+  /// as texts, all empty if none was computed. Without a target or a result, and for one that
+  /// cannot tell its axes, nothing is shown.
+  [[nodiscard]] bool Run(TShellReferenceSystem* target, TShell2DTableExtents* result);
+
+ protected:
+  void FormShow(bool first) override;
+
+ private:
+  /// What either side shows: a grid, and the system in which it lies.
+  struct Side {
+    std::optional<GridControls> grid;
+    QLineEdit* edRefSystemName = nullptr;
+    QPlainTextEdit* memoRefSystemDescription = nullptr;
+    [[nodiscard]] bool Show(const TShellReferenceSystem& system);
+    void Clear();
+  };
+
+  void BuildSource(QHBoxLayout* place);
+  void BuildTarget(QHBoxLayout* place);
+  void BuildButtons();
+  void BuildSystem(QWidget* box, const char* prefix, Side* side);
+  [[nodiscard]] bool SetTarget(TShellReferenceSystem* target);
+  [[nodiscard]] bool SetSource(std::unique_ptr<TShellReferenceSystem> source);
+  void btnSrcRefSystemSelectClick();
+  void bitbtnRecalculateClick();
+
+  std::unique_ptr<TShellReferenceSystem> sourceSystem_;
+  TShellReferenceSystem* targetSystem_ = nullptr;
+  TformQvRfSelector* selector_ = nullptr;
+
+  Side source_;
+  Side target_;
+  QPushButton* btnSrcRefSystemSelect = nullptr;
+  QPushButton* bitbtnRecalculate = nullptr;
+  QPushButton* btnApply = nullptr;
+  QPushButton* btnClose = nullptr;
+};
+
+}  // namespace QvRefSystem

@@ -1,0 +1,132 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "dialogs/select/selector_controls.h"
+#include "platform/dbset/data_set.h"
+#include "platform/widgets/data_set_model.h"
+#include "platform/widgets/modal_form.h"
+#include "processors/data_processor.h"
+#include "processors/name_filter.h"
+
+class QKeyEvent;
+
+namespace QvRefSystem {
+
+class TformQvRfEdit;
+
+/// What a selector of one object type is.
+struct SelectorTraits {
+  TObjectType type;
+  /// A table of types: its records are neither made nor removed, nor do they travel in files.
+  bool typeList = false;
+  /// Binds the list to a data source of its own instead of the data module's.
+  bool ownSource = false;
+};
+
+/// The list dialog of an object type: shows its records, finds them by name, describes them, and
+/// starts what changes them.
+///
+/// It holds no record: the chosen one is the current record of the processor's data set. The data
+/// module must be open when a selector is made, and must outlive it.
+///
+/// While a search text stands, only rows whose name contains it show, and only a row that shows can
+/// be chosen, described or changed.
+class TformQvRfSelector : public QvPlatform::ModalForm, protected SelectorControls {
+  Q_OBJECT
+
+ public:
+  /// Throws std::invalid_argument for an object type without a processor.
+  TformQvRfSelector(QWidget* owner, const SelectorTraits& traits);
+  ~TformQvRfSelector() override;
+
+  /// Lets the user choose a record. `key` may be null; else it is the record to start on (0: none)
+  /// and becomes the chosen one, 0 after a cancel. The choice is written to `tree` at (id, index)
+  /// unless it is null; an object that cannot be written whole is told and not chosen.
+  bool Select(TStringTree* tree, int id, bool hideOwner, int* key, int index);
+  /// Lets the user look and maintain. Opens on `key`, in the details view if wanted; a key that is
+  /// not there opens the list on its first row. `writable` shows New, Edit and Remove in simple
+  /// mode too. Always false.
+  bool Browse(int key, bool showDetails, bool writable);
+  /// Shows the buttons of choosing or of browsing, and those of changing unless `readOnly`.
+  void SetDialogMode(bool selectMode, bool readOnly);
+  /// Enables what acts on the current record if and only if there is one that shows.
+  void UpdateEditButtons();
+  /// The description of the current record; false on an empty table.
+  [[nodiscard]] bool GetInfo(TStrings* lines);
+
+  TQvRfDataProcessor* const Processor;
+  /// The dialog that edits this object, made on first need; null where there is more than one.
+  TformQvRfEdit* EditForm = nullptr;
+  const bool TypeList;
+  /// How the last modal run ended.
+  bool Chosen = false;
+
+ protected:
+  // One path for the buttons and the keys.
+  virtual void DoRemove() { bitbtnRemoveClick(); }
+  virtual void DoNew() { bitbtnNewClick(); }
+  virtual void DoEdit() { bitbtnEditClick(); }
+  [[nodiscard]] bool HasEditDialog() const;
+  /// EditForm, made if need be; null if the object has no edit dialog.
+  TformQvRfEdit* NeedEditForm();
+
+  void bitbtnNewClick();
+  void bitbtnEditClick();
+  void bitbtnRemoveClick();
+  void bitbtnListClick();
+  void bitbtnDetailsClick();
+  /// Clears the search text if it would hide the current record.
+  void ShowCurrentRecord();
+  /// Select over the rows whose integer field has the value. The filter is gone afterwards, and the
+  /// chosen record, or else the first one, is current.
+  bool SelectWhere(const char* field, int value, TStringTree* tree, int id, bool hideOwner,
+                   int* key, int index);
+  [[nodiscard]] TdatamoduleQvRfData& Data() const { return Processor->Data(); }
+
+  void FormShow(bool first) override;
+  void FormHide() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void ConnectControls();
+  void ConnectButtons();
+  void ConnectKeys();
+  void Run();
+  void TakeChoice(TStringTree* tree, int id, int index);
+  void WriteChoice(TStringTree* tree, int id, int index);
+  void StampLastUse();
+  void bitbtnOkClick();
+  void bitbtnCloseClick();
+  void bitbtnExportClick(bool wholeTable);
+  void bitbtnImportClick();
+  void Search(bool down);
+  void RememberSearch();
+  void ClearSearch();
+  void SearchTextChanged();
+  void KeepCurrentInSight();
+  void CursorMoved();
+  void UpdateCount();
+  void ShowAllFields(bool show);
+  [[nodiscard]] bool HasVisibleCurrent() const;
+
+  [[nodiscard]] bool dbgridListKeyDown(const QKeyEvent& event);
+  [[nodiscard]] bool dbgridShowAllKeyDown(const QKeyEvent& event);
+  [[nodiscard]] bool comboSearchKeyDown(const QKeyEvent& event);
+  [[nodiscard]] bool ControlShiftKey(int key);
+  [[nodiscard]] bool EnterInList();
+  [[nodiscard]] bool EnterInSearch();
+
+  NameFilter names_;
+  // Whether the run is a part of a choice that ends behind it.
+  bool choiceGoesOn_ = false;
+  // The models look at the source, and go first.
+  std::unique_ptr<QvPlatform::TDataSource> ownSource_;
+  QvPlatform::TDataSource& source_;
+  std::unique_ptr<QvPlatform::DataSetTableModel> listModel_;
+  std::unique_ptr<QvPlatform::DataSetTableModel> allModel_;
+};
+
+}  // namespace QvRefSystem

@@ -1,0 +1,50 @@
+#pragma once
+
+/// The directions of the two axes of a plane system, as records hold them: the sign of each axis,
+/// and whether the first one runs along the meridian.
+namespace QvRefSystem {
+
+/// In the order in which the dialogs list them.
+enum class AxisDirection : signed char { kNone = -1, kNorth = 0, kEast = 1, kSouth = 2, kWest = 3 };
+
+inline constexpr const char* kDirectionNames[] = {"North", "East", "South", "West"};
+
+struct AxisSigns {
+  int sign1 = 0;
+  int sign2 = 0;
+  /// 1: the first axis points north or south, 0: east or west.
+  int swap = 0;
+  bool operator==(const AxisSigns&) const = default;
+};
+
+struct AxisDirections {
+  AxisDirection first = AxisDirection::kNone;
+  AxisDirection second = AxisDirection::kNone;
+  bool operator==(const AxisDirections&) const = default;
+};
+
+[[nodiscard]] constexpr bool IsAlongMeridian(AxisDirection direction) {
+  return direction == AxisDirection::kNorth || direction == AxisDirection::kSouth;
+}
+
+/// For two directions that do not lie on one line.
+[[nodiscard]] constexpr AxisSigns SignsOf(const AxisDirections& axes) {
+  const auto sign = [](AxisDirection direction) {
+    return direction == AxisDirection::kNorth || direction == AxisDirection::kEast ? 1 : -1;
+  };
+  return {sign(axes.first), sign(axes.second), IsAlongMeridian(axes.first) ? 1 : 0};
+}
+
+/// A sign of 0 counts as negative.
+[[nodiscard]] constexpr AxisDirections DirectionsOf(const AxisSigns& signs) {
+  const auto alongMeridian = [](int sign) {
+    return sign > 0 ? AxisDirection::kNorth : AxisDirection::kSouth;
+  };
+  const auto acrossMeridian = [](int sign) {
+    return sign > 0 ? AxisDirection::kEast : AxisDirection::kWest;
+  };
+  if (signs.swap != 0) return {alongMeridian(signs.sign1), acrossMeridian(signs.sign2)};
+  return {acrossMeridian(signs.sign1), alongMeridian(signs.sign2)};
+}
+
+}  // namespace QvRefSystem

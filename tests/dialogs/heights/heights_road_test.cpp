@@ -1,0 +1,351 @@
+// The whole way of a system with heights: made in the dialogs, chosen by a host, carried to another
+// database, and computing the same there.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QFileDialog>
+#include <QLineEdit>
+#include <cmath>
+#include <fstream>
+
+#include "assembly/database_check.h"
+#include "dialogs/heights/offset_report.h"
+#include "dialogs/heights/table_raster_view.h"
+#include "dialogs/heights/vertical_edit.h"
+#include "platform/geocore/shell_reference_system.h"
+#include "processors/ref_system_processor.h"
+#include "tests/dialogs/edit/edit_dialog_fixture.h"
+#include "tests/support/sample_trees.h"
+
+namespace refframe_tests {
+namespace {
+
+using QvCommonUtils::TStringTree;
+using QvRefSystem::TformQvRfEdit;
+using QvRefSystem::TformQvRfOffsetApproximationReport;
+using QvRefSystem::TformQvRfSelector;
+using QvRefSystem::TformQvRfTableRasterView;
+using QvRefSystem::TformQvRfVerticalRefSystemEdit;
+using QvRefSystem::TShellPoint;
+using QvRefSystem::TShellReferenceSystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+using enum QvRefSystem::TObjectType;
+
+constexpr char kFilePlane[] = "NAD27 geodetic";
+constexpr char kMade[] = "Harbour geodetic";
+constexpr double kFileCell = 0.25;  // degrees
+
+/// Heights of the geoid, in metres, over the plane of the file, whose places are in degrees. Being
+/// linear, they are the same between the nodes of the file as at them.
+double FileUndulation(double latitude, double longitude) {
+  return 20 + 4 * (latitude - 54) + 3 * (longitude - 36);
+}
+
+std::string FileText() {
+  std::string text = "54 55 36 38 0.25 0.25\n";
+  for (int row = 4; row >= 0; --row) {
+    for (int column = 0; column <= 8; ++column)
+      text += std::to_string(FileUndulation(54 + row * kFileCell, 36 + column * kFileCell)) + " ";
+    text += "\n";
+  }
+  return text;
+}
+
+/// By EPSG, ellipsoid 7030.
+void Wgs84EllipsoidTree(TreeBuilder tree) {
+  tree.Field(5120, "WGS 84").Field(5121, "An ellipsoid");
+  tree.Field(5110, "6378137").Field(5111, "6356752.314245").Field(5112, "0");
+  tree.Field(5114, "0").Field(5115, "0");
+  MetreTree(tree.Sub(5113));
+}
+
+void Wgs84SystemTree(TreeBuilder tree) {
+  tree.Field(1020, "WGS 84 geodetic").Field(1021, "A system").Field(1022, "WGS");
+  tree.Field(1100, "4");
+  for (int axis = 0; axis < 3; ++axis)
+    tree.Field(1025, std::string(1, "BLH"[axis]), axis);
+  PrimeMeridianTree(tree.Sub(1101));
+  Wgs84EllipsoidTree(tree.Sub(1103));
+  DegreeTree(tree.Sub(1106));
+  MetreTree(tree.Sub(1201).Sub(1104));
+}
+
+/// Clicks a button that opens a dialog, and does something in there.
+template <typename Dialog, typename Act>
+void Open(const QWidget& form, const char* button, Act act) {
+  ScreenUser user;
+  user.In<Dialog>(act);
+  Click(form, button);
+}
+
+/// The same with a selector in which the object of that name is chosen.
+void Choose(const QWidget& form, const char* button, const char* name) {
+  Open<TformQvRfSelector>(form, button, [name](QWidget& list) {
+    Search(list, name);
+    EXPECT_EQ(MarkedName(list), name);
+    Click(list, "bitbtnOk");
+  });
+}
+
+void OpenFile(const QWidget& form, const char* button, const std::string& path) {
+  Open<QFileDialog>(form, button, [&path](QFileDialog& dialog) {
+    Child<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(path));
+    QMetaObject::invokeMethod(&dialog, "accept");
+  });
+}
+
+/// The middle of a wide radio button is no place to click.
+void Check(const QWidget& window, const char* objectName) {
+  auto& button = Child<QAbstractButton>(window, objectName);
+  QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint(8, button.height() / 2));
+  EXPECT_TRUE(button.isChecked()) << objectName;
+}
+
+void MakeShift(QWidget& shift) {
+  Type(shift, "edName", "Harbour to WGS 84");
+  for (const auto& [control, metres] :
+       {std::pair{"edTx", "-87.5"}, std::pair{"edTy", "-98.25"}, std::pair{"edTz", "-121"}})
+    Type(shift, control, metres);
+  EXPECT_EQ(TextOf(shift, "edUnit"), "metre");
+  Click(shift, "bitbtnSave");
+}
+
+void MakeDatum(QWidget& datum) {
+  Type(datum, "edName", "Harbour datum");
+  Open<TformQvRfSelector>(datum, "btnDatumShift", [](QWidget& shifts) {
+    ScreenUser user;
+    user.In<TformQvRfSelector>([](QWidget& types) {
+          Search(types, "shift 1");
+          Click(types, "bitbtnOk");
+        })
+        .In<TformQvRfEdit>(MakeShift);
+    Click(shifts, "bitbtnNew");
+    EXPECT_EQ(MarkedName(shifts), "Harbour to WGS 84");
+    Click(shifts, "bitbtnOk");
+  });
+  EXPECT_EQ(TextOf(datum, "edDatumShift"), "Harbour to WGS 84");
+  Choose(datum, "btnEllipsoid", "WGS 84");
+  Click(datum, "bitbtnSave");
+}
+
+void TakeSource(QWidget& heights, const std::string& file) {
+  Check(heights, "radiobtnDataSourceFile");
+  OpenFile(heights, "btnDataSourceParamsFileName", file);
+  Choose(heights, "btnDataSourceParamsFilePlaneRefsystem", kFilePlane);
+}
+
+/// An offset in the place of the heights of the file, after a look at its errors.
+void MakeOffset(QWidget& heights, const std::string& file) {
+  TakeSource(heights, file);
+  Check(heights, "radiobtnDataOffset");
+  Open<TformQvRfOffsetApproximationReport>(heights, "btnDataCreate", [&](QWidget& report) {
+    EXPECT_THAT(TextOf(report, "memoInfoText"), HasSubstr(file + ": RMS error"));
+    Open<TformQvRfTableRasterView>(report, "btnAccuracyViewRaster",
+                                   [](QWidget& view) { Click(view, "bitbtnOk"); });
+    EXPECT_TRUE(report.isVisible());
+    Check(report, "chboxInfoInsert");
+    Click(report, "btnAccept");
+  });
+  EXPECT_EQ(TextOf(heights, "pnlDataType"), "Offset");
+  EXPECT_THAT(TextOf(heights, "memoDescription"), HasSubstr("Approximation of " + file));
+  Type(heights, "edName", "Harbour heights");
+  Click(heights, "bitbtnSave");
+}
+
+/// The table in the place of a stored offset, which does not know any more what it was made of.
+void MakeTable(QWidget& heights, const std::string& file) {
+  EXPECT_EQ(TextOf(heights, "pnlDataType"), "Offset");
+  TakeSource(heights, file);
+  Check(heights, "radiobtnDataTable");
+  Click(heights, "btnDataCreate");
+  EXPECT_EQ(TextOf(heights, "pnlDataType"), "Table");
+  Open<TformQvRfTableRasterView>(heights, "btnDataView",
+                                 [](QWidget& view) { Click(view, "bitbtnOk"); });
+  Click(heights, "bitbtnSave");
+}
+
+/// Looks at the heights of a stored system, and leaves all as it is.
+void LookAtTable(QWidget& system) {
+  Open<TformQvRfVerticalRefSystemEdit>(system, "Button1", [](QWidget& heights) {
+    EXPECT_EQ(TextOf(heights, "edName"), "Harbour heights");
+    EXPECT_EQ(TextOf(heights, "pnlDataType"), "Table");
+    Open<TformQvRfTableRasterView>(heights, "btnDataView",
+                                   [](QWidget& view) { Click(view, "bitbtnOk"); });
+    Click(heights, "bitbtnClose");
+  });
+  Click(system, "bitbtnClose");
+}
+
+std::unique_ptr<TShellReferenceSystem> Compute(TStringTree* tree) {
+  std::string error;
+  auto system = QvRefSystem::CreateShellReferenceSystem(tree, nullptr, &error);
+  if (!system) throw std::runtime_error(error);
+  return system;
+}
+
+TShellPoint Moved(const TShellReferenceSystem& from, const TShellReferenceSystem& to,
+                  TShellPoint point) {
+  EXPECT_EQ(from.Transform(to, {&point, 1}), 0U);
+  return point;
+}
+
+class HeightsRoad : public testing::TestWithParam<bool> {
+ protected:
+  HeightsRoad() : first_(GetParam()), second_(GetParam()) {
+    WorkIn(first_);
+    EXPECT_GT(Systems().InsertFromTree(MakeTree(SystemTree, 4).get()), 0);
+    EXPECT_GT(first_.Processor(kEllipsoid).InsertFromTree(MakeTree(Wgs84EllipsoidTree).get()), 0);
+    // A new object begins with what was last used.
+    for (const auto object : {kLinearUnit, kAngularUnit, kPrimeMeridian}) {
+      auto& table = *first_.Processor(object).DataSet;
+      table.First();
+      table.Edit();
+      table.FieldByName("LAST_USE").SetFloat(45000);
+      table.Post();
+    }
+    file_ = folder_.Path("geoid.txt");
+    std::ofstream(file_) << FileText();
+  }
+  ~HeightsRoad() override {
+    for (const TestDatabase* database : {&first_, &second_}) {
+      std::vector<std::string> findings;
+      EXPECT_TRUE(QvRefSystem::CheckDatabase(*database->data, &findings));
+      EXPECT_THAT(findings, IsEmpty());
+      EXPECT_THAT(database->ui.messages, IsEmpty());
+    }
+    QvRefSystem::datamoduleQvRfData = nullptr;
+  }
+  void WorkIn(TestDatabase& database) {
+    QvRefSystem::datamoduleQvRfData = database.data.get();
+    database.data->ShowImportExport = true;
+    current_ = &database;
+  }
+  [[nodiscard]] QvRefSystem::TQvRfDataProcessor& Systems() const {
+    return current_->Processor(kReferenceSystem);
+  }
+  /// A host's question for a system, and what its user does in the list.
+  template <typename Act>
+  void SelectInto(TStringTree* tree, Act act) {
+    const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 1));
+    ScreenUser user;
+    user.In<TformQvRfSelector>(act);
+    EXPECT_TRUE(selector->Select(tree, 0, false, nullptr, 0));
+  }
+  void MakeSystem(QWidget& system) const {
+    Type(system, "edName", kMade);
+    Click(system, "radiobtnDatum");
+    Open<TformQvRfSelector>(system, "btnDatum", [](QWidget& datums) {
+      Open<TformQvRfEdit>(datums, "bitbtnNew", MakeDatum);
+      EXPECT_EQ(MarkedName(datums), "Harbour datum");
+      Click(datums, "bitbtnOk");
+    });
+    EXPECT_EQ(TextOf(system, "edEllipsoid"), "WGS 84") << "the datum brings it";
+    Click(system, "radiobtnHeightGeoid");
+    Open<TformQvRfVerticalRefSystemEdit>(system, "Button1",
+                                         [this](QWidget& form) { MakeOffset(form, file_); });
+    EXPECT_EQ(TextOf(system, "Edit1"), "Harbour heights");
+    Click(system, "bitbtnSave");
+  }
+  /// Makes the system with an offset, gives it the table, exports it and takes it.
+  void MakeAndExport(TStringTree* tree, const std::string& exported) {
+    SelectInto(tree, [&](QWidget& list) {
+      {
+        ScreenUser user;
+        user.In<TformQvRfSelector>([](QWidget& types) {
+              Search(types, "kind 4");
+              Click(types, "bitbtnOk");
+            })
+            .In<TformQvRfEdit>([this](QWidget& system) { MakeSystem(system); });
+        Click(list, "bitbtnNew");
+      }
+      EXPECT_EQ(MarkedName(list), kMade);
+      EXPECT_THAT(HeightFiles(), IsEmpty()) << "an offset has none";
+      Open<TformQvRfEdit>(list, "bitbtnEdit", [this](QWidget& system) {
+        Open<TformQvRfVerticalRefSystemEdit>(system, "Button1",
+                                             [this](QWidget& form) { MakeTable(form, file_); });
+        Click(system, "bitbtnSave");
+      });
+      EXPECT_EQ(MarkedName(list), kMade);
+      OpenFile(list, "bitbtnExport", exported);
+      Click(list, "bitbtnOk");
+    });
+  }
+  [[nodiscard]] std::vector<std::string> HeightFiles() const {
+    return QvRefSystem::ListStorageFiles(current_->data->GetHeightsPrefix(), GetParam());
+  }
+
+  TestDatabase first_;
+  TestDatabase second_;
+  TestDatabase* current_ = nullptr;
+  TemporaryFolder folder_;
+  std::string file_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Forms, HeightsRoad, testing::Bool(),
+                         [](const auto& form) { return form.param ? "Container" : "Folder"; });
+
+constexpr TShellPoint kPlaces[] = {{54.3, 36.4, 0}, {54.5, 37, 100.125}, {54.71, 37.63, -12.5}};
+
+/// The undulations of the made system are those of the file, carried from datum to datum.
+void ExpectUndulationsOfTheFile(const TShellReferenceSystem& made,
+                                const TShellReferenceSystem& plain) {
+  const TreePtr fileTree = MakeTree(SystemTree, 4);
+  const auto filePlane = Compute(fileTree.get());
+  const TreePtr wgsTree = MakeTree(Wgs84SystemTree);
+  const auto wgs84 = Compute(wgsTree.get());
+  for (const TShellPoint& place : kPlaces) {
+    SCOPED_TRACE(place.First);
+    TShellPoint geoid = Moved(plain, *filePlane, {place.First, place.Second, 0});
+    geoid.Third = FileUndulation(geoid.First, geoid.Second);
+    const double expected = Moved(*filePlane, plain, geoid).Third;
+    EXPECT_GT(std::abs(expected - geoid.Third), 5) << "the datums differ";
+    const double undulation = Moved(made, plain, place).Third - place.Third;
+    // A table has whole millimetres at its nodes, and is straight between them.
+    EXPECT_NEAR(undulation, expected, 2e-3);
+    const TShellPoint over = Moved(made, *wgs84, place);
+    const TShellPoint without = Moved(plain, *wgs84, place);
+    EXPECT_NEAR(over.Third - without.Third, undulation, 1e-6);
+  }
+}
+
+TEST_P(HeightsRoad, MadeExportedAndImportedItComputesTheSame) {
+  const std::string exported = folder_.Path("harbour.x-ref-system");
+  TStringTree made;
+  MakeAndExport(&made, exported);
+  EXPECT_THAT(HeightFiles(), ElementsAre("Harbour heights"));
+  EXPECT_EQ(first_.data->datasetVerticalRefSystem.RecordCount(), 1) << "the offset is gone";
+
+  WorkIn(second_);
+  ASSERT_EQ(second_.data->datasetDatum.RecordCount(), 0);
+  TStringTree imported;
+  SelectInto(&imported, [&](QWidget& list) {
+    OpenFile(list, "bitbtnImport", exported);
+    EXPECT_EQ(ListedNames(list), kMade);
+    Open<TformQvRfEdit>(list, "bitbtnEdit", LookAtTable);
+    Click(list, "bitbtnOk");
+  });
+  EXPECT_THAT(HeightFiles(), SizeIs(1));
+  EXPECT_TRUE(SameTree(&imported, &made));
+
+  const auto here = Compute(&made);
+  const auto there = Compute(&imported);
+  EXPECT_TRUE(here->HasHeightSystem());
+  const TreePtr wgsTree = MakeTree(Wgs84SystemTree);
+  const auto wgs84 = Compute(wgsTree.get());
+  for (const TShellPoint& place : kPlaces) {
+    const TShellPoint one = Moved(*here, *wgs84, place);
+    const TShellPoint other = Moved(*there, *wgs84, place);
+    EXPECT_NEAR(one.First, other.First, 1e-12);
+    EXPECT_NEAR(one.Second, other.Second, 1e-12);
+    EXPECT_NEAR(one.Third, other.Third, 1e-9);
+  }
+  RemoveSubtree(&imported, 1500, 0);
+  ExpectUndulationsOfTheFile(*there, *Compute(&imported));
+}
+
+}  // namespace
+}  // namespace refframe_tests

@@ -1,0 +1,425 @@
+// The dialog of height systems, as the dialog of a reference system opens it.
+
+#include "dialogs/heights/vertical_edit.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QFileDialog>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+#include "assembly/database_check.h"
+#include "dialogs/heights/offset_report.h"
+#include "dialogs/heights/recalculate_grid.h"
+#include "dialogs/heights/table_raster_view.h"
+#include "processors/ref_system_processor.h"
+#include "tests/dialogs/edit/edit_dialog_fixture.h"
+#include "tests/support/sample_trees.h"
+#include "vertical/vertical_processor.h"
+
+namespace refframe_tests {
+namespace {
+
+using QvPlatform::MessageAnswer;
+using QvPlatform::SystemText;
+using QvPlatform::TextId;
+using QvRefSystem::TformQvRfOffsetApproximationReport;
+using QvRefSystem::TformQvRfRecalculateGridParams;
+using QvRefSystem::TformQvRfSelector;
+using QvRefSystem::TformQvRfTableRasterView;
+using QvRefSystem::TformQvRfVerticalRefSystemEdit;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+using Strings = std::vector<std::string>;
+
+constexpr char kFileGrid[] = "55 36 38 54 1 1";
+
+class VerticalEdit : public DialogTest {
+ protected:
+  VerticalEdit() {
+    // Names alone, which no check lets pass.
+    while (database_.data->datasetEllipsoid.RecordCount() > 0)
+      database_.data->datasetEllipsoid.Delete();
+    plane_ = Insert("Plane", false);
+    Insert("Highlands", true);
+    Records().LocateKey(0);
+    owner_.setGeometry(20, 20, 100, 100);
+    file_ = database_.folder.Path("geoid.txt");
+    WriteFile(HeightText());
+  }
+  ~VerticalEdit() override {
+    // The new record is the owner's, as after the owner's Save.
+    QvPlatform::TQvDataSet& systems = *Systems().DataSet;
+    if (made_ != 0) {
+      Systems().LocateKey(plane_);
+      systems.Edit();
+      systems.FieldByName("VERT_SYSTEM_AUTOKEY").SetInteger(made_);
+      systems.Post();
+    }
+    Strings findings;
+    EXPECT_TRUE(CheckDatabase(*database_.data, &findings));
+    EXPECT_THAT(findings, IsEmpty());
+  }
+
+  int Insert(const char* name, bool withHeights) {
+    TreePtr tree = MakeTree(SystemTree, 4);
+    RemoveField(tree.get(), 1020, 0);
+    TreeBuilder(tree.get()).Field(1020, name);
+    if (withHeights) HeightTableTree(TreeBuilder(tree.get()).Sub(1500));
+    return Systems().InsertFromTree(tree.get());
+  }
+  [[nodiscard]] QvRefSystem::TQvRfDataProcessor& Systems() {
+    return *database_.data->RefSystemProcessor;
+  }
+  [[nodiscard]] QvRefSystem::TQvRfVerticalRefSystemDataProcessor& Records() {
+    return *database_.data->VerticalRefSystemProcessor;
+  }
+  [[nodiscard]] std::string Field(const char* name) {
+    return Records().DataSet->FieldByName(name).AsString();
+  }
+  void WriteFile(const std::string& text) {
+    EXPECT_TRUE(QvRefSystem::SaveStorageFile(file_, false, text));
+  }
+  [[nodiscard]] Strings Files() {
+    return QvRefSystem::ListStorageFiles(database_.data->GetHeightsPrefix(), false);
+  }
+
+  // A run over the plane system: of a new record, or of the one that was made before.
+  template <typename Act>
+  bool Run(Act act) {
+    QvCommonUtils::TStringTree tree;
+    Systems().LocateKey(plane_);
+    EXPECT_TRUE(Systems().WriteToTree(&tree, 0, 0));
+    EXPECT_TRUE(form_.SetPlaneSystem(WriteTreeText(&tree), KeyOf(kUnit, "metre")));
+    ScreenUser user;
+    user.In<TformQvRfVerticalRefSystemEdit>(act);
+    if (made_ != 0) {
+      Records().LocateKey(made_);
+      return form_.EditCurrent();
+    }
+    const bool saved = form_.CreateNew();
+    if (saved) made_ = Records().GetCurrentKey();
+    return saved;
+  }
+  // The middle of a wide radio button is no place to click.
+  static void Check(const QWidget& window, const char* objectName) {
+    auto& button = Child<QAbstractButton>(window, objectName);
+    EXPECT_TRUE(button.isEnabled()) << objectName;
+    QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint(8, button.height() / 2));
+    EXPECT_TRUE(button.isChecked()) << objectName;
+  }
+  static void Choose(QWidget& form, const char* button, const char* name) {
+    ScreenUser user;
+    user.In<TformQvRfSelector>([&](QWidget& selector) {
+      EXPECT_FALSE(form.isVisible());
+      Search(selector, name);
+      Click(selector, "bitbtnOk");
+    });
+    Click(form, button);
+  }
+  void ChooseFile(QWidget& form) const {
+    ScreenUser user;
+    user.In<QFileDialog>([&](QFileDialog& dialog) {
+      Child<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(file_));
+      QMetaObject::invokeMethod(&dialog, "accept");
+    });
+    Click(form, "btnDataSourceParamsFileName");
+  }
+  void TakeFileSource(QWidget& form) const {
+    Check(form, "radiobtnDataSourceFile");
+    ChooseFile(form);
+    Choose(form, "btnDataSourceParamsFilePlaneRefsystem", "Plane");
+  }
+  void CreateTable(QWidget& form) const {
+    TakeFileSource(form);
+    Click(form, "btnDataCreate");
+    EXPECT_EQ(State(form), "Table");
+  }
+  static std::string Grid(const QWidget& form) {
+    std::string grid;
+    for (const char* part :
+         {"ExtentsNorth", "ExtentsWest", "ExtentsEast", "ExtentsSouth", "StepWE", "StepNS"}) {
+      grid += (grid.empty() ? "" : " ") +
+              refframe_tests::TextOf(form, (std::string("edDataGrid") + part).c_str());
+    }
+    return grid;
+  }
+  static std::string State(const QWidget& form) {
+    EXPECT_EQ(IsShown(form, "btnDataView"), TextOf(form, "pnlDataType") == "Table");
+    EXPECT_EQ(IsShown(form, "edDataOffset"), TextOf(form, "pnlDataType") == "Offset");
+    EXPECT_EQ(IsPainted(form, "pnlDataType", Qt::red), TextOf(form, "pnlDataType") == "No data");
+    return TextOf(form, "pnlDataType");
+  }
+  static std::string Enabled(const QWidget& form) {
+    std::string names;
+    for (const char* name : {"btnDataCreate", "radiobtnDataTable", "radiobtnDataOffset"})
+      names += IsEnabled(form, name) ? "x" : "-";
+    return names;
+  }
+  static std::string TipOf(const QWidget& form, const char* name) {
+    return Child(form, name).toolTip().toStdString();
+  }
+
+  static constexpr auto kUnit = QvRefSystem::TObjectType::kLinearUnit;
+  QWidget owner_;
+  TformQvRfVerticalRefSystemEdit form_{&owner_};
+  std::string file_;
+  int plane_ = 0;
+  int made_ = 0;
+};
+
+TEST_F(VerticalEdit, AFileAndItsPlaneMakeATable) {
+  EXPECT_TRUE(Run([this](QWidget& form) {
+    EXPECT_EQ(form.windowTitle(), "Edit height system");
+    EXPECT_EQ(Child<QGroupBox>(form, "grboxDataGrid").title(), " Data Grid (Plane) ");
+    EXPECT_EQ(TextOf(form, "lblDataGridExtentsNorth") + TextOf(form, "lblDataGridExtentsWest"),
+              "XY");
+    EXPECT_EQ(State(form) + Enabled(form), "No data---");
+    EXPECT_FALSE(IsEnabled(form, "grboxDataGrid")) << "without a source there is no grid";
+    Check(form, "radiobtnDataSourceFile");
+    EXPECT_TRUE(IsShown(form, "pnlDataSourceParamsFile"));
+    EXPECT_FALSE(IsShown(form, "pnlDataSourceParamsVertRefsystem"));
+    EXPECT_FALSE(IsEnabled(form, "btnDataSourceView"));
+    ChooseFile(form);
+    EXPECT_EQ(TextOf(form, "edDataSourceParamsFileName"), file_);
+    EXPECT_EQ(Grid(form) + Enabled(form), std::string(kFileGrid) + "---");
+    {
+      ScreenUser user;
+      user.In<TformQvRfTableRasterView>([](QWidget& view) { Click(view, "bitbtnOk"); });
+      Click(form, "btnDataSourceView");
+    }
+    Choose(form, "btnDataSourceParamsFilePlaneRefsystem", "Plane");
+    EXPECT_EQ(TextOf(form, "comboDataSourceParamsFilePlaneRefsystem"), "Plane");
+    EXPECT_EQ(Enabled(form), "xxx");
+    Click(form, "btnDataCreate");
+    EXPECT_EQ(State(form), "Table");
+    {
+      ScreenUser user;
+      user.In<TformQvRfTableRasterView>([](QWidget& view) { Click(view, "bitbtnOk"); });
+      Click(form, "btnDataView");
+    }
+    Click(form, "bitbtnSave");
+    EXPECT_TRUE(IsPainted(form, "edName", Qt::red));
+    EXPECT_THAT(TipOf(form, "edName"), HasSubstr("must not be empty"));
+    Type(form, "edName", "Lowlands");
+    EXPECT_FALSE(IsPainted(form, "edName", Qt::red));
+    Type(form, "edAbbreviation", "LOW");
+    Click(form, "bitbtnSave");
+  }));
+  EXPECT_EQ(Field("NAME") + Field("ABBREVIATION") + Field("VDATA_TYPE"), "LowlandsLOW1");
+  EXPECT_THAT(Files(), testing::UnorderedElementsAre("Alps", "Lowlands"));
+  EXPECT_THAT(database_.ui.messages, IsEmpty());
+  EXPECT_FALSE(form_.isVisible());
+}
+
+TEST_F(VerticalEdit, ShowsItsLastWorkAgainAndACancelLeavesIt) {
+  QRect left;
+  ASSERT_TRUE(Run([&](QWidget& form) {
+    CreateTable(form);
+    Type(form, "edName", "Lowlands");
+    left = form.geometry().translated(31, 17).adjusted(0, 0, 53, 29);
+    form.setGeometry(left);
+    Click(form, "bitbtnSave");
+  }));
+  const Strings files = Files();
+  EXPECT_FALSE(Run([&](QWidget& form) {
+    EXPECT_EQ(form.geometry(), left) << "where and as large as the user left it";
+    EXPECT_EQ(TextOf(form, "edName"), "Lowlands");
+    EXPECT_TRUE(Child<QAbstractButton>(form, "radiobtnDataSourceFile").isChecked());
+    EXPECT_EQ(TextOf(form, "edDataSourceParamsFileName"), file_);
+    EXPECT_EQ(TextOf(form, "comboDataSourceParamsFilePlaneRefsystem"), "Plane");
+    EXPECT_EQ(Grid(form) + State(form) + Enabled(form), std::string(kFileGrid) + "Tablexxx");
+    Type(form, "edName", "Renamed");
+    Type(form, "edDataGridExtentsEast", "37");
+    Click(form, "btnDataCreate");
+    QTest::keyClick(&form, Qt::Key_Escape);
+  }));
+  EXPECT_EQ(Field("NAME") + Field("VDATA_EXTENTS_EAST"), "Lowlands38");
+  EXPECT_EQ(Files(), files);
+  EXPECT_TRUE(Run([](QWidget& form) {
+    EXPECT_EQ(Grid(form) + State(form), std::string(kFileGrid) + "Table");
+    Click(form, "bitbtnSave");
+  }));
+  EXPECT_THAT(Files(), SizeIs(2)) << "no old file is left";
+  EXPECT_THAT(database_.ui.messages, IsEmpty()) << "the data are current";
+}
+
+TEST_F(VerticalEdit, AnOffsetIsAcceptedOrRejectedInItsReport) {
+  const auto approximate = [this](QWidget& form, const char* button, bool insert) {
+    Check(form, "radiobtnDataOffset");
+    ScreenUser user;
+    user.In<TformQvRfOffsetApproximationReport>([&](QWidget& report) {
+      EXPECT_THAT(TextOf(report, "memoInfoText"), HasSubstr(file_ + ": RMS error"));
+      EXPECT_EQ(TextOf(report, "lblOffsetUnit"), "metre (m)");
+      if (insert) Check(report, "chboxInfoInsert");
+      Click(report, button);
+    });
+    Click(form, "btnDataCreate");
+  };
+  EXPECT_TRUE(Run([&](QWidget& form) {
+    TakeFileSource(form);
+    Type(form, "edName", "Level");
+    Type(form, "memoDescription", "About");
+    approximate(form, "btnReject", true);
+    EXPECT_EQ(State(form) + TextOf(form, "memoDescription"), "No dataAbout");
+    Click(form, "bitbtnSave");
+    EXPECT_THAT(database_.ui.messages, ElementsAre(SystemText(TextId::kNoHeights)));
+    approximate(form, "btnAccept", true);
+    EXPECT_EQ(State(form), "Offset");
+    EXPECT_EQ(TextOf(form, "edDataOffset"), "13.396 metre (m)");
+    EXPECT_THAT(TextOf(form, "memoDescription"), testing::StartsWith("About Approximation of"));
+    Click(form, "bitbtnSave");
+  }));
+  EXPECT_EQ(Field("VDATA_TYPE") + " " + Field("VDATA_OFFSET"), "2 13.396");
+  EXPECT_THAT(Files(), ElementsAre("Alps"));
+}
+
+TEST_F(VerticalEdit, ASystemWithHeightsIsASource) {
+  EXPECT_TRUE(Run([](QWidget& form) {
+    constexpr char kName[] = "comboDataSourceParamsVertRefsystem";
+    Check(form, "radiobtnDataSourceVertRefsystem");
+    Choose(form, "btnDataSourceParamsVertRefsystem", "Plane");
+    EXPECT_TRUE(IsPainted(form, kName, Qt::red));
+    EXPECT_TRUE(IsPainted(form, "memoDataSourceParamsVertRefsystem", Qt::red));
+    EXPECT_THAT(TipOf(form, kName), HasSubstr("no height system"));
+    Choose(form, "btnDataSourceParamsVertRefsystem", "Highlands");
+    EXPECT_FALSE(IsPainted(form, kName, Qt::red));
+    EXPECT_EQ(TipOf(form, kName), "");
+    EXPECT_EQ(TextOf(form, kName) + TextOf(form, "memoDataSourceParamsVertRefsystem"),
+              "HighlandsA system");
+    EXPECT_EQ(Grid(form), kFileGrid);
+    Click(form, "btnDataCreate");
+    EXPECT_EQ(State(form), "Table");
+    Type(form, "edName", "Alps");
+    Click(form, "bitbtnSave");
+  }));
+  EXPECT_THAT(Files(), testing::UnorderedElementsAre("Alps", "Alps[1]")) << "each has its own";
+  EXPECT_FALSE(Run([](QWidget& form) {
+    EXPECT_EQ(TextOf(form, "comboDataSourceParamsVertRefsystem"), "Highlands");
+    // A plane for a file must have no heights.
+    Check(form, "radiobtnDataSourceFile");
+    Choose(form, "btnDataSourceParamsFilePlaneRefsystem", "Highlands");
+    EXPECT_EQ(TextOf(form, "comboDataSourceParamsFilePlaneRefsystem"), "");
+    EXPECT_TRUE(IsPainted(form, "comboDataSourceParamsFilePlaneRefsystem", Qt::red));
+    EXPECT_THAT(TipOf(form, "comboDataSourceParamsFilePlaneRefsystem"), HasSubstr("must not have"));
+    Click(form, "bitbtnClose");
+  }));
+}
+
+TEST_F(VerticalEdit, AnOffsetIsTypedWithItsUnit) {
+  constexpr char kValue[] = "edDataSourceParamsVertOffsetValue";
+  EXPECT_TRUE(Run([&](QWidget& form) {
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    Check(form, "radiobtnDataSourceOffset");
+    EXPECT_FALSE(IsEnabled(form, "grboxDataGrid"));
+    Type(form, kValue, "1,5");
+    QTest::keyClick(&Child(form, kValue), Qt::Key_Tab);
+    EXPECT_TRUE(IsPainted(form, kValue, Qt::red));
+    EXPECT_THAT(TipOf(form, kValue), HasSubstr("not a number"));
+    EXPECT_EQ(Enabled(form), "---");
+    Type(form, kValue, "-2.50");
+    EXPECT_FALSE(IsPainted(form, kValue, Qt::red));
+    QTest::keyClick(&Child(form, kValue), Qt::Key_Tab);
+    Choose(form, "btnDataSourceParamsVertOffsetUnits", "metre");
+    EXPECT_EQ(TextOf(form, "comboDataSourceParamsVertOffsetUnits") +
+                  TextOf(form, "lblDataSourceParamsVertOffsetUnitsAbbr"),
+              "metrem");
+    EXPECT_EQ(Enabled(form), "x-x") << "an offset makes no table";
+    Click(form, "btnDataCreate");
+    EXPECT_EQ(State(form) + TextOf(form, "edDataOffset"), "Offset-2.50 metre (m)");
+    Type(form, "edName", "Harbour");
+    Click(form, "bitbtnSave");
+  }));
+  EXPECT_EQ(Field("VDATA_OFFSET") + Field("VDATA_EXTENTS_NORTH"), "-2.50");
+  EXPECT_FALSE(Run([&](QWidget& form) {
+    EXPECT_TRUE(Child<QAbstractButton>(form, "radiobtnDataSourceOffset").isChecked());
+    EXPECT_EQ(TextOf(form, kValue) + State(form), "-2.50Offset");
+    Click(form, "bitbtnClose");
+  }));
+}
+
+TEST_F(VerticalEdit, StaleDataAreStoredOnlyIfTheUserInsists) {
+  database_.ui.answers = {MessageAnswer::kNo, MessageAnswer::kYes};
+  EXPECT_TRUE(Run([this](QWidget& form) {
+    CreateTable(form);
+    Type(form, "edName", "Lowlands");
+    Type(form, "edDataGridStepWE", "5");
+    Click(form, "bitbtnSave");
+    EXPECT_TRUE(form.isVisible());
+    Click(form, "bitbtnSave");
+  }));
+  EXPECT_THAT(database_.ui.messages, ElementsAre(SystemText(TextId::kHeightsNotCurrent),
+                                                 SystemText(TextId::kHeightsNotCurrent)));
+  EXPECT_EQ(Field("VDATA_CELL_EAST_WEST"), "1") << "the grid on which they lie";
+}
+
+TEST_F(VerticalEdit, AGridIsTypedOrComputed) {
+  EXPECT_FALSE(Run([this](QWidget& form) {
+    TakeFileSource(form);
+    Type(form, "edDataGridStepWE", "5");
+    Click(form, "btnDataCreate");
+    EXPECT_THAT(database_.ui.messages, ElementsAre(SystemText(TextId::kCellTooGreat)));
+    EXPECT_EQ(State(form), "No data");
+    EXPECT_THAT(TipOf(form, "pnlDataType"), HasSubstr("Cell size"));
+    for (const char* button : {"btnClose", "btnApply"}) {
+      const std::string before = Grid(form);
+      ScreenUser user;
+      user.In<TformQvRfRecalculateGridParams>([&](QWidget& grid) {
+        EXPECT_EQ(TextOf(grid, "edDstRefSystemName"), "Plane");
+        for (const auto& [part, text] :
+             std::initializer_list<std::pair<const char*, const char*>>{{"ExtentsNorth", "54.5"},
+                                                                        {"ExtentsSouth", "54"},
+                                                                        {"ExtentsWest", "36"},
+                                                                        {"ExtentsEast", "37"},
+                                                                        {"StepWE", "0.5"},
+                                                                        {"StepNS", "0.25"}}) {
+          Type(grid, (std::string("edSrcDataGrid") + part).c_str(), text);
+        }
+        Choose(grid, "btnSrcRefSystemSelect", "Plane");
+        Click(grid, button);
+      });
+      Click(form, "Button1");
+      EXPECT_EQ(Grid(form),
+                std::string_view(button) == "btnApply" ? "54.5 36 37 54 0.5 0.25" : before);
+    }
+    Click(form, "btnDataCreate");
+    EXPECT_EQ(State(form), "Table");
+    Click(form, "bitbtnClose");
+  }));
+  EXPECT_THAT(Files(), ElementsAre("Alps")) << "nothing was saved";
+}
+
+TEST_F(VerticalEdit, AFileThatIsNoneIsToldWithItsNameAndWhatIsWrong) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"heights", "does not begin with a grid"},
+      {"54 55 36 38 1 1 20", "fewer heights than its grid has nodes"},
+      {"", "cannot be read, or is empty"}};
+  EXPECT_FALSE(Run([&](QWidget& form) {
+    TakeFileSource(form);
+    for (const auto& [text, why] : rows) {
+      // Storage takes an empty text as well.
+      WriteFile(text);
+      database_.ui.messages.clear();
+      ChooseFile(form);
+      EXPECT_THAT(database_.ui.messages,
+                  ElementsAre(testing::AllOf(HasSubstr(file_), HasSubstr(why))));
+      EXPECT_EQ(Enabled(form), "---") << why;
+    }
+    Click(form, "bitbtnClose");
+  }));
+}
+
+TEST_F(VerticalEdit, OpensOverAPlaneAlone) {
+  EXPECT_FALSE(form_.CreateNew());
+  EXPECT_FALSE(form_.SetPlaneSystem("no tree", 1));
+  EXPECT_FALSE(form_.CreateNew());
+  EXPECT_FALSE(form_.isVisible());
+}
+
+}  // namespace
+}  // namespace refframe_tests

@@ -1,0 +1,130 @@
+// The details of a system: where it is used, its WKT, and the way of both to the clipboard.
+
+#include "dialogs/select/details_view.h"
+
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QLabel>
+#include <QPlainTextEdit>
+
+#include "tests/dialogs/dialog_fixture.h"
+#include "tests/support/sample_trees.h"
+
+namespace refframe_tests {
+namespace {
+
+using QvRefSystem::DetailsView;
+using QvRefSystem::TformQvRfSelector;
+using enum QvRefSystem::TObjectType;
+
+class DetailsViewTest : public DialogTest {
+ protected:
+  DetailsViewTest() {
+    for (const int kind : {1, 4, 5}) {
+      EXPECT_GT(
+          database_.Processor(kReferenceSystem).InsertFromTree(MakeTree(SystemTree, kind).get()),
+          0);
+    }
+  }
+  // Opens the details of the system and does something with them.
+  void Look(const std::string& system, const std::function<void(QWidget&, DetailsView&)>& act) {
+    const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 1));
+    ScreenUser user;
+    user.In<TformQvRfSelector>([&](QWidget& form) {
+      act(form, Child<DetailsView>(form, "tabDetails"));
+      Click(form, "bitbtnClose");
+    });
+    selector->Browse(KeyOf(kReferenceSystem, system), true, false);
+  }
+  static std::string Text(const QWidget& form, const char* memo) {
+    return Child<QPlainTextEdit>(form, memo).toPlainText().toStdString();
+  }
+};
+
+TEST_F(DetailsViewTest, ASystemOfTheRegistryHasAMapOfItsArea) {
+  Look("NAD27 / UTM 17N", [](QWidget& form, DetailsView&) {
+    EXPECT_TRUE(IsShown(form, "mapArea"));
+    const QString area = Child<QLabel>(form, "lblArea").text();
+    EXPECT_TRUE(area.startsWith("Area of use of EPSG:26705: ")) << area.toStdString();
+    EXPECT_GT(area.size(), 40);
+  });
+}
+
+TEST_F(DetailsViewTest, ASystemThatTheRegistryDoesNotKnowHasNone) {
+  Look("Site grid", [](QWidget& form, DetailsView& details) {
+    EXPECT_FALSE(IsShown(form, "mapArea"));
+    details.setCurrentIndex(1);
+    EXPECT_TRUE(Text(form, "memoWkt").starts_with("There is no WKT 2 of this system: "))
+        << Text(form, "memoWkt");
+  });
+}
+
+TEST_F(DetailsViewTest, TheSecondPageFollowsTheCurrentSystem) {
+  Look("NAD27 / UTM 17N", [this](QWidget& form, DetailsView& details) {
+    EXPECT_EQ(Text(form, "memoWkt"), "") << "nothing is worked out before it shows";
+    details.setCurrentIndex(1);
+    EXPECT_TRUE(Text(form, "memoWkt").starts_with("PROJCRS[\"NAD27 / UTM 17N\""));
+    database_.Processor(kReferenceSystem).LocateKey(KeyOf(kReferenceSystem, "NAD27 geodetic"));
+    EXPECT_TRUE(Text(form, "memoWkt").starts_with("GEOGCRS[\"NAD27 geodetic\""));
+    Click(form, "bitbtnList");
+    Press(form, "dbgridList", Qt::Key_Up);
+    Click(form, "bitbtnDetails");
+    EXPECT_TRUE(Text(form, "memoWkt").starts_with("PROJCRS[")) << "the page stays open";
+  });
+}
+
+TEST_F(DetailsViewTest, ABrokenSystemSaysSo) {
+  Add(QvRefSystem::TableId::kRefSystem, "Broken", {{"TYPE", 5}});
+  Look("Broken", [](QWidget& form, DetailsView& details) {
+    EXPECT_FALSE(IsShown(form, "mapArea"));
+    details.setCurrentIndex(1);
+    EXPECT_EQ(Text(form, "memoWkt"), "The system refers to an object that is not in the database.");
+  });
+}
+
+TEST_F(DetailsViewTest, CopiesThePageThatIsOpen) {
+  Look("NAD27 / UTM 17N", [](QWidget& form, DetailsView& details) {
+    for (const auto& [page, memo] : {std::pair{0, "memoDetails"}, std::pair{1, "memoWkt"}}) {
+      details.setCurrentIndex(page);
+      QApplication::clipboard()->clear();
+      Click(form, "btnCopy");
+      EXPECT_EQ(QApplication::clipboard()->text().toStdString(), Text(form, memo));
+      EXPECT_NE(Text(form, memo), "");
+    }
+  });
+}
+
+TEST_F(DetailsViewTest, OtherObjectsHaveTheirDescriptionAlone) {
+  const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 3));
+  ScreenUser user;
+  user.In<TformQvRfSelector>([](QWidget& form) {
+    EXPECT_EQ(Child<DetailsView>(form, "tabDetails").count(), 1);
+    Click(form, "btnCopy");
+    EXPECT_TRUE(QApplication::clipboard()->text().startsWith("Name: Airy 1830"));
+    Click(form, "bitbtnClose");
+  });
+  selector->Browse(KeyOf(kEllipsoid, "Airy 1830"), true, false);
+}
+
+// A dialog behind this one may stand on a record of any other table.
+TEST_F(DetailsViewTest, LeavesTheRecordsOfOtherTablesWhereTheyWere) {
+  const auto keys = [this] {
+    std::vector<int> all;
+    for (const auto& object : QvRefSystem::ObjectDescriptors()) {
+      auto* processor = QvRefSystem::ProcessorFor(*database_.data, static_cast<int>(object.type));
+      all.push_back(processor == nullptr ? 0 : processor->GetCurrentKey());
+    }
+    return all;
+  };
+  Add(QvRefSystem::TableId::kEllipsoid, "Zz of another dialog");
+  Add(QvRefSystem::TableId::kDatum, "Zz of another dialog");
+  Look("NAD27 / UTM 17N", [&](QWidget&, DetailsView& details) {
+    const std::vector<int> before = keys();
+    details.setCurrentIndex(1);
+    EXPECT_EQ(keys(), before);
+  });
+}
+
+}  // namespace
+}  // namespace refframe_tests

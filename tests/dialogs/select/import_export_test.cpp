@@ -1,0 +1,305 @@
+#include "dialogs/select/import_export.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <QDir>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <filesystem>
+#include <fstream>
+
+#include "platform/storage/stream.h"
+#include "tests/dialogs/dialog_fixture.h"
+#include "tests/support/sample_trees.h"
+
+namespace refframe_tests {
+namespace {
+
+using QvRefSystem::ObjectFileForm;
+using QvRefSystem::TformQvRfSelector;
+using enum QvRefSystem::TObjectType;
+
+class ImportAndExport : public DialogTest {
+ protected:
+  static std::string Content(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  QvRefSystem::TQvRfDataProcessor& Units() { return database_.Processor(kLinearUnit); }
+  TemporaryFolder folder_;
+};
+
+TEST_F(ImportAndExport, BothFormsComeBackAsTheSameTree) {
+  ASSERT_GT(Units().InsertFromTree(MakeTree(MetreTree).get()), 0);
+  for (const auto form : {ObjectFileForm::kText, ObjectFileForm::kXml}) {
+    const std::string path = folder_.Path("metre");
+    ASSERT_TRUE(WriteObjectFile(Units(), path, form));
+    QvCommonUtils::TStringTree expected;
+    ASSERT_TRUE(Units().WriteToTree(&expected, 0, 0));
+    QvCommonUtils::TStringTree told;
+    QvRefSystem::ReadTreeFile(path, form, &told);
+    EXPECT_TRUE(SameTree(&told, &expected));
+    QvCommonUtils::TStringTree guessed;
+    QvRefSystem::ReadTreeFile(path, &guessed);
+    EXPECT_TRUE(SameTree(&guessed, &expected));
+    EXPECT_EQ(Content(path).back() == '\0', form == ObjectFileForm::kText);
+  }
+}
+
+// The user writes an object to a file through the dialog, and takes it into another database.
+TEST_F(ImportAndExport, AnObjectTravelsThroughTheDialogs) {
+  database_.data->ShowImportExport = true;
+  ASSERT_GT(Units().InsertFromTree(MakeTree(MetreTree).get()), 0);
+  const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 8));
+  const std::string path = folder_.Path("out.x-ref-system");
+  const auto choose = [&path](QFileDialog& dialog) {
+    EXPECT_TRUE(dialog.selectedNameFilter().contains("*.x-ref-system"))
+        << "the XML form is offered first";
+    Child<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(path));
+    QMetaObject::invokeMethod(&dialog, "accept");
+  };
+  {
+    ScreenUser user;
+    user.In<TformQvRfSelector>([](QWidget& form) {
+          Click(form, "bitbtnExport");
+          Click(form, "bitbtnCancel");
+        })
+        .In<QFileDialog>([&](QFileDialog& dialog) {
+          EXPECT_EQ(Child<QLineEdit>(dialog, "fileNameEdit").text().toStdString(), "metre");
+          choose(dialog);
+        });
+    EXPECT_FALSE(selector->Select(nullptr, 0, false, nullptr, 0));
+  }
+  ASSERT_NE(Content(path), "");
+  database_.data->datasetLinearUnit.Delete();
+  ScreenUser user;
+  user.In<TformQvRfSelector>([](QWidget& form) {
+        Click(form, "bitbtnImport");
+        EXPECT_EQ(ListedNames(form), "metre");
+        EXPECT_EQ(MarkedName(form), "metre");
+        Click(form, "bitbtnCancel");
+      })
+      .In<QFileDialog>(choose);
+  EXPECT_FALSE(selector->Select(nullptr, 0, false, nullptr, 0));
+  EXPECT_TRUE(database_.ui.messages.empty());
+}
+
+// What goes wrong with files, in both forms: each is told in one box that names the file and the
+// place, and the database stays as it was.
+struct BadFile {
+  const char* name;
+  int filter;
+  std::function<void(std::string* content)> spoil;
+  const char* told;
+};
+
+void Replace(std::string* content, const std::string& from, const std::string& to) {
+  const std::size_t at = content->find(from);
+  ASSERT_NE(at, std::string::npos) << from;
+  content->replace(at, from.size(), to);
+}
+
+const BadFile kBadFiles[] = {
+    {"empty", 1, [](auto* c) { c->clear(); }, "line 1: the text ends too early"},
+    {"empty", 2, [](auto* c) { c->clear(); }, "it holds no XML"},
+    {"another kind of file", 1, [](auto* c) { *c = "%PDF-1.4 nothing"; }, "line 1: \"(\""},
+    {"another kind of file", 2, [](auto* c) { *c = "%PDF-1.4 nothing"; }, "it holds no XML"},
+    {"only zero bytes", 1, [](auto* c) { c->assign(64, '\0'); }, "line 1"},
+    {"only zero bytes", 2, [](auto* c) { c->assign(64, '\0'); }, "it holds no XML"},
+    {"foreign XML", 2, [](auto* c) { *c = "<kml><Document/></kml>"; },
+     "the root is not one <xini>"},
+    {"a DOCTYPE", 2, [](auto* c) { *c = "<!DOCTYPE x><xini version='1'/>"; }, "DOCTYPE"},
+    {"no tree in it", 2, [](auto* c) { *c = "<xini version='1'/>"; },
+     "/tag: the member is missing"},
+    {"cut short", 1, [](auto* c) { c->resize(c->size() / 2); }, "line "},
+    {"cut short", 2, [](auto* c) { c->resize(c->size() / 2); }, "at byte "},
+    {"a closing line gone", 1, [](auto* c) { c->resize(c->size() - 2); },
+     "closing line is missing"},
+    {"a second tree", 1, [](auto* c) { c->append(*c); }, "behind the end of the tree"},
+    {"a count too high", 1, [](auto* c) { Replace(c, ")[1]", ")[2000000000]"); },
+     "line 2: a field"},
+    {"an id too large", 1, [](auto* c) { Replace(c, "(0,0)", "(99999999999,0)"); }, "32 bits"},
+    {"an id that is no number", 2, [](auto* c) { Replace(c, ">0<", ">zero<"); },
+     "/tag: not a 32-bit"},
+    {"a broken escape", 2, [](auto* c) { Replace(c, ">metre<", ">\\zz<"); }, "hexadecimal"},
+    {"not UTF-8", 2, [](auto* c) { Replace(c, ">metre<", ">\xff\xfe<"); }, "not in UTF-8"},
+    {"XML under the first filter", 1, [](auto* c) { *c = "<xini version='1'/>"; }, "the XML form"},
+    {"text under All files", 3, [](auto* c) { *c = "(0,0)\n\n"; }, "the first filter"},
+};
+
+QFileDialog& Answer(QFileDialog& dialog, const std::string& path, int filter = 2) {
+  dialog.selectNameFilter(dialog.nameFilters().at(filter - 1));
+  emit dialog.filterSelected(dialog.nameFilters().at(filter - 1));
+  Child<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(path));
+  QMetaObject::invokeMethod(&dialog, "accept");
+  return dialog;
+}
+
+TEST_F(ImportAndExport, AFileThatCannotBeReadIsToldWithItsPlaceAndChangesNothing) {
+  const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 8));
+  const std::vector<int> before = database_.Counts();
+  for (const BadFile& row : kBadFiles) {
+    SCOPED_TRACE(std::string(row.name) + ", filter " + std::to_string(row.filter));
+    const std::string path = folder_.Path("bad");
+    WriteTreeFile(*MakeTree(MetreTree), path,
+                  row.filter == 1 ? ObjectFileForm::kText : ObjectFileForm::kXml);
+    std::string content = Content(path);
+    row.spoil(&content);
+    std::ofstream(path, std::ios::binary) << content;
+    database_.ui.messages.clear();
+    ScreenUser user;
+    user.In<TformQvRfSelector>([](QWidget& form) {
+          Click(form, "bitbtnImport");
+          Click(form, "bitbtnClose");
+        })
+        .In<QFileDialog>([&](QFileDialog& dialog) { Answer(dialog, path, row.filter); });
+    EXPECT_FALSE(selector->Browse(0, false, true));
+    ASSERT_EQ(database_.ui.messages.size(), 1U);
+    EXPECT_NE(database_.ui.messages[0].find("\"" + path + "\""), std::string::npos)
+        << database_.ui.messages[0];
+    EXPECT_NE(database_.ui.messages[0].find(row.told), std::string::npos)
+        << database_.ui.messages[0];
+    EXPECT_EQ(database_.Counts(), before);
+  }
+}
+
+TEST_F(ImportAndExport, WhatIsNoFileOfAnObjectIsNotEvenRead) {
+  std::ofstream(folder_.Path("huge")) << "(0,0)";
+  std::filesystem::resize_file(folder_.Path("huge"), QvRefSystem::kLargestObjectFile + 1);
+  std::filesystem::create_directory(folder_.Path("folder"));
+  ASSERT_EQ(mkfifo(folder_.Path("pipe").c_str(), 0600), 0);
+  const std::pair<const char*, const char*> rows[] = {{"huge", "too large"},
+                                                      {"folder", "no plain file"},
+                                                      {"pipe", "no plain file"},
+                                                      {"missing", "No such file"}};
+  for (const auto& [name, told] : rows) {
+    for (const auto form : {ObjectFileForm::kText, ObjectFileForm::kXml}) {
+      QvCommonUtils::TStringTree tree;
+      TreeBuilder(&tree).Field(1020, "as before");
+      try {
+        QvRefSystem::ReadTreeFile(folder_.Path(name), form, &tree);
+        ADD_FAILURE() << name << " was read";
+      } catch (const QvPlatform::StorageError& error) {
+        EXPECT_NE(std::string(error.what()).find(told), std::string::npos) << error.what();
+        EXPECT_NE(std::string(error.what()).find(folder_.Path(name)), std::string::npos);
+      }
+      EXPECT_NE(FindField(&tree, 1020, 0), nullptr) << name;
+    }
+  }
+}
+
+TEST_F(ImportAndExport, ATargetThatCannotBeWrittenKeepsWhatStoodThere) {
+  ASSERT_GT(Units().InsertFromTree(MakeTree(MetreTree).get()), 0);
+  std::filesystem::create_directory(folder_.Path("folder"));
+  const std::string rows[] = {"folder", "missing/metre", std::string(300, 'x')};
+  for (const std::string& name : rows) {
+    for (const auto form : {ObjectFileForm::kText, ObjectFileForm::kXml}) {
+      EXPECT_THROW((void)WriteObjectFile(Units(), folder_.Path(name), form),
+                   QvPlatform::StorageError)
+          << name;
+    }
+  }
+  EXPECT_EQ(QDir(QString::fromStdString(folder_.Path()))
+                .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+            QStringList{"folder"});
+}
+
+TEST_F(ImportAndExport, OffersTheObjectsOwnFormFirstAndXmlAtOnce) {
+  ASSERT_GT(Units().InsertFromTree(MakeTree(MetreTree).get()), 0);
+  const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 8));
+  ScreenUser user;
+  const auto look = [](const char* first) {
+    return [first](QFileDialog& dialog) {
+      EXPECT_EQ(dialog.nameFilters(),
+                QStringList({first, "Coordinate systems in XML format (*.x-ref-system)",
+                             "All files (*.*)"}));
+      EXPECT_EQ(dialog.selectedNameFilter(), dialog.nameFilters().at(1));
+      dialog.reject();
+    };
+  };
+  user.In<TformQvRfSelector>([](QWidget& form) {
+        Click(form, "bitbtnExport");
+        Click(form, "bitbtnImport");
+        Click(form, "bitbtnClose");
+      })
+      .In<QFileDialog>(look("linear unit (*.linear?unit)"))
+      .In<QFileDialog>(look("linear unit (*.reference?system)"));
+  EXPECT_FALSE(selector->Browse(0, false, true));
+  EXPECT_TRUE(database_.ui.messages.empty()) << "a cancel does nothing";
+}
+
+TEST_F(ImportAndExport, AnObjectOfAnotherTypeIsRefusedByName) {
+  const std::string path = folder_.Path("metre.x-ref-system");
+  WriteTreeFile(*MakeTree(MetreTree), path, ObjectFileForm::kXml);
+  const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 2));
+  ScreenUser user;
+  user.In<TformQvRfSelector>([](QWidget& form) {
+        Press(form, "dbgridList", Qt::Key_F3, Qt::ControlModifier | Qt::ShiftModifier);
+        Click(form, "bitbtnCancel");
+      })
+      .In<QFileDialog>([&](QFileDialog& dialog) {
+        Child<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(path));
+        QMetaObject::invokeMethod(&dialog, "accept");
+      });
+  EXPECT_FALSE(selector->Select(nullptr, 0, false, nullptr, 0));
+  EXPECT_EQ(database_.ui.messages, std::vector<std::string>{"Import failed(datum)"});
+}
+
+TEST_F(ImportAndExport, AWholeTableGoesToAFolder) {
+  ASSERT_GT(Units().InsertFromTree(MakeTree(MetreTree).get()), 0);
+  ASSERT_GT(database_.Processor(kAngularUnit).InsertFromTree(MakeTree(DegreeTree).get()), 0);
+  ASSERT_GT(database_.Processor(kAngularUnit).InsertFromTree(MakeTree(SecondTree).get()), 0);
+  const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 10));
+  ScreenUser user;
+  user.In<TformQvRfSelector>([](QWidget& form) {
+        Click(form, "bitbtnExport", Qt::ShiftModifier);
+        Click(form, "bitbtnClose");
+      })
+      .In<QFileDialog>([this](QFileDialog& dialog) {
+        Child<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(folder_.Path()));
+        QMetaObject::invokeMethod(&dialog, "accept");
+      });
+  EXPECT_FALSE(selector->Browse(0, false, true));
+  EXPECT_EQ(QDir(QString::fromStdString(folder_.Path())).entryList(QDir::Files),
+            QStringList({"arc-second.x-ref-system", "degree.x-ref-system"}));
+}
+
+// One object refers to another that is gone, and one has a name longer than a file's may be.
+TEST_F(ImportAndExport, OfAWholeTableWhatCannotBeWrittenIsTold) {
+  auto& systems = database_.Processor(kReferenceSystem);
+  for (const int kind : {1, 4, 5})
+    ASSERT_GT(systems.InsertFromTree(MakeTree(SystemTree, kind).get()), 0);
+  const auto rename = [&](int kind, const std::string& name, int unit) {
+    QvPlatform::TQvDataSet& dataSet = *systems.DataSet;
+    for (dataSet.First(); dataSet.FieldByName("TYPE").AsInteger() != kind; dataSet.Next()) {
+    }
+    dataSet.Edit();
+    dataSet.FieldByName("NAME").SetString(name);
+    if (unit != 0) dataSet.FieldByName("LINEAR_UNIT_AUTOKEY").SetInteger(unit);
+    dataSet.Post();
+  };
+  rename(1, "A broken grid", 4711);
+  rename(4, "Long " + std::string(300, 'x'), 0);
+  const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 1));
+  ScreenUser user;
+  user.In<TformQvRfSelector>([](QWidget& form) {
+        Click(form, "bitbtnExport", Qt::ShiftModifier);
+        Click(form, "bitbtnClose");
+      })
+      .In<QFileDialog>([this](QFileDialog& dialog) {
+        Child<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(folder_.Path()));
+        QMetaObject::invokeMethod(&dialog, "accept");
+      });
+  EXPECT_FALSE(selector->Browse(0, false, true));
+  ASSERT_EQ(database_.ui.messages.size(), 1U);
+  const std::string& told = database_.ui.messages[0];
+  EXPECT_TRUE(told.starts_with("Objects that could not be written: 2\n\"A broken grid\": "))
+      << told;
+  EXPECT_NE(told.find("\"Long xxx"), std::string::npos) << told;
+  EXPECT_EQ(QDir(QString::fromStdString(folder_.Path())).entryList(QDir::Files | QDir::Hidden),
+            QStringList{"NAD27   UTM 17N.x-ref-system"});
+}
+
+}  // namespace
+}  // namespace refframe_tests

@@ -1,0 +1,355 @@
+// Keys, search and the filter of a selector.
+
+#include <gtest/gtest.h>
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QDialog>
+#include <QLineEdit>
+
+#include "dialogs/base/edit_base.h"
+#include "platform/widgets/data_grid.h"
+#include "tests/dialogs/dialog_fixture.h"
+#include "tests/support/sample_trees.h"
+
+namespace refframe_tests {
+namespace {
+
+using QvRefSystem::GetSelectorFor;
+using QvRefSystem::TableId;
+using QvRefSystem::TformQvRfEdit;
+using QvRefSystem::TformQvRfEllipsoidSelector;
+using QvRefSystem::TformQvRfSelector;
+using enum QvRefSystem::TObjectType;
+
+// An edit dialog that does at once what its test says.
+class ScriptedEdit : public TformQvRfEdit {
+ public:
+  explicit ScriptedEdit(TformQvRfSelector* owner)
+      : TformQvRfEdit(owner, owner->Processor->Descriptor().type) {
+    owner->EditForm = this;
+  }
+  std::string calls;
+  std::function<bool()> onNew;
+
+ protected:
+  bool EditRecord() override {
+    calls += "edit ";
+    return false;
+  }
+  bool NewRecord() override {
+    calls += "new ";
+    return onNew ? onNew() : false;
+  }
+  bool StoreRecord() override { return false; }
+};
+
+class SelectorKeys : public DialogTest {
+ protected:
+  /// Runs the selector of ellipsoids with this user, who leaves by Esc unless the step has ended
+  /// it.
+  bool Choose(std::function<void(QDialog&)> act) {
+    ScreenUser user;
+    user.In<TformQvRfSelector>([&act](QDialog& form) {
+      act(form);
+      if (form.isVisible()) form.reject();
+    });
+    database_.data->datasetEllipsoid.First();
+    return selector_.Select(nullptr, 0, false, nullptr, 0);
+  }
+  static QStringList History(const QWidget& form) {
+    const auto& combo = Child<QComboBox>(form, "comboSearch");
+    QStringList texts;
+    for (int i = 0; i < combo.count(); ++i)
+      texts << combo.itemText(i);
+    return texts;
+  }
+
+  TformQvRfEllipsoidSelector selector_{nullptr};
+};
+
+TEST_F(SelectorKeys, TypingLeavesTheRowsThatHaveTheTextInTheirName) {
+  const struct {
+    const char* text;
+    const char* listed;
+    const char* marked;
+  } rows[] = {{"clarke", "Clarke 1866, Clarke 1880 (IGN)", "Clarke 1866"},
+              {"18", "Airy 1830, Bessel 1841, Clarke 1866, Clarke 1880 (IGN)", "Airy 1830"},
+              {"gS 8", "WGS 84", "WGS 84"},
+              {"(", "Clarke 1880 (IGN)", "Clarke 1880 (IGN)"},
+              {"no such", "", "(none)"}};
+  for (const auto& row : rows) {
+    Choose([&](QDialog& form) {
+      EXPECT_EQ(MarkedName(form), "Airy 1830") << "a run begins without a filter";
+      Search(form, row.text);
+      EXPECT_EQ(ListedNames(form), row.listed) << row.text;
+      EXPECT_EQ(MarkedName(form), row.marked) << row.text;
+    });
+  }
+}
+
+TEST_F(SelectorKeys, WithNoMatchNothingCanBeChosenOrChanged) {
+  Choose([&](QDialog& form) {
+    Search(form, "zzz");
+    EXPECT_EQ(Child<QvPlatform::DataGrid>(form, "dbgridList").EmptyText().toStdString(),
+              "No name contains \"zzz\".");
+    for (const char* button : {"bitbtnOk", "bitbtnRemove", "bitbtnDetails"}) {
+      EXPECT_FALSE(IsEnabled(form, button)) << button;
+    }
+    Press(form, "comboSearch", Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_TRUE(form.isVisible());
+    Press(form, "comboSearch", Qt::Key_Backspace);
+    Press(form, "comboSearch", Qt::Key_Backspace);
+    Press(form, "comboSearch", Qt::Key_Backspace);
+    EXPECT_TRUE(IsEnabled(form, "bitbtnOk"));
+    EXPECT_EQ(MarkedName(form), "Airy 1830");
+  });
+}
+
+TEST_F(SelectorKeys, ARecordThatTheFilterHidesCannotBeChosen) {
+  Choose([&](QDialog& form) {
+    Search(form, "clarke");
+    database_.data->datasetEllipsoid.Last();
+    EXPECT_EQ(MarkedName(form), "(none)");
+    EXPECT_FALSE(IsEnabled(form, "bitbtnOk"));
+    EXPECT_FALSE(IsEnabled(form, "bitbtnRemove"));
+    Press(form, "dbgridList", Qt::Key_Delete);
+    EXPECT_EQ(database_.data->datasetEllipsoid.RecordCount(), 7);
+  });
+}
+
+TEST_F(SelectorKeys, TheFilterSeesRowsThatCameSinceTheLastLetter) {
+  Choose([&](QDialog& form) {
+    Search(form, "clarke");
+    Add(TableId::kEllipsoid, "Clarke 1858");
+    EXPECT_EQ(ListedNames(form), "Clarke 1858, Clarke 1866, Clarke 1880 (IGN)");
+  });
+  Add(TableId::kEllipsoid, "Clarke 1891");
+  Choose([](QDialog& form) {
+    Search(form, "clarke 189");
+    EXPECT_EQ(ListedNames(form), "Clarke 1891");
+  });
+}
+
+// What a user who never leaves the keyboard gets.
+TEST_F(SelectorKeys, ANameIsChosenFromTheSearchField) {
+  const struct {
+    const char* name;
+    const char* text;
+    std::vector<Qt::Key> keys;  // each goes to the control that has the focus
+    const char* chosen;         // "" if the dialog stays
+  } rows[] = {
+      {"one match", "grs", {Qt::Key_Return}, "GRS 1980"},
+      {"two matches", "clarke", {Qt::Key_Return}, ""},
+      {"two matches, the first", "clarke", {Qt::Key_Return, Qt::Key_Return}, "Clarke 1866"},
+      {"two matches, the second",
+       "clarke",
+       {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return},
+       "Clarke 1880 (IGN)"},
+      {"down, up, and back again", "clarke", {Qt::Key_Down, Qt::Key_Up, Qt::Key_Return}, ""},
+  };
+  database_.data->DialogMode = QvRefSystem::kSimpleMode;
+  for (const auto& row : rows) {
+    const bool chosen = Choose([&](QDialog& form) {
+      Search(form, row.text);
+      for (const Qt::Key key : row.keys)
+        QTest::keyClick(form.focusWidget(), key);
+    });
+    EXPECT_EQ(chosen, *row.chosen != 0) << row.name;
+    EXPECT_EQ(chosen ? CurrentName(kEllipsoid) : "", row.chosen) << row.name;
+  }
+}
+
+TEST_F(SelectorKeys, FocusGoesBetweenSearchFieldAndListByArrows) {
+  Choose([](QDialog& form) {
+    EXPECT_EQ(form.focusWidget(), &Child(form, "comboSearch"));
+    QTest::keyClick(form.focusWidget(), Qt::Key_Down);
+    EXPECT_EQ(form.focusWidget(), &Child(form, "dbgridList"));
+    EXPECT_EQ(MarkedName(form), "Airy 1830");
+    QTest::keyClick(form.focusWidget(), Qt::Key_Down);
+    QTest::keyClick(form.focusWidget(), Qt::Key_Up);
+    EXPECT_EQ(form.focusWidget(), &Child(form, "dbgridList"));
+    QTest::keyClick(form.focusWidget(), Qt::Key_Up);
+    EXPECT_EQ(form.focusWidget(), &Child(form, "comboSearch"));
+    Press(form, "dbgridList", Qt::Key_W);
+    EXPECT_EQ(form.focusWidget(), &Child(form, "comboSearch"));
+    EXPECT_EQ(MarkedName(form), "WGS 84") << "letters in the list are a search";
+  });
+}
+
+TEST_F(SelectorKeys, EnterEditsWhereEditingIsOfferedAndElseChooses) {
+  ScriptedEdit edit(&selector_);
+  EXPECT_FALSE(Choose([](QDialog& form) { Press(form, "dbgridList", Qt::Key_Return); }));
+  EXPECT_EQ(edit.calls, "edit ");
+  database_.data->DialogMode = QvRefSystem::kSimpleMode;
+  EXPECT_TRUE(Choose([](QDialog& form) { Press(form, "dbgridList", Qt::Key_Enter); }));
+  EXPECT_EQ(edit.calls, "edit ") << "Edit does not show in simple mode";
+}
+
+TEST_F(SelectorKeys, KeysDoWhatTheirButtonsOffer) {
+  ScriptedEdit edit(&selector_);
+  const struct {
+    const char* name;
+    signed char mode;
+    Qt::Key key;
+    const char* calls;
+    int left;
+  } rows[] = {{"Insert", 2, Qt::Key_Insert, "new ", 7},
+              {"Insert in simple mode", 1, Qt::Key_Insert, "", 7},
+              {"Delete in simple mode", 1, Qt::Key_Delete, "", 7},
+              {"Delete", 2, Qt::Key_Delete, "", 6}};
+  for (const auto& row : rows) {
+    edit.calls.clear();
+    database_.data->DialogMode = row.mode;
+    Choose([&](QDialog& form) { Press(form, "dbgridList", row.key); });
+    EXPECT_EQ(edit.calls, row.calls) << row.name;
+    EXPECT_EQ(database_.data->datasetEllipsoid.RecordCount(), row.left) << row.name;
+  }
+}
+
+TEST_F(SelectorKeys, OnTypeListsInsertAndDeleteDoNothing) {
+  const std::unique_ptr<TformQvRfSelector> types(GetSelectorFor(nullptr, 12));
+  ScriptedEdit edit(types.get());
+  ScreenUser user;
+  user.In<TformQvRfSelector>([&](QDialog& form) {
+    Press(form, "dbgridList", Qt::Key_Insert);
+    Press(form, "dbgridList", Qt::Key_Delete);
+    EXPECT_EQ(edit.calls, "");
+    Press(form, "dbgridList", Qt::Key_Return);
+    EXPECT_EQ(edit.calls, "edit ");
+    form.reject();
+  });
+  EXPECT_FALSE(types->Select(nullptr, 0, false, nullptr, 0));
+  EXPECT_EQ(database_.data->datasetRefSystemType.RecordCount(), 6);
+}
+
+TEST_F(SelectorKeys, ANewRecordShowsWhateverTheFilterWas) {
+  ScriptedEdit edit(&selector_);
+  edit.onNew = [this] { return Add(TableId::kEllipsoid, "Hayford") != 0; };
+  Choose([](QDialog& form) {
+    Search(form, "clarke");
+    Click(form, "bitbtnNew");
+    EXPECT_EQ(MarkedName(form), "Hayford");
+    EXPECT_TRUE(IsEnabled(form, "bitbtnOk"));
+  });
+  edit.onNew = [this] {
+    database_.data->datasetEllipsoid.Last();
+    return false;
+  };
+  Choose([](QDialog& form) {
+    Search(form, "clarke");
+    Click(form, "bitbtnNew");
+    EXPECT_EQ(MarkedName(form), "Clarke 1866") << "a new record given up leads back";
+  });
+}
+
+TEST_F(SelectorKeys, AfterARemovalTheNeighbourInSightIsCurrent) {
+  Choose([&](QDialog& form) {
+    Search(form, "clarke");
+    Press(form, "dbgridList", Qt::Key_Down);
+    EXPECT_EQ(MarkedName(form), "Clarke 1880 (IGN)");
+    Press(form, "dbgridList", Qt::Key_Delete);
+    EXPECT_EQ(ListedNames(form), "Clarke 1866");
+    EXPECT_EQ(MarkedName(form), "Clarke 1866");
+    EXPECT_EQ(CurrentName(kEllipsoid), "Clarke 1866");
+  });
+  database_.ui.answers = {QvPlatform::MessageAnswer::kNo};
+  Choose([&](QDialog& form) {
+    Click(form, "bitbtnRemove");
+    EXPECT_EQ(MarkedName(form), "Airy 1830") << "a No leaves everything";
+  });
+}
+
+TEST_F(SelectorKeys, AHeightSystemGoesWithItsFileOnceTheUserSaysYes) {
+  auto& heights = database_.Processor(kVerticalReferenceSystem);
+  ASSERT_GT(heights.InsertFromTree(MakeTree(HeightTableTree).get()), 0);
+  const std::unique_ptr<TformQvRfSelector> selector(
+      GetSelectorFor(nullptr, static_cast<int>(kVerticalReferenceSystem)));
+  ASSERT_NE(selector, nullptr);
+  const auto fileCount = [this] {
+    return QvRefSystem::ListStorageFiles(database_.data->GetHeightsPrefix(), false).size();
+  };
+  database_.ui.answers = {QvPlatform::MessageAnswer::kNo};
+  ScreenUser user;
+  user.In<TformQvRfSelector>([&](QDialog& form) {
+    EXPECT_EQ(ListedNames(form), "Alps");
+    Click(form, "bitbtnRemove");
+    EXPECT_EQ(fileCount(), 1U);
+    Click(form, "bitbtnRemove");
+    EXPECT_EQ(fileCount(), 0U);
+    form.reject();
+  });
+  EXPECT_FALSE(selector->Select(nullptr, 0, false, nullptr, 0));
+  EXPECT_EQ(heights.DataSet->RecordCount(), 0);
+}
+
+TEST_F(SelectorKeys, SearchButtonsGoFromMatchToMatchAndTellTheEnd) {
+  Choose([&](QDialog& form) {
+    Search(form, "clarke");
+    Click(form, "bitbtnSearchDown");
+    EXPECT_EQ(MarkedName(form), "Clarke 1880 (IGN)");
+    EXPECT_TRUE(database_.ui.messages.empty());
+    Click(form, "bitbtnSearchDown");
+    EXPECT_EQ(MarkedName(form), "Clarke 1880 (IGN)") << "the record does not move";
+    EXPECT_EQ(database_.ui.messages, std::vector<std::string>{"\"clarke\" not found"});
+    Click(form, "bitbtnSearchUp");
+    EXPECT_EQ(MarkedName(form), "Clarke 1866");
+    Press(form, "bitbtnSearchDown", Qt::Key_Return);
+    EXPECT_EQ(MarkedName(form), "Clarke 1880 (IGN)") << "Enter on an arrow is not OK";
+    EXPECT_TRUE(form.isVisible());
+  });
+}
+
+TEST_F(SelectorKeys, TheHistoryKeepsEachTextOnceAsFirstTyped) {
+  const auto search = [](QDialog& form, const char* text) {
+    Child<QComboBox>(form, "comboSearch").lineEdit()->clear();
+    Search(form, text);
+    Click(form, "bitbtnSearchDown");
+  };
+  Choose([&](QDialog& form) {
+    for (const char* text : {"Clarke", "wgs", "CLARKE", "", "", "WGS"})
+      search(form, text);
+    EXPECT_EQ(History(form), QStringList({"", "wgs", "Clarke"}));
+    EXPECT_EQ(Child<QComboBox>(form, "comboSearch").currentText(), "WGS");
+  });
+}
+
+TEST_F(SelectorKeys, TheRawTableComesAndGoesByItsKeys) {
+  constexpr auto kBoth = Qt::ControlModifier | Qt::ShiftModifier;
+  Choose([&](QDialog& form) {
+    Press(form, "dbgridList", Qt::Key_F12, kBoth);
+    EXPECT_FALSE(IsShown(form, "dbgridShowAll"));
+    Press(form, "dbgridList", Qt::Key_F11, kBoth);
+    const auto& grid = Child<QAbstractItemView>(form, "dbgridShowAll");
+    EXPECT_TRUE(grid.isVisible());
+    EXPECT_TRUE(grid.isEnabled());
+    EXPECT_EQ(grid.geometry(), form.rect());
+    EXPECT_EQ(grid.model()->columnCount(), database_.data->datasetEllipsoid.FieldCount());
+    Press(form, "dbgridShowAll", Qt::Key_Down);
+    EXPECT_EQ(CurrentName(kEllipsoid), "Bessel 1841");
+    Press(form, "dbgridShowAll", Qt::Key_F12, kBoth);
+    EXPECT_FALSE(grid.isVisible());
+    EXPECT_FALSE(grid.isEnabled());
+    EXPECT_EQ(MarkedName(form), "Bessel 1841");
+  });
+}
+
+TEST_F(SelectorKeys, DetailsDescribeTheCurrentRecordWhereverItMoves) {
+  Choose([&](QDialog& form) {
+    Click(form, "bitbtnDetails");
+    EXPECT_FALSE(IsShown(form, "dbgridList"));
+    EXPECT_FALSE(IsShown(form, "bitbtnDetails"));
+    const auto text = [&] {
+      return Child(form, "memoDetails").property("plainText").toString().toStdString();
+    };
+    EXPECT_NE(text().find("Airy 1830"), std::string::npos);
+    database_.data->datasetEllipsoid.Next();
+    EXPECT_NE(text().find("Bessel 1841"), std::string::npos);
+    Click(form, "bitbtnList");
+    EXPECT_FALSE(IsShown(form, "memoDetails"));
+    EXPECT_EQ(MarkedName(form), "Bessel 1841");
+  });
+}
+
+}  // namespace
+}  // namespace refframe_tests

@@ -1,0 +1,177 @@
+// The list of those who refer to an object, and the hiding of owners round child dialogs.
+
+#include "dialogs/select/used_by_list.h"
+
+#include <gtest/gtest.h>
+
+#include <QSignalSpy>
+#include <QTableWidget>
+
+#include "tests/dialogs/dialog_fixture.h"
+
+namespace refframe_tests {
+namespace {
+
+using QvPlatform::UsedByAnswer;
+using QvPlatform::UsedByRow;
+using QvRefSystem::GetUsedByListFor;
+using QvRefSystem::TableId;
+using QvRefSystem::TformQvRfEllipsoidSelector;
+using QvRefSystem::TformQvRfSelector;
+using QvRefSystem::TformQvRfUsedByList;
+using enum QvRefSystem::TObjectType;
+
+class UsedByList : public DialogTest {
+ protected:
+  UsedByList() {
+    const int bessel = KeyOf(kEllipsoid, "Bessel 1841");
+    first_ = Add(TableId::kDatum, "Potsdam", {{"ELLIPSOID_AUTOKEY", bessel}});
+    second_ = Add(TableId::kDatum, "Tokyo", {{"ELLIPSOID_AUTOKEY", bessel}});
+    database_.Processor(kEllipsoid).LocateKey(bessel);
+    // The list itself, in the place of the script's answer.
+    database_.ui.onUsedBy = [this] {
+      TformQvRfUsedByList* list = GetUsedByListFor(&selector_);
+      list->BeginList();
+      for (const UsedByRow& row : database_.ui.usedBy)
+        list->AddRow(row);
+      return list->ShowList(database_.ui.viewAllowed);
+    };
+  }
+  [[nodiscard]] int Ellipsoids() const { return database_.data->datasetEllipsoid.RecordCount(); }
+  void Release(const char* datum) {
+    QvPlatform::TQvDataSet& datums = database_.data->datasetDatum;
+    ASSERT_TRUE(database_.Processor(kDatum).LocateKey(KeyOf(kDatum, datum)));
+    datums.Edit();
+    datums.FieldByName("ELLIPSOID_AUTOKEY").SetInteger(0);
+    datums.Post();
+  }
+  static std::string Cells(const QWidget& list) {
+    const auto& grid = Child<QTableWidget>(list, "strgridList");
+    std::string text;
+    for (int row = 0; row < grid.rowCount(); ++row) {
+      for (int column = 0; column < grid.columnCount(); ++column) {
+        text += grid.item(row, column)->text().toStdString() + (column < 2 ? "," : ";");
+      }
+    }
+    return text;
+  }
+
+  TformQvRfEllipsoidSelector selector_{nullptr};
+  int first_ = 0;
+  int second_ = 0;
+};
+
+TEST_F(UsedByList, ShowsWhoRefersAndClosingItRefusesTheRemoval) {
+  ScreenUser user;
+  user.In<TformQvRfSelector>([](QWidget& form) {
+        Click(form, "bitbtnRemove");
+        EXPECT_EQ(MarkedName(form), "Bessel 1841");
+        Click(form, "bitbtnCancel");
+      })
+      .In<TformQvRfUsedByList>([](QWidget& list) {
+        EXPECT_EQ(list.windowTitle().toStdString(), "Object list");
+        EXPECT_EQ(Cells(list), "datum,Potsdam,About Potsdam;datum,Tokyo,About Tokyo;");
+        EXPECT_TRUE(IsShown(list, "bitbtnView"));
+        Click(list, "bitbtnClose");
+      });
+  int key = KeyOf(kEllipsoid, "Bessel 1841");
+  selector_.Select(nullptr, 0, false, &key, 0);
+  EXPECT_EQ(Ellipsoids(), 7);
+  EXPECT_TRUE(database_.ui.messages.empty());
+}
+
+TEST_F(UsedByList, HasNoViewInSimpleMode) {
+  database_.data->DialogMode = QvRefSystem::kSimpleMode;
+  ScreenUser user;
+  user.In<TformQvRfSelector>([](QWidget& form) {
+        Click(form, "bitbtnRemove");
+        Click(form, "bitbtnClose");
+      })
+      .In<TformQvRfUsedByList>([](QWidget& list) {
+        EXPECT_FALSE(IsShown(list, "bitbtnView"));
+        Click(list, "bitbtnClose");
+      });
+  selector_.Browse(KeyOf(kEllipsoid, "Bessel 1841"), false, true);
+  EXPECT_EQ(Ellipsoids(), 7);
+}
+
+// View opens the referring object; each return scans anew, until nothing refers any more.
+TEST_F(UsedByList, ScansAgainAfterEachViewUntilNothingRefers) {
+  ScreenUser user;
+  user.In<TformQvRfSelector>([](QWidget& form) {
+        Click(form, "bitbtnRemove");
+        Click(form, "bitbtnCancel");
+      })
+      .In<TformQvRfUsedByList>([](QWidget& list) { Click(list, "bitbtnView"); })
+      .In<TformQvRfSelector>([this](QWidget& viewer) {
+        EXPECT_EQ(viewer.windowTitle().toStdString(), "View datum");
+        EXPECT_EQ(CurrentName(kDatum), "Potsdam");
+        EXPECT_TRUE(IsShown(viewer, "memoDetails"));
+        EXPECT_FALSE(selector_.isVisible()) << "the owner of the list is out of the way";
+        Release("Potsdam");
+        Click(viewer, "bitbtnClose");
+      })
+      .In<TformQvRfUsedByList>([this](QWidget& list) {
+        EXPECT_TRUE(selector_.isVisible());
+        EXPECT_EQ(Cells(list), "datum,Tokyo,About Tokyo;");
+        Click(list, "bitbtnView");
+      })
+      .In<TformQvRfSelector>([this](QWidget& viewer) {
+        Release("Tokyo");
+        Click(viewer, "bitbtnClose");
+      });
+  int key = KeyOf(kEllipsoid, "Bessel 1841");
+  selector_.Select(nullptr, 0, false, &key, 0);
+  EXPECT_EQ(Ellipsoids(), 6);
+  ASSERT_EQ(database_.ui.messages.size(), 1U);
+  EXPECT_NE(database_.ui.messages[0].find("\"Bessel 1841\""), std::string::npos);
+}
+
+TEST_F(UsedByList, IsOneForEachOwner) {
+  TformQvRfEllipsoidSelector other(nullptr);
+  TformQvRfUsedByList* list = GetUsedByListFor(&selector_);
+  EXPECT_EQ(GetUsedByListFor(&selector_), list);
+  EXPECT_NE(GetUsedByListFor(&other), list);
+  list->BeginList();
+  list->ViewRow(0);
+  list->ViewRow(1);
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "rows that hold nothing open nothing";
+}
+
+// A form that is hidden while its child runs goes on with its own run afterwards.
+TEST_F(UsedByList, HiddenOwnersComeBackInTheReverseOrder) {
+  QvPlatform::ModalForm host(nullptr);
+  QSignalSpy quits(qApp, &QGuiApplication::lastWindowClosed);
+  TformQvRfSelector* outer = QvRefSystem::GetSelectorFor(&host, 3);
+  TformQvRfSelector* inner = QvRefSystem::GetSelectorFor(outer, 2);
+  std::string course;
+  ScreenUser user;
+  user.In<QvPlatform::ModalForm>([&](QDialog& form) {
+        EXPECT_TRUE(outer->Select(nullptr, 0, true, nullptr, 0));
+        EXPECT_TRUE(form.isVisible());
+        course += "host ";
+        form.accept();
+      })
+      .In<TformQvRfSelector>([&](QWidget& form) {
+        EXPECT_FALSE(host.isVisible());
+        EXPECT_TRUE(inner->Select(nullptr, 0, true, nullptr, 0));
+        EXPECT_TRUE(form.isVisible());
+        EXPECT_FALSE(host.isVisible());
+        EXPECT_NE(ListedNames(form), "") << "its grid is awake again";
+        course += "outer ";
+        Click(form, "bitbtnOk");
+      })
+      .In<TformQvRfSelector>([&](QWidget& form) {
+        EXPECT_EQ(&form, inner);
+        EXPECT_FALSE(outer->isVisible());
+        course += "inner ";
+        Click(form, "bitbtnOk");
+      });
+  EXPECT_EQ(host.RunModal(), QDialog::Accepted);
+  EXPECT_EQ(course, "inner outer host ");
+  QCoreApplication::processEvents();
+  EXPECT_EQ(quits.count(), 0) << "the program must not end with a hidden owner";
+}
+
+}  // namespace
+}  // namespace refframe_tests
