@@ -165,7 +165,7 @@ HeightRefusal HeightCreation::LoadData() {
   const bool sameUnit = *target_ ^ *storedTarget_;
   if (storedTable_ != nullptr && sameUnit) {
     made_.Table = std::make_unique<THeightTable>(*storedTable_);
-  } else if (processor_.DataSet->FieldByName("VDATA_TYPE").AsInteger() == kHeightTable) {
+  } else if (processor_.CurrentKind() == HeightKind::kTable) {
     refusal = LoadTable();
   } else {
     LoadOffset();

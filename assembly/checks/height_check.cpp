@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "database/height_storage.h"
+#include "platform/data/height_kind.h"
 #include "platform/text/text.h"
-#include "processors/vertical_records.h"
 
 namespace QvRefSystem {
 namespace {
@@ -103,15 +103,14 @@ class HeightCheck {
 
   void CheckRecord(const CheckedRow& row) {
     if (!owners_.contains(row.Key())) findings_.Add(row, "no reference system refers to it");
-    switch (const int kind = row.Integer("VDATA_TYPE")) {
-      case kHeightTable:
-        return CheckTable(row);
-      case kHeightOffset:
-        findings_.NeedReference(row, "VDATA_UNIT_AUTOKEY");
-        return findings_.NeedNumber(row, "VDATA_OFFSET");
-      default:
-        findings_.Add(row, "VDATA_TYPE " + std::to_string(kind) + " is no kind of height system");
+    const int number = row.Integer("VDATA_TYPE");
+    const auto kind = HeightKindOf(number);
+    if (kind == HeightKind::kTable) return CheckTable(row);
+    if (kind == HeightKind::kOffset) {
+      findings_.NeedReference(row, "VDATA_UNIT_AUTOKEY");
+      return findings_.NeedNumber(row, "VDATA_OFFSET");
     }
+    findings_.Add(row, "VDATA_TYPE " + std::to_string(number) + " is no kind of height system");
   }
 
   void CheckTable(const CheckedRow& row) {
