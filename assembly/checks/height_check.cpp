@@ -1,15 +1,14 @@
 #include "assembly/checks/height_check.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <map>
 #include <optional>
-#include <string_view>
-#include <vector>
+#include <string>
 
 #include "database/height_storage.h"
 #include "platform/data/height_kind.h"
+#include "platform/data/height_table_writer.h"
 #include "platform/text/text.h"
 
 namespace QvRefSystem {
@@ -17,49 +16,10 @@ namespace {
 
 using QvPlatform::Crc32;
 
-std::vector<std::string_view> Split(std::string_view text) {
-  constexpr std::string_view kSeparators = " \n\r\t";
-  std::vector<std::string_view> tokens;
-  for (std::size_t at = text.find_first_not_of(kSeparators); at != text.npos;) {
-    const std::size_t end = std::min(text.find_first_of(kSeparators, at), text.size());
-    tokens.push_back(text.substr(at, end - at));
-    at = text.find_first_not_of(kSeparators, end);
-  }
-  return tokens;
-}
-
-// The layout in which tables are written: the limits and cell sizes on a line of their own, then a
-// line for each row of values, each with a tab behind. A tree holds a table as one line, beside the
-// checksum of these lines. A text that is no table gives nothing.
-std::optional<std::string> InLines(std::string_view text) {
-  enum : std::size_t { kWest = 2, kEast = 3, kCellEastWest = 5, kHeader = 6 };
-  const std::vector<std::string_view> tokens = Split(text);
-  double west = 0;
-  double east = 0;
-  double cell = 0;
-  if (tokens.size() <= kHeader || !QvPlatform::TextToDouble(tokens[kWest], &west) ||
-      !QvPlatform::TextToDouble(tokens[kEast], &east) ||
-      !QvPlatform::TextToDouble(tokens[kCellEastWest], &cell)) {
-    return std::nullopt;
-  }
-  const double columns = std::floor((east - west) / cell + 0.5) + 1;
-  const std::size_t values = tokens.size() - kHeader;
-  if (!(columns >= 1 && columns <= static_cast<double>(values))) return std::nullopt;
-  const auto rowLength = static_cast<std::size_t>(columns);
-  std::string lines;
-  lines.reserve(text.size() + tokens.size());
-  for (std::size_t i = 0; i < kHeader; ++i)
-    lines.append(tokens[i]).append(1, i + 1 < kHeader ? ' ' : '\n');
-  for (std::size_t i = 0; i < values; ++i) {
-    lines.append(tokens[kHeader + i]).append(1, '\t');
-    if ((i + 1) % rowLength == 0) lines.append(1, '\n');
-  }
-  return lines;
-}
-
+// The checksum of a tree is that of the lines of the file, whatever the table looks like now.
 bool HasChecksum(const std::string& text, std::uint32_t checksum) {
   if (Crc32(text) == checksum) return true;
-  const std::optional<std::string> lines = InLines(text);
+  const std::optional<std::string> lines = HeightTableInLines(text);
   return lines && Crc32(*lines) == checksum;
 }
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/data/height_table_text.h"
+#include "platform/data/height_table_reader.h"
 #include "platform/data/tree_ids.h"
 #include "platform/geocore/projjson.h"
 #include "platform/geocore/shell_definition.h"
