@@ -38,6 +38,8 @@ bool DeleteStorageFile(const std::string& name, bool resourceForm);
 /// what stood under the name still stands.
 [[nodiscard]] bool SaveStorageFile(const std::string& name, bool resourceForm,
                                    std::string_view content);
+/// Copies a whole stream, also from one form to the other. On failure, an empty stream among them,
+/// what stood under `to` still stands.
 [[nodiscard]] bool CopyStorageFile(const std::string& from, bool fromResourceForm,
                                    const std::string& to, bool toResourceForm);
 /// Names of the files that stand in a folder, or of the resources whose names begin with the

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <stdexcept>
 
+#include "database/table_files.h"
 #include "tests/support/test_database.h"
 
 namespace refframe_tests {
