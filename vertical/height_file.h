@@ -37,6 +37,7 @@ namespace QvRefSystem {
 /// cannot be loaded. `text` is unchanged on failure.
 [[nodiscard]] bool LoadHeightText(const std::string& path, bool useResource, std::string* text,
                                   QvPlatform::TUserInterface& ui);
+/// Writes a text as it is, all or nothing, without a progress display.
 [[nodiscard]] bool SaveHeightText(const std::string& path, bool useResource, std::string_view text,
                                   QvPlatform::TUserInterface& ui);
 

@@ -38,9 +38,9 @@ class VerticalControls {
   /// Shows the panel of the source that is checked, and lets the grid be used if it needs one.
   void ShowSourcePanel();
   /// None if neither is enabled.
-  [[nodiscard]] HeightDataKind CheckedData() const;
+  [[nodiscard]] std::optional<HeightKind> CheckedData() const;
   void EnableData(const HeightCreation& heights);
-  void ShowState(HeightDataKind kind, const QString& why);
+  void ShowState(std::optional<HeightKind> kind, const QString& why);
 
   /// Puts a control on the colour of a refusal; its tip says why.
   void Refuse(QWidget* control, const QColor& colour, const QString& why);

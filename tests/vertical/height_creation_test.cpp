@@ -91,8 +91,8 @@ class HeightCreationTest : public testing::TestWithParam<bool> {
   }
   void CreateTable() {
     TakeSource();
-    EXPECT_EQ(heights_.Create(HeightDataKind::kTable, {}), kNone);
-    ASSERT_EQ(heights_.MadeData().Kind(), HeightDataKind::kTable);
+    EXPECT_EQ(heights_.Create(HeightKind::kTable, {}), kNone);
+    ASSERT_EQ(heights_.MadeData().Kind(), HeightKind::kTable);
   }
   bool Store(bool append, const char* name = "Alps") {
     HeightRecord texts;
@@ -115,11 +115,11 @@ TEST_P(HeightCreationTest, AFileAndItsPlaneMakeATable) {
   heights_.ChooseKind(Kind::kFile);
   EXPECT_EQ(heights_.TakeFile(File(HeightText())), kNone);
   EXPECT_EQ(TextOf(heights_.Grid()), TextOf(kFileGrid));
-  EXPECT_FALSE(heights_.CanMake(HeightDataKind::kTable)) << "its plane is not known";
+  EXPECT_FALSE(heights_.Source().CanMake(HeightKind::kTable)) << "its plane is not known";
   EXPECT_EQ(TakeFilePlane(), kNone);
-  ASSERT_TRUE(heights_.CanMake(HeightDataKind::kTable));
+  ASSERT_TRUE(heights_.Source().CanMake(HeightKind::kTable));
   database_.ui.progress.clear();
-  EXPECT_EQ(heights_.Create(heights_.UsualKind(), {}), kNone);
+  EXPECT_EQ(heights_.Create(heights_.Source().UsualKind(), {}), kNone);
   EXPECT_THAT(database_.ui.progress, ElementsAre("Recalculating geoid undulation data"));
   EXPECT_TRUE(heights_.IsCurrent());
 
@@ -145,7 +145,7 @@ TEST_P(HeightCreationTest, WhatWasStoredIsThereAtTheNextOpening) {
   EXPECT_THAT(database_.ui.progress, IsEmpty());
   EXPECT_EQ(heights_.Source().Kind, Kind::kFile);
   EXPECT_EQ(heights_.Source().FilePlaneSystem->Name(), "NAD27 geodetic");
-  EXPECT_TRUE(heights_.CanMake(HeightDataKind::kTable));
+  EXPECT_TRUE(heights_.Source().CanMake(HeightKind::kTable));
   EXPECT_TRUE(heights_.IsCurrent());
   EXPECT_EQ(TextOf(heights_.MadeData().Grid), TextOf(kFileGrid));
 
@@ -165,7 +165,7 @@ TEST_P(HeightCreationTest, AnotherPlaneKeepsTheGridAndLosesTheData) {
   ASSERT_TRUE(SetPlane(kProjected));
   EXPECT_FALSE(heights_.IsStoredPlaneSame(heights_.Target()));
   EXPECT_EQ(heights_.StartEdit(), kNone);
-  EXPECT_EQ(heights_.MadeData().Kind(), HeightDataKind::kNone);
+  EXPECT_EQ(heights_.MadeData().Kind(), std::nullopt);
   EXPECT_FALSE(heights_.IsCurrent());
   TShell2DTableExtents seen;
   const auto geodetic = CreateShellReferenceSystem(MakeTree(SystemTree, kGeodetic).get(), nullptr);
@@ -180,7 +180,7 @@ TEST_P(HeightCreationTest, AStoredSystemIsLoadedFromItsFile) {
   ASSERT_EQ(Field("NAME"), "Alps");
   ASSERT_TRUE(heights_.LoadForReferenceSystem(key));
   EXPECT_EQ(heights_.StartEdit(), kNone);
-  ASSERT_EQ(heights_.MadeData().Kind(), HeightDataKind::kTable);
+  ASSERT_EQ(heights_.MadeData().Kind(), HeightKind::kTable);
   EXPECT_EQ(heights_.MadeData().Table->Get(1, 0), -19.625);
   EXPECT_EQ(TextOf(heights_.MadeData().Grid), TextOf(kFileGrid));
   EXPECT_TRUE(heights_.IsCurrent());
@@ -194,7 +194,7 @@ TEST_P(HeightCreationTest, AStoredSystemIsLoadedFromItsFile) {
   for (const auto& [text, refusal] : kFiles) {
     (void)SaveStorageFile(path, GetParam(), text);
     EXPECT_EQ(heights_.StartEdit(), refusal) << text;
-    EXPECT_EQ(heights_.MadeData().Kind(), HeightDataKind::kNone);
+    EXPECT_EQ(heights_.MadeData().Kind(), std::nullopt);
   }
   ASSERT_TRUE(SaveStorageFile(path, GetParam(), whole));
   owner_ = key;
@@ -210,7 +210,7 @@ TEST_P(HeightCreationTest, ATableUnderAnotherUnitIsNotCurrent) {
   TreeBuilder(unit).Field(kFactor, "0.3048");
   ASSERT_TRUE(heights_.SetPlaneSystem(WriteTreeText(tree.get()), metre_));
   EXPECT_EQ(heights_.StartEdit(), kNone);
-  EXPECT_EQ(heights_.MadeData().Kind(), HeightDataKind::kTable);
+  EXPECT_EQ(heights_.MadeData().Kind(), HeightKind::kTable);
   EXPECT_FALSE(heights_.IsCurrent()) << "metres would become feet";
 }
 
@@ -238,13 +238,13 @@ TEST_P(HeightCreationTest, RefusesWhatCannotBeASource) {
   heights_.TakeOffsetUnit(metre_);
   for (const char* text : {"", "1,5", "3 m", "nan"}) {
     EXPECT_EQ(heights_.TakeOffset(text), kNoNumber) << text;
-    EXPECT_FALSE(heights_.CanMake(HeightDataKind::kOffset)) << text;
+    EXPECT_FALSE(heights_.Source().CanMake(HeightKind::kOffset)) << text;
   }
   EXPECT_EQ(heights_.TakeOffset("-2.50"), kNone);
-  EXPECT_TRUE(heights_.CanMake(HeightDataKind::kOffset));
-  EXPECT_FALSE(heights_.CanMake(HeightDataKind::kTable)) << "an offset makes no table";
+  EXPECT_TRUE(heights_.Source().CanMake(HeightKind::kOffset));
+  EXPECT_FALSE(heights_.Source().CanMake(HeightKind::kTable)) << "an offset makes no table";
   heights_.TakeOffsetUnit(metre_ + 1);
-  EXPECT_EQ(heights_.UsualKind(), HeightDataKind::kNone) << "there is no such unit";
+  EXPECT_EQ(heights_.Source().UsualKind(), std::nullopt) << "there is no such unit";
 }
 
 TEST_P(HeightCreationTest, TheGridOfAFileNeedsTwoNodesAlongEachAxis) {
@@ -266,7 +266,7 @@ TEST_P(HeightCreationTest, TheGridOfAFileNeedsTwoNodesAlongEachAxis) {
     for (const Kind kind : {Kind::kFile, Kind::kSystem}) {
       heights_.ChooseKind(kind);
       const HeightRefusal expected = kind == Kind::kFile ? row.fromFile : row.fromSystem;
-      EXPECT_EQ(heights_.Create(HeightDataKind::kTable, {}), expected) << row.name;
+      EXPECT_EQ(heights_.Create(HeightKind::kTable, {}), expected) << row.name;
       EXPECT_EQ(heights_.IsCurrent(), expected == kNone) << row.name;
       EXPECT_EQ(heights_.MadeData().Table != nullptr, expected == kNone) << row.name;
     }
@@ -276,7 +276,7 @@ TEST_P(HeightCreationTest, TheGridOfAFileNeedsTwoNodesAlongEachAxis) {
 TEST_P(HeightCreationTest, AnOffsetStandsInForHeightsIfItIsAccepted) {
   TakeSource();
   for (const bool accepted : {false, true}) {
-    EXPECT_EQ(heights_.Create(HeightDataKind::kOffset,
+    EXPECT_EQ(heights_.Create(HeightKind::kOffset,
                               [&](const HeightApproximation& result) {
                                 // The mean of 20.125 20.25 20.375 19.5 -19.625 19.75.
                                 EXPECT_EQ(result.Offset, "13.396");
@@ -301,7 +301,7 @@ TEST_P(HeightCreationTest, AnOffsetHasNoGrid) {
   EXPECT_EQ(heights_.TakeOffset("-2.50"), kNone);
   EXPECT_FALSE(heights_.IsCurrent());
   EXPECT_NE(heights_.MadeData().Table, nullptr) << "what was made stays until it is made anew";
-  EXPECT_EQ(heights_.Create(HeightDataKind::kOffset, {}), kNone);
+  EXPECT_EQ(heights_.Create(HeightKind::kOffset, {}), kNone);
   ASSERT_TRUE(Store(true));
   EXPECT_EQ(Field("VDATA_OFFSET"), "-2.50");
   EXPECT_EQ(Field("VDATA_UNIT_AUTOKEY"), std::to_string(metre_));
@@ -339,9 +339,9 @@ TEST_P(HeightCreationTest, ACancellingUserLosesNothing) {
   database_.ui.cancels = false;
   TakeSource();
   database_.ui.cancels = true;
-  for (const auto kind : {HeightDataKind::kTable, HeightDataKind::kOffset}) {
+  for (const auto kind : {HeightKind::kTable, HeightKind::kOffset}) {
     EXPECT_EQ(heights_.Create(kind, {}), kNone);
-    EXPECT_EQ(heights_.MadeData().Kind(), HeightDataKind::kNone);
+    EXPECT_EQ(heights_.MadeData().Kind(), std::nullopt);
     EXPECT_EQ(heights_.Failure(), "") << "he knows";
   }
 }

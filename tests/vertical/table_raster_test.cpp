@@ -10,6 +10,7 @@
 #include <iterator>
 
 #include "tests/support/test_database.h"
+#include "vertical/bitmap_file.h"
 
 namespace refframe_tests {
 namespace {
