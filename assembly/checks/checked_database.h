@@ -18,6 +18,7 @@ class CheckedTable;
 /// std::out_of_range.
 class CheckedRow {
  public:
+  /// A row of the table, which must outlive this.
   CheckedRow(const CheckedTable& table, QvPlatform::RowView row) : table_(&table), row_(row) {}
 
   /// False for the row of a key that is not there; such a row may not be read.
@@ -43,6 +44,7 @@ class CheckedRow {
 /// One open table, which gives its records to a range-for.
 class CheckedTable {
  public:
+  /// Throws DataSetError if the open table lacks a field of the catalogue.
   CheckedTable(TdatamoduleQvRfData& data, TableId id);
 
   /// What the catalogue states of the table.
@@ -57,6 +59,7 @@ class CheckedTable {
   /// Walks over the records by their position.
   class Iterator {
    public:
+    /// At a position from 0 to the number of records.
     Iterator(const CheckedTable& table, int position) : table_(&table), position_(position) {}
     CheckedRow operator*() const { return {*table_, table_->dataSet_->Row(position_)}; }
     Iterator& operator++() {
@@ -69,7 +72,9 @@ class CheckedTable {
     const CheckedTable* table_;
     int position_;
   };
+  /// The first record, in the order of the table's sort field.
   [[nodiscard]] Iterator begin() const { return {*this, 0}; }
+  /// The place behind the last record.
   [[nodiscard]] Iterator end() const { return {*this, dataSet_->RecordCount()}; }
 
  private:
