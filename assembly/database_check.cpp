@@ -11,6 +11,7 @@
 #include "assembly/height_check.h"
 #include "platform/text/text.h"
 #include "processors/object_descriptor.h"
+#include "processors/system_bodies.h"
 #include "processors/vertical_records.h"
 
 namespace QvRefSystem {
@@ -19,34 +20,7 @@ namespace {
 using QvPlatform::RowView;
 using QvPlatform::TQvDataSet;
 
-constexpr int kSystemCount = 6;  // kinds of reference systems
 constexpr int kMifGroupOfGeodetic = 4;
-
-enum class SystemType { kCartesian = 1, kLocal, kGeocentric, kGeodetic, kProjected, kTopocentric };
-
-// The references that a kind of reference system cannot do without.
-struct NeededReference {
-  SystemType type;
-  std::string_view field;
-};
-
-constexpr NeededReference kNeededReferences[] = {
-    {SystemType::kCartesian, "LINEAR_UNIT_AUTOKEY"},
-    {SystemType::kLocal, "LINEAR_UNIT_AUTOKEY"},
-    {SystemType::kLocal, "ELLIPSOID_AUTOKEY"},
-    {SystemType::kGeocentric, "LINEAR_UNIT_AUTOKEY"},
-    {SystemType::kGeocentric, "PRIME_MERIDIAN_AUTOKEY"},
-    {SystemType::kGeodetic, "LINEAR_UNIT_AUTOKEY"},
-    {SystemType::kGeodetic, "ANGULAR_UNIT_AUTOKEY"},
-    {SystemType::kGeodetic, "PRIME_MERIDIAN_AUTOKEY"},
-    {SystemType::kGeodetic, "ELLIPSOID_AUTOKEY"},
-    {SystemType::kProjected, "LINEAR_UNIT_AUTOKEY"},
-    {SystemType::kProjected, "PRIME_MERIDIAN_AUTOKEY"},
-    {SystemType::kProjected, "ELLIPSOID_AUTOKEY"},
-    {SystemType::kProjected, "MAP_PROJ_AUTOKEY"},
-    {SystemType::kTopocentric, "LINEAR_UNIT_AUTOKEY"},
-    {SystemType::kTopocentric, "PRIMARY_REFSYSTEM_AUTOKEY"},
-};
 
 // The forms of a code row: whose it may be, and whether its value is a whole number.
 struct CodeForm {
@@ -301,11 +275,11 @@ class Checker {
   void CheckReferenceSystems() {
     ForEachRow(TableId::kRefSystem, [this](const Table& table, RowView row) {
       const int type = table.Integer(row, "TYPE");
-      if (type < 1 || type > kSystemCount) {
+      if (const auto kind = SystemKindOf(type)) {
+        for (const std::string_view field : RequiredReferences(*kind))
+          Need(table, row, field);
+      } else {
         Find(table, row, "TYPE " + std::to_string(type) + " is no kind of system");
-      }
-      for (const NeededReference& needed : kNeededReferences) {
-        if (static_cast<int>(needed.type) == type) Need(table, row, needed.field);
       }
       if (table.Integer(row, "PRIMARY_REFSYSTEM_AUTOKEY") == table.Key(row)) {
         Find(table, row, "the system is its own primary system");

@@ -19,14 +19,21 @@ using QvPlatform::TQvWriteGroup;
 namespace {
 
 // Members by tree id, in writing order. The grid follows, as far as the record has it.
-constexpr int kKindMember = 1501;
-constexpr int kTableMember = 1511;
-constexpr int kCrcMember = 1512;
-constexpr std::array kTexts{1502, 1503, 1504};
-constexpr std::array kTableMembers{1502, 1503, 1504, kKindMember, kCrcMember, kTableMember};
-constexpr std::array kOffsetMembers{1502, 1503, 1504, kKindMember, 1513, 1514};
-constexpr std::array kExtents{1515, 1516, 1517, 1518};
-constexpr std::array kCells{1519, 1520};
+constexpr int kKindMember = TreeIds::kHeightSystemKind.id;
+constexpr int kTableMember = TreeIds::kHeightSystemTable.id;
+constexpr int kCrcMember = TreeIds::kHeightSystemChecksum.id;
+constexpr int kOffsetMember = TreeIds::kHeightSystemOffset.id;
+constexpr int kUnitMember = TreeIds::kHeightSystemUnit.id;
+constexpr std::array kTexts{TreeIds::kHeightSystemName.id, TreeIds::kHeightSystemDescription.id,
+                            TreeIds::kHeightSystemAbbreviation.id};
+constexpr std::array kTableMembers{kTexts[0],   kTexts[1],  kTexts[2],
+                                   kKindMember, kCrcMember, kTableMember};
+constexpr std::array kOffsetMembers{kTexts[0],   kTexts[1],     kTexts[2],
+                                    kKindMember, kOffsetMember, kUnitMember};
+constexpr std::array kExtents{TreeIds::kHeightSystemNorth.id, TreeIds::kHeightSystemEast.id,
+                              TreeIds::kHeightSystemSouth.id, TreeIds::kHeightSystemWest.id};
+constexpr std::array kCells{TreeIds::kHeightSystemCellNorthSouth.id,
+                            TreeIds::kHeightSystemCellEastWest.id};
 
 // A tree holds the table as one line; those who read it split it at blanks as well.
 void PutOnOneLine(std::string* text) {
@@ -152,7 +159,7 @@ bool TQvRfVerticalRefSystemDataProcessor::ReadContent(TStringTree* tree, RecordI
                      NewFileName(image->Text(NameColumn()), HeightNaming::kAsNamed));
       return true;
     case kHeightOffset:
-      return read(1513) && read(1514);
+      return read(kOffsetMember) && read(kUnitMember);
     default:
       return false;
   }

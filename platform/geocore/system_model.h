@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/data/system_kinds.h"
+
 /// A reference system as a value: what a tree holds, free of tree ids, table keys and JSON.
 ///
 /// Numbers stay the decimal texts they were entered as; `Value` fields below are such texts, in
@@ -107,16 +109,6 @@ struct HeightSystemModel {
   /// they are large, and only a computation reads them.
   std::string limits[4];
   std::string cells[2];
-};
-
-/// Kinds by their TYPE number.
-enum class SystemKind {
-  kLocalCartesian = 1,
-  kLocal = 2,
-  kGeocentric = 3,
-  kGeodetic = 4,
-  kProjected = 5,
-  kTopocentric = 6
 };
 
 struct SystemModel {
