@@ -49,7 +49,7 @@ bool TQvRfRefSystemDataProcessor::WriteSystemGeoid(TStringTree* tree, int code) 
          EnsureField(geoid, TreeIds::kHeightSystemDescription,
                      "SystemGeoid; Code=" + std::to_string(code)) &&
          EnsureField(geoid, TreeIds::kHeightSystemAbbreviation, name) &&
-         EnsureField(geoid, TreeIds::kHeightSystemKind, std::to_string(kSystemGeoid)) &&
+         EnsureField(geoid, TreeIds::kHeightSystemKind, std::to_string(static_cast<int>(HeightKind::kSystemGeoid))) &&
          EnsureField(geoid, TreeIds::kHeightSystemCode, std::to_string(code));
 }
 
