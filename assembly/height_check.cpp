@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "database/height_storage.h"
+#include "platform/storage/crc32.h"
 #include "platform/text/text.h"
 #include "processors/vertical_records.h"
 
