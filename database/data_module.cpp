@@ -180,19 +180,10 @@ void TdatamoduleQvRfData::CloseDatabase() {
 
 void TdatamoduleQvRfData::DropProcessors() {
   processors_.reset();
-  DatumShiftProcessor = nullptr;
-  DatumShiftTypeProcessor = nullptr;
-  DatumProcessor = nullptr;
-  LinearUnitProcessor = nullptr;
-  AngularUnitProcessor = nullptr;
-  ScaleUnitProcessor = nullptr;
-  MapProjProcessor = nullptr;
-  MapProjTypeProcessor = nullptr;
-  PrimeMeridianProcessor = nullptr;
-  EllipsoidProcessor = nullptr;
-  RefSystemTypeProcessor = nullptr;
-  RefSystemProcessor = nullptr;
-  VerticalRefSystemProcessor = nullptr;
+#define REFFRAME_PROCESSOR_GONE(stem, type) stem##Processor = nullptr;
+  REFFRAME_OBJECT_TYPES(REFFRAME_PROCESSOR_GONE)
+#undef REFFRAME_PROCESSOR_GONE
+  Processors.fill(nullptr);
 }
 
 std::string TdatamoduleQvRfData::GetDatabaseRoot() const {

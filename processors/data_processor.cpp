@@ -456,4 +456,9 @@ void TQvRfDataProcessor::DeleteParamValues(std::initializer_list<RowMatch> match
   }
 }
 
+TQvRfDataProcessor* ProcessorFor(TdatamoduleQvRfData& data, int objectType) {
+  const bool known = objectType >= 0 && objectType < kObjectTypeCodes;
+  return known ? data.Processors[static_cast<std::size_t>(objectType)] : nullptr;
+}
+
 }  // namespace QvRefSystem
