@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "platform/dbset/fixed_record_file.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 

@@ -6,6 +6,7 @@
 
 #include "database/height_storage.h"
 #include "platform/data/height_table.h"
+#include "platform/dbset/write_group.h"
 #include "processors/vertical_records.h"
 
 namespace QvRefSystem {
