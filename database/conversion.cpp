@@ -7,6 +7,7 @@
 #include "database/storage_files.h"
 #include "database/table_catalogue.h"
 #include "database/table_files.h"
+#include "platform/dbset/write_group.h"
 #include "platform/ui/texts.h"
 
 namespace QvRefSystem {

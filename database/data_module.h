@@ -10,6 +10,7 @@
 #include "database/storage_files.h"
 #include "database/table_catalogue.h"
 #include "platform/dbset/data_set.h"
+#include "platform/dbset/data_source.h"
 #include "platform/ui/user_interface.h"
 
 namespace QvRefSystem {

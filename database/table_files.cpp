@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "database/storage_files.h"
-#include "platform/dbset/db_header.h"
+#include "platform/dbset/fixed_record_file.h"
 
 namespace QvRefSystem {
 namespace {

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <functional>
 
+#include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 

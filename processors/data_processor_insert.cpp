@@ -1,6 +1,7 @@
 // The way in: a tree to records.
 #include <string>
 
+#include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
 #include "processors/data_processor.h"
 

@@ -5,7 +5,7 @@
 #include <exception>
 #include <vector>
 
-#include "platform/storage/stream.h"
+#include "platform/storage/file_stream.h"
 
 namespace QvCommonUtils {
 namespace {

@@ -3,6 +3,7 @@
 #include "platform/data/grid_extents.h"
 #include "platform/data/height_table_reader.h"
 #include "platform/text/text.h"
+#include "platform/ui/progress_display.h"
 #include "platform/ui/texts.h"
 #include "processors/ref_system_processor.h"
 #include "vertical/linear_unit_texts.h"

@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/ui/progress_interface.h"
+#include "platform/ui/progress_display.h"
 #include "platform/ui/texts.h"
 #include "vertical/linear_unit_texts.h"
 

@@ -5,7 +5,7 @@
 #include "database/storage_files.h"
 #include "platform/data/height_table_reader.h"
 #include "platform/text/text.h"
-#include "platform/ui/progress_interface.h"
+#include "platform/ui/progress_display.h"
 #include "platform/ui/texts.h"
 
 namespace QvRefSystem {

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "database/storage_files.h"
+#include "platform/storage/crc32.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 #include "vertical/height_file.h"

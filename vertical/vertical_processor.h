@@ -6,6 +6,7 @@
 
 #include "database/height_storage.h"
 #include "platform/data/height_kind.h"
+#include "platform/dbset/write_group.h"
 #include "processors/vertical_records.h"
 #include "vertical/height_record.h"
 

@@ -9,6 +9,7 @@
 #include "database/height_storage.h"
 #include "platform/data/height_kind.h"
 #include "platform/data/height_table_writer.h"
+#include "platform/storage/crc32.h"
 #include "platform/text/text.h"
 
 namespace QvRefSystem {
