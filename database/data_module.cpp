@@ -41,8 +41,8 @@ std::string NormalisedPath(const std::string& path, bool resourceForm) {
 }
 
 // A file under a table's name that is another table is refused here, not met later at a field that
-// it lacks. Of the reference systems an older layout, without heights and what follows them, is
-// told apart from a foreign table.
+// it lacks. An older layout of the reference systems, without heights and what follows them, is no
+// foreign table.
 void RequireFields(const TableSpec& table, TQvDataSet& dataSet) {
   for (const FieldSpec& field : table.fields) {
     if (table.id == TableId::kRefSystem && field.name == "VERT_SYSTEM_AUTOKEY") return;
@@ -116,7 +116,7 @@ bool TdatamoduleQvRfData::OpenTables(std::string* currentTable) {
     if (buffer.Tag == kUnopenedTag) continue;
     buffer.SetDataBufferType(ResourceForm ? QvDataBufferType::kResource
                                           : QvDataBufferType::dtFileStream);
-    // Of a container's resource name the part behind the last "." is the table's.
+    // A container knows a table by the part of its name behind the last ".".
     const std::string name =
         ExtractTableBaseName(StorageShortName(std::string(table.streamName), false));
     *currentTable = ResourceForm ? name : name + ".dat";

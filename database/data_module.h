@@ -45,7 +45,7 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
   TdatamoduleQvRfData(const TdatamoduleQvRfData&) = delete;
   TdatamoduleQvRfData& operator=(const TdatamoduleQvRfData&) = delete;
 
-// Of each table: its buffer, its data set and a source for grids, named by the table's stem.
+// Each table has a buffer, a data set and a source for grids, named by the table's stem.
 #define REFFRAME_TABLE_MEMBERS(stem)                   \
   QvPlatform::TQvDataBuffer databuf##stem;             \
   QvPlatform::TQvDataSet dataset##stem{databuf##stem}; \
@@ -53,7 +53,7 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
   REFFRAME_TABLES(REFFRAME_TABLE_MEMBERS)
 #undef REFFRAME_TABLE_MEMBERS
 
-  /// True: the database is a resource container.
+  /// Whether the database is a resource container.
   bool ResourceForm = false;
 // The processor of each object type, named by the type's stem. Owned through the processor maker's
 // result; null while closed.

@@ -84,8 +84,6 @@ struct TableSpec {
 [[nodiscard]] std::span<const TableSpec, kTableCount> TableCatalogue();
 /// The table of that place. Throws std::out_of_range for kNone.
 [[nodiscard]] const TableSpec& TableOf(TableId id);
-/// The table of that tag; null for a tag that no opened table has.
-[[nodiscard]] const TableSpec* TableByTag(int tag);
 /// The layout as the table engine takes it.
 [[nodiscard]] QvPlatform::TQvDbHeader HeaderOf(const TableSpec& table);
 

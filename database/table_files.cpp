@@ -34,7 +34,7 @@ bool CreateFrom(const std::string& name, bool resourceForm, const TableSpec* tab
   const QvPlatform::TQvDbHeader header = HeaderOf(*table);
   QvPlatform::TFixedRecordFile file(header, header.GetRecordSize());
   if (!file.CreateNew(stream.get(), true)) return false;
-  (void)stream.release();  // now the file's
+  (void)stream.release();  // The file owns it now.
   file.Close();
   return true;
 }

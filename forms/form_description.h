@@ -214,7 +214,7 @@ struct FormDescription {
   double height = 1.0 / 2;
   /// What becomes of LAST_USE of an edited record.
   EditStamp stamp = EditStamp::kNow;
-  /// False: the table's records are fixed, and only edited.
+  /// Whether the dialog makes new records; else the table's records are fixed, and only edited.
   bool makesRecords = true;
 };
 

@@ -234,7 +234,7 @@ constexpr FormDescription kLocalSystemForm =
 constexpr FormDescription kTopoSystemForm =
     SystemForm(SystemKind::kTopocentric, "Edit Topocentric Horizontal Reference System", kTopoRows,
                kTopoFixed, kThird);
-// These two are as large as what they hold.
+// The next two dialogs are as large as what they hold.
 constexpr FormDescription kGeodSystemForm =
     SystemForm(SystemKind::kGeodetic, "Edit geodetic reference system", kGeodRows, kGeodFixed, 0);
 constexpr FormDescription kProjSystemForm =

@@ -22,25 +22,25 @@ struct CellCorners {
   double EastHigh = 0;
 };
 
-// Bilinear in a cell, term by term as T2DTable::Interpolate has it, so that both round alike.
+// Interpolates in a cell, term by term as T2DTable::Interpolate does, so that both round alike.
 inline double Blend(const CellCorners& nodes, double fx, double fy) {
   return (1 - fx) * (1 - fy) * nodes.WestLow + (1 - fx) * fy * nodes.WestHigh +
          fx * (1 - fy) * nodes.EastLow + fx * fy * nodes.EastHigh;
 }
 
-// From heights to levels.
+// Turns heights into levels.
 struct Scale {
   double base;
   double step;
 
-  // Also for a height that is no number.
+  // A height that is no number has level 0.
   [[nodiscard]] std::uint8_t LevelOf(double height) const {
     const double level = (height - base) / step;
     return level > 0 ? static_cast<std::uint8_t>(std::min(level, 255.0)) : std::uint8_t{0};
   }
 };
 
-// What a row of pixels lies between, for columns side by side.
+// The nodes that a row of pixels lies between, for columns side by side.
 struct CornerRow {
   explicit CornerRow(std::size_t count)
       : fx(count), westLow(count), westHigh(count), eastLow(count), eastHigh(count) {}
@@ -255,7 +255,7 @@ void Raster::Read(const PixelRectangle& rectangle, BitmapHeader* header,
       header->BitCount = 8;
       const std::size_t rowBytes = RowBytes(header->Width);
       pixels->assign(rowBytes * static_cast<std::size_t>(header->Height), 0);
-      // Of the pixels asked for, those whose place in the whole image is there.
+      // Counts the pixels asked for whose place in the whole image is there.
       const auto inside = [step](int first, int count, int limit) {
         if (first < 0 || limit <= 0) return 0;
         const std::int64_t last = (std::int64_t{limit} - 1) / step;
@@ -279,7 +279,7 @@ void Raster::Read(const PixelRectangle& rectangle, BitmapHeader* header,
       failed = true;
     }
   }
-  // The value by which the readers of images know a failed read.
+  // Readers of images know a failed read by this value.
   if (failed) throw 0;  // NOLINT(hicpp-exception-baseclass)
 }
 

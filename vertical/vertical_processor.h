@@ -66,7 +66,7 @@ class TQvRfVerticalRefSystemDataProcessor final : public VerticalRecords {
   [[nodiscard]] std::optional<std::string> OwnHeightFile() const;
   /// Removes a height file with the group, or once it is committed.
   void DeleteFile(QvPlatform::TQvWriteGroup& group, const std::string& path) const;
-  /// False, after telling the user, if the current record's file cannot be read.
+  /// Reads the current record's file. False, after telling the user, if it cannot be read.
   [[nodiscard]] bool LoadTable(std::string* text);
   /// Writes the file of a record that was just added, inside the group of its changes. Throws
   /// ToldStorageError.

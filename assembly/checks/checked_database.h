@@ -21,7 +21,7 @@ class CheckedRow {
   /// A row of the table, which must outlive this.
   CheckedRow(const CheckedTable& table, QvPlatform::RowView row) : table_(&table), row_(row) {}
 
-  /// False for the row of a key that is not there; such a row may not be read.
+  /// Whether there is a record: a look-up by key may find none, and then nothing may be read.
   explicit operator bool() const { return static_cast<bool>(row_); }
   /// The table in which the record stands.
   [[nodiscard]] const CheckedTable& Table() const { return *table_; }
@@ -33,7 +33,7 @@ class CheckedRow {
   [[nodiscard]] const std::string& Text(std::string_view field) const;
   /// The content of a field of any type as text.
   [[nodiscard]] std::string AsText(std::string_view field) const;
-  /// By what the record is known; 0 in the service tables, whose records have no key.
+  /// The number by which the record is known; 0 in the service tables, whose records have no key.
   [[nodiscard]] int Key() const;
 
  private:
@@ -59,7 +59,7 @@ class CheckedTable {
   /// Walks over the records by their position.
   class Iterator {
    public:
-    /// At a position from 0 to the number of records.
+    /// Stands at a position from 0 to the number of records.
     Iterator(const CheckedTable& table, int position) : table_(&table), position_(position) {}
     CheckedRow operator*() const { return {*table_, table_->dataSet_->Row(position_)}; }
     Iterator& operator++() {

@@ -19,6 +19,7 @@
 #include "dialogs/heights/big_image_scroll.h"
 #include "tests/dialogs/dialog_fixture.h"
 #include "tests/support/sample_trees.h"
+#include "vertical/bitmap_file.h"
 
 namespace refframe_tests {
 namespace {
