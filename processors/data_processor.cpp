@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 #include "processors/record_equality.h"
@@ -435,6 +436,11 @@ void TQvRfDataProcessor::WriteResultNotes(TStringTree* tree, int key, bool inser
   EnsureField(tree, keyNote, std::to_string(key));
   EnsureField(tree, TreeIds::kInsertedNote, inserted ? "1" : "0");
   EnsureField(tree, TreeIds::kContentNote, std::to_string(ObjectType));
+}
+
+TQvRfDataProcessor* ProcessorFor(TdatamoduleQvRfData& data, int objectType) {
+  const bool known = objectType >= 0 && objectType < kObjectTypeCodes;
+  return known ? data.Processors[static_cast<std::size_t>(objectType)] : nullptr;
 }
 
 }  // namespace QvRefSystem

@@ -4,6 +4,7 @@
 #include <span>
 #include <string_view>
 
+#include "database/object_types.h"
 #include "database/table_catalogue.h"
 #include "platform/data/tree_ids.h"
 #include "platform/ui/texts.h"
@@ -11,24 +12,6 @@
 /// What is true of one object type, as data. The processor base works from these rows; the
 /// command line, the integrity check and the tests read the same.
 namespace QvRefSystem {
-
-/// Codes of the object types; they equal the tags of their tables.
-enum class TObjectType : signed char {
-  kNone = 0,
-  kReferenceSystem = 1,
-  kDatum = 2,
-  kEllipsoid = 3,
-  kDatumShift = 4,
-  kPrimeMeridian = 5,
-  kMapProjection = 6,
-  kDatumShiftType = 7,
-  kLinearUnit = 8,
-  kScaleUnit = 9,
-  kAngularUnit = 10,
-  kMapProjectionType = 11,
-  kReferenceSystemType = 12,
-  kVerticalReferenceSystem = 16
-};
 
 /// OWNER_CONTENT of the parameter values of map projections.
 inline constexpr int kProjectionParameterOwner = 13;

@@ -63,7 +63,8 @@ bool WriteSystemGeoid(TStringTree* tree, int code) {
          EnsureField(geoid, TreeIds::kHeightSystemName, name) &&
          EnsureField(geoid, TreeIds::kHeightSystemDescription, "SystemGeoid; Code=" + number) &&
          EnsureField(geoid, TreeIds::kHeightSystemAbbreviation, name) &&
-         EnsureField(geoid, TreeIds::kHeightSystemKind, std::to_string(kSystemGeoid)) &&
+         EnsureField(geoid, TreeIds::kHeightSystemKind,
+                     std::to_string(static_cast<int>(HeightKind::kSystemGeoid))) &&
          EnsureField(geoid, TreeIds::kHeightSystemCode, number);
 }
 

@@ -312,7 +312,7 @@ void WriteGeoid(const TreeWriter& tree, int code) {
   tree.Text(TreeIds::kHeightSystemName, name);
   tree.Text(TreeIds::kHeightSystemDescription, "SystemGeoid; Code=" + std::to_string(code));
   tree.Text(TreeIds::kHeightSystemAbbreviation, name);
-  tree.Integer(TreeIds::kHeightSystemKind, TreeIds::kHeightSystemIsGeoid);
+  tree.Integer(TreeIds::kHeightSystemKind, static_cast<int>(HeightKind::kSystemGeoid));
   tree.Integer(TreeIds::kHeightSystemCode, code);
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "database/storage_files.h"
+#include "platform/storage/crc32.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 #include "vertical/height_file.h"
@@ -43,8 +44,12 @@ void PutOnOneLine(std::string* text) {
 
 }  // namespace
 
+std::optional<HeightKind> TQvRfVerticalRefSystemDataProcessor::CurrentKind() const {
+  return HeightKindOf(CurrentInteger("VDATA_TYPE"));
+}
+
 std::optional<std::string> TQvRfVerticalRefSystemDataProcessor::CurrentHeightFile() const {
-  if (CurrentInteger("VDATA_TYPE") != kHeightTable) return std::nullopt;
+  if (CurrentKind() != HeightKind::kTable) return std::nullopt;
   return HeightStoragePath(data_, CurrentText("VDATA_FILENAME"));
 }
 
@@ -106,10 +111,11 @@ bool TQvRfVerticalRefSystemDataProcessor::HasAll(RowView row, std::span<const in
 bool TQvRfVerticalRefSystemDataProcessor::WriteContent(TStringTree* tree) {
   const RowView row = DataSet->CurrentRow();
   if (!row) return false;
-  const int kind = CurrentInteger("VDATA_TYPE");
-  if (kind != kHeightTable && kind != kHeightOffset) return true;
+  const auto kind = CurrentKind();
+  if (kind != HeightKind::kTable && kind != HeightKind::kOffset) return true;
+  const bool hasTable = kind == HeightKind::kTable;
   std::string table;
-  if (kind == kHeightTable) {
+  if (hasTable) {
     if (!LoadTable(&table)) return false;
     PutOnOneLine(&table);
   }
@@ -118,10 +124,10 @@ bool TQvRfVerticalRefSystemDataProcessor::WriteContent(TStringTree* tree) {
     return id == kTableMember ? EnsureField(tree, id, 0, table, item.label)
                               : WriteItem(tree, item, row);
   };
-  const std::span<const int> members = kind == kHeightTable ? kTableMembers : kOffsetMembers;
+  const std::span<const int> members = hasTable ? kTableMembers : kOffsetMembers;
   if (!std::ranges::all_of(members, write)) return false;
   if (HasAll(row, kExtents) && !std::ranges::all_of(kExtents, write)) return false;
-  return kind != kHeightTable || !HasAll(row, kCells) || std::ranges::all_of(kCells, write);
+  return !hasTable || !HasAll(row, kCells) || std::ranges::all_of(kCells, write);
 }
 
 // Tree to records.
@@ -150,19 +156,15 @@ bool TQvRfVerticalRefSystemDataProcessor::ReadContent(TStringTree* tree, RecordI
   for (const auto column : {"VDATA_FILENAME", "VDATA_OFFSET"})
     image->SetText(Column(column), {});
   ReadGrid(tree, image);
-  switch (image->Integer(Column("VDATA_TYPE"))) {
-    case kHeightTable:
-      if (!read(kCrcMember) || !tree->GetString(kTableMember, 0, &image->Beside[kTableMember])) {
-        return false;
-      }
-      image->SetText(Column("VDATA_FILENAME"),
-                     NewFileName(image->Text(NameColumn()), HeightNaming::kAsNamed));
-      return true;
-    case kHeightOffset:
-      return read(kOffsetMember) && read(kUnitMember);
-    default:
-      return false;
+  const auto kind = HeightKindOf(image->Integer(Column("VDATA_TYPE")));
+  if (kind == HeightKind::kOffset) return read(kOffsetMember) && read(kUnitMember);
+  if (kind != HeightKind::kTable) return false;
+  if (!read(kCrcMember) || !tree->GetString(kTableMember, 0, &image->Beside[kTableMember])) {
+    return false;
   }
+  image->SetText(Column("VDATA_FILENAME"),
+                 NewFileName(image->Text(NameColumn()), HeightNaming::kAsNamed));
+  return true;
 }
 
 void TQvRfVerticalRefSystemDataProcessor::AppendBeside(TStringTree* /*tree*/,
@@ -184,7 +186,8 @@ RecordImage TQvRfVerticalRefSystemDataProcessor::ImageOf(const HeightRecord& rec
   setText("NAME", record.Name);
   setText("ABBREVIATION", record.Abbreviation);
   setText("DESCRIPTION", record.Description);
-  image.SetInteger(Column("VDATA_TYPE"), isTable ? kHeightTable : kHeightOffset);
+  image.SetInteger(Column("VDATA_TYPE"),
+                   static_cast<int>(isTable ? HeightKind::kTable : HeightKind::kOffset));
   image.SetInteger(Column("VDATA_UNIT_AUTOKEY"), isTable ? 0 : record.OffsetUnit);
   image.SetInteger(Column("VDATA_FORMAT"), 0);
   image.SetInteger(Column("VDATA_CRC32"), 0);
@@ -251,7 +254,7 @@ void TQvRfVerticalRefSystemDataProcessor::AppendDuplicate() {
   RecordImage image = ImageOfCurrent();
   std::string table;
   std::string fileName;
-  const bool hasFile = image.Integer(Column("VDATA_TYPE")) == kHeightTable;
+  const bool hasFile = CurrentKind() == HeightKind::kTable;
   if (hasFile) {
     if (!LoadTable(&table)) throw ToldStorageError("the height file cannot be read");
     fileName = NewFileName(image.Text(NameColumn()), HeightNaming::kAsNamed);

@@ -157,10 +157,6 @@ inline constexpr Item kFoundKeyNote{201001, "Found ID", -1};
 inline constexpr Item kContentNote{201002, "Content", -1};
 inline constexpr Item kInsertedNote{201003, "Inserted", -1};
 
-/// Kinds of height systems: a table, an offset, a built-in geoid.
-inline constexpr int kHeightSystemIsTable = 1;
-inline constexpr int kHeightSystemIsOffset = 2;
-inline constexpr int kHeightSystemIsGeoid = 3;
 /// Name and description of the primary system that stands in a projected system's tree when it
 /// refers to none. It says nothing that the projected system itself does not.
 inline constexpr std::string_view kGeneratedPrimaryName = "Primary ref. system";

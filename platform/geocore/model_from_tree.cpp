@@ -150,13 +150,13 @@ void ReadDatumOrEllipsoid(const TreeReader& tree, SystemModel* model) {
   }
 }
 
-HeightSystemModel ReadStoredHeights(const TreeReader& tree, int kind) {
+HeightSystemModel ReadStoredHeights(const TreeReader& tree, HeightKind kind) {
   HeightSystemModel heights;
   heights.kind = kind;
   heights.name = tree.TextOr(TreeIds::kHeightSystemName, {});
   heights.description = tree.TextOr(TreeIds::kHeightSystemDescription, {});
   heights.abbreviation = tree.TextOr(TreeIds::kHeightSystemAbbreviation, {});
-  if (kind == TreeIds::kHeightSystemIsOffset) {
+  if (kind == HeightKind::kOffset) {
     heights.offset = tree.Text(TreeIds::kHeightSystemOffset);
     heights.offsetUnit = ReadLinearUnit(tree.Level(TreeIds::kHeightSystemUnit));
   }
@@ -172,16 +172,13 @@ HeightSystemModel ReadStoredHeights(const TreeReader& tree, int kind) {
 void ReadHeightSystem(const TreeReader& tree, SystemModel* model) {
   const auto heights = tree.LevelIfAny(TreeIds::kHeightSystem);
   if (!heights) return;
-  switch (const int kind = heights->Integer(TreeIds::kHeightSystemKind)) {
-    case TreeIds::kHeightSystemIsTable:
-    case TreeIds::kHeightSystemIsOffset:
-      model->heights = ReadStoredHeights(*heights, kind);
-      break;
-    case TreeIds::kHeightSystemIsGeoid:
-      model->geoidCode = heights->Integer(TreeIds::kHeightSystemCode);
-      break;
-    default:
-      heights->Refuse("the type of a height system must be 1, 2 or 3");
+  const auto kind = HeightKindOf(heights->Integer(TreeIds::kHeightSystemKind));
+  if (!kind) {
+    heights->Refuse("the type of a height system must be 1, 2 or 3");
+  } else if (*kind == HeightKind::kSystemGeoid) {
+    model->geoidCode = heights->Integer(TreeIds::kHeightSystemCode);
+  } else {
+    model->heights = ReadStoredHeights(*heights, *kind);
   }
 }
 
