@@ -21,8 +21,6 @@ class CheckedRow {
   /// A row of the table, which must outlive this.
   CheckedRow(const CheckedTable& table, QvPlatform::RowView row) : table_(&table), row_(row) {}
 
-  /// Whether there is a record: a look-up by key may find none, and then nothing may be read.
-  explicit operator bool() const { return static_cast<bool>(row_); }
   /// The table in which the record stands.
   [[nodiscard]] const CheckedTable& Table() const { return *table_; }
   /// The content of an integer field.
@@ -31,8 +29,8 @@ class CheckedRow {
   [[nodiscard]] double Float(std::string_view field) const;
   /// The content of a text field, as it is stored.
   [[nodiscard]] const std::string& Text(std::string_view field) const;
-  /// The content of a field of any type as text.
-  [[nodiscard]] std::string AsText(std::string_view field) const;
+  /// The record as the processor of its type takes it.
+  [[nodiscard]] QvPlatform::RowView Row() const { return row_; }
   /// The number by which the record is known; 0 in the service tables, whose records have no key.
   [[nodiscard]] int Key() const;
 
@@ -53,8 +51,6 @@ class CheckedTable {
   [[nodiscard]] bool HasKeys() const { return !spec_->keyField.empty(); }
   /// The place of a field in the open table.
   [[nodiscard]] int Column(std::string_view field) const { return columns_.at(field); }
-  /// The first record of that key; one that is false where there is none.
-  [[nodiscard]] CheckedRow WithKey(int key) const;
 
   /// Walks over the records by their position.
   class Iterator {
@@ -89,8 +85,8 @@ class CheckedDatabase {
   /// Throws DataSetError for a table that lacks a field of the catalogue.
   explicit CheckedDatabase(TdatamoduleQvRfData& data);
 
-  /// The data module, for what lies beside the tables.
-  [[nodiscard]] const TdatamoduleQvRfData& Data() const { return data_; }
+  /// The data module, for what lies beside the tables and for the rules of its processors.
+  [[nodiscard]] TdatamoduleQvRfData& Data() const { return data_; }
   /// The tables in the order of the catalogue.
   [[nodiscard]] const std::map<TableId, CheckedTable>& Tables() const { return tables_; }
   /// Throws std::out_of_range for a table that is not opened with the others.
