@@ -20,9 +20,9 @@ struct HeightRecord {
   /// record is stored.
   const THeightTable* Table = nullptr;
   /// The grid of the table in the plane of the owner, as decimal texts in the C notation.
-  TShell2DTableExtents Grid;
+  TShell2DTableExtents Grid = {};
   /// The offset as a decimal text in the C notation; not stored beside a table.
-  std::string Offset;
+  std::string Offset = {};
   /// The key of the offset's linear unit; not stored beside a table.
   int OffsetUnit = 0;
 };

@@ -7,10 +7,8 @@
 
 #include <filesystem>
 
-#include "assembly/database_check.h"
 #include "processors/ref_system_processor.h"
-#include "tests/support/sample_trees.h"
-#include "tests/support/test_database.h"
+#include "tests/vertical/height_fixture.h"
 
 namespace refframe_tests {
 namespace {
