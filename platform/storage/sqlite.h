@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/storage/stream.h"
@@ -14,16 +15,23 @@ struct sqlite3_stmt;
 /// The one room that knows SQLite: thin owners of its handles, and one exception for its codes.
 namespace QvPlatform::detail {
 
-/// What SQLite refused to do. The message names the file.
+/// What SQLite refused to do. The message names the file, what was to be done, SQLite's reason and
+/// its code.
 class SqliteError : public StorageError {
  public:
-  SqliteError(int code, const std::string& message) : StorageError(message), code_(code) {}
+  /// `code` is an extended result code of SQLite, `reason` its own words alone.
+  SqliteError(int code, const std::string& message, std::string reason)
+      : StorageError(message), code_(code), reason_(std::move(reason)) {}
+  /// SQLite's extended result code.
   [[nodiscard]] int Code() const { return code_; }
+  /// SQLite's own words, without the file and the code.
+  [[nodiscard]] const std::string& Reason() const { return reason_; }
   /// A row was to get a key that another row has.
   [[nodiscard]] bool IsTakenKey() const;
 
  private:
   int code_;
+  std::string reason_;
 };
 
 class Statement;
@@ -38,6 +46,8 @@ class Connection {
  public:
   /// Never creates the file. Falls back to reading where the medium allows no more.
   [[nodiscard]] static Connection OpenFile(const std::string& path);
+  /// Never writes, and leaves the file to others who do.
+  [[nodiscard]] static Connection OpenReadOnly(const std::string& path);
   /// For a file on a medium that cannot change: takes no locks and makes no file beside it.
   [[nodiscard]] static Connection OpenImmutable(const std::string& path);
   [[nodiscard]] static Connection OpenMemory();
@@ -79,6 +89,7 @@ class Connection {
 
   Connection(sqlite3* handle, std::string name);
   static Connection Open(const std::string& uri, const std::string& name, int flags);
+  static Connection OpenShared(const std::string& name, int flags);
   void Harden();
   void Check(int code, std::string_view doing) const;
 
