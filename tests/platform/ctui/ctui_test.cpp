@@ -31,10 +31,15 @@ bool Read(const std::string& block, TProjectionInfo311* info, std::uint32_t* fla
   return reader != nullptr && reader->GetUserSystemProjectionInfo311(info, flags);
 }
 
-// The bytes with a true sum behind them.
+/// The block of the sample without its sum.
+std::string SampleBody() {
+  const std::string block = WriteLegacyBlock(Sample(), kFlags);
+  return block.substr(0, block.size() - 4);
+}
+
+/// The bytes with a true sum behind them.
 std::string Summed(std::string bytes) {
-  std::uint32_t sum = Crc32(bytes);
-  for (int i = 0; i < 4; ++i, sum >>= 8U)
+  for (std::uint32_t sum = Crc32(bytes), i = 0; i < 4; ++i, sum >>= 8U)
     bytes += static_cast<char>(sum & 0xFFU);
   return bytes;
 }
@@ -81,8 +86,7 @@ TEST(LegacyBlock, DamageIsRefusedAndChangesNothing) {
 }
 
 TEST(LegacyBlock, HostileNumbersAreNotBelieved) {
-  const std::string body =
-      WriteLegacyBlock(Sample(), kFlags).substr(0, WriteLegacyBlock(Sample(), kFlags).size() - 4);
+  const std::string body = SampleBody();
   const std::size_t counts = body.size() - 5 * 12 - 4;
   const struct {
     const char* name;
@@ -110,8 +114,7 @@ TEST(LegacyBlock, HostileNumbersAreNotBelieved) {
 
 // Whatever is read is read back from its own block: nothing of chance gets past the checks.
 TEST(LegacyBlock, RandomChangesEndInARefusalOrASystem) {
-  const std::string sample = WriteLegacyBlock(Sample(), kFlags);
-  const std::string body = sample.substr(0, sample.size() - 4);
+  const std::string body = SampleBody();
   std::mt19937 random(20240817);
   int taken = 0;
   for (int round = 0; round < 20000; ++round) {

@@ -9,7 +9,6 @@
 #include "platform/dbset/data_source.h"
 #include "platform/dbset/write_group.h"
 #include "tests/platform/dbset/table_fixture.h"
-#include "tests/platform/storage/test_folder.h"
 
 namespace {
 
@@ -40,19 +39,12 @@ class Listener : public TDataSetObserver {
 
 class Notices : public testing::Test {
  protected:
-  Notices() {
-    MakeTable(path_);
-    table_ = std::make_unique<Table>(path_);
-    source_ = std::make_unique<TDataSource>(&table_->set);
-    source_->AddObserver(&listener_);
-  }
-  ~Notices() override { source_->RemoveObserver(&listener_); }
+  Notices() { source_.AddObserver(&listener_); }
 
-  TestFolder folder_;
-  const std::string path_ = folder_.Path("t.dat");
   Listener listener_;
-  std::unique_ptr<Table> table_;
-  std::unique_ptr<TDataSource> source_;
+  std::unique_ptr<FileTable> table_ = std::make_unique<FileTable>();
+  TQvDataSet& set_ = table_->set;
+  TDataSource source_{&set_};
 };
 
 TEST_F(Notices, TellEachChangeWithItsPlace) {
@@ -60,22 +52,20 @@ TEST_F(Notices, TellEachChangeWithItsPlace) {
   EXPECT_THAT(listener_.Take(), ElementsAre("+0", "@0"));
   table_->Add("a", 1);
   EXPECT_THAT(listener_.Take(), ElementsAre("+0", "@0"));
-  table_->set.Edit();
-  table_->set.Fields(kCode).SetInteger(2);
+  set_.Edit();
+  set_.Fields(kCode).SetInteger(2);
   EXPECT_THAT(listener_.Take(), IsEmpty()) << "nothing is stored yet";
-  table_->set.Post();
+  set_.Post();
   EXPECT_THAT(listener_.Take(), ElementsAre("=0"));
-  table_->set.Edit();
-  table_->set.Fields(kName).SetString("c");
-  table_->set.Post();
+  table_->Change(kName, "c");
   EXPECT_THAT(listener_.Take(), ElementsAre("-0", "+1", "@1"));
-  table_->set.First();
-  table_->set.First();
+  set_.First();
+  set_.First();
   EXPECT_THAT(listener_.Take(), ElementsAre("@0"));
-  table_->set.Delete();
+  set_.Delete();
   EXPECT_THAT(listener_.Take(), ElementsAre("-0", "@0"));
-  table_->set.Close();
-  table_->set.Open();
+  set_.Close();
+  set_.Open();
   EXPECT_THAT(listener_.Take(), ElementsAre("reset", "reset"));
 }
 
@@ -83,51 +73,51 @@ TEST_F(Notices, AreHeldBackWhileControlsAreDisabled) {
   for (const char* name : {"a", "b"})
     table_->Add(name, 1);
   listener_.Take();
-  table_->set.DisableControls();
-  table_->set.DisableControls();
+  set_.DisableControls();
+  set_.DisableControls();
   static_cast<void>(table_->Names());
-  table_->set.First();
-  table_->set.EnableControls();
-  EXPECT_TRUE(table_->set.ControlsDisabled());
+  set_.First();
+  set_.EnableControls();
+  EXPECT_TRUE(set_.ControlsDisabled());
   EXPECT_THAT(listener_.Take(), IsEmpty());
-  table_->set.EnableControls();
+  set_.EnableControls();
   EXPECT_THAT(listener_.Take(), ElementsAre("@0"));
-  table_->set.DisableControls();
-  table_->set.Next();
-  table_->set.First();
-  table_->set.EnableControls();
+  set_.DisableControls();
+  set_.Next();
+  set_.First();
+  set_.EnableControls();
   EXPECT_THAT(listener_.Take(), IsEmpty()) << "the cursor is where it was";
-  table_->set.DisableControls();
+  set_.DisableControls();
   table_->Add("c", 1);
-  table_->set.EnableControls();
+  set_.EnableControls();
   EXPECT_THAT(listener_.Take(), ElementsAre("reset"));
-  table_->set.EnableControls();
-  EXPECT_FALSE(table_->set.ControlsDisabled()) << "one too many does nothing";
+  set_.EnableControls();
+  EXPECT_FALSE(set_.ControlsDisabled()) << "one too many does nothing";
 }
 
 TEST_F(Notices, PassByASourceThatIsDisabled) {
-  source_->SetEnabled(false);
+  source_.SetEnabled(false);
   table_->Add("a", 1);
   EXPECT_THAT(listener_.Take(), IsEmpty());
-  source_->SetEnabled(true);
-  source_->SetEnabled(true);
+  source_.SetEnabled(true);
+  source_.SetEnabled(true);
   EXPECT_THAT(listener_.Take(), ElementsAre("reset"));
 }
 
 TEST_F(Notices, LetObserversComeAndGoMeanwhile) {
   Listener second;
   Listener third;
-  source_->AddObserver(&second);
+  source_.AddObserver(&second);
   listener_.then = [&] {
-    source_->RemoveObserver(&second);
-    source_->AddObserver(&third);
+    source_.RemoveObserver(&second);
+    source_.AddObserver(&third);
   };
   table_->Add("a", 1);
   listener_.then = nullptr;
   EXPECT_THAT(second.Take(), IsEmpty());
   third.Take();
-  source_->RemoveObserver(&third);
-  auto other = std::make_unique<TDataSource>(&table_->set);
+  source_.RemoveObserver(&third);
+  auto other = std::make_unique<TDataSource>(&set_);
   other->AddObserver(&third);
   listener_.then = [&] { other.reset(); };
   table_->Add("b", 1);
@@ -137,15 +127,15 @@ TEST_F(Notices, LetObserversComeAndGoMeanwhile) {
 
 TEST_F(Notices, EndWithTheDataSet) {
   table_.reset();
-  EXPECT_EQ(source_->DataSet(), nullptr);
-  source_->SetEnabled(false);
-  source_->SetEnabled(true);
+  EXPECT_EQ(source_.DataSet(), nullptr);
+  source_.SetEnabled(false);
+  source_.SetEnabled(true);
 }
 
 TEST_F(Notices, TellOnceWhatAGroupUndid) {
   table_->Add("a", 1);
   {
-    TQvWriteGroup group({&table_->set});
+    TQvWriteGroup group({&set_});
     table_->Add("b", 1);
     table_->Add("c", 1);
     listener_.Take();
