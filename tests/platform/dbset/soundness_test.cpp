@@ -7,7 +7,11 @@
 
 #include <random>
 
+#include "platform/dbset/file_group.h"
+#include "platform/dbset/file_store.h"
+#include "platform/dbset/open_table_store.h"
 #include "platform/dbset/write_group.h"
+#include "platform/storage/container.h"
 #include "platform/storage/file_stream.h"
 #include "platform/storage/resource_session.h"
 #include "tests/platform/dbset/table_fixture.h"
@@ -263,6 +267,29 @@ TEST_F(Opening, ReportsAStoreThatIsLocked) {
   sqlite3_exec(handle, "ROLLBACK", nullptr, nullptr, nullptr);
   sqlite3_close(handle);
   EXPECT_NO_THROW(table.set.Post());
+}
+
+/// How safely the connection writes to the file of a schema, by SQLite's own word.
+std::string SafetyOf(detail::Connection& connection, const std::string& schema = "main") {
+  return connection.QueryText("PRAGMA " + schema + ".journal_mode") + ' ' +
+         connection.QueryText("PRAGMA " + schema + ".synchronous");
+}
+
+TEST(WhatIsPosted, IsOnTheMediumBeforePostReturns) {
+  const TestFolder folder;
+  const std::vector<std::string> paths = {folder.Path("a.dat"), folder.Path("b.dat")};
+  for (const std::string& path : paths) {
+    MakeTable(path);
+    const auto store = detail::OpenTableStore(QvDataBufferType::dtFileStream, path);
+    EXPECT_EQ(SafetyOf(dynamic_cast<detail::FileStore&>(*store).Own().Db()), "delete 3") << "EXTRA";
+  }
+  detail::FileGroup group(paths);
+  EXPECT_EQ(SafetyOf(group.Transactions().Db()), "delete 3");
+  EXPECT_EQ(SafetyOf(group.Transactions().Db(), "file1"), "delete 3");
+  MakeTable(folder.Path("c.qvdb.a"), QvDataBufferType::kResource);
+  const Table inside(folder.Path("c.qvdb.a"), QvDataBufferType::kResource);
+  const auto container = detail::Container::Open(folder.Path("c.qvdb"));
+  EXPECT_EQ(SafetyOf(container->Transactions().Db()), "wal 2") << "FULL";
 }
 
 }  // namespace

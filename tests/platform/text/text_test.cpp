@@ -2,12 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <clocale>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <ctime>
-#include <limits>
 #include <random>
 #include <vector>
 
@@ -34,34 +33,28 @@ TEST(Trimming, TakesBlanksAndControlCharactersOffBothEndsOnly) {
   EXPECT_FALSE(IsBlank(" x "));
 }
 
-struct UpperRow {
-  const char* locale;
-  const char* text;
-  const char* upper;
-};
-
-class UpperCasing : public testing::TestWithParam<UpperRow> {};
-
-TEST_P(UpperCasing, FollowsTheUsersLanguage) {
-  const LocaleScope locale(GetParam().locale);
-  EXPECT_EQ(UpperCase(GetParam().text), GetParam().upper);
+TEST(UpperCasing, FollowsTheUsersLanguage) {
+  const struct {
+    const char* locale;
+    const char* text;
+    const char* upper;
+  } rows[] = {{"en-US", "wgs 84 / utm zone 32n", "WGS 84 / UTM ZONE 32N"},
+              {"de_DE.UTF-8", "straße äöü", "STRASSE ÄÖÜ"},
+              {"tr-TR", "istanbul ı", "İSTANBUL I"},
+              {"tr_TR.UTF-8", "istanbul", "İSTANBUL"},
+              {"az_AZ", "bakı i", "BAKI İ"},
+              {"el_GR", "ελλάς", "ΕΛΛΑΣ"},
+              {"ru_RU", "пулково", "ПУЛКОВО"},
+              {"C", "abc é", "ABC É"},
+              {"en-US", "a\xFFz", "A\xEF\xBF\xBDZ"},
+              {"en-US", "é\xC3", "É\xEF\xBF\xBD"}};
+  for (const auto& row : rows) {
+    const LocaleScope locale(row.locale);
+    EXPECT_EQ(UpperCase(row.text), row.upper) << row.locale;
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Texts, UpperCasing,
-    testing::Values(UpperRow{"en-US", "wgs 84 / utm zone 32n", "WGS 84 / UTM ZONE 32N"},
-                    UpperRow{"de_DE.UTF-8", "straße äöü", "STRASSE ÄÖÜ"},
-                    UpperRow{"tr-TR", "istanbul ı", "İSTANBUL I"},
-                    UpperRow{"tr_TR.UTF-8", "istanbul", "İSTANBUL"},
-                    UpperRow{"az_AZ", "bakı i", "BAKI İ"}, UpperRow{"el_GR", "ελλάς", "ΕΛΛΑΣ"},
-                    UpperRow{"ru_RU", "пулково", "ПУЛКОВО"}, UpperRow{"C", "abc é", "ABC É"}));
-
-TEST(UpperCasingOfBadText, PutsTheReplacementCharacterForMalformedBytes) {
-  EXPECT_EQ(UpperCase("a\xFFz"), "A\xEF\xBF\xBDZ");
-  EXPECT_EQ(UpperCase("é\xC3"), "É\xEF\xBF\xBD");
-}
-
-TEST(UpperCasingOfLongText, GrowsWithTheResult) {
+TEST(UpperCasing, GrowsWithTheResult) {
   std::string text;
   std::string upper;
   for (int i = 0; i < 5000; ++i) {
@@ -72,8 +65,7 @@ TEST(UpperCasingOfLongText, GrowsWithTheResult) {
 }
 
 TEST(FoldedNames, AreEqualWhateverTheirCaseAndTheBlanksAroundThem) {
-  EXPECT_EQ(FoldName("  Krüger\t"), FoldName("KRÜGER"));
-  EXPECT_NE(FoldName("Kruger"), FoldName("Krüger"));
+  EXPECT_EQ(FoldName("  Zone  1 krüger\t"), "ZONE  1 KRÜGER");
 }
 
 TEST(Collation, SortsAsReadersOfTheLanguageDo) {
@@ -86,12 +78,9 @@ TEST(Collation, SortsAsReadersOfTheLanguageDo) {
   EXPECT_LT(CollationKey("ärta"), CollationKey("zebra"));
 }
 
-TEST(Collation, OfNoLanguageIsThatOfPeopleAndNotOfBytes) {
+TEST(Collation, OfNoLanguageIsThatOfPeopleAndHasNoLimitOfLength) {
   const LocaleScope locale("POSIX");
   EXPECT_LT(CollationKey("apple"), CollationKey("Banana"));
-}
-
-TEST(Collation, HasNoLimitOfLength) {
   const std::string text(100000, 'x');
   EXPECT_LT(CollationKey(text), CollationKey(text + "a"));
 }
@@ -102,34 +91,30 @@ TEST(LocaleVersion, ChangesWithTheLocale) {
   EXPECT_NE(UserLocaleVersion(), before);
 }
 
-struct NumberRow {
-  double value;
-  const char* text;
-};
-
-class NumberTexts : public testing::TestWithParam<NumberRow> {};
-
-TEST_P(NumberTexts, AreTheShortestInTheirNotation) {
-  EXPECT_EQ(DoubleToText(GetParam().value), GetParam().text);
+TEST(NumberTexts, AreTheShortestInTheirNotation) {
+  const std::pair<double, const char*> rows[] = {{6378137.0, "6378137"},
+                                                 {100000.0, "100000"},
+                                                 {0.9996, "0.9996"},
+                                                 {0.0001, "0.0001"},
+                                                 {1e-7, "0.0000001"},
+                                                 {9.9e-8, "9.9e-08"},
+                                                 {1e16, "1e+16"},
+                                                 {-0.1, "-0.1"},
+                                                 {0.0, "0"},
+                                                 {INFINITY, "inf"},
+                                                 {-INFINITY, "-inf"},
+                                                 {NAN, "nan"},
+                                                 {9007199254740993.0, "9007199254740992"},
+                                                 {298.257223563, "298.257223563"}};
+  for (const auto& [value, text] : rows)
+    EXPECT_EQ(DoubleToText(value), text);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, NumberTexts,
-    testing::Values(NumberRow{6378137.0, "6378137"}, NumberRow{100000.0, "100000"},
-                    NumberRow{0.9996, "0.9996"}, NumberRow{0.0001, "0.0001"},
-                    NumberRow{1e-7, "0.0000001"}, NumberRow{9.9e-8, "9.9e-08"},
-                    NumberRow{9007199254740993.0, "9007199254740992"}, NumberRow{1e16, "1e+16"},
-                    NumberRow{-0.1, "-0.1"}, NumberRow{0.0, "0"},
-                    NumberRow{298.257223563, "298.257223563"},
-                    NumberRow{std::numeric_limits<double>::infinity(), "inf"}));
-
-TEST(NumberTextsOfAnyValue, ReadBackAsTheSameDouble) {
+TEST(NumberTexts, ReadBackAsTheSameDouble) {
   std::mt19937_64 random(20240131);
   for (int i = 0; i < 20000; ++i) {
     const std::uint64_t bits = random();
-    double value = 0;
-    static_assert(sizeof value == sizeof bits);
-    std::memcpy(&value, &bits, sizeof value);
+    const auto value = std::bit_cast<double>(bits);
     if (!std::isfinite(value)) continue;
     double back = 0;
     ASSERT_TRUE(TextToDouble(DoubleToText(value), &back)) << DoubleToText(value);
