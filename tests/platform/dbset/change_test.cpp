@@ -39,28 +39,22 @@ TEST_P(Changes, AreThereForTheNextOneToOpen) {
     table.set.Fields(kName).SetString("métre \t \"x\"");
     table.set.Fields(kNote).SetString(std::string(1000, 'n'));
     table.set.Fields(kFactor).SetFloat(0.1);
-    table.set.Fields(kCode).SetInteger(-7);
+    table.set.Fields(kSpare).SetInteger(-7);
+    table.set.Post();
+    table.set.Append();
     table.set.Post();
   }
   Table table = Open();
-  const RowView row = table.set.CurrentRow();
+  const RowView row = table.set.Row(1);
   EXPECT_EQ(row.GetInteger(kKey), 1);
   EXPECT_EQ(row.GetText(kName), "métre \t \"x\"");
   EXPECT_EQ(row.GetText(kNote), std::string(1000, 'n')) << "widths do not cut";
   EXPECT_EQ(row.GetFloat(kFactor), 0.1);
-  EXPECT_EQ(row.GetInteger(kCode), -7);
-  EXPECT_TRUE(table.set.Fields(kSpare).IsEmpty());
-}
-
-TEST_P(Changes, LeaveMandatoryFieldsAtZeroAndOptionalOnesEmpty) {
-  Table table = Open();
-  table.set.Append();
-  table.set.Post();
-  table.Reopen();
-  EXPECT_FALSE(table.set.Fields(kCode).IsEmpty());
-  EXPECT_EQ(table.set.Fields(kCode).AsString(), "0");
-  EXPECT_EQ(table.set.Fields(kFactor).AsString(), "");
+  EXPECT_EQ(row.GetInteger(kSpare), -7);
+  EXPECT_EQ(table.set.Fields(kCode).AsString(), "0") << "mandatory";
+  EXPECT_EQ(table.set.Fields(kFactor).AsString(), "") << "optional";
   EXPECT_EQ(table.set.Fields(kFactor).AsFloat(), 0);
+  EXPECT_TRUE(table.set.Fields(kSpare).IsEmpty());
 }
 
 TEST_P(Changes, NeverGiveAKeyTwice) {
@@ -81,14 +75,14 @@ TEST_P(Changes, NeverGiveAKeyTwice) {
 
 TEST_P(Changes, KeepAKeyThatIsWrittenByHandIntoAnOldRecord) {
   Table table = Open();
-  for (const int key : {40, 7, 12}) {
+  for (const int key : {40, 7}) {
     table.Add("n" + std::to_string(key), 1);
     EXPECT_EQ(table.Change(kKey, key).GetInteger(kKey), key);
   }
   table.Reopen();
   EXPECT_EQ(table.Key("n40"), 40);
   EXPECT_EQ(table.Key("n7"), 7);
-  EXPECT_EQ(table.Add("next", 1), 43) << "40 was the greatest, 41 and 42 were given and replaced";
+  EXPECT_EQ(table.Add("next", 1), 42) << "40 was the greatest, 41 was given and replaced";
 }
 
 TEST_P(Changes, RefuseAKeyThatAnotherRecordHas) {
@@ -133,23 +127,6 @@ TEST_P(Changes, FollowTheStates) {
   EXPECT_EQ(table.set.RecordCount(), 2);
 }
 
-TEST_P(Changes, PutTheRowAtItsPlaceAndStayOnIt) {
-  Table table = Open();
-  for (const char* name : {"b", "d", "c"}) {
-    table.Add(name, 1);
-    EXPECT_EQ(table.set.Fields(kName).AsString(), name);
-  }
-  EXPECT_THAT(table.Names(), ElementsAre("b", "c", "d"));
-  table.Rename(table.Key("d"), "a");
-  EXPECT_EQ(table.set.Position(), 0);
-  EXPECT_THAT(table.Names(), ElementsAre("a", "b", "c"));
-  table.GoTo(table.Key("b"));
-  table.set.Delete();
-  EXPECT_EQ(table.set.Fields(kName).AsString(), "c") << "the next row";
-  table.set.Delete();
-  EXPECT_EQ(table.set.Fields(kName).AsString(), "a") << "the last row";
-}
-
 TEST_P(Changes, OfARowThatAnotherHasChangedAreRefused) {
   Table mine = Open();
   mine.Add("a", 1);
@@ -184,8 +161,14 @@ TEST_P(Changes, OfOthersShowAfterReopening) {
   // A container is shared as long as somebody uses it.
   const Table keeper = Open();
   Table mine = Open();
-  mine.Add("a", 1);
+  for (const char* name : {"a", "c"}) {
+    mine.Add(name, 1);
+    mine.Reopen();
+  }
+  mine.GoTo(2);
+  mine.set.Delete();
   mine.Reopen();
+  EXPECT_THAT(mine.Names(), ElementsAre("a"));
   mine.set.Close();
   {
     Table other = Open();
@@ -198,23 +181,10 @@ TEST_P(Changes, OfOthersShowAfterReopening) {
     Table other = Open();
     other.Add("c", 1);
     // One change of mine after one of the other: the store has what my rows lack.
-    mine.Rename(2, "bb");
+    mine.Rename(3, "bb");
   }
   mine.Reopen();
   EXPECT_THAT(mine.Names(), ElementsAre("bb", "c", "z"));
-}
-
-TEST_P(Changes, AreNotLostWhenRowsAreTakenOverAtReopening) {
-  Table table = Open();
-  for (int i = 0; i < 5; ++i) {
-    table.Add("n" + std::to_string(i), i);
-    table.Reopen();
-    EXPECT_EQ(table.set.RecordCount(), i + 1);
-  }
-  table.GoTo(3);
-  table.set.Delete();
-  table.Reopen();
-  EXPECT_THAT(table.Names(), ElementsAre("n0", "n1", "n3", "n4"));
 }
 
 TEST(TwoDataSetsOfOneFile, DoNotTakeOverRowsThatTheOtherChanged) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <csignal>
 #include <memory>
+#include <utility>
 
 #include "platform/dbset/write_group.h"
 #include "platform/storage/resource_session.h"
@@ -15,6 +16,13 @@ using namespace QvPlatform;
 using namespace platform_tests;
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+std::vector<TQvDataSet*> SetsOf(const std::vector<Table*>& tables) {
+  std::vector<TQvDataSet*> sets;
+  for (Table* table : tables)
+    sets.push_back(&table->set);
+  return sets;
+}
 
 /// The tables of one folder or container.
 class Groups : public testing::TestWithParam<QvDataBufferType> {
@@ -56,6 +64,8 @@ TEST_P(OpenGroups, StoreAllOfTheirChanges) {
     EXPECT_EQ(b_.Add("y", 1), 1);
     a_.GoTo(1);
     a_.set.Delete();
+    Table c = Open("c");
+    EXPECT_THROW(TQvWriteGroup({&a_.set, &c.set}), std::logic_error) << "takes no further ones in";
     group.Commit();
   }
   EXPECT_THAT(Stored("a"), ElementsAre("x"));
@@ -126,58 +136,41 @@ TEST_P(OpenGroups, TellWhatLiesBesideTheTablesHowTheyEnd) {
                   throw std::runtime_error("is dropped");
                 });
   };
-  {
-    TQvWriteGroup outer({&a_.set});
-    follow(outer, "first");
+  for (const bool commit : {true, false}) {
     {
-      TQvWriteGroup kept({&a_.set});
-      follow(kept, "kept");
-      kept.Commit();
-    }
-    {
-      TQvWriteGroup left({&a_.set});
-      follow(left, "left");
+      TQvWriteGroup outer({&a_.set});
+      follow(outer, "first");
+      outer.AtEnd({}, {});
       {
+        TQvWriteGroup kept({&a_.set});
+        follow(kept, "kept");
+        kept.Commit();
+      }
+      {
+        TQvWriteGroup left({&a_.set});
+        follow(left, "left");
         TQvWriteGroup innermost({&a_.set});
         follow(innermost, "innermost");
         innermost.Commit();
       }
+      EXPECT_THAT(std::exchange(told, {}), ElementsAre("innermost undone", "left undone"));
+      a_.Add("x", 1);
+      if (commit) outer.Commit();
     }
-    EXPECT_THAT(told, ElementsAre("innermost undone", "left undone"));
-    told.clear();
-    a_.Add("x", 1);
-    outer.Commit();
+    EXPECT_THAT(std::exchange(told, {}), commit ? ElementsAre("first done", "kept done")
+                                                : ElementsAre("kept undone", "first undone"));
   }
-  EXPECT_THAT(told, ElementsAre("first done", "kept done"));
-  told.clear();
-  {
-    TQvWriteGroup outer({&a_.set});
-    follow(outer, "first");
-    follow(outer, "second");
-    outer.AtEnd({}, {});
-    a_.Add("y", 1);
-  }
-  EXPECT_THAT(told, ElementsAre("second undone", "first undone"));
-  EXPECT_THAT(Stored("a"), ElementsAre("x"));
-}
-
-TEST_P(OpenGroups, TakeNoFurtherDataSetsInside) {
-  TQvWriteGroup outer({&a_.set});
-  a_.Add("x", 1);
-  EXPECT_THROW(TQvWriteGroup({&a_.set, &b_.set}), std::logic_error);
-  outer.Commit();
   EXPECT_THAT(Stored("a"), ElementsAre("x"));
 }
 
 TEST_P(OpenGroups, CanBeRepeatedOverChangingSetsAndReopenings) {
   Table c = Open("c");
   for (int i = 0; i < 6; ++i) {
-    std::vector<TQvDataSet*> sets = {&a_.set, &b_.set};
-    if (i % 2 == 0) sets.push_back(&c.set);
-    TQvWriteGroup group(sets);
-    a_.Add("a" + std::to_string(i), i);
-    b_.Add("b" + std::to_string(i), i);
-    if (i % 2 == 0) c.Add("c" + std::to_string(i), i);
+    std::vector<Table*> tables = {&a_, &b_};
+    if (i % 2 == 0) tables.push_back(&c);
+    TQvWriteGroup group(SetsOf(tables));
+    for (Table* table : tables)
+      table->Add("x" + std::to_string(i), i);
     group.Commit();
     if (i == 3) b_.Reopen();
   }
@@ -209,17 +202,14 @@ TEST_P(OpenGroups, LetATableBeReopenedInside) {
   EXPECT_THAT(b_.Names(), ElementsAre("z"));
 }
 
-TEST_P(Groups, SurviveTheEndOfOneOfTheirDataSets) {
-  auto a = std::make_unique<Table>(Name("a"), GetParam());
-  Table b = Open("b");
-  {
-    TQvWriteGroup group({&a->set, &b.set});
-    a->Add("x", 1);
-    b.Add("y", 1);
-    a.reset();
-    group.Commit();
-  }
-  EXPECT_THAT(Stored("a"), ElementsAre("x"));
+TEST_P(OpenGroups, SurviveTheEndOfOneOfTheirDataSets) {
+  auto c = std::make_unique<Table>(Name("c"), GetParam());
+  TQvWriteGroup group({&c->set, &b_.set});
+  c->Add("x", 1);
+  b_.Add("y", 1);
+  c.reset();
+  group.Commit();
+  EXPECT_THAT(Stored("c"), ElementsAre("x"));
   EXPECT_THAT(Stored("b"), ElementsAre("y"));
 }
 
@@ -317,33 +307,27 @@ TEST(GroupsOfFiles, DoNotDieHalfWrittenAtAnyMoment) {
 }
 
 TEST(GroupsOfFiles, HaveALimit) {
-  const TestFolder folder;
-  std::vector<std::unique_ptr<Table>> tables;
+  std::vector<std::unique_ptr<FileTable>> tables;
   std::vector<TQvDataSet*> sets;
   for (int i = 0; i < 12; ++i) {
-    const std::string name = folder.Path("t" + std::to_string(i) + ".dat");
-    MakeTable(name);
-    tables.push_back(std::make_unique<Table>(name));
+    tables.push_back(std::make_unique<FileTable>());
     sets.push_back(&tables.back()->set);
   }
   EXPECT_THROW(TQvWriteGroup{sets}, std::logic_error);
   sets.pop_back();
   TQvWriteGroup group(sets);
-  for (const auto& table : tables) {
-    if (table != tables.back()) table->Add("x", 1);
-  }
+  for (std::size_t i = 0; i < sets.size(); ++i)
+    tables[i]->Add("x", 1);
   group.Commit();
-  EXPECT_EQ(Table(folder.Path("t10.dat")).set.RecordCount(), 1);
+  EXPECT_EQ(Table(tables[10]->buffer.StreamName).set.RecordCount(), 1);
 }
 
 TEST(GroupsOfFiles, DoNotMixWithContainers) {
-  const TestFolder folder;
-  MakeTable(folder.Path("a.dat"));
-  MakeTable(folder.Path("c.qvdb.a"), QvDataBufferType::kResource);
-  MakeTable(folder.Path("d.qvdb.a"), QvDataBufferType::kResource);
-  Table file(folder.Path("a.dat"));
-  Table c(folder.Path("c.qvdb.a"), QvDataBufferType::kResource);
-  Table d(folder.Path("d.qvdb.a"), QvDataBufferType::kResource);
+  FileTable file;
+  for (const char* name : {"c.qvdb.a", "d.qvdb.a"})
+    MakeTable(file.Path(name), QvDataBufferType::kResource);
+  Table c(file.Path("c.qvdb.a"), QvDataBufferType::kResource);
+  Table d(file.Path("d.qvdb.a"), QvDataBufferType::kResource);
   EXPECT_THROW(TQvWriteGroup({&file.set, &c.set}), std::logic_error);
   EXPECT_THROW(TQvWriteGroup({&d.set, &c.set}), std::logic_error);
   TQvWriteGroup nothing({nullptr});
@@ -351,12 +335,9 @@ TEST(GroupsOfFiles, DoNotMixWithContainers) {
 }
 
 TEST(GroupsOfFiles, LetGoOfAFileThatIsClosed) {
-  const TestFolder folder;
-  for (const char* name : {"a.dat", "b.dat", "c.dat"})
-    MakeTable(folder.Path(name));
-  Table a(folder.Path("a.dat"));
-  Table b(folder.Path("b.dat"));
-  Table c(folder.Path("c.dat"));
+  FileTable a;
+  FileTable b;
+  FileTable c;
   // The third one stays open, and was once in a group with the others.
   const std::vector<std::vector<TQvDataSet*>> groups = {{&a.set, &b.set, &c.set}, {&a.set, &b.set}};
   for (const auto& sets : groups) {
@@ -368,7 +349,7 @@ TEST(GroupsOfFiles, LetGoOfAFileThatIsClosed) {
   a.buffer.Close();
   for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
     std::error_code error;
-    EXPECT_NE(std::filesystem::read_symlink(entry.path(), error), folder.Path("a.dat"));
+    EXPECT_NE(std::filesystem::read_symlink(entry.path(), error), a.buffer.StreamName);
   }
   TQvWriteGroup group({&b.set});
   b.Add("y", 1);

@@ -75,7 +75,8 @@ class TableLikeList : public testing::TestWithParam<Setup> {
     const unsigned choice = Below(10);
     if (shown.empty() || choice < 5) {
       const Record record{++lastKey_, static_cast<int>(Below(4)), RandomName(), ""};
-      table_.Add(record.name, record.code);
+      const int key = table_.Add(record.name, record.code);
+      EXPECT_TRUE(key == record.key || !Shows(record));
       records_.push_back(record);
       return;
     }
@@ -85,7 +86,9 @@ class TableLikeList : public testing::TestWithParam<Setup> {
     if (choice < 8) {
       Alter(&*record);
     } else {
+      const int place = table_.set.Position();
       table_.set.Delete();
+      EXPECT_EQ(table_.set.Position(), std::min(place, table_.set.RecordCount() - 1));
       records_.erase(record);
     }
   }
