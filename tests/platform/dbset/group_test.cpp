@@ -3,6 +3,7 @@
 
 #include <array>
 #include <csignal>
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -17,12 +18,15 @@ using namespace platform_tests;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-std::vector<TQvDataSet*> SetsOf(const std::vector<Table*>& tables) {
-  std::vector<TQvDataSet*> sets;
-  for (Table* table : tables)
-    sets.push_back(&table->set);
-  return sets;
+/// Takes the steps in a group of their own, which is committed or left.
+void InGroup(const std::vector<TQvDataSet*>& sets, bool commit,
+             const std::function<void()>& steps) {
+  TQvWriteGroup group(sets);
+  steps();
+  if (commit) group.Commit();
 }
+constexpr bool kCommitted = true;
+constexpr bool kLeft = false;
 
 /// The tables of one folder or container.
 class Groups : public testing::TestWithParam<QvDataBufferType> {
@@ -58,16 +62,14 @@ INSTANTIATE_TEST_SUITE_P(Forms, OpenGroups, kForms, FormName);
 
 TEST_P(OpenGroups, StoreAllOfTheirChanges) {
   a_.Add("old", 1);
-  {
-    TQvWriteGroup group({&a_.set, &b_.set, &a_.set});
+  InGroup({&a_.set, &b_.set, &a_.set}, kCommitted, [this] {
     EXPECT_EQ(a_.Add("x", 1), 2) << "keys are final inside of the group";
     EXPECT_EQ(b_.Add("y", 1), 1);
     a_.GoTo(1);
     a_.set.Delete();
     Table c = Open("c");
     EXPECT_THROW(TQvWriteGroup({&a_.set, &c.set}), std::logic_error) << "takes no further ones in";
-    group.Commit();
-  }
+  });
   EXPECT_THAT(Stored("a"), ElementsAre("x"));
   EXPECT_THAT(Stored("b"), ElementsAre("y"));
   a_.Reopen();
@@ -78,14 +80,13 @@ TEST_P(OpenGroups, UndoAllOfTheirChangesWhenTheyAreLeft) {
   a_.Add("old", 1);
   b_.Add("other", 1);
   const int kept = a_.Add("kept", 1);
-  {
-    TQvWriteGroup group({&a_.set, &b_.set});
+  InGroup({&a_.set, &b_.set}, kLeft, [this, kept] {
     a_.Rename(1, "changed");
     a_.Add("x", 1);
     b_.set.Delete();
     a_.GoTo(kept);
     EXPECT_EQ(a_.set.RecordCount(), 3);
-  }
+  });
   EXPECT_EQ(a_.set.Fields(kKey).AsInteger(), kept) << "the cursor stays on its record";
   EXPECT_THAT(a_.Names(), ElementsAre("kept", "old"));
   EXPECT_THAT(b_.Names(), ElementsAre("other"));
@@ -97,32 +98,22 @@ TEST_P(OpenGroups, UndoAllOfTheirChangesWhenTheyAreLeft) {
 }
 
 TEST_P(OpenGroups, InsideOthersEndWithTheOuterOne) {
-  {
-    TQvWriteGroup outer({&a_.set, &b_.set});
-    {
-      TQvWriteGroup inner({&a_.set});
-      a_.Add("inner", 1);
-      inner.Commit();
-    }
+  InGroup({&a_.set, &b_.set}, kLeft, [this] {
+    InGroup({&a_.set}, kCommitted, [this] { a_.Add("inner", 1); });
     b_.Add("outer", 1);
-  }
+  });
   EXPECT_THAT(Stored("a"), IsEmpty());
   EXPECT_THAT(a_.Names(), IsEmpty());
-  TQvWriteGroup outer({&a_.set, &b_.set});
-  a_.Add("first", 1);
-  {
-    TQvWriteGroup inner({&a_.set, &b_.set});
-    a_.Add("undone", 1);
-    b_.Add("undone", 1);
-  }
-  EXPECT_THAT(a_.Names(), ElementsAre("first")) << "the inner group alone is undone";
-  EXPECT_THAT(b_.Names(), IsEmpty());
-  {
-    TQvWriteGroup inner({&b_.set});
-    b_.Add("second", 1);
-    inner.Commit();
-  }
-  outer.Commit();
+  InGroup({&a_.set, &b_.set}, kCommitted, [this] {
+    a_.Add("first", 1);
+    InGroup({&a_.set, &b_.set}, kLeft, [this] {
+      a_.Add("undone", 1);
+      b_.Add("undone", 1);
+    });
+    EXPECT_THAT(a_.Names(), ElementsAre("first")) << "the inner group alone is undone";
+    EXPECT_THAT(b_.Names(), IsEmpty());
+    InGroup({&b_.set}, kCommitted, [this] { b_.Add("second", 1); });
+  });
   EXPECT_THAT(Stored("a"), ElementsAre("first"));
   EXPECT_THAT(Stored("b"), ElementsAre("second"));
 }
@@ -163,64 +154,45 @@ TEST_P(OpenGroups, TellWhatLiesBesideTheTablesHowTheyEnd) {
   EXPECT_THAT(Stored("a"), ElementsAre("x"));
 }
 
-TEST_P(OpenGroups, CanBeRepeatedOverChangingSetsAndReopenings) {
-  Table c = Open("c");
-  for (int i = 0; i < 6; ++i) {
-    std::vector<Table*> tables = {&a_, &b_};
-    if (i % 2 == 0) tables.push_back(&c);
-    TQvWriteGroup group(SetsOf(tables));
-    for (Table* table : tables)
-      table->Add("x" + std::to_string(i), i);
-    group.Commit();
-    if (i == 3) b_.Reopen();
-  }
-  EXPECT_EQ(Stored("a").size(), 6U);
-  EXPECT_EQ(Stored("b").size(), 6U);
-  EXPECT_EQ(Stored("c").size(), 3U);
-}
-
 TEST_P(OpenGroups, LetATableBeReopenedInside) {
-  {
-    TQvWriteGroup group({&a_.set, &b_.set});
+  InGroup({&a_.set, &b_.set}, kCommitted, [this] {
     a_.Add("x", 1);
     a_.Reopen();
     EXPECT_THAT(a_.Names(), ElementsAre("x"));
     a_.Add("y", 1);
     b_.Add("z", 1);
     b_.set.Close();
-    group.Commit();
-  }
+  });
   EXPECT_THAT(Stored("a"), ElementsAre("x", "y"));
   b_.set.Open();
   EXPECT_THAT(b_.Names(), ElementsAre("z"));
-  {
-    TQvWriteGroup group({&a_.set, &b_.set});
+  InGroup({&a_.set, &b_.set}, kLeft, [this] {
     b_.Add("undone", 1);
     b_.set.Close();
-  }
+  });
   b_.set.Open();
   EXPECT_THAT(b_.Names(), ElementsAre("z"));
 }
 
 TEST_P(OpenGroups, SurviveTheEndOfOneOfTheirDataSets) {
   auto c = std::make_unique<Table>(Name("c"), GetParam());
-  TQvWriteGroup group({&c->set, &b_.set});
-  c->Add("x", 1);
-  b_.Add("y", 1);
-  c.reset();
-  group.Commit();
+  InGroup({&c->set, &b_.set}, kCommitted, [this, &c] {
+    c->Add("x", 1);
+    b_.Add("y", 1);
+    c.reset();
+  });
   EXPECT_THAT(Stored("c"), ElementsAre("x"));
   EXPECT_THAT(Stored("b"), ElementsAre("y"));
 }
 
 TEST_P(OpenGroups, KeepARefusedChangePendingAndTheOthersDone) {
-  TQvWriteGroup group({&a_.set});
-  a_.Add("x", 1);
-  a_.Add("y", 1);
-  EXPECT_THROW(a_.Change(kKey, 1), DataSetError);
-  EXPECT_EQ(a_.set.State(), DataSetState::kEdit);
-  a_.Change(kKey, 8);
-  group.Commit();
+  InGroup({&a_.set}, kCommitted, [this] {
+    a_.Add("x", 1);
+    a_.Add("y", 1);
+    EXPECT_THROW(a_.Change(kKey, 1), DataSetError);
+    EXPECT_EQ(a_.set.State(), DataSetState::kEdit);
+    a_.Change(kKey, 8);
+  });
   EXPECT_EQ(Open("a").Key("y"), 8);
 }
 
@@ -255,14 +227,12 @@ TEST(GroupsOfContainers, TakeStreamsAndOtherDataSetsWithThem) {
   Table b(folder.Path("refs.qvdb.b"), QvDataBufferType::kResource);
   const std::string blob = folder.Path("refs.qvdb.Heights.Alps");
   for (const bool commit : {false, true}) {
-    {
-      TQvWriteGroup group({&a.set});
+    InGroup({&a.set}, commit, [&] {
       a.Add("x", 1);
       b.Add("y", 1);
       Save<TQvResourceSession>(blob, "heights");
       EXPECT_EQ(Load<TQvResourceSession>(blob), "heights");
-      if (commit) group.Commit();
-    }
+    });
     EXPECT_EQ(TQvResourceSession::Exists(blob), commit);
     EXPECT_EQ(b.set.RecordCount(), commit ? 1 : 0) << "what it shows is what is stored";
     b.Reopen();
@@ -284,10 +254,10 @@ TEST(GroupsOfFiles, DoNotDieHalfWrittenAtAnyMoment) {
       Table a(folder.Path("a.dat"));
       Table b(folder.Path("b.dat"));
       for (;;) {
-        TQvWriteGroup group({&a.set, &b.set});
-        a.Add("n", 1);
-        b.Add("n", 1);
-        group.Commit();
+        InGroup({&a.set, &b.set}, kCommitted, [&a, &b] {
+          a.Add("n", 1);
+          b.Add("n", 1);
+        });
         static_cast<void>(!write(commits[1], "x", 1));
       }
     }
@@ -340,20 +310,23 @@ TEST(GroupsOfFiles, LetGoOfAFileThatIsClosed) {
   FileTable c;
   // The third one stays open, and was once in a group with the others.
   const std::vector<std::vector<TQvDataSet*>> groups = {{&a.set, &b.set, &c.set}, {&a.set, &b.set}};
-  for (const auto& sets : groups) {
-    TQvWriteGroup group(sets);
-    a.Add("x", 1);
-    group.Commit();
-  }
+  for (const auto& sets : groups)
+    InGroup(sets, kCommitted, [&a] { a.Add("x", 1); });
   a.set.Close();
   a.buffer.Close();
   for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
     std::error_code error;
     EXPECT_NE(std::filesystem::read_symlink(entry.path(), error), a.buffer.StreamName);
   }
-  TQvWriteGroup group({&b.set});
-  b.Add("y", 1);
-  group.Commit();
+  for (const bool both : {false, true}) {
+    if (both) a.set.Open();
+    InGroup({&a.set, &b.set}, kCommitted, [&] {
+      b.Add("y", 1);
+      if (both) a.Add("z", 1);
+    });
+  }
+  EXPECT_EQ(Table(a.buffer.StreamName).set.RecordCount(), 3);
+  EXPECT_EQ(Table(b.buffer.StreamName).set.RecordCount(), 2);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -25,13 +24,7 @@ using testing::HasSubstr;
 
 /// Runs SQL on a file past the table engine.
 void Tamper(const std::string& path, const std::string& sql) {
-  sqlite3* handle = nullptr;
-  ASSERT_EQ(sqlite3_open(path.c_str(), &handle), SQLITE_OK);
-  char* message = nullptr;
-  const int code = sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, &message);
-  EXPECT_EQ(code, SQLITE_OK) << (message != nullptr ? message : "");
-  sqlite3_free(message);
-  sqlite3_close(handle);
+  detail::Connection::OpenFile(path).Execute(sql);
 }
 
 /// The reason why a table does not open; empty if it does.
@@ -64,6 +57,7 @@ TEST_F(Opening, RefusesWhatIsNoTable) {
   WriteFile(folder_.Path("text.dat"), "name;factor\nmetre;1\n" + std::string(5000, ' '));
   WriteFile(folder_.Path("short.dat"), "metre");
   WriteFile(folder_.Path("empty.dat"), "");
+  WriteFile(folder_.Path("other.dat"), "");
   Tamper(folder_.Path("other.dat"), "CREATE TABLE records (a)");
   Save<TQvResourceSession>(folder_.Path("c.qvdb.a"), "x");
   constexpr auto kFile = QvDataBufferType::dtFileStream;
@@ -142,7 +136,7 @@ TEST_F(Opening, RefusesATamperedTableWithTheReason) {
   const std::string whole = ReadFile(path_);
   for (const auto& row : rows) {
     WriteFile(path_, whole);
-    ASSERT_NO_FATAL_FAILURE(Tamper(path_, row.sql));
+    Tamper(path_, row.sql);
     EXPECT_THAT(Refusal(path_), AllOf(HasSubstr(row.reason), HasSubstr("unit.dat"))) << row.sql;
   }
 }
@@ -197,15 +191,6 @@ TEST_F(Opening, FindsWhatAnotherProcessStored) {
   EXPECT_EQ(table.Key("a new name"), 1);
 }
 
-TEST_F(Opening, FindsAFileThatWasPutInPlaceOfTheOld) {
-  Table table(path_);
-  table.set.Close();
-  MakeTable(folder_.Path("new.dat"));
-  std::filesystem::rename(folder_.Path("new.dat"), path_);
-  table.set.Open();
-  EXPECT_EQ(table.set.RecordCount(), 0);
-}
-
 TEST_F(Opening, UndoesWhatAKilledWriterLeftButNotInAFileThatReplacedIts) {
   for (const bool replaced : {false, true}) {
     ASSERT_EQ(ExitOfChild([this] {
@@ -223,7 +208,7 @@ TEST_F(Opening, UndoesWhatAKilledWriterLeftButNotInAFileThatReplacedIts) {
   }
 }
 
-TEST_F(Opening, DoesNotLoseChangesToAFileThatWasReplacedMeanwhile) {
+TEST_F(Opening, FindsAFileThatWasPutInPlaceOfTheOld) {
   Table table(path_);
   MakeTable(path_);
   EXPECT_THROW(table.Add("x", 1), StorageError) << "it would have gone into the removed file";
@@ -232,6 +217,10 @@ TEST_F(Opening, DoesNotLoseChangesToAFileThatWasReplacedMeanwhile) {
   table.Reopen();
   EXPECT_EQ(table.set.RecordCount(), 0);
   EXPECT_EQ(table.Add("x", 1), 1);
+  table.set.Close();
+  MakeTable(path_);
+  table.set.Open();
+  EXPECT_EQ(table.set.RecordCount(), 0);
 }
 
 TEST_F(Opening, KeepsItsLocksWhenTheFileIsReadBesides) {
@@ -256,15 +245,13 @@ TEST_F(Opening, KeepsItsLocksWhenTheFileIsReadBesides) {
 }
 
 TEST_F(Opening, ReportsAStoreThatIsLocked) {
-  sqlite3* handle = nullptr;
-  ASSERT_EQ(sqlite3_open(path_.c_str(), &handle), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(handle, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+  detail::Connection other = detail::Connection::OpenFile(path_);
+  other.Execute("BEGIN IMMEDIATE");
   Table table(path_);
   EXPECT_EQ(table.set.RecordCount(), 300) << "readers do not wait for a writer";
   EXPECT_THROW(table.Add("x", 1), StorageError);
   EXPECT_EQ(table.set.State(), DataSetState::kInsert) << "the change is still pending";
-  sqlite3_exec(handle, "ROLLBACK", nullptr, nullptr, nullptr);
-  sqlite3_close(handle);
+  other.Execute("ROLLBACK");
   EXPECT_NO_THROW(table.set.Post());
 }
 
