@@ -5,9 +5,11 @@
 #include <array>
 
 #include "platform/geocore/geoids.h"
+#include "platform/geocore/model_from_tree.h"
 #include "platform/geocore/projection_methods.h"
 #include "platform/geocore/projjson.h"
 #include "platform/geocore/system_model.h"
+#include "platform/geocore/wkt2.h"
 #include "platform/widgets/qt_text.h"
 
 namespace QvRefSystem {
