@@ -5,7 +5,9 @@
 #include "database/storage_files.h"
 #include "platform/data/height_table_reader.h"
 #include "platform/data/height_table_writer.h"
+#include "platform/storage/crc32.h"
 #include "platform/storage/stream.h"
+#include "platform/ui/progress_display.h"
 #include "platform/ui/progress_interface.h"
 #include "platform/ui/texts.h"
 

@@ -12,6 +12,7 @@
 #include "platform/geocore/model_from_tree.h"
 #include "platform/geocore/shell_reference_system.h"
 #include "platform/text/text.h"
+#include "platform/ui/progress_display.h"
 #include "platform/ui/texts.h"
 #include "vertical/height_file.h"
 

@@ -4,6 +4,7 @@
 #include <QTreeWidget>
 #include <array>
 
+#include "platform/data/tree_members.h"
 #include "platform/geocore/geoids.h"
 #include "platform/geocore/model_from_tree.h"
 #include "platform/geocore/projection_methods.h"
@@ -21,8 +22,6 @@ using QvPlatform::Translatable;
 using QvPlatform::Translated;
 
 namespace {
-
-constexpr int kNameField = 1020;
 
 enum Column { kLabel, kValue, kId, kIndex };
 
@@ -184,7 +183,7 @@ QString WktOfTree(const TStringTree& tree) {
 
 QString NameOfTree(const TStringTree& tree) {
   std::string name;
-  return tree.GetString(kNameField, 0, &name) ? ToQt(name) : QString();
+  return GetString(tree, TreeIds::kName, &name) ? ToQt(name) : QString();
 }
 
 }  // namespace QvRefSystem

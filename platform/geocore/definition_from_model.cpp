@@ -120,7 +120,7 @@ class DefinitionMaker {
                            " is not known on this machine");
       }
       made_.surface = HeightSurface::kGeoid;
-    } else if (made_.model.heights && made_.model.heights->kind == 2) {
+    } else if (made_.model.heights && made_.model.heights->kind == HeightKind::kOffset) {
       made_.offset = NumberOf(made_.model.heights->offset, "the offset of the heights") *
                      FactorOf(made_.model.heights->offsetUnit) / made_.heightUnit;
       made_.surface = HeightSurface::kOffset;

@@ -220,7 +220,7 @@ const std::string* TableText(const TStringTree* tree) {
 }
 
 bool HasTable(const SystemModel& model) {
-  return model.heights && model.heights->kind == TreeIds::kHeightSystemIsTable;
+  return model.heights && model.heights->kind == HeightKind::kTable;
 }
 
 std::shared_ptr<const THeightTable> ReadTable(const TStringTree* tree, const SystemModel& model,
