@@ -7,6 +7,7 @@
 #include "dialogs/edit/edit_forms.h"
 #include "dialogs/heights/vertical_edit.h"
 #include "dialogs/select/selectors.h"
+#include "platform/geocore/geoids.h"
 #include "platform/geocore/shell_reference_system.h"
 #include "platform/ui/texts.h"
 #include "platform/widgets/limited_text.h"

@@ -1,5 +1,6 @@
 // The three fates of the heights of geodetic and projected systems: kept, dropped, abandoned.
 
+#include "platform/geocore/geoids.h"
 #include "tests/dialogs/edit/plane_system_fixture.h"
 
 namespace refframe_tests {
