@@ -250,7 +250,7 @@ TEST_F(EditForms, ARecordUnderEditingIsNeitherEditedNorRemovedFurtherDown) {
   QWidget second;
   Table(form).First();
   const bool saved = Run(form, false, [&](QWidget& dialog) {
-    auto* inner = QvRefSystem::GetEditForm(&second, form.object);
+    auto* inner = QvRefSystem::GetEditForm(&second, QvRefSystem::DialogChooser(), form.object);
     EXPECT_FALSE(inner->EditCurrent());
     EXPECT_FALSE(FormOf(form).EditCurrent());
     EXPECT_FALSE(processor.DeleteRecord(nullptr));
@@ -405,7 +405,8 @@ TEST_F(EditForms, PlaceAndSizeStayForTheRunOfTheProgram) {
       act(dialog);
       Click(dialog, "bitbtnClose");
     });
-    EXPECT_FALSE(QvRefSystem::GetEditForm(&owner, form.object)->CreateNew());
+    EXPECT_FALSE(
+        QvRefSystem::GetEditForm(&owner, QvRefSystem::DialogChooser(), form.object)->CreateNew());
   };
   run([&](QWidget& dialog) {
     left = dialog.geometry().translated(31, 17).adjusted(0, 0, 53, 29);

@@ -107,7 +107,7 @@ TEST_F(EllipsoidEdit, AClickIntoAFieldChoosesItsParameter) {
 }
 
 TEST_F(EllipsoidEdit, AmongSpheresANewOneIsASphereAndStaysOne) {
-  QvRefSystem::TformQvRfEllipsoidSelector selector(nullptr);
+  QvRefSystem::TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   const auto shape = [](QWidget& dialog) {
     EXPECT_EQ(Checked(dialog), "radiobtnSpheroid");
     std::string enabled;

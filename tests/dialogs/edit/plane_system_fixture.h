@@ -91,7 +91,7 @@ class PlaneSystemEditTest : public DialogTest {
     return database_.data->datasetVerticalRefSystem.RecordCount();
   }
   TformQvRfEdit& FormOf(const FormDescription& form) {
-    return *QvRefSystem::GetEditForm(&owner_, form.object, form.type);
+    return *QvRefSystem::GetEditForm(&owner_, QvRefSystem::DialogChooser(), form.object, form.type);
   }
   bool Change(const FormDescription& form, const char* name, const Act& act) {
     Locate(name);

@@ -72,7 +72,7 @@ class RecalculateGrid : public DialogTest {
   }
   static const Texts kNothing;
 
-  TformQvRfRecalculateGridParams dialog_{nullptr};
+  TformQvRfRecalculateGridParams dialog_{nullptr, QvRefSystem::DialogChooser()};
 };
 const Texts RecalculateGrid::kNothing{};
 

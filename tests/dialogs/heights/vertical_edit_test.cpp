@@ -167,7 +167,7 @@ class VerticalEdit : public DialogTest {
 
   static constexpr auto kUnit = QvRefSystem::TObjectType::kLinearUnit;
   QWidget owner_;
-  TformQvRfVerticalRefSystemEdit form_{&owner_};
+  TformQvRfVerticalRefSystemEdit form_{&owner_, QvRefSystem::DialogChooser()};
   std::string file_;
   int plane_ = 0;
   int made_ = 0;
