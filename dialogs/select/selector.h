@@ -6,6 +6,7 @@
 #include "dialogs/base/chooser.h"
 #include "dialogs/select/selector_controls.h"
 #include "platform/dbset/data_set.h"
+#include "platform/dbset/data_source.h"
 #include "platform/widgets/data_set_model.h"
 #include "platform/widgets/modal_form.h"
 #include "processors/data_processor.h"
