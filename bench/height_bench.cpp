@@ -20,7 +20,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/data/height_table_text.h"
+#include "platform/data/height_table_reader.h"
+#include "platform/data/height_table_writer.h"
 
 extern char** environ;
 

@@ -11,6 +11,10 @@
 #include <vector>
 
 #include "platform/dbset/data_set.h"
+#include "platform/dbset/fixed_record_file.h"
+#include "platform/dbset/write_group.h"
+#include "platform/storage/file_stream.h"
+#include "platform/storage/resource_session.h"
 #include "platform/text/text.h"
 
 namespace {

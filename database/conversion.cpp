@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "database/data_module.h"
+#include "platform/dbset/write_group.h"
 #include "platform/ui/texts.h"
 
 namespace QvRefSystem {

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "platform/dbset/fixed_record_file.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 
@@ -179,19 +180,10 @@ void TdatamoduleQvRfData::CloseDatabase() {
 
 void TdatamoduleQvRfData::DropProcessors() {
   processors_.reset();
-  DatumShiftProcessor = nullptr;
-  DatumShiftTypeProcessor = nullptr;
-  DatumProcessor = nullptr;
-  LinearUnitProcessor = nullptr;
-  AngularUnitProcessor = nullptr;
-  ScaleUnitProcessor = nullptr;
-  MapProjProcessor = nullptr;
-  MapProjTypeProcessor = nullptr;
-  PrimeMeridianProcessor = nullptr;
-  EllipsoidProcessor = nullptr;
-  RefSystemTypeProcessor = nullptr;
-  RefSystemProcessor = nullptr;
-  VerticalRefSystemProcessor = nullptr;
+#define REFFRAME_PROCESSOR_GONE(stem, type) stem##Processor = nullptr;
+  REFFRAME_OBJECT_TYPES(REFFRAME_PROCESSOR_GONE)
+#undef REFFRAME_PROCESSOR_GONE
+  Processors.fill(nullptr);
 }
 
 std::string TdatamoduleQvRfData::GetDatabaseRoot() const {

@@ -1,30 +1,24 @@
 #pragma once
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "database/object_types.h"
 #include "database/storage_files.h"
 #include "database/table_catalogue.h"
 #include "platform/dbset/data_set.h"
+#include "platform/dbset/data_source.h"
 #include "platform/ui/user_interface.h"
 
 namespace QvRefSystem {
 
-class TQvRfAngularUnitDataProcessor;
-class TQvRfDatumDataProcessor;
-class TQvRfDatumShiftDataProcessor;
-class TQvRfDatumShiftTypeDataProcessor;
-class TQvRfEllipsoidDataProcessor;
-class TQvRfLinearUnitDataProcessor;
-class TQvRfMapProjDataProcessor;
-class TQvRfMapProjTypeDataProcessor;
-class TQvRfPrimeMeridianDataProcessor;
-class TQvRfRefSystemDataProcessor;
-class TQvRfRefSystemTypeDataProcessor;
-class TQvRfScaleUnitDataProcessor;
-class TQvRfVerticalRefSystemDataProcessor;
+class TQvRfDataProcessor;
+#define REFFRAME_PROCESSOR_CLASS(stem, type) class TQvRf##stem##DataProcessor;
+REFFRAME_OBJECT_TYPES(REFFRAME_PROCESSOR_CLASS)
+#undef REFFRAME_PROCESSOR_CLASS
 class TdatamoduleQvRfData;
 
 /// Makes the processors over an open data module, sets its processor pointers, and returns what
@@ -55,20 +49,13 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
 
   /// True: the database is a resource container.
   bool ResourceForm = false;
-  // Owned through the processor maker's result; null while closed.
-  TQvRfDatumShiftDataProcessor* DatumShiftProcessor = nullptr;
-  TQvRfDatumShiftTypeDataProcessor* DatumShiftTypeProcessor = nullptr;
-  TQvRfDatumDataProcessor* DatumProcessor = nullptr;
-  TQvRfLinearUnitDataProcessor* LinearUnitProcessor = nullptr;
-  TQvRfAngularUnitDataProcessor* AngularUnitProcessor = nullptr;
-  TQvRfScaleUnitDataProcessor* ScaleUnitProcessor = nullptr;
-  TQvRfMapProjDataProcessor* MapProjProcessor = nullptr;
-  TQvRfMapProjTypeDataProcessor* MapProjTypeProcessor = nullptr;
-  TQvRfPrimeMeridianDataProcessor* PrimeMeridianProcessor = nullptr;
-  TQvRfEllipsoidDataProcessor* EllipsoidProcessor = nullptr;
-  TQvRfRefSystemTypeDataProcessor* RefSystemTypeProcessor = nullptr;
-  TQvRfRefSystemDataProcessor* RefSystemProcessor = nullptr;
-  TQvRfVerticalRefSystemDataProcessor* VerticalRefSystemProcessor = nullptr;
+// The processor of each object type, named by the type's stem. Owned through the processor maker's
+// result; null while closed.
+#define REFFRAME_PROCESSOR_MEMBER(stem, type) TQvRf##stem##DataProcessor* stem##Processor = nullptr;
+  REFFRAME_OBJECT_TYPES(REFFRAME_PROCESSOR_MEMBER)
+#undef REFFRAME_PROCESSOR_MEMBER
+  /// The same processors by the codes of their object types; null for a code that is none.
+  std::array<TQvRfDataProcessor*, kObjectTypeCodes> Processors{};
   /// 1 simple, 2 full.
   signed char DialogMode = kFullMode;
   bool ShowImportExport = false;

@@ -5,6 +5,8 @@
 #include <optional>
 #include <system_error>
 
+#include "platform/storage/file_stream.h"
+#include "platform/storage/resource_session.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 

@@ -1,5 +1,6 @@
 #include "forms/form_record.h"
 
+#include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
 
 namespace QvRefSystem {

@@ -3,7 +3,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/data/height_table_text.h"
+#include "platform/data/height_table_reader.h"
+#include "platform/data/height_table_writer.h"
 
 namespace {
 
@@ -37,8 +38,8 @@ bool SameValues(const Table& one, const Table& other) {
 /// tiny beside them; then the text tells of another grid.
 bool KeepsItsNodes(const Table& table, const std::string& text) {
   HeightTableHeader header;
-  return ReadHeightTableHeader(text, &header) && header.countX == table.CountX &&
-         header.countY == table.CountY;
+  return ReadHeightTableHeader(text, &header) && header.counts.x == table.CountX &&
+         header.counts.y == table.CountY;
 }
 
 }  // namespace

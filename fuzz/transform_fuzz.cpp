@@ -38,7 +38,7 @@ SystemModel Shifted() {
 
 SystemModel WithTable(SystemModel system) {
   system.heights.emplace();
-  system.heights->kind = 1;
+  system.heights->kind = QvRefSystem::HeightKind::kTable;
   return system;
 }
 

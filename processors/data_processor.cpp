@@ -4,6 +4,7 @@
 #include <atomic>
 #include <functional>
 
+#include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 
@@ -453,6 +454,11 @@ void TQvRfDataProcessor::DeleteParamValues(std::initializer_list<RowMatch> match
     values.Delete();
     if (!all) return;
   }
+}
+
+TQvRfDataProcessor* ProcessorFor(TdatamoduleQvRfData& data, int objectType) {
+  const bool known = objectType >= 0 && objectType < kObjectTypeCodes;
+  return known ? data.Processors[static_cast<std::size_t>(objectType)] : nullptr;
 }
 
 }  // namespace QvRefSystem

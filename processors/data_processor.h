@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "database/data_module.h"
-#include "platform/data/string_tree.h"
+#include "platform/data/tree_members.h"
 #include "platform/dbset/data_set.h"
 #include "platform/ui/user_interface.h"
 #include "processors/object_descriptor.h"

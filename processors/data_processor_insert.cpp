@@ -1,6 +1,7 @@
 // The way in: a tree to records.
 #include <string>
 
+#include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
 #include "processors/data_processor.h"
 
@@ -180,16 +181,12 @@ void TQvRfDataProcessor::AppendBeside(TStringTree* tree, const RecordImage& /*im
 }
 
 void TQvRfDataProcessor::WriteResultNotes(TStringTree* tree, int key, bool inserted) const {
-  constexpr int kKeyNote = 201001;
-  constexpr int kContentNote = 201002;
-  constexpr int kInsertedNote = 201003;
-  constexpr int kNoteIndex = -1;
-  for (const int id : {kKeyNote, kContentNote, kInsertedNote})
-    RemoveField(tree, id, kNoteIndex);
-  EnsureField(tree, kKeyNote, kNoteIndex, std::to_string(key),
-              inserted ? "Inserted ID" : "Found ID");
-  EnsureField(tree, kInsertedNote, kNoteIndex, inserted ? "1" : "0", "Inserted");
-  EnsureField(tree, kContentNote, kNoteIndex, std::to_string(ObjectType), "Content");
+  const TreeIds::Item& keyNote = inserted ? TreeIds::kInsertedKeyNote : TreeIds::kFoundKeyNote;
+  for (const TreeIds::Item& note : {keyNote, TreeIds::kContentNote, TreeIds::kInsertedNote})
+    RemoveField(tree, note.id, note.index);
+  EnsureField(tree, keyNote, std::to_string(key));
+  EnsureField(tree, TreeIds::kInsertedNote, inserted ? "1" : "0");
+  EnsureField(tree, TreeIds::kContentNote, std::to_string(ObjectType));
 }
 
 }  // namespace QvRefSystem

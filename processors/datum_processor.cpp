@@ -11,7 +11,7 @@ void TQvRfDatumDataProcessor::DeleteBeside(int /*key*/) {
 bool TQvRfDatumDataProcessor::WriteMifUserDatumEllipsoid(TStringTree* tree) {
   const std::string* code = FindFilledCode(static_cast<int>(TObjectType::kEllipsoid),
                                            CurrentInteger("ELLIPSOID_AUTOKEY"), ParamTag::kMif);
-  return code != nullptr && EnsureField(tree, 101004, 0, *code, "MIF/MID user datum ellipsoid");
+  return code != nullptr && EnsureField(tree, TreeIds::kMifExportEllipsoid, *code);
 }
 
 }  // namespace QvRefSystem

@@ -8,14 +8,19 @@ namespace {
 
 enum : int { kTranslation = 1, kPositionVector = 2, kCoordinateFrame = 3 };
 
-constexpr int kTypeId = 5443;
+constexpr int kTypeId = TreeIds::kShiftType.id;
 
 // Members by tree id. A shift is written in the first order of its kind; all are read with the
 // texts ahead, then the type, which tells the kind, then what the kind has.
-constexpr std::array kTexts{5420, 5421, 5422};
-constexpr std::array kTranslationMembers{5461, 5462, 5463, 5440};
-constexpr std::array kSevenParameterMembers{5461, 5462, 5463, 5464, 5465,
-                                            5466, 5467, 5440, 5441, 5442};
+constexpr std::array kTexts{TreeIds::kShiftName.id, TreeIds::kShiftDescription.id,
+                            TreeIds::kShiftAbbreviation.id};
+constexpr std::array kTranslationMembers{TreeIds::kShiftTx.id, TreeIds::kShiftTy.id,
+                                         TreeIds::kShiftTz.id, TreeIds::kShiftLinearUnit.id};
+constexpr std::array kSevenParameterMembers{
+    TreeIds::kShiftTx.id,       TreeIds::kShiftTy.id,         TreeIds::kShiftTz.id,
+    TreeIds::kShiftRx.id,       TreeIds::kShiftRy.id,         TreeIds::kShiftRz.id,
+    TreeIds::kShiftS.id,        TreeIds::kShiftLinearUnit.id, TreeIds::kShiftAngularUnit.id,
+    TreeIds::kShiftScaleUnit.id};
 
 std::span<const int> MembersOf(int type) {
   switch (type) {

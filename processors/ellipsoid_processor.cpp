@@ -3,14 +3,12 @@
 namespace QvRefSystem {
 
 bool TQvRfEllipsoidDataProcessor::ReadContent(TStringTree* tree, RecordImage* image) {
-  constexpr int kUseFlattening = 5114;
-  constexpr int kFlattening = 5112;
   // The flattening is needed only where it tells the shape, and read ahead of the unit, so that a
   // tree without it adds none.
   int useFlattening = 0;
   double flattening = 0;
-  if (!tree->GetInteger(kUseFlattening, 0, &useFlattening)) return false;
-  if (useFlattening != 0 && !tree->GetDouble(kFlattening, 0, &flattening)) return false;
+  if (!GetInteger(*tree, TreeIds::kEllipsoidUseF, &useFlattening)) return false;
+  if (useFlattening != 0 && !GetDouble(*tree, TreeIds::kEllipsoidF, &flattening)) return false;
   image->SetDouble(Column("F"), flattening);
   return TQvRfDataProcessor::ReadContent(tree, image);
 }

@@ -43,9 +43,9 @@ TQvRfMapProjDataProcessor::Values TQvRfMapProjDataProcessor::ValuesOf(int key, i
 
 bool TQvRfMapProjDataProcessor::WriteOwnItem(TStringTree* tree, const TreeItem& item) {
   const int type = CurrentInteger("TYPE");
-  if (item.id != kProjectionParameterOwner) {
+  if (item.id != TreeIds::kProjectionParameters.id) {
     const std::string* code = FindFilledCode(kTypeContent, type, ParamTag::kGeoTiff);
-    if (code != nullptr) EnsureField(tree, item.id, 0, *code, "GeoTIFF map proj type");
+    if (code != nullptr) EnsureField(tree, item.id, item.index, *code, item.label);
     return true;
   }
   const Values values = ValuesOf(GetCurrentKey(), type);
@@ -135,8 +135,7 @@ bool TQvRfMapProjDataProcessor::WriteMifProjectionType(TStringTree* tree) {
        ParamMatch(kParamTag, static_cast<int>(ParamTag::kMif)),
        ParamMatch(kParamGroup, kMifProjectedGroup)});
   return row && !QvPlatform::IsBlank(row.GetText(ParamField(kValue))) &&
-         EnsureField(tree, 101001, 0, row.GetText(ParamField(kValue)),
-                     "MIF/MID reference system type");
+         EnsureField(tree, TreeIds::kMifSystemType, row.GetText(ParamField(kValue)));
 }
 
 }  // namespace QvRefSystem

@@ -25,17 +25,19 @@ constexpr EqualityColumn kByFoldedName{"NAME", Compare::kFoldedName};
 constexpr std::array kByType{EqualityColumn{"TYPE", Compare::kInteger}};
 
 // Units. The three classes share their fields; the subtree's id tells which kind it is.
-constexpr std::array kUnitFields{
-    IntegerItem(5301, "code", "CODE"),    IntegerItem(5312, "type", "TYPE"),
-    DoubleItem(5310, "f_b", "FACTOR_B"),  DoubleItem(5311, "f_c", "FACTOR_C"),
-    TextItem(5320, "name", "NAME"),       TextItem(5321, "abbr", "ABBREVIATION"),
-    TextItem(5322, "desc", "DESCRIPTION")};
+constexpr std::array kUnitFields{IntegerItem(TreeIds::kUnitCode, "CODE"),
+                                 IntegerItem(TreeIds::kUnitKind, "TYPE"),
+                                 DoubleItem(TreeIds::kUnitFactorB, "FACTOR_B"),
+                                 DoubleItem(TreeIds::kUnitFactorC, "FACTOR_C"),
+                                 TextItem(TreeIds::kUnitName, "NAME"),
+                                 TextItem(TreeIds::kUnitAbbreviation, "ABBREVIATION"),
+                                 TextItem(TreeIds::kUnitDescription, "DESCRIPTION")};
 constexpr auto kLinearUnitItems =
-    Items(kUnitFields, std::array{CodeItem(102002, "GeoTIFF linear unit", ParamTag::kGeoTiff),
-                                  CodeItem(101002, "MIF/MID unit name", ParamTag::kMif,
-                                           ValueForm::kText, BlankRule::kWriteBlank)});
+    Items(kUnitFields, std::array{CodeItem(TreeIds::kGeoTiffLinearUnit, ParamTag::kGeoTiff),
+                                  CodeItem(TreeIds::kMifUnit, ParamTag::kMif, ValueForm::kText,
+                                           BlankRule::kWriteBlank)});
 constexpr auto kAngularUnitItems =
-    Items(kUnitFields, std::array{CodeItem(102003, "GeoTIFF angular unit", ParamTag::kGeoTiff)});
+    Items(kUnitFields, std::array{CodeItem(TreeIds::kGeoTiffAngularUnit, ParamTag::kGeoTiff)});
 constexpr std::array kUnitEquality{kByFoldedName, EqualityColumn{"CODE", Compare::kInteger},
                                    EqualityColumn{"FACTOR_B", Compare::kDouble},
                                    EqualityColumn{"FACTOR_C", Compare::kDouble}};
@@ -55,16 +57,17 @@ constexpr std::array kScaleUnitUsers{UsedByScan{kMapProjection, "SCALE_UNIT_AUTO
                                      UsedByScan{kDatumShift, "SCALE_UNIT_AUTOKEY"}};
 
 // Ellipsoids. Which column gives the shape depends on the tree's flags.
-constexpr std::array kEllipsoidItems{TextItem(5120, "name", "NAME"),
-                                     TextItem(5121, "desc", "DESCRIPTION"),
-                                     TextItem(5110, "A", "A"),
-                                     TextItem(5111, "B", "B"),
-                                     With(DoubleItem(5112, "f", "F"), kByRule),
-                                     IntegerItem(5114, "use_f", "USE_F"),
-                                     IntegerItem(5115, "spheroid", "SPHEROID"),
-                                     SubobjectItem(5113, kLinearUnit, "UNIT_AUTOKEY"),
-                                     CodeItem(102004, "GeoTIFF ellipsoid", ParamTag::kGeoTiff),
-                                     CodeItem(101004, "MIFMID ellipsoid", ParamTag::kMif)};
+constexpr std::array kEllipsoidItems{
+    TextItem(TreeIds::kEllipsoidName, "NAME"),
+    TextItem(TreeIds::kEllipsoidDescription, "DESCRIPTION"),
+    TextItem(TreeIds::kEllipsoidA, "A"),
+    TextItem(TreeIds::kEllipsoidB, "B"),
+    With(DoubleItem(TreeIds::kEllipsoidF, "F"), kByRule),
+    IntegerItem(TreeIds::kEllipsoidUseF, "USE_F"),
+    IntegerItem(TreeIds::kEllipsoidSphere, "SPHEROID"),
+    SubobjectItem(TreeIds::kEllipsoidUnit, kLinearUnit, "UNIT_AUTOKEY"),
+    CodeItem(TreeIds::kGeoTiffEllipsoid, ParamTag::kGeoTiff),
+    CodeItem(TreeIds::kMifEllipsoid, ParamTag::kMif)};
 constexpr std::array kEllipsoidEquality{kByFoldedName,
                                         EqualityColumn{"UNIT_AUTOKEY", Compare::kInteger},
                                         EqualityColumn{"A", Compare::kText}};
@@ -72,22 +75,24 @@ constexpr std::array kEllipsoidUsers{UsedByScan{kReferenceSystem, "ELLIPSOID_AUT
                                      UsedByScan{kDatum, "ELLIPSOID_AUTOKEY"}};
 
 constexpr std::array kPrimeMeridianItems{
-    TextItem(5220, "name", "NAME"), TextItem(5221, "desc", "DESCRIPTION"),
-    TextItem(5210, "long", "LONGITUDE"), SubobjectItem(5211, kAngularUnit, "UNIT_AUTOKEY"),
-    CodeItem(102009, "GeoTIFF prime meridian", ParamTag::kGeoTiff)};
+    TextItem(TreeIds::kMeridianName, "NAME"),
+    TextItem(TreeIds::kMeridianDescription, "DESCRIPTION"),
+    TextItem(TreeIds::kMeridianLongitude, "LONGITUDE"),
+    SubobjectItem(TreeIds::kMeridianUnit, kAngularUnit, "UNIT_AUTOKEY"),
+    CodeItem(TreeIds::kGeoTiffPrimeMeridian, ParamTag::kGeoTiff)};
 constexpr std::array kPrimeMeridianEquality{kByFoldedName,
                                             EqualityColumn{"UNIT_AUTOKEY", Compare::kInteger},
                                             EqualityColumn{"LONGITUDE", Compare::kText}};
 constexpr std::array kPrimeMeridianUsers{UsedByScan{kReferenceSystem, "PRIME_MERIDIAN_AUTOKEY"}};
 
-constexpr std::array kDatumItems{TextItem(5620, "name", "NAME"),
-                                 TextItem(5621, "desc", "DESCRIPTION"),
-                                 TextItem(5622, "abbr", "ABBREVIATION"),
-                                 CodeItem(102006, "GeoTIFF datum", ParamTag::kGeoTiff),
-                                 CodeItem(101003, "MIF/MID datum code", ParamTag::kMif,
-                                          ValueForm::kInteger, BlankRule::kWriteBlank),
-                                 SubobjectItem(1102, kDatumShift, "DATUM_SHIFT_AUTOKEY"),
-                                 SubobjectItem(5610, kEllipsoid, "ELLIPSOID_AUTOKEY")};
+constexpr std::array kDatumItems{
+    TextItem(TreeIds::kDatumName, "NAME"),
+    TextItem(TreeIds::kDatumDescription, "DESCRIPTION"),
+    TextItem(TreeIds::kDatumAbbreviation, "ABBREVIATION"),
+    CodeItem(TreeIds::kGeoTiffDatum, ParamTag::kGeoTiff),
+    CodeItem(TreeIds::kMifDatum, ParamTag::kMif, ValueForm::kInteger, BlankRule::kWriteBlank),
+    SubobjectItem(TreeIds::kDatumShift, kDatumShift, "DATUM_SHIFT_AUTOKEY"),
+    SubobjectItem(TreeIds::kDatumEllipsoid, kEllipsoid, "ELLIPSOID_AUTOKEY")};
 constexpr std::array kDatumEquality{kByFoldedName,
                                     EqualityColumn{"ELLIPSOID_AUTOKEY", Compare::kInteger},
                                     EqualityColumn{"DATUM_SHIFT_AUTOKEY", Compare::kInteger}};
@@ -95,20 +100,21 @@ constexpr std::array kDatumUsers{UsedByScan{kReferenceSystem, "DATUM_AUTOKEY"}};
 
 // Datum shifts. These are the members of the seven-parameter kinds; the kind with three has some
 // of them, in an order of its own.
-constexpr std::array kDatumShiftItems{TextItem(5420, "name", "NAME"),
-                                      TextItem(5421, "desc", "DESCRIPTION"),
-                                      TextItem(5422, "abbr", "ABBREVIATION"),
-                                      TextItem(5461, "Tx", "TX"),
-                                      TextItem(5462, "Ty", "TY"),
-                                      TextItem(5463, "Tz", "TZ"),
-                                      TextItem(5464, "Rx", "RX"),
-                                      TextItem(5465, "Ry", "RY"),
-                                      TextItem(5466, "Rz", "RZ"),
-                                      TextItem(5467, "S", "S"),
-                                      SubobjectItem(5443, kDatumShiftType, "TYPE"),
-                                      SubobjectItem(5440, kLinearUnit, "LINEAR_UNIT_AUTOKEY"),
-                                      SubobjectItem(5441, kAngularUnit, "ANGULAR_UNIT_AUTOKEY"),
-                                      SubobjectItem(5442, kScaleUnit, "SCALE_UNIT_AUTOKEY")};
+constexpr std::array kDatumShiftItems{
+    TextItem(TreeIds::kShiftName, "NAME"),
+    TextItem(TreeIds::kShiftDescription, "DESCRIPTION"),
+    TextItem(TreeIds::kShiftAbbreviation, "ABBREVIATION"),
+    TextItem(TreeIds::kShiftTx, "TX"),
+    TextItem(TreeIds::kShiftTy, "TY"),
+    TextItem(TreeIds::kShiftTz, "TZ"),
+    TextItem(TreeIds::kShiftRx, "RX"),
+    TextItem(TreeIds::kShiftRy, "RY"),
+    TextItem(TreeIds::kShiftRz, "RZ"),
+    TextItem(TreeIds::kShiftS, "S"),
+    SubobjectItem(TreeIds::kShiftType, kDatumShiftType, "TYPE"),
+    SubobjectItem(TreeIds::kShiftLinearUnit, kLinearUnit, "LINEAR_UNIT_AUTOKEY"),
+    SubobjectItem(TreeIds::kShiftAngularUnit, kAngularUnit, "ANGULAR_UNIT_AUTOKEY"),
+    SubobjectItem(TreeIds::kShiftScaleUnit, kScaleUnit, "SCALE_UNIT_AUTOKEY")};
 constexpr std::array kDatumShiftEquality{kByFoldedName,
                                          EqualityColumn{"TYPE", Compare::kInteger},
                                          EqualityColumn{"LINEAR_UNIT_AUTOKEY", Compare::kInteger},
@@ -123,33 +129,33 @@ constexpr std::array kDatumShiftEquality{kByFoldedName,
                                          EqualityColumn{"S", Compare::kText}};
 constexpr std::array kDatumShiftUsers{UsedByScan{kDatum, "DATUM_SHIFT_AUTOKEY"}};
 
-constexpr std::array kDatumShiftTypeItems{IntegerItem(5701, "type", "TYPE"),
-                                          TextItem(5702, "name", "NAME"),
-                                          TextItem(5703, "desc", "DESCRIPTION")};
+constexpr std::array kDatumShiftTypeItems{IntegerItem(TreeIds::kShiftTypeNumber, "TYPE"),
+                                          TextItem(TreeIds::kShiftTypeName, "NAME"),
+                                          TextItem(TreeIds::kShiftTypeDescription, "DESCRIPTION")};
 
 // Map projections. The parameters stand between the axes and the units, as the data of the type
 // says; swap and sign stand twice, and only the first of each is read back.
 constexpr std::array kMapProjectionItems{
-    IntegerItem(6001, "type", "TYPE"),
-    TextItem(6020, "name", "NAME"),
-    TextItem(6021, "description", "DESCRIPTION"),
-    TextItem(6022, "coord abbr", "COORD1_ABBR", 0),
-    TextItem(6022, "coord abbr", "COORD2_ABBR", 1),
-    TextItem(6023, "coord desc", "COORD1_DESC", 0),
-    TextItem(6023, "coord desc", "COORD2_DESC", 1),
-    IntegerItem(6024, "coord sign", "COORD1_SIGN", 0),
-    IntegerItem(6024, "coord sign", "COORD2_SIGN", 1),
-    IntegerItem(6025, "swap coords", "SWAP_COORDS"),
-    With(SubobjectItem(5800, kMapProjectionType, "TYPE"), kWriteOnly),
-    With(IntegerItem(1400, "swap", "SWAP_COORDS"), kWriteOnly),
-    With(IntegerItem(1401, "sign", "COORD1_SIGN", 0), kWriteOnly),
-    With(IntegerItem(1401, "sign", "COORD2_SIGN", 1), kWriteOnly),
-    OwnItem(kProjectionParameterOwner),
-    SubobjectItem(6091, kLinearUnit, "LINEAR_UNIT_AUTOKEY", true),
-    SubobjectItem(6090, kAngularUnit, "ANGULAR_UNIT_AUTOKEY", true),
-    SubobjectItem(6092, kScaleUnit, "SCALE_UNIT_AUTOKEY", true),
-    CodeItem(102007, "GeoTIFF map projection", ParamTag::kGeoTiff),
-    OwnItem(102008)};
+    IntegerItem(TreeIds::kProjectionMethod, "TYPE"),
+    TextItem(TreeIds::kProjectionName, "NAME"),
+    TextItem(TreeIds::kProjectionDescription, "DESCRIPTION"),
+    TextItem(TreeIds::kProjectionAxis, "COORD1_ABBR", 0),
+    TextItem(TreeIds::kProjectionAxis, "COORD2_ABBR", 1),
+    TextItem(TreeIds::kProjectionDirection, "COORD1_DESC", 0),
+    TextItem(TreeIds::kProjectionDirection, "COORD2_DESC", 1),
+    IntegerItem(TreeIds::kProjectionSign, "COORD1_SIGN", 0),
+    IntegerItem(TreeIds::kProjectionSign, "COORD2_SIGN", 1),
+    IntegerItem(TreeIds::kProjectionSwap, "SWAP_COORDS"),
+    With(SubobjectItem(TreeIds::kProjectionType, kMapProjectionType, "TYPE"), kWriteOnly),
+    With(IntegerItem(TreeIds::kSwap, "SWAP_COORDS"), kWriteOnly),
+    With(IntegerItem(TreeIds::kSign, "COORD1_SIGN", 0), kWriteOnly),
+    With(IntegerItem(TreeIds::kSign, "COORD2_SIGN", 1), kWriteOnly),
+    OwnItem(TreeIds::kProjectionParameters),
+    SubobjectItem(TreeIds::kProjectionLinearUnit, kLinearUnit, "LINEAR_UNIT_AUTOKEY", true),
+    SubobjectItem(TreeIds::kProjectionAngularUnit, kAngularUnit, "ANGULAR_UNIT_AUTOKEY", true),
+    SubobjectItem(TreeIds::kProjectionScaleUnit, kScaleUnit, "SCALE_UNIT_AUTOKEY", true),
+    CodeItem(TreeIds::kGeoTiffProjection, ParamTag::kGeoTiff),
+    OwnItem(TreeIds::kGeoTiffProjectionType)};
 constexpr std::array kMapProjectionEquality{
     kByFoldedName,
     EqualityColumn{"TYPE", Compare::kInteger},
@@ -162,21 +168,26 @@ constexpr std::array kMapProjectionEquality{
 constexpr std::array kMapProjectionUsers{UsedByScan{kReferenceSystem, "MAP_PROJ_AUTOKEY"}};
 
 constexpr std::array kMapProjectionTypeItems{
-    IntegerItem(5801, "type", "TYPE"), With(TextItem(5802, "name", "NAME"), kWriteOnly),
-    With(TextItem(5803, "desc", "DESCRIPTION"), kWriteOnly), OwnItem(5830)};
+    IntegerItem(TreeIds::kProjectionTypeNumber, "TYPE"),
+    With(TextItem(TreeIds::kProjectionTypeName, "NAME"), kWriteOnly),
+    With(TextItem(TreeIds::kProjectionTypeDescription, "DESCRIPTION"), kWriteOnly),
+    OwnItem(TreeIds::kProjectionTypeParameter)};
 
 constexpr std::array kReferenceSystemTypeItems{
-    IntegerItem(2001, "type", "TYPE"),         TextItem(2002, "name", "NAME"),
-    TextItem(2003, "desc", "DESCRIPTION"),     TextItem(2004, "coord", "COORD1_ABBR", 0),
-    TextItem(2004, "coord", "COORD2_ABBR", 1), TextItem(2004, "coord", "COORD3_ABBR", 2),
-    IntegerItem(2005, "swap", "SWAP_COORDS")};
+    IntegerItem(TreeIds::kSystemTypeNumber, "TYPE"),
+    TextItem(TreeIds::kSystemTypeName, "NAME"),
+    TextItem(TreeIds::kSystemTypeDescription, "DESCRIPTION"),
+    TextItem(TreeIds::kSystemTypeAxis, "COORD1_ABBR", 0),
+    TextItem(TreeIds::kSystemTypeAxis, "COORD2_ABBR", 1),
+    TextItem(TreeIds::kSystemTypeAxis, "COORD3_ABBR", 2),
+    IntegerItem(TreeIds::kSystemTypeSwap, "SWAP_COORDS")};
 
 // Reference systems. This is the head that all kinds share; the kinds' bodies stand with the
 // processor. Each kind compares the columns that it has, and its heights beside them.
 constexpr std::array kReferenceSystemItems{
-    TextItem(1020, "name", "NAME"), TextItem(1021, "desc", "DESCRIPTION"),
-    TextItem(1022, "abbr", "ABBREVIATION"), IntegerItem(1100, "type", "TYPE"),
-    With(SubobjectItem(2000, kReferenceSystemType, "TYPE"), kWriteOnly)};
+    TextItem(TreeIds::kName, "NAME"), TextItem(TreeIds::kDescription, "DESCRIPTION"),
+    TextItem(TreeIds::kAbbreviation, "ABBREVIATION"), IntegerItem(TreeIds::kKind, "TYPE"),
+    With(SubobjectItem(TreeIds::kSystemType, kReferenceSystemType, "TYPE"), kWriteOnly)};
 constexpr std::array kReferenceSystemEquality{
     kByFoldedName,
     EqualityColumn{"TYPE", Compare::kInteger},
@@ -197,61 +208,72 @@ constexpr std::array kReferenceSystemUsers{
 
 // Height systems. All have the texts and the kind; the kind tells which of the others.
 constexpr std::array kVerticalItems{
-    TextItem(1502, "name", "NAME"),
-    TextItem(1503, "description", "DESCRIPTION"),
-    TextItem(1504, "abbreviation", "ABBREVIATION"),
-    IntegerItem(1501, "type", "VDATA_TYPE"),
-    With(IntegerItem(1512, "crc32", "VDATA_CRC32"), kByRule),
-    OwnItem(1511, "table"),
-    With(TextItem(1513, "offset", "VDATA_OFFSET"), kByRule),
-    With(SubobjectItem(1514, kLinearUnit, "VDATA_UNIT_AUTOKEY"), kByRule),
-    With(TextItem(1515, "extents North", "VDATA_EXTENTS_NORTH"), kByRule),
-    With(TextItem(1516, "extents East", "VDATA_EXTENTS_EAST"), kByRule),
-    With(TextItem(1517, "extents South", "VDATA_EXTENTS_SOUTH"), kByRule),
-    With(TextItem(1518, "extents West", "VDATA_EXTENTS_WEST"), kByRule),
-    With(TextItem(1519, "cell North-South", "VDATA_CELL_NORTH_SOUTH"), kByRule),
-    With(TextItem(1520, "cell East-West", "VDATA_CELL_EAST_WEST"), kByRule)};
+    TextItem(TreeIds::kHeightSystemName, "NAME"),
+    TextItem(TreeIds::kHeightSystemDescription, "DESCRIPTION"),
+    TextItem(TreeIds::kHeightSystemAbbreviation, "ABBREVIATION"),
+    IntegerItem(TreeIds::kHeightSystemKind, "VDATA_TYPE"),
+    With(IntegerItem(TreeIds::kHeightSystemChecksum, "VDATA_CRC32"), kByRule),
+    OwnItem(TreeIds::kHeightSystemTable),
+    With(TextItem(TreeIds::kHeightSystemOffset, "VDATA_OFFSET"), kByRule),
+    With(SubobjectItem(TreeIds::kHeightSystemUnit, kLinearUnit, "VDATA_UNIT_AUTOKEY"), kByRule),
+    With(TextItem(TreeIds::kHeightSystemNorth, "VDATA_EXTENTS_NORTH"), kByRule),
+    With(TextItem(TreeIds::kHeightSystemEast, "VDATA_EXTENTS_EAST"), kByRule),
+    With(TextItem(TreeIds::kHeightSystemSouth, "VDATA_EXTENTS_SOUTH"), kByRule),
+    With(TextItem(TreeIds::kHeightSystemWest, "VDATA_EXTENTS_WEST"), kByRule),
+    With(TextItem(TreeIds::kHeightSystemCellNorthSouth, "VDATA_CELL_NORTH_SOUTH"), kByRule),
+    With(TextItem(TreeIds::kHeightSystemCellEastWest, "VDATA_CELL_EAST_WEST"), kByRule)};
 
 constexpr std::span<const UsedByScan> kNoUsers{};
 
 constexpr std::array<ObjectDescriptor, 13> kDescriptors{{
-    {kReferenceSystem, TableId::kRefSystem, "reference system", "reference system",
+    {kReferenceSystem, TableId::kRefSystem, "reference system", TreeIds::kPrimary.label,
      TextId::kReferenceSystem, kReferenceSystemItems, kReferenceSystemEquality,
      kReferenceSystemUsers, kNameAndDescription},
-    {kDatum, TableId::kDatum, "datum", "datum", TextId::kDatum, kDatumItems, kDatumEquality,
-     kDatumUsers, kNameAndDescription},
-    {kEllipsoid, TableId::kEllipsoid, "ellipsoid", "ellipsoid", TextId::kEllipsoid, kEllipsoidItems,
-     kEllipsoidEquality, kEllipsoidUsers, kNameAndDescription},
-    {kDatumShift, TableId::kDatumShift, "datum shift", "datum shift", TextId::kDatumShift,
-     kDatumShiftItems, kDatumShiftEquality, kDatumShiftUsers, kNameAndDescription},
-    {kPrimeMeridian, TableId::kPrimeMeridian, "prime meridian", "prime meridian",
+    {kDatum, TableId::kDatum, "datum", TreeIds::kDatum.label, TextId::kDatum, kDatumItems,
+     kDatumEquality, kDatumUsers, kNameAndDescription},
+    {kEllipsoid, TableId::kEllipsoid, "ellipsoid", TreeIds::kEllipsoid.label, TextId::kEllipsoid,
+     kEllipsoidItems, kEllipsoidEquality, kEllipsoidUsers, kNameAndDescription},
+    {kDatumShift, TableId::kDatumShift, "datum shift", TreeIds::kDatumShift.label,
+     TextId::kDatumShift, kDatumShiftItems, kDatumShiftEquality, kDatumShiftUsers,
+     kNameAndDescription},
+    {kPrimeMeridian, TableId::kPrimeMeridian, "prime meridian", TreeIds::kPrimeMeridian.label,
      TextId::kPrimeMeridian, kPrimeMeridianItems, kPrimeMeridianEquality, kPrimeMeridianUsers,
      kNameAndDescription},
-    {kMapProjection, TableId::kMapProj, "map projection", "PROJECTION", TextId::kMapProjection,
-     kMapProjectionItems, kMapProjectionEquality, kMapProjectionUsers, kNameAndDescription},
-    {kDatumShiftType, TableId::kDatumShiftType, "datum shift type", "datum shift type",
-     TextId::kDatumShiftType, kDatumShiftTypeItems, kByType, kNoUsers, kNameAndDescription},
-    {kLinearUnit, TableId::kLinearUnit, "linear unit", "linear unit", TextId::kLinearUnit,
-     kLinearUnitItems, kUnitEquality, kLinearUnitUsers, kNameAndDescription},
-    {kScaleUnit, TableId::kScaleUnit, "scale unit", "scale unit", TextId::kScaleUnit, kUnitFields,
-     kUnitEquality, kScaleUnitUsers, kNameAndDescription},
-    {kAngularUnit, TableId::kAngularUnit, "angular unit", "angular unit", TextId::kAngularUnit,
-     kAngularUnitItems, kUnitEquality, kAngularUnitUsers, kAngularUnitInfo},
-    {kMapProjectionType, TableId::kMapProjType, "map projection type", "map proj type",
-     TextId::kMapProjectionType, kMapProjectionTypeItems, kByType, kNoUsers, kNameAndDescription},
-    {kReferenceSystemType, TableId::kRefSystemType, "reference system type", "refsystem type",
-     TextId::kReferenceSystemType, kReferenceSystemTypeItems, kByType, kNoUsers,
+    {kMapProjection, TableId::kMapProj, "map projection", TreeIds::kProjection.label,
+     TextId::kMapProjection, kMapProjectionItems, kMapProjectionEquality, kMapProjectionUsers,
      kNameAndDescription},
+    {kDatumShiftType, TableId::kDatumShiftType, "datum shift type", TreeIds::kShiftType.label,
+     TextId::kDatumShiftType, kDatumShiftTypeItems, kByType, kNoUsers, kNameAndDescription},
+    {kLinearUnit, TableId::kLinearUnit, "linear unit", TreeIds::kLinearUnit.label,
+     TextId::kLinearUnit, kLinearUnitItems, kUnitEquality, kLinearUnitUsers, kNameAndDescription},
+    {kScaleUnit, TableId::kScaleUnit, "scale unit", TreeIds::kShiftScaleUnit.label,
+     TextId::kScaleUnit, kUnitFields, kUnitEquality, kScaleUnitUsers, kNameAndDescription},
+    {kAngularUnit, TableId::kAngularUnit, "angular unit", TreeIds::kAngularUnit.label,
+     TextId::kAngularUnit, kAngularUnitItems, kUnitEquality, kAngularUnitUsers, kAngularUnitInfo},
+    {kMapProjectionType, TableId::kMapProjType, "map projection type",
+     TreeIds::kProjectionType.label, TextId::kMapProjectionType, kMapProjectionTypeItems, kByType,
+     kNoUsers, kNameAndDescription},
+    {kReferenceSystemType, TableId::kRefSystemType, "reference system type",
+     TreeIds::kSystemType.label, TextId::kReferenceSystemType, kReferenceSystemTypeItems, kByType,
+     kNoUsers, kNameAndDescription},
     {kVerticalReferenceSystem,
      TableId::kVerticalRefSystem,
      "height system",
-     "height system",
+     TreeIds::kHeightSystem.label,
      TextId::kVerticalReferenceSystem,
      kVerticalItems,
      {},
      kNoUsers,
      kNameAndDescription},
 }};
+
+// A subtree bears the label of its object's type, wherever it stands.
+consteval bool IsLabelOf(std::string_view label, TObjectType type) {
+  for (const ObjectDescriptor& descriptor : kDescriptors) {
+    if (descriptor.type == type) return descriptor.subtreeLabel == label;
+  }
+  return false;
+}
 
 // The rows run by code, and every member names what its kind needs.
 consteval bool DescriptorsAreConsistent() {
@@ -262,6 +284,7 @@ consteval bool DescriptorsAreConsistent() {
     for (const TreeItem& item : descriptor.items) {
       const bool subobject = item.kind == TreeItem::Kind::kSubobject;
       if (subobject != (item.object != kNone)) return false;
+      if (subobject && !IsLabelOf(item.label, item.object)) return false;
       if (item.kind == TreeItem::Kind::kField && item.column.empty()) return false;
     }
   }

@@ -4,30 +4,14 @@
 #include <span>
 #include <string_view>
 
+#include "database/object_types.h"
 #include "database/table_catalogue.h"
+#include "platform/data/tree_ids.h"
 #include "platform/ui/texts.h"
 
 /// What is true of one object type, as data. The processor base works from these rows; the
 /// command line, the integrity check and the tests read the same.
 namespace QvRefSystem {
-
-/// Codes of the object types; they equal the tags of their tables.
-enum class TObjectType : signed char {
-  kNone = 0,
-  kReferenceSystem = 1,
-  kDatum = 2,
-  kEllipsoid = 3,
-  kDatumShift = 4,
-  kPrimeMeridian = 5,
-  kMapProjection = 6,
-  kDatumShiftType = 7,
-  kLinearUnit = 8,
-  kScaleUnit = 9,
-  kAngularUnit = 10,
-  kMapProjectionType = 11,
-  kReferenceSystemType = 12,
-  kVerticalReferenceSystem = 16
-};
 
 /// OWNER_CONTENT of the parameter values of map projections.
 inline constexpr int kProjectionParameterOwner = 13;
@@ -72,37 +56,47 @@ struct TreeItem {
   BlankRule blank = BlankRule::kSkipBlank;
 };
 
-constexpr TreeItem TextItem(int id, std::string_view label, std::string_view column,
-                            int index = 0) {
-  return {.id = id, .index = index, .label = label, .column = column};
+/// A field whose text is the column's as it stands.
+constexpr TreeItem TextItem(const TreeIds::Item& member, std::string_view column, int index = 0) {
+  return {.id = member.id, .index = index, .label = member.label, .column = column};
 }
-constexpr TreeItem IntegerItem(int id, std::string_view label, std::string_view column,
+/// A field that holds a whole number.
+constexpr TreeItem IntegerItem(const TreeIds::Item& member, std::string_view column,
                                int index = 0) {
-  return {.id = id, .index = index, .label = label, .column = column, .form = ValueForm::kInteger};
+  TreeItem item = TextItem(member, column, index);
+  item.form = ValueForm::kInteger;
+  return item;
 }
-constexpr TreeItem DoubleItem(int id, std::string_view label, std::string_view column) {
-  return {.id = id, .label = label, .column = column, .form = ValueForm::kDouble};
+/// A field that holds a finite number.
+constexpr TreeItem DoubleItem(const TreeIds::Item& member, std::string_view column) {
+  TreeItem item = TextItem(member, column);
+  item.form = ValueForm::kDouble;
+  return item;
 }
-constexpr TreeItem SubobjectItem(int id, TObjectType object, std::string_view column,
-                                 bool optional = false) {
+/// A subtree with the object whose key the column holds.
+constexpr TreeItem SubobjectItem(const TreeIds::Item& member, TObjectType object,
+                                 std::string_view column, bool optional = false) {
   return {.kind = TreeItem::Kind::kSubobject,
-          .id = id,
+          .id = member.id,
+          .label = member.label,
           .column = column,
           .object = object,
           .optional = optional};
 }
-constexpr TreeItem CodeItem(int id, std::string_view label, ParamTag tag,
+/// A field with a code of the object, which lies in a row beside the record.
+constexpr TreeItem CodeItem(const TreeIds::Item& member, ParamTag tag,
                             ValueForm form = ValueForm::kInteger,
                             BlankRule blank = BlankRule::kSkipBlank) {
   return {.kind = TreeItem::Kind::kCode,
-          .id = id,
-          .label = label,
+          .id = member.id,
+          .label = member.label,
           .form = form,
           .tag = tag,
           .blank = blank};
 }
-constexpr TreeItem OwnItem(int id, std::string_view label = {}) {
-  return {.kind = TreeItem::Kind::kOwn, .id = id, .label = label};
+/// A member that the object's processor writes and reads by code of its own.
+constexpr TreeItem OwnItem(const TreeIds::Item& member) {
+  return {.kind = TreeItem::Kind::kOwn, .id = member.id, .label = member.label};
 }
 constexpr TreeItem With(TreeItem item, Reading reading) {
   item.reading = reading;

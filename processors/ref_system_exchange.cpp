@@ -11,12 +11,6 @@
 // built-in geoid, and the unit that a made-up primary system has.
 namespace QvRefSystem {
 
-namespace {
-
-constexpr int kExportId = 101000;
-
-}  // namespace
-
 TQvRfMapProjDataProcessor& TQvRfRefSystemDataProcessor::MapProjections() const {
   return *data_.MapProjProcessor;
 }
@@ -27,20 +21,21 @@ VerticalRecords& TQvRfRefSystemDataProcessor::VerticalSystems() const {
 
 bool TQvRfRefSystemDataProcessor::WriteGeneratedRadian(TStringTree* primary) {
   struct Member {
-    int id;
-    std::string_view label;
+    TreeIds::Item item;
     std::string_view value;
   };
-  static constexpr Member kRadian[] = {{5301, "code", "0"},        {5312, "type", "2"},
-                                       {5310, "f_b", "1"},         {5311, "f_c", "1"},
-                                       {5320, "name", "Radian"},   {5321, "abbr", "rad"},
-                                       {5322, "desc", "Generated"}};
+  static constexpr Member kRadian[] = {
+      {TreeIds::kUnitCode, "0"},
+      {TreeIds::kUnitKind, "2"},
+      {TreeIds::kUnitFactorB, "1"},
+      {TreeIds::kUnitFactorC, "1"},
+      {TreeIds::kUnitName, TreeIds::kGeneratedUnitName},
+      {TreeIds::kUnitAbbreviation, TreeIds::kGeneratedUnitAbbreviation},
+      {TreeIds::kUnitDescription, TreeIds::kGeneratedUnitDescription}};
   TStringTree* unit = primary;
-  if (!EnsureSubtree(primary, 1106, 0, "angular unit") || !EnterSubtree(&unit, 1106, 0)) {
-    return false;
-  }
+  if (!AddSubtree(&unit, TreeIds::kAngularUnit)) return false;
   for (const Member& member : kRadian) {
-    if (!EnsureField(unit, member.id, 0, member.value, member.label)) return false;
+    if (!EnsureField(unit, member.item, member.value)) return false;
   }
   return true;
 }
@@ -49,13 +44,13 @@ bool TQvRfRefSystemDataProcessor::WriteSystemGeoid(TStringTree* tree, int code) 
   std::string name;
   if (!GetSystemGeoidName(code, &name)) return false;
   TStringTree* geoid = tree;
-  return EnsureSubtree(tree, 1500, 0,
-                       DescriptorOf(TObjectType::kVerticalReferenceSystem).typeName) &&
-         EnterSubtree(&geoid, 1500, 0) && EnsureField(geoid, 1502, 0, name, "name") &&
-         EnsureField(geoid, 1503, 0, "SystemGeoid; Code=" + std::to_string(code), "description") &&
-         EnsureField(geoid, 1504, 0, name, "abbreviation") &&
-         EnsureField(geoid, 1501, 0, std::to_string(kSystemGeoid), "type") &&
-         EnsureField(geoid, 1521, 0, std::to_string(code), "code");
+  return AddSubtree(&geoid, TreeIds::kHeightSystem) &&
+         EnsureField(geoid, TreeIds::kHeightSystemName, name) &&
+         EnsureField(geoid, TreeIds::kHeightSystemDescription,
+                     "SystemGeoid; Code=" + std::to_string(code)) &&
+         EnsureField(geoid, TreeIds::kHeightSystemAbbreviation, name) &&
+         EnsureField(geoid, TreeIds::kHeightSystemKind, std::to_string(static_cast<int>(HeightKind::kSystemGeoid))) &&
+         EnsureField(geoid, TreeIds::kHeightSystemCode, std::to_string(code));
 }
 
 void TQvRfRefSystemDataProcessor::WriteMifExport(TStringTree* tree, const Record& record) {
@@ -63,12 +58,11 @@ void TQvRfRefSystemDataProcessor::WriteMifExport(TStringTree* tree, const Record
   bool whole = false;
   try {
     TStringTree* exported = tree;
-    whole = EnsureSubtree(tree, kExportId, 0, "MIF/MID export subtree") &&
-            EnterSubtree(&exported, kExportId, 0) && FillMifExport(tree, exported, record);
+    whole = AddSubtree(&exported, TreeIds::kMifExport) && FillMifExport(tree, exported, record);
   } catch (const std::exception&) {
     whole = false;
   }
-  if (!whole) RemoveSubtree(tree, kExportId, 0);
+  if (!whole) RemoveSubtree(tree, TreeIds::kMifExport.id, TreeIds::kMifExport.index);
 }
 
 bool TQvRfRefSystemDataProcessor::FillMifExport(TStringTree* tree, TStringTree* exported,
@@ -91,8 +85,9 @@ bool TQvRfRefSystemDataProcessor::WriteMifUnit(TStringTree* exported, const Reco
       FindCode(static_cast<int>(TObjectType::kLinearUnit), record.linearUnit, ParamTag::kMif);
   if (name == nullptr || name->empty()) return false;
   return EnsureField(
-      exported, 101002, 0, *name,
-      record.kind == kGeodetic ? "MIF/MID unit (angular?!) name" : "MIF/MID unit (linear) name");
+      exported,
+      record.kind == kGeodetic ? TreeIds::kMifExportAngularUnit : TreeIds::kMifExportLinearUnit,
+      *name);
 }
 
 bool TQvRfRefSystemDataProcessor::WriteMifGeodeticType(TStringTree* tree, TStringTree* exported) {
@@ -106,8 +101,8 @@ bool TQvRfRefSystemDataProcessor::WriteMifGeodeticType(TStringTree* tree, TStrin
     return false;
   }
   const std::string text = std::to_string(code);
-  EnsureField(tree, 101001, 0, text, "MIF/MID reference system type");
-  return EnsureField(exported, 101001, 0, text, "MIF/MID reference system type");
+  EnsureField(tree, TreeIds::kMifSystemType, text);
+  return EnsureField(exported, TreeIds::kMifSystemType, text);
 }
 
 bool TQvRfRefSystemDataProcessor::WriteMifDatum(TStringTree* exported, const Record& record) {
@@ -115,7 +110,7 @@ bool TQvRfRefSystemDataProcessor::WriteMifDatum(TStringTree* exported, const Rec
       FindCode(static_cast<int>(TObjectType::kDatum), record.datum, ParamTag::kMif);
   int code = -1;
   if (value != nullptr && QvPlatform::TextToInteger(*value, &code) && code >= 0) {
-    return EnsureField(exported, 101003, 0, std::to_string(code), "MIF/MID datum code");
+    return EnsureField(exported, TreeIds::kMifDatum, std::to_string(code));
   }
   TQvRfDatumDataProcessor& datums = *data_.DatumProcessor;
   return datums.LocateKey(record.datum) && datums.WriteMifUserDatumEllipsoid(exported);

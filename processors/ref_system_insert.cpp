@@ -9,7 +9,7 @@ namespace QvRefSystem {
 
 bool TQvRfRefSystemDataProcessor::ReadContent(TStringTree* tree, RecordImage* image) {
   if (!ReadItems(tree, Descriptor().items, image) ||
-      !ReadColumns(tree, 1025, columns_.axes, image)) {
+      !ReadColumns(tree, TreeIds::kAxis.id, columns_.axes, image)) {
     return false;
   }
   const Kind* kind = KindOf(image->Integer(columns_.type));
@@ -22,48 +22,54 @@ bool TQvRfRefSystemDataProcessor::ReadStep(TStringTree* tree, Step step, RecordI
   switch (step) {
     case kSwap: {
       int swap = 0;
-      if (!tree->GetInteger(1400, 0, &swap)) return false;
+      if (!GetInteger(*tree, TreeIds::kSwap, &swap)) return false;
       image->SetInteger(columns_.swap, swap);
       return true;
     }
     case kLinearUnit:
-      return StoreInto(tree, TObjectType::kLinearUnit, 1104, false, columns_.linearUnit, image);
+      return StoreInto(tree, TObjectType::kLinearUnit, TreeIds::kLinearUnit.id, false,
+                       columns_.linearUnit, image);
     case kAngularUnit:
-      return StoreInto(tree, TObjectType::kAngularUnit, 1106, false, columns_.angularUnit, image);
+      return StoreInto(tree, TObjectType::kAngularUnit, TreeIds::kAngularUnit.id, false,
+                       columns_.angularUnit, image);
     case kHeightsWithUnit: {
       TStringTree* heights = tree;
-      return EnterSubtree(&heights, 1201, 0) &&
-             StoreInto(heights, TObjectType::kLinearUnit, 1104, false, columns_.linearUnit, image);
+      return EnterSubtree(&heights, TreeIds::kVertical) &&
+             StoreInto(heights, TObjectType::kLinearUnit, TreeIds::kLinearUnit.id, false,
+                       columns_.linearUnit, image);
     }
     case kPrimeMeridian:
-      return StoreInto(tree, TObjectType::kPrimeMeridian, 1101, false, columns_.primeMeridian,
-                       image);
+      return StoreInto(tree, TObjectType::kPrimeMeridian, TreeIds::kPrimeMeridian.id, false,
+                       columns_.primeMeridian, image);
     case kEllipsoid:
-      return StoreInto(tree, TObjectType::kEllipsoid, 1103, false, columns_.ellipsoid, image);
+      return StoreInto(tree, TObjectType::kEllipsoid, TreeIds::kEllipsoid.id, false,
+                       columns_.ellipsoid, image);
     case kDatumIfAny:
-      return StoreInto(tree, TObjectType::kDatum, 1107, true, columns_.datum, image);
+      return StoreInto(tree, TObjectType::kDatum, TreeIds::kDatum.id, true, columns_.datum, image);
     case kDatumOrEllipsoid:
       return ReadDatumOrEllipsoid(tree, image);
     case kPositiveLongitude: {
       int flag = 0;
-      if (tree->GetInteger(1111, 0, &flag) && flag != 0) image->Beside[1111] = "1";
+      if (GetInteger(*tree, TreeIds::kPositiveLongitude, &flag) && flag != 0)
+        image->Beside[TreeIds::kPositiveLongitude.id] = "1";
       return true;
     }
     case kProjection:
-      return StoreInto(tree, TObjectType::kMapProjection, 1300, false, columns_.mapProjection,
-                       image);
+      return StoreInto(tree, TObjectType::kMapProjection, TreeIds::kProjection.id, false,
+                       columns_.mapProjection, image);
     case kPrimary:
-      return StoreInto(tree, TObjectType::kReferenceSystem, 1121, false, columns_.primary, image);
+      return StoreInto(tree, TObjectType::kReferenceSystem, TreeIds::kPrimary.id, false,
+                       columns_.primary, image);
     case kOptionalPrimary:
       return ReadOptionalPrimary(tree, image);
     case kPlaneOrigin:
       return data_.ShowImportExport ||
-             ReadColumns(tree, 1120, std::span(columns_.origin).first(2), image);
+             ReadColumns(tree, TreeIds::kOrigin.id, std::span(columns_.origin).first(2), image);
     case kSpaceOrigin:
-      return ReadColumns(tree, 1120, columns_.origin, image);
+      return ReadColumns(tree, TreeIds::kOrigin.id, columns_.origin, image);
     case kAzimuth: {
       std::string azimuth;
-      (void)tree->GetString(1122, 0, &azimuth);
+      (void)GetString(*tree, TreeIds::kAzimuth, &azimuth);
       image->SetText(columns_.azimuth, std::move(azimuth));
       return true;
     }
@@ -99,13 +105,15 @@ bool TQvRfRefSystemDataProcessor::StoreInto(TStringTree* tree, TObjectType objec
 
 bool TQvRfRefSystemDataProcessor::ReadDatumOrEllipsoid(TStringTree* tree, RecordImage* image) {
   TStringTree* datum = tree;
-  if (!EnterSubtree(&datum, 1107, 0)) {
+  if (!EnterSubtree(&datum, TreeIds::kDatum)) {
     image->SetInteger(columns_.datum, 0);
-    return StoreInto(tree, TObjectType::kEllipsoid, 1103, false, columns_.ellipsoid, image);
+    return StoreInto(tree, TObjectType::kEllipsoid, TreeIds::kEllipsoid.id, false,
+                     columns_.ellipsoid, image);
   }
   // The system keeps the key of its datum's ellipsoid beside that of the datum.
-  return StoreInto(tree, TObjectType::kDatum, 1107, false, columns_.datum, image) &&
-         StoreInto(datum, TObjectType::kEllipsoid, 5610, false, columns_.ellipsoid, image);
+  return StoreInto(tree, TObjectType::kDatum, TreeIds::kDatum.id, false, columns_.datum, image) &&
+         StoreInto(datum, TObjectType::kEllipsoid, TreeIds::kDatumEllipsoid.id, false,
+                   columns_.ellipsoid, image);
 }
 
 bool TQvRfRefSystemDataProcessor::ReadOptionalPrimary(TStringTree* tree, RecordImage* image) {
@@ -113,28 +121,31 @@ bool TQvRfRefSystemDataProcessor::ReadOptionalPrimary(TStringTree* tree, RecordI
   TStringTree* primary = tree;
   int code = 0;
   // Only a primary with a code of its own is a system to keep; one made up for the way is not.
-  if (!EnterSubtree(&primary, 1121, 0) || !primary->GetInteger(102005, 0, &code) || code == 0) {
+  if (!EnterSubtree(&primary, TreeIds::kPrimary) ||
+      !GetInteger(*primary, TreeIds::kGeoTiffSystem, &code) || code == 0) {
     return true;
   }
-  return StoreInto(tree, TObjectType::kReferenceSystem, 1121, false, columns_.primary, image);
+  return StoreInto(tree, TObjectType::kReferenceSystem, TreeIds::kPrimary.id, false,
+                   columns_.primary, image);
 }
 
 bool TQvRfRefSystemDataProcessor::ReadVertical(TStringTree* tree, RecordImage* image) {
   image->SetInteger(columns_.verticalSystem, 0);
   image->SetInteger(columns_.verticalCode, 0);
   TStringTree* vertical = tree;
-  if (!EnterSubtree(&vertical, 1500, 0)) return true;
+  if (!EnterSubtree(&vertical, TreeIds::kHeightSystem)) return true;
   int kind = 0;
-  if (!vertical->GetInteger(1501, 0, &kind)) return false;
+  if (!GetInteger(*vertical, TreeIds::kHeightSystemKind, &kind)) return false;
   if (VerticalRecords::IsStoredKind(kind)) {
     // Heights that are not whole leave a system of ellipsoidal heights.
     int key = 0;
-    (void)StoreSubobject(tree, TObjectType::kVerticalReferenceSystem, 1500, true, &key);
+    (void)StoreSubobject(tree, TObjectType::kVerticalReferenceSystem, TreeIds::kHeightSystem.id,
+                         true, &key);
     image->SetInteger(columns_.verticalSystem, key);
     return true;
   }
   int code = 0;
-  if (!vertical->GetInteger(1521, 0, &code)) return false;
+  if (!GetInteger(*vertical, TreeIds::kHeightSystemCode, &code)) return false;
   image->SetInteger(columns_.verticalCode, code);
   return true;
 }
@@ -142,7 +153,8 @@ bool TQvRfRefSystemDataProcessor::ReadVertical(TStringTree* tree, RecordImage* i
 bool TQvRfRefSystemDataProcessor::IsEqualBeside(const RecordImage& image,
                                                 QvPlatform::RowView row) const {
   if (image.Integer(columns_.type) == kGeodetic &&
-      IsPositiveLongitude(row.GetInteger(Column("AUTOKEY"))) != image.Beside.contains(1111)) {
+      IsPositiveLongitude(row.GetInteger(Column("AUTOKEY"))) !=
+          image.Beside.contains(TreeIds::kPositiveLongitude.id)) {
     return false;
   }
   return HasSameHeights(image, row);
@@ -169,11 +181,12 @@ void TQvRfRefSystemDataProcessor::DropBeside(const RecordImage& image) {
 void TQvRfRefSystemDataProcessor::AppendBeside(TStringTree* tree, const RecordImage& image,
                                                int key) {
   const int kind = image.Integer(columns_.type);
-  if (image.Beside.contains(1111)) {
+  if (image.Beside.contains(TreeIds::kPositiveLongitude.id)) {
     AppendParamValue(ObjectType, key, ParamTag::kPositiveLongitude, 0, 0, "1");
   }
   int code = 0;
-  if (kind >= kGeocentric && kind <= kProjected && tree->GetInteger(102005, 0, &code)) {
+  if (kind >= kGeocentric && kind <= kProjected &&
+      GetInteger(*tree, TreeIds::kGeoTiffSystem, &code)) {
     AppendParamValue(ObjectType, key, ParamTag::kGeoTiff, 0, 0, std::to_string(code));
   }
 }

@@ -90,24 +90,28 @@ bool TQvRfRefSystemDataProcessor::WriteStep(TStringTree* tree, Step step, const 
   using enum Step;
   switch (step) {
     case kSwap:
-      return EnsureField(tree, 1400, 0,
-                         std::to_string(DataSet->CurrentRow().GetInteger(columns_.swap)), "swap");
+      return EnsureField(tree, TreeIds::kSwap,
+                         std::to_string(DataSet->CurrentRow().GetInteger(columns_.swap)));
     case kAxes:
-      return WriteColumns(tree, 1025, "axis", columns_.axes);
+      return WriteColumns(tree, TreeIds::kAxis, columns_.axes);
     case kLinearUnit:
-      return WriteSubobject(tree, TObjectType::kLinearUnit, record.linearUnit, 1104);
+      return WriteSubobject(tree, TObjectType::kLinearUnit, record.linearUnit,
+                            TreeIds::kLinearUnit.id);
     case kAngularUnit:
-      return WriteSubobject(tree, TObjectType::kAngularUnit, record.angularUnit, 1106);
+      return WriteSubobject(tree, TObjectType::kAngularUnit, record.angularUnit,
+                            TreeIds::kAngularUnit.id);
     case kHeights:
-      return EnsureSubtree(tree, 1201, 0, kHeightsLabel);
+      return EnsureSubtree(tree, TreeIds::kVertical.id, 0, TreeIds::kVertical.label);
     case kUnitInHeights:
       return WriteUnitInHeights(tree, record, false);
     case kHeightsWithUnit:
       return WriteUnitInHeights(tree, record, true);
     case kPrimeMeridian:
-      return WriteSubobject(tree, TObjectType::kPrimeMeridian, record.primeMeridian, 1101);
+      return WriteSubobject(tree, TObjectType::kPrimeMeridian, record.primeMeridian,
+                            TreeIds::kPrimeMeridian.id);
     case kEllipsoid:
-      return WriteSubobject(tree, TObjectType::kEllipsoid, record.ellipsoid, 1103);
+      return WriteSubobject(tree, TObjectType::kEllipsoid, record.ellipsoid,
+                            TreeIds::kEllipsoid.id);
     case kDatumIfAny:
       return record.datum == 0 || WriteDatumOrEllipsoid(tree, record);
     case kDatumOrEllipsoid:
@@ -115,7 +119,8 @@ bool TQvRfRefSystemDataProcessor::WriteStep(TStringTree* tree, Step step, const 
     case kPositiveLongitude:
       return !IsPositiveLongitude(record.key) || WritePositiveLongitude(tree);
     case kProjection:
-      return WriteSubobject(tree, TObjectType::kMapProjection, record.mapProjection, 1300);
+      return WriteSubobject(tree, TObjectType::kMapProjection, record.mapProjection,
+                            TreeIds::kProjection.id);
     case kMifProjectionType:
       // A projection without a code is no failure.
       if (!MapProjections().LocateKey(record.mapProjection)) return false;
@@ -127,13 +132,13 @@ bool TQvRfRefSystemDataProcessor::WriteStep(TStringTree* tree, Step step, const 
     case kPlaneOrigin:
       // Where systems are exchanged while choosing, local ones carry no origin.
       return data_.ShowImportExport ||
-             WriteColumns(tree, 1120, "origin", std::span(columns_.origin).first(2));
+             WriteColumns(tree, TreeIds::kOrigin, std::span(columns_.origin).first(2));
     case kSpaceOrigin:
-      return WriteColumns(tree, 1120, "origin", columns_.origin);
+      return WriteColumns(tree, TreeIds::kOrigin, columns_.origin);
     case kAzimuth: {
       const std::string_view azimuth =
           QvPlatform::TrimView(DataSet->CurrentRow().GetText(columns_.azimuth));
-      return azimuth.empty() || EnsureField(tree, 1122, 0, azimuth, "azimuth");
+      return azimuth.empty() || EnsureField(tree, TreeIds::kAzimuth, azimuth);
     }
     case kVertical:
       break;  // is written behind the exchange codes
@@ -141,26 +146,29 @@ bool TQvRfRefSystemDataProcessor::WriteStep(TStringTree* tree, Step step, const 
   return true;
 }
 
-bool TQvRfRefSystemDataProcessor::WriteColumns(TStringTree* tree, int id, std::string_view label,
+bool TQvRfRefSystemDataProcessor::WriteColumns(TStringTree* tree, const TreeIds::Item& member,
                                                std::span<const int> columns) {
   const QvPlatform::RowView row = DataSet->CurrentRow();
   int index = 0;
   return std::ranges::all_of(columns, [&](int column) {
-    return EnsureField(tree, id, index++, row.GetString(column), label);
+    return EnsureField(tree, member, index++, row.GetString(column));
   });
 }
 
 bool TQvRfRefSystemDataProcessor::WriteDatumOrEllipsoid(TStringTree* tree, const Record& record) {
-  return record.datum == 0 ? WriteSubobject(tree, TObjectType::kEllipsoid, record.ellipsoid, 1103)
-                           : WriteSubobject(tree, TObjectType::kDatum, record.datum, 1107);
+  return record.datum == 0
+             ? WriteSubobject(tree, TObjectType::kEllipsoid, record.ellipsoid,
+                              TreeIds::kEllipsoid.id)
+             : WriteSubobject(tree, TObjectType::kDatum, record.datum, TreeIds::kDatum.id);
 }
 
 bool TQvRfRefSystemDataProcessor::WriteUnitInHeights(TStringTree* tree, const Record& record,
                                                      bool addSubtree) {
   TStringTree* heights = tree;
-  return (!addSubtree || EnsureSubtree(tree, 1201, 0, kHeightsLabel)) &&
-         EnterSubtree(&heights, 1201, 0) &&
-         WriteSubobject(heights, TObjectType::kLinearUnit, record.linearUnit, 1104);
+  return (!addSubtree || EnsureSubtree(tree, TreeIds::kVertical.id, 0, TreeIds::kVertical.label)) &&
+         EnterSubtree(&heights, TreeIds::kVertical) &&
+         WriteSubobject(heights, TObjectType::kLinearUnit, record.linearUnit,
+                        TreeIds::kLinearUnit.id);
 }
 
 bool TQvRfRefSystemDataProcessor::WritePrimary(TStringTree* tree, const Record& record) {
@@ -168,7 +176,7 @@ bool TQvRfRefSystemDataProcessor::WritePrimary(TStringTree* tree, const Record& 
   // A chain of primaries that comes back to this record would never end.
   if (writing_.contains(record.key)) return false;
   writing_.insert(record.key);
-  const bool written = LocateKey(record.primary) && WriteToTree(tree, 1121, 0);
+  const bool written = LocateKey(record.primary) && WriteToTree(tree, TreeIds::kPrimary.id, 0);
   writing_.erase(record.key);
   return LocateKey(record.key) && written;
 }
@@ -179,15 +187,17 @@ bool TQvRfRefSystemDataProcessor::WriteGeneratedPrimary(TStringTree* tree, const
   TStringTree* primary = tree;
   TQvRfDataProcessor& types = ProcessorOf(TObjectType::kReferenceSystemType);
   const bool written =
-      EnsureSubtree(tree, 1121, 0, "primary reference system") && EnterSubtree(&primary, 1121, 0) &&
-      EnsureField(primary, 1020, 0, "Primary ref. system", "name") &&
-      EnsureField(primary, 1021, 0, "Generated geodetic", "desc") &&
-      EnsureField(primary, 1022, 0, "Primary", "abbr") &&
-      EnsureField(primary, 1100, 0, "4", "type") && types.LocateKey(kGeodetic) &&
-      types.WriteToTree(primary, 2000, 0) && EnsureField(primary, 1025, 0, "Lat", "axis") &&
-      EnsureField(primary, 1025, 1, "Lon", "axis") && EnsureField(primary, 1025, 2, "H", "axis") &&
-      WriteGeneratedRadian(primary) &&
-      WriteSubobject(primary, TObjectType::kPrimeMeridian, record.primeMeridian, 1101) &&
+      AddSubtree(&primary, TreeIds::kGeneratedPrimary) &&
+      EnsureField(primary, TreeIds::kName, TreeIds::kGeneratedPrimaryName) &&
+      EnsureField(primary, TreeIds::kDescription, TreeIds::kGeneratedPrimaryDescription) &&
+      EnsureField(primary, TreeIds::kAbbreviation, TreeIds::kGeneratedPrimaryAbbreviation) &&
+      EnsureField(primary, TreeIds::kKind, std::to_string(kGeodetic)) &&
+      types.LocateKey(kGeodetic) && types.WriteToTree(primary, TreeIds::kSystemType.id, 0) &&
+      EnsureField(primary, TreeIds::kAxis, 0, "Lat") &&
+      EnsureField(primary, TreeIds::kAxis, 1, "Lon") &&
+      EnsureField(primary, TreeIds::kAxis, 2, "H") && WriteGeneratedRadian(primary) &&
+      WriteSubobject(primary, TObjectType::kPrimeMeridian, record.primeMeridian,
+                     TreeIds::kPrimeMeridian.id) &&
       WriteUnitInHeights(primary, record, true) && WriteDatumOrEllipsoid(primary, record);
   // A system that is not stored has no codes yet.
   if (written && record.key != 0) WriteGeoTiffCodes(primary, kGeodetic, record.key);
@@ -196,28 +206,27 @@ bool TQvRfRefSystemDataProcessor::WriteGeneratedPrimary(TStringTree* tree, const
 
 bool TQvRfRefSystemDataProcessor::WriteVertical(TStringTree* tree, const Record& record) {
   if (record.verticalSystem != 0 &&
-      !WriteSubobject(tree, TObjectType::kVerticalReferenceSystem, record.verticalSystem, 1500)) {
+      !WriteSubobject(tree, TObjectType::kVerticalReferenceSystem, record.verticalSystem,
+                      TreeIds::kHeightSystem.id)) {
     return false;
   }
   // A record with both cannot be written: the tree takes no second subtree.
   return record.verticalCode == 0 || WriteSystemGeoid(tree, record.verticalCode);
 }
 
-void TQvRfRefSystemDataProcessor::WriteCode(TStringTree* tree, int id, std::string_view label,
+void TQvRfRefSystemDataProcessor::WriteCode(TStringTree* tree, const TreeIds::Item& member,
                                             const std::string* code) {
-  if (code != nullptr) EnsureField(tree, id, 0, *code, label);
+  if (code != nullptr) EnsureField(tree, member, *code);
 }
 
 void TQvRfRefSystemDataProcessor::WriteGeoTiffCodes(TStringTree* tree, int kind, int owner) {
   constexpr int kTypes = static_cast<int>(TObjectType::kReferenceSystemType);
-  WriteCode(tree, 102001, "GeoTIFF ref.system type",
-            FindFilledCode(kTypes, kind, ParamTag::kGeoTiff));
-  WriteCode(tree, 102005, "GeoTIFF ref.system code",
-            FindFilledCode(ObjectType, owner, ParamTag::kGeoTiff));
+  WriteCode(tree, TreeIds::kGeoTiffSystemType, FindFilledCode(kTypes, kind, ParamTag::kGeoTiff));
+  WriteCode(tree, TreeIds::kGeoTiffSystem, FindFilledCode(ObjectType, owner, ParamTag::kGeoTiff));
 }
 
 bool TQvRfRefSystemDataProcessor::WritePositiveLongitude(TStringTree* tree) {
-  return EnsureField(tree, 1111, 0, "1", "positive longitude");
+  return EnsureField(tree, TreeIds::kPositiveLongitude, "1");
 }
 
 bool TQvRfRefSystemDataProcessor::IsPositiveLongitude(int key) const {

@@ -59,7 +59,7 @@ class TQvRfRefSystemDataProcessor final : public TQvRfDataProcessor {
 
   [[nodiscard]] Record CurrentRecord() const;
   [[nodiscard]] bool WriteStep(TStringTree* tree, Step step, const Record& record);
-  [[nodiscard]] bool WriteColumns(TStringTree* tree, int id, std::string_view label,
+  [[nodiscard]] bool WriteColumns(TStringTree* tree, const TreeIds::Item& member,
                                   std::span<const int> columns);
   [[nodiscard]] bool WriteDatumOrEllipsoid(TStringTree* tree, const Record& record);
   [[nodiscard]] bool WriteUnitInHeights(TStringTree* tree, const Record& record, bool addSubtree);
@@ -70,7 +70,7 @@ class TQvRfRefSystemDataProcessor final : public TQvRfDataProcessor {
   [[nodiscard]] TQvRfMapProjDataProcessor& MapProjections() const;
   [[nodiscard]] VerticalRecords& VerticalSystems() const;
   [[nodiscard]] bool WriteVertical(TStringTree* tree, const Record& record);
-  void WriteCode(TStringTree* tree, int id, std::string_view label, const std::string* code);
+  void WriteCode(TStringTree* tree, const TreeIds::Item& member, const std::string* code);
   void WriteGeoTiffCodes(TStringTree* tree, int kind, int owner);
   [[nodiscard]] bool WritePositiveLongitude(TStringTree* tree);
   [[nodiscard]] bool WriteHead(TStringTree* tree, const UnstoredSystem& system);

@@ -17,8 +17,6 @@ inline constexpr int kGeodetic = static_cast<int>(SystemKind::kGeodetic);
 inline constexpr int kProjected = static_cast<int>(SystemKind::kProjected);
 inline constexpr int kTopocentric = static_cast<int>(SystemKind::kTopocentric);
 
-inline constexpr std::string_view kHeightsLabel = "vertical reference system";
-
 /// One member of a body. Some are written and read alike, some only one way.
 enum class TQvRfRefSystemDataProcessor::Step : unsigned char {
   kSwap,

@@ -34,14 +34,14 @@ bool TQvRfRefSystemDataProcessor::WriteUnstored(TStringTree* tree, const Unstore
 bool TQvRfRefSystemDataProcessor::WriteHead(TStringTree* tree, const UnstoredSystem& system) {
   TQvRfDataProcessor& types = ProcessorOf(TObjectType::kReferenceSystemType);
   const int kind = static_cast<int>(system.kind);
-  const bool written = EnsureField(tree, 1020, 0, system.name, "name") &&
-                       EnsureField(tree, 1021, 0, system.description, "desc") &&
-                       EnsureField(tree, 1022, 0, system.abbreviation, "abbr") &&
-                       EnsureField(tree, 1100, 0, std::to_string(kind), "type") &&
-                       types.LocateKey(kind) && types.WriteToTree(tree, 2000, 0);
+  const bool written = EnsureField(tree, TreeIds::kName, system.name) &&
+                       EnsureField(tree, TreeIds::kDescription, system.description) &&
+                       EnsureField(tree, TreeIds::kAbbreviation, system.abbreviation) &&
+                       EnsureField(tree, TreeIds::kKind, std::to_string(kind)) &&
+                       types.LocateKey(kind) && types.WriteToTree(tree, TreeIds::kSystemType.id, 0);
   int index = 0;
   return written && std::ranges::all_of(system.axes, [&](const std::string& axis) {
-           return EnsureField(tree, 1025, index++, axis, "axis");
+           return EnsureField(tree, TreeIds::kAxis, index++, axis);
          });
 }
 

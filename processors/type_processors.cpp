@@ -29,7 +29,7 @@ std::vector<ProjectionParameterRow> ProjectionParameters::OfType(int type) const
 
 bool TQvRfMapProjTypeDataProcessor::WriteOwnItem(TStringTree* tree, const TreeItem& item) {
   for (const ProjectionParameterRow& parameter : parameters_.OfType(CurrentInteger("TYPE"))) {
-    if (!EnsureField(tree, item.id, parameter.tag, parameter.name, "map_proj_param_name")) {
+    if (!EnsureField(tree, item.id, parameter.tag, parameter.name, item.label)) {
       return false;
     }
   }

@@ -33,19 +33,14 @@ constexpr std::array kOtherEquality{kName, kKind};
 }  // namespace
 
 std::span<const EqualityColumn> VerticalEqualityOf(int kind) {
-  switch (kind) {
-    case kHeightTable:
-      return kTableEquality;
-    case kHeightOffset:
-      return kOffsetEquality;
-    default:
-      return kOtherEquality;
-  }
+  const auto known = HeightKindOf(kind);
+  if (known == HeightKind::kTable) return kTableEquality;
+  if (known == HeightKind::kOffset) return kOffsetEquality;
+  return kOtherEquality;
 }
 
 bool VerticalRecords::IsStoredKind(int kind) {
-  if (kind == kHeightTable || kind == kHeightOffset) return true;
-  if (kind == kSystemGeoid) return false;
+  if (const auto known = HeightKindOf(kind)) return *known != HeightKind::kSystemGeoid;
   throw InvalidTypeError("a height system of kind " + std::to_string(kind) + " is not known");
 }
 

@@ -2,19 +2,10 @@
 
 #include <span>
 
+#include "platform/data/height_kind.h"
 #include "processors/data_processor.h"
 
 namespace QvRefSystem {
-
-/// VDATA_TYPE of a height system, and the member "type" of its tree.
-enum VerticalKind : int {
-  /// Undulations of the geoid on a grid, in a file of their own.
-  kHeightTable = 1,
-  /// One offset for all heights, with its unit.
-  kHeightOffset = 2,
-  /// A geoid that is built in. No record has this kind: the reference system holds its code.
-  kSystemGeoid = 3
-};
 
 /// The columns in which two height systems of that kind have to agree to be the same.
 [[nodiscard]] std::span<const EqualityColumn> VerticalEqualityOf(int kind);

@@ -9,6 +9,7 @@
 
 #include "assembly/processor_set.h"
 #include "platform/data/tree_ids.h"
+#include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
 #include "processors/ref_system_processor.h"
 #include "registry/database_making.h"

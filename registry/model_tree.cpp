@@ -211,9 +211,9 @@ void WriteSystem(const TreeWriter& tree, const SystemModel& model);
 // The fields that stand in a generated primary's angular unit.
 UnitModel GeneratedRadian() {
   UnitModel radian;
-  radian.name = "Radian";
-  radian.abbreviation = "rad";
-  radian.description = "Generated";
+  radian.name = TreeIds::kGeneratedUnitName;
+  radian.abbreviation = TreeIds::kGeneratedUnitAbbreviation;
+  radian.description = TreeIds::kGeneratedUnitDescription;
   return radian;
 }
 
@@ -223,7 +223,7 @@ SystemModel GeneratedPrimary(const SystemModel& projected) {
   primary.kind = SystemKind::kGeodetic;
   primary.name = TreeIds::kGeneratedPrimaryName;
   primary.description = TreeIds::kGeneratedPrimaryDescription;
-  primary.abbreviation = "Primary";
+  primary.abbreviation = TreeIds::kGeneratedPrimaryAbbreviation;
   const ReferenceSystemType& type = TypeOf(SystemKind::kGeodetic);
   for (int i = 0; i < 3; ++i)
     primary.axisAbbreviation[i] = type.axisAbbreviation[i];
@@ -312,7 +312,7 @@ void WriteGeoid(const TreeWriter& tree, int code) {
   tree.Text(TreeIds::kHeightSystemName, name);
   tree.Text(TreeIds::kHeightSystemDescription, "SystemGeoid; Code=" + std::to_string(code));
   tree.Text(TreeIds::kHeightSystemAbbreviation, name);
-  tree.Integer(TreeIds::kHeightSystemKind, TreeIds::kHeightSystemIsGeoid);
+  tree.Integer(TreeIds::kHeightSystemKind, static_cast<int>(HeightKind::kSystemGeoid));
   tree.Integer(TreeIds::kHeightSystemCode, code);
 }
 

@@ -4,15 +4,28 @@
     layers.py SOURCE_FOLDER
 
 Fails where a folder includes one that stands behind it in cmake/floors.txt, where a folder without
-Qt includes Qt, and where a source lies in a folder that the table does not name.
+Qt includes Qt, where a source lies in a folder that the table does not name, and where code names a
+member of a tree by a number of its own instead of by platform/data/tree_ids.h.
 """
 import pathlib
 import re
 import sys
 
 INCLUDE = re.compile(r'^#include (?:"([^"]+)"|<(Q[A-Z]\w*)>)', re.MULTILINE)
-# The dialogs' way to their lists still goes up.
-OPEN = "dialogs/select/selectors.h"
+
+IDS = "platform/data/tree_ids.h"
+ID = re.compile(r"\bItem k\w+\{(\d{4,6})\b")
+# What only looks like a number in code: comments and texts.
+ASIDE = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"', re.DOTALL)
+NUMBER = re.compile(r"(?<![\w.'])(\d{4,6})(?![\w.'])")
+# Numbers that happen to be ids as well.
+NO_IDS = {
+    "platform/data/string_tree_values.cpp": {"1400"},  # the size of a buffer
+    "platform/geocore/projection_methods.cpp": {"1111"},  # a method of EPSG
+    "platform/geocore/projjson.cpp": {"1111"},  # the same
+    "registry/exchange_codes.cpp": {"1020", "1021", "1025", "1201"},  # datums and units
+    "registry/registry_units.cpp": {"1025"},  # a unit of EPSG
+}
 
 
 def read_floors(root):
@@ -44,20 +57,38 @@ def climbs(path, text, floors):
             yield f"{path} includes {qt}"
         elif qt and path.startswith("apps/cli/"):
             yield f"{path} includes {qt}"
-        elif name and name != OPEN and folder_of(name) in floors and floors[folder_of(name)][0] > floor:
+        elif name and folder_of(name) in floors and floors[folder_of(name)][0] > floor:
             yield f"{path} includes {name}, which stands above it"
+
+
+def bare_ids(path, text, ids):
+    """Integer literals of code that equal the id of a tree's member."""
+    if path == IDS or path.endswith(".inc"):
+        return
+    for line, code in enumerate(ASIDE.sub(without_text, text).splitlines(), 1):
+        for number in NUMBER.findall(code):
+            if number in ids and number not in NO_IDS.get(path, ()):
+                yield f"{path}:{line} names the member {number} of a tree by a bare number"
+
+
+def without_text(match):
+    return "\n" * match.group().count("\n")
 
 
 def main():
     root = pathlib.Path(sys.argv[1])
     floors = read_floors(root)
+    ids = set(ID.findall((root / IDS).read_text(encoding="utf-8")))
     faults, checked = [], 0
     for path, text in sources_of(root):
         if folder_of(path) in floors:
             checked += len(INCLUDE.findall(text))
             faults += climbs(path, text, floors)
+            faults += bare_ids(path, text, ids)
         else:
             faults.append(f"{path} lies in a folder that cmake/floors.txt does not name")
+    if len(ids) < 100:
+        faults.append(f"only {len(ids)} ids were found in {IDS}")
     if checked < 100:
         faults.append(f"only {checked} includes were found below {root}")
     print("\n".join(faults) or f"{checked} includes keep to their floors")

@@ -1,9 +1,10 @@
 #include "vertical/height_creation.h"
 
 #include "database/storage_files.h"
-#include "platform/data/height_table_text.h"
-#include "platform/geocore/shell_grids.h"
+#include "platform/data/grid_extents.h"
+#include "platform/data/height_table_reader.h"
 #include "platform/text/text.h"
+#include "platform/ui/progress_display.h"
 #include "platform/ui/texts.h"
 #include "processors/ref_system_processor.h"
 
@@ -165,7 +166,7 @@ HeightRefusal HeightCreation::LoadData() {
   const bool sameUnit = *target_ ^ *storedTarget_;
   if (storedTable_ != nullptr && sameUnit) {
     made_.Table = std::make_unique<THeightTable>(*storedTable_);
-  } else if (processor_.DataSet->FieldByName("VDATA_TYPE").AsInteger() == kHeightTable) {
+  } else if (processor_.CurrentKind() == HeightKind::kTable) {
     refusal = LoadTable();
   } else {
     LoadOffset();

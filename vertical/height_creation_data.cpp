@@ -1,5 +1,6 @@
 // How heights are made from their source, and stored.
 
+#include "platform/ui/progress_display.h"
 #include "platform/ui/texts.h"
 #include "vertical/height_creation.h"
 

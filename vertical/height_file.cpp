@@ -3,8 +3,11 @@
 #include <new>
 
 #include "database/storage_files.h"
-#include "platform/data/height_table_text.h"
+#include "platform/data/height_table_reader.h"
+#include "platform/data/height_table_writer.h"
+#include "platform/storage/crc32.h"
 #include "platform/storage/stream.h"
+#include "platform/ui/progress_display.h"
 #include "platform/ui/progress_interface.h"
 #include "platform/ui/texts.h"
 
@@ -40,8 +43,8 @@ bool Run(const std::string& path, bool useResource, TUserInterface& ui,
 /// Whether the head of the text, whose digits are limited, leads back to the table's nodes.
 bool KeepsItsNodes(const Table& table, std::string_view text) {
   HeightTableHeader header;
-  return ReadHeightTableHeader(text, &header) && header.countX == table.CountX &&
-         header.countY == table.CountY;
+  return ReadHeightTableHeader(text, &header) && header.counts.x == table.CountX &&
+         header.counts.y == table.CountY;
 }
 
 }  // namespace

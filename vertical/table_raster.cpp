@@ -7,6 +7,7 @@
 #include <span>
 #include <stdexcept>
 
+#include "platform/storage/file_stream.h"
 #include "platform/storage/stream.h"
 
 namespace QvCommonUtils {

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "database/storage_files.h"
+#include "platform/storage/crc32.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 #include "vertical/height_file.h"
@@ -19,14 +20,21 @@ using QvPlatform::TQvWriteGroup;
 namespace {
 
 // Members by tree id, in writing order. The grid follows, as far as the record has it.
-constexpr int kKindMember = 1501;
-constexpr int kTableMember = 1511;
-constexpr int kCrcMember = 1512;
-constexpr std::array kTexts{1502, 1503, 1504};
-constexpr std::array kTableMembers{1502, 1503, 1504, kKindMember, kCrcMember, kTableMember};
-constexpr std::array kOffsetMembers{1502, 1503, 1504, kKindMember, 1513, 1514};
-constexpr std::array kExtents{1515, 1516, 1517, 1518};
-constexpr std::array kCells{1519, 1520};
+constexpr int kKindMember = TreeIds::kHeightSystemKind.id;
+constexpr int kTableMember = TreeIds::kHeightSystemTable.id;
+constexpr int kCrcMember = TreeIds::kHeightSystemChecksum.id;
+constexpr int kOffsetMember = TreeIds::kHeightSystemOffset.id;
+constexpr int kUnitMember = TreeIds::kHeightSystemUnit.id;
+constexpr std::array kTexts{TreeIds::kHeightSystemName.id, TreeIds::kHeightSystemDescription.id,
+                            TreeIds::kHeightSystemAbbreviation.id};
+constexpr std::array kTableMembers{kTexts[0],   kTexts[1],  kTexts[2],
+                                   kKindMember, kCrcMember, kTableMember};
+constexpr std::array kOffsetMembers{kTexts[0],   kTexts[1],     kTexts[2],
+                                    kKindMember, kOffsetMember, kUnitMember};
+constexpr std::array kExtents{TreeIds::kHeightSystemNorth.id, TreeIds::kHeightSystemEast.id,
+                              TreeIds::kHeightSystemSouth.id, TreeIds::kHeightSystemWest.id};
+constexpr std::array kCells{TreeIds::kHeightSystemCellNorthSouth.id,
+                            TreeIds::kHeightSystemCellEastWest.id};
 
 // A tree holds the table as one line; those who read it split it at blanks as well.
 void PutOnOneLine(std::string* text) {
@@ -36,8 +44,12 @@ void PutOnOneLine(std::string* text) {
 
 }  // namespace
 
+std::optional<HeightKind> TQvRfVerticalRefSystemDataProcessor::CurrentKind() const {
+  return HeightKindOf(CurrentInteger("VDATA_TYPE"));
+}
+
 std::optional<std::string> TQvRfVerticalRefSystemDataProcessor::CurrentHeightFile() const {
-  if (CurrentInteger("VDATA_TYPE") != kHeightTable) return std::nullopt;
+  if (CurrentKind() != HeightKind::kTable) return std::nullopt;
   return HeightStoragePath(data_, CurrentText("VDATA_FILENAME"));
 }
 
@@ -99,10 +111,11 @@ bool TQvRfVerticalRefSystemDataProcessor::HasAll(RowView row, std::span<const in
 bool TQvRfVerticalRefSystemDataProcessor::WriteContent(TStringTree* tree) {
   const RowView row = DataSet->CurrentRow();
   if (!row) return false;
-  const int kind = CurrentInteger("VDATA_TYPE");
-  if (kind != kHeightTable && kind != kHeightOffset) return true;
+  const auto kind = CurrentKind();
+  if (kind != HeightKind::kTable && kind != HeightKind::kOffset) return true;
+  const bool hasTable = kind == HeightKind::kTable;
   std::string table;
-  if (kind == kHeightTable) {
+  if (hasTable) {
     if (!LoadTable(&table)) return false;
     PutOnOneLine(&table);
   }
@@ -111,10 +124,10 @@ bool TQvRfVerticalRefSystemDataProcessor::WriteContent(TStringTree* tree) {
     return id == kTableMember ? EnsureField(tree, id, 0, table, item.label)
                               : WriteItem(tree, item, row);
   };
-  const std::span<const int> members = kind == kHeightTable ? kTableMembers : kOffsetMembers;
+  const std::span<const int> members = hasTable ? kTableMembers : kOffsetMembers;
   if (!std::ranges::all_of(members, write)) return false;
   if (HasAll(row, kExtents) && !std::ranges::all_of(kExtents, write)) return false;
-  return kind != kHeightTable || !HasAll(row, kCells) || std::ranges::all_of(kCells, write);
+  return !hasTable || !HasAll(row, kCells) || std::ranges::all_of(kCells, write);
 }
 
 // Tree to records.
@@ -143,19 +156,15 @@ bool TQvRfVerticalRefSystemDataProcessor::ReadContent(TStringTree* tree, RecordI
   for (const auto column : {"VDATA_FILENAME", "VDATA_OFFSET"})
     image->SetText(Column(column), {});
   ReadGrid(tree, image);
-  switch (image->Integer(Column("VDATA_TYPE"))) {
-    case kHeightTable:
-      if (!read(kCrcMember) || !tree->GetString(kTableMember, 0, &image->Beside[kTableMember])) {
-        return false;
-      }
-      image->SetText(Column("VDATA_FILENAME"),
-                     NewFileName(image->Text(NameColumn()), HeightNaming::kAsNamed));
-      return true;
-    case kHeightOffset:
-      return read(1513) && read(1514);
-    default:
-      return false;
+  const auto kind = HeightKindOf(image->Integer(Column("VDATA_TYPE")));
+  if (kind == HeightKind::kOffset) return read(kOffsetMember) && read(kUnitMember);
+  if (kind != HeightKind::kTable) return false;
+  if (!read(kCrcMember) || !tree->GetString(kTableMember, 0, &image->Beside[kTableMember])) {
+    return false;
   }
+  image->SetText(Column("VDATA_FILENAME"),
+                 NewFileName(image->Text(NameColumn()), HeightNaming::kAsNamed));
+  return true;
 }
 
 void TQvRfVerticalRefSystemDataProcessor::AppendBeside(TStringTree* /*tree*/,
@@ -177,7 +186,8 @@ RecordImage TQvRfVerticalRefSystemDataProcessor::ImageOf(const HeightRecord& rec
   setText("NAME", record.Name);
   setText("ABBREVIATION", record.Abbreviation);
   setText("DESCRIPTION", record.Description);
-  image.SetInteger(Column("VDATA_TYPE"), isTable ? kHeightTable : kHeightOffset);
+  image.SetInteger(Column("VDATA_TYPE"),
+                   static_cast<int>(isTable ? HeightKind::kTable : HeightKind::kOffset));
   image.SetInteger(Column("VDATA_UNIT_AUTOKEY"), isTable ? 0 : record.OffsetUnit);
   image.SetInteger(Column("VDATA_FORMAT"), 0);
   image.SetInteger(Column("VDATA_CRC32"), 0);
@@ -244,7 +254,7 @@ void TQvRfVerticalRefSystemDataProcessor::AppendDuplicate() {
   RecordImage image = ImageOfCurrent();
   std::string table;
   std::string fileName;
-  const bool hasFile = image.Integer(Column("VDATA_TYPE")) == kHeightTable;
+  const bool hasFile = CurrentKind() == HeightKind::kTable;
   if (hasFile) {
     if (!LoadTable(&table)) throw ToldStorageError("the height file cannot be read");
     fileName = NewFileName(image.Text(NameColumn()), HeightNaming::kAsNamed);

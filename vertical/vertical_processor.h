@@ -6,6 +6,7 @@
 
 #include "database/height_storage.h"
 #include "platform/data/height_table.h"
+#include "platform/dbset/write_group.h"
 #include "processors/vertical_records.h"
 
 namespace QvRefSystem {
@@ -51,6 +52,8 @@ class TQvRfVerticalRefSystemDataProcessor final : public VerticalRecords {
   /// In a folder the new file gets a name beside the old one, so that no moment is without the file
   /// that the record names.
   [[nodiscard]] bool Store(const HeightRecord& record, bool append);
+  /// The kind of the current record; nothing for a number that is no kind, or without a record.
+  [[nodiscard]] std::optional<HeightKind> CurrentKind() const;
   /// The stream of the current record's height file; nothing for a kind without one, and for a
   /// name that would lead out of the place for heights. Whether the file is there is not asked.
   [[nodiscard]] std::optional<std::string> CurrentHeightFile() const;

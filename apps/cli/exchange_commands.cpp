@@ -6,6 +6,7 @@
 #include "apps/cli/command_error.h"
 #include "apps/cli/commands.h"
 #include "apps/cli/open_database.h"
+#include "platform/data/tree_members.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 #include "registry/equivalence.h"
@@ -20,8 +21,7 @@ using QvRefSystem::TQvRfDataProcessor;
 
 namespace {
 
-// Note of an insertion: whether a record was added (1) or found (0).
-constexpr int kInsertedNote = 201003;
+namespace TreeIds = QvRefSystem::TreeIds;
 
 std::string CurrentName(const TQvRfDataProcessor& processor) {
   std::string name;
@@ -134,7 +134,7 @@ void ImportOne(TQvRfDataProcessor& processor, const Request& request, const std:
   if (key == 0) throw CommandError(file + ": " + WhyRefused(tree, *request.type));
   // Height systems leave no note: they are added whenever they come.
   int inserted = 1;
-  (void)tree.GetInteger(kInsertedNote, -1, &inserted);
+  (void)GetInteger(tree, TreeIds::kInsertedNote, &inserted);
   terminal.out << std::to_string(key) << "\t" << (inserted != 0 ? "inserted" : "found") << "\t"
                << QvPlatform::Encode(CurrentName(processor)) << "\n";
 }

@@ -8,9 +8,10 @@
 
 #include "apps/cli/command_error.h"
 #include "apps/cli/open_database.h"
-#include "platform/data/height_table_text.h"
+#include "platform/data/height_table_reader.h"
 #include "platform/geocore/shell_reference_system.h"
 #include "platform/text/text.h"
+#include "platform/ui/progress_display.h"
 #include "platform/ui/texts.h"
 #include "vertical/height_file.h"
 

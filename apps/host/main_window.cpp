@@ -24,6 +24,7 @@
 #include "database/storage_files.h"
 #include "dialogs/base/guarded.h"
 #include "dialogs/select/import_export.h"
+#include "platform/data/tree_members.h"
 #include "platform/widgets/file_dialogs.h"
 #include "platform/widgets/qt_text.h"
 
@@ -40,10 +41,6 @@ constexpr const char* kTreeFilter = Translatable(
     "Reference systems as text (*.reference system)|*.reference system|"
     "Reference systems in XML (*.x-ref-system)|*.x-ref-system|All files (*.*)|*.*");
 constexpr int kXmlFilter = 2;
-// Notes that the editor leaves in a tree that was stored.
-constexpr int kKeyNote = 201001;
-constexpr int kInsertedNote = 201003;
-constexpr int kNoteIndex = -1;
 
 QPlainTextEdit* MakeMemo(QWidget* parent, const char* objectName) {
   auto* memo = new QPlainTextEdit(parent);
@@ -260,8 +257,8 @@ void TMainWindow::Insert() {
   }
   std::string key;
   std::string inserted;
-  (void)tree_.GetString(kKeyNote, kNoteIndex, &key);
-  (void)tree_.GetString(kInsertedNote, kNoteIndex, &inserted);
+  (void)GetString(tree_, TreeIds::kFoundKeyNote, &key);
+  (void)GetString(tree_, TreeIds::kInsertedNote, &inserted);
   statusBar()->showMessage((inserted == "1" ? Translated("Added to the database as number %1.")
                                             : Translated("In the database already as number %1."))
                                .arg(ToQt(key)));

@@ -4,6 +4,7 @@
 #include <QTreeWidget>
 #include <array>
 
+#include "platform/data/tree_members.h"
 #include "platform/geocore/geoids.h"
 #include "platform/geocore/projection_methods.h"
 #include "platform/geocore/projjson.h"
@@ -19,8 +20,6 @@ using QvPlatform::Translatable;
 using QvPlatform::Translated;
 
 namespace {
-
-constexpr int kNameField = 1020;
 
 enum Column { kLabel, kValue, kId, kIndex };
 
@@ -182,7 +181,7 @@ QString WktOfTree(const TStringTree& tree) {
 
 QString NameOfTree(const TStringTree& tree) {
   std::string name;
-  return tree.GetString(kNameField, 0, &name) ? ToQt(name) : QString();
+  return GetString(tree, TreeIds::kName, &name) ? ToQt(name) : QString();
 }
 
 }  // namespace QvRefSystem

@@ -9,7 +9,8 @@ namespace QvRefSystem {
 /// from here without a list.
 class TformQvRfDatumEdit final : public DescribedEdit {
  public:
-  explicit TformQvRfDatumEdit(QWidget* owner) : DescribedEdit(owner, kDatumForm) {}
+  TformQvRfDatumEdit(QWidget* owner, const Chooser& chooser)
+      : DescribedEdit(owner, chooser, kDatumForm) {}
 
  protected:
   [[nodiscard]] bool Choose(const FormRow& row) override;
@@ -18,8 +19,8 @@ class TformQvRfDatumEdit final : public DescribedEdit {
 /// The dialog of datum shifts of seven parameters, which are of one of two types.
 class TformQvRfDatumShiftBursaWolfEdit final : public DescribedEdit {
  public:
-  explicit TformQvRfDatumShiftBursaWolfEdit(QWidget* owner)
-      : DescribedEdit(owner, kBursaWolfForm) {}
+  TformQvRfDatumShiftBursaWolfEdit(QWidget* owner, const Chooser& chooser)
+      : DescribedEdit(owner, chooser, kBursaWolfForm) {}
 
   /// The TYPE that a new record gets; that of an existing one never changes.
   void SetShiftType(int type) { shiftType_ = type; }

@@ -10,6 +10,7 @@ namespace QvRefSystem {
 
 /// The edit dialog of an object, told apart by TYPE where there are several: the owner's, if it has
 /// made it before, else a new one. Null if there is none.
-[[nodiscard]] TformQvRfEdit* GetEditForm(QWidget* owner, TObjectType object, int type = 0);
+[[nodiscard]] TformQvRfEdit* GetEditForm(QWidget* owner, const Chooser& chooser, TObjectType object,
+                                         int type = 0);
 
 }  // namespace QvRefSystem

@@ -10,7 +10,8 @@ namespace QvRefSystem {
 /// is its major one.
 class TformQvRfEllipsoidEdit final : public DescribedEdit {
  public:
-  explicit TformQvRfEllipsoidEdit(QWidget* owner) : DescribedEdit(owner, kEllipsoidForm) {}
+  TformQvRfEllipsoidEdit(QWidget* owner, const Chooser& chooser)
+      : DescribedEdit(owner, chooser, kEllipsoidForm) {}
 
   /// With `on`, the dialog makes and edits spheres, and its shape cannot be changed.
   void SetSphereOnly(bool on);

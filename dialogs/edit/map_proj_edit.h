@@ -18,7 +18,7 @@ class ParamGrid;
 /// of the chosen type; the values are rows beside the record.
 class TformQvRfMapProjEdit final : public DescribedEdit {
  public:
-  explicit TformQvRfMapProjEdit(QWidget* owner);
+  TformQvRfMapProjEdit(QWidget* owner, const Chooser& chooser);
   ~TformQvRfMapProjEdit() override;
 
  protected:

@@ -4,7 +4,6 @@
 #include <QScopedValueRollback>
 
 #include "dialogs/edit/origin_grid.h"
-#include "dialogs/select/selectors.h"
 #include "platform/geocore/system_model.h"
 #include "platform/text/text.h"
 #include "platform/widgets/limited_text.h"
@@ -21,7 +20,8 @@ constexpr const char* kAxisColumns[] = {"COORD1_ABBR", "COORD2_ABBR", "COORD3_AB
 
 }  // namespace
 
-OriginEdit::OriginEdit(QWidget* owner, const FormDescription& form) : SystemEdit(owner, form) {
+OriginEdit::OriginEdit(QWidget* owner, const Chooser& chooser, const FormDescription& form)
+    : SystemEdit(owner, chooser, form) {
   RowControls& panel = RowOf("pnlOrigin");
   std::vector<QLineEdit*> cells;
   for (const FormRow& row : form.rows) {
@@ -37,8 +37,8 @@ void OriginEdit::SetOriginHint(const QString& units) {
   strgridOrigin_->setToolTip(TipOf(units));
 }
 
-TformQvRfRefSystemLocalEdit::TformQvRfRefSystemLocalEdit(QWidget* owner)
-    : OriginEdit(owner, kLocalSystemForm) {
+TformQvRfRefSystemLocalEdit::TformQvRfRefSystemLocalEdit(QWidget* owner, const Chooser& chooser)
+    : OriginEdit(owner, chooser, kLocalSystemForm) {
   const auto follow = [this](const char* control, auto&& show) {
     connect(RowOf(control).Line(), &QLineEdit::textChanged, this, show);
   };
@@ -55,12 +55,11 @@ TformQvRfRefSystemLocalEdit::TformQvRfRefSystemLocalEdit(QWidget* owner)
 
 bool TformQvRfRefSystemLocalEdit::Choose(const FormRow& row) {
   if (row.object != TObjectType::kEllipsoid) return OriginEdit::Choose(row);
-  auto& ellipsoids = dynamic_cast<TformQvRfEllipsoidSelector&>(SelectorOf(row.object));
-  return ellipsoids.SelectSpheres(nullptr, 0, true, nullptr, 0);
+  return ListOf(row.object).SelectWhere(kSpheres, {});
 }
 
-TformQvRfRefSystemTopoEdit::TformQvRfRefSystemTopoEdit(QWidget* owner)
-    : OriginEdit(owner, kTopoSystemForm) {
+TformQvRfRefSystemTopoEdit::TformQvRfRefSystemTopoEdit(QWidget* owner, const Chooser& chooser)
+    : OriginEdit(owner, chooser, kTopoSystemForm) {
   // Further down the primary system may have been removed or renamed.
   connect(RowOf("edOriginRefSystem").Line(), &QLineEdit::textChanged, this,
           [this] { ShowPrimary(); });
@@ -83,11 +82,9 @@ void TformQvRfRefSystemTopoEdit::OnRead() {
 
 bool TformQvRfRefSystemTopoEdit::Choose(const FormRow& row) {
   if (row.object != TObjectType::kReferenceSystem) return OriginEdit::Choose(row);
-  auto& systems = dynamic_cast<TformQvRfRefSystemSelector&>(SelectorOf(row.object));
   // The list offers neither New nor Edit nor Remove.
   const QScopedValueRollback<signed char> mode(Data().DialogMode, kSimpleMode);
-  return systems.SelectFiltered(nullptr, 0, static_cast<int>(SystemKind::kGeodetic), true, nullptr,
-                                0);
+  return ListOf(row.object).SelectWhere(OfType(static_cast<int>(SystemKind::kGeodetic)), {});
 }
 
 void TformQvRfRefSystemTopoEdit::OnChosen(const FormRow& row) {

@@ -9,7 +9,7 @@ class OriginGrid;
 /// The dialog of a system whose origin has coordinates, which stand in a grid.
 class OriginEdit : public SystemEdit {
  public:
-  OriginEdit(QWidget* owner, const FormDescription& form);
+  OriginEdit(QWidget* owner, const Chooser& chooser, const FormDescription& form);
 
  protected:
   [[nodiscard]] OriginGrid& Origin() { return *strgridOrigin_; }
@@ -23,7 +23,7 @@ class OriginEdit : public SystemEdit {
 /// A local system is a plane on a sphere. Its origin is told in its own axes and unit.
 class TformQvRfRefSystemLocalEdit final : public OriginEdit {
  public:
-  explicit TformQvRfRefSystemLocalEdit(QWidget* owner);
+  TformQvRfRefSystemLocalEdit(QWidget* owner, const Chooser& chooser);
 
  protected:
   [[nodiscard]] bool Choose(const FormRow& row) override;
@@ -32,7 +32,7 @@ class TformQvRfRefSystemLocalEdit final : public OriginEdit {
 /// A topocentric system stands on a geodetic one, in whose axes and units its origin is told.
 class TformQvRfRefSystemTopoEdit final : public OriginEdit {
  public:
-  explicit TformQvRfRefSystemTopoEdit(QWidget* owner);
+  TformQvRfRefSystemTopoEdit(QWidget* owner, const Chooser& chooser);
 
  protected:
   void OnNewRecord() override;

@@ -4,9 +4,8 @@
 #include <QLayout>
 #include <algorithm>
 
-#include "dialogs/edit/edit_forms.h"
+#include "dialogs/base/processor_of.h"
 #include "dialogs/heights/vertical_edit.h"
-#include "dialogs/select/selectors.h"
 #include "platform/geocore/shell_reference_system.h"
 #include "platform/ui/texts.h"
 #include "platform/widgets/limited_text.h"
@@ -34,8 +33,11 @@ constexpr char kPositiveLongitude[] = "chboxPositiveLongitude";
 
 }  // namespace
 
-PlaneSystemEdit::PlaneSystemEdit(QWidget* owner, const FormDescription& form)
-    : SystemEdit(owner, form), form_(form), VerticalEdit(new TformQvRfVerticalRefSystemEdit(this)) {
+PlaneSystemEdit::PlaneSystemEdit(QWidget* owner, const Chooser& chooser,
+                                 const FormDescription& form)
+    : SystemEdit(owner, chooser, form),
+      form_(form),
+      VerticalEdit(new TformQvRfVerticalRefSystemEdit(this, chooser)) {
   ListSystemGeoids();
 }
 
@@ -130,7 +132,7 @@ void PlaneSystemEdit::OnLeads() {
 
 bool PlaneSystemEdit::Choose(const FormRow& row) {
   if (row.object == kVerticalReferenceSystem) return ChooseHeights();
-  SelectorOf(row.object).Processor->LocateKey(ValueOf(row.control).key);
+  ProcessorOf(row.object).LocateKey(ValueOf(row.control).key);
   return SystemEdit::Choose(row);
 }
 
@@ -284,8 +286,8 @@ void PlaneSystemEdit::CancelEdit() {
 
 // Geodetic systems.
 
-TformQvRfRefSystemGeodEdit::TformQvRfRefSystemGeodEdit(QWidget* owner)
-    : PlaneSystemEdit(owner, kGeodSystemForm) {
+TformQvRfRefSystemGeodEdit::TformQvRfRefSystemGeodEdit(QWidget* owner, const Chooser& chooser)
+    : PlaneSystemEdit(owner, chooser, kGeodSystemForm) {
   // The splitter between the boxes keeps these widths on its left and on its right.
   constexpr std::pair<const char*, int> kLeast[] = {{"grboxLatLon", 181}, {"grboxHeight", 251}};
   for (const auto& [name, width] : kLeast) {
@@ -330,7 +332,7 @@ bool TformQvRfRefSystemProjEdit::Choose(const FormRow& row) {
   if (row.object != kMapProjection || Data().DialogMode != kSimpleMode) {
     return PlaneSystemEdit::Choose(row);
   }
-  TformQvRfEdit* projection = GetEditForm(this, kMapProjection);
+  TformQvRfEdit* projection = GetChooser().FormFor(this, kMapProjection, 0);
   if (projection == nullptr) return false;
   const int key = ValueOf(row.control).key;
   if (EditMode == 0 || key == 0) return projection->CreateNew();

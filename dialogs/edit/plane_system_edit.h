@@ -20,7 +20,7 @@ class TformQvRfVerticalRefSystemEdit;
 /// heights do without; Close removes it and leaves the stored one as it was.
 class PlaneSystemEdit : public SystemEdit {
  public:
-  PlaneSystemEdit(QWidget* owner, const FormDescription& form);
+  PlaneSystemEdit(QWidget* owner, const Chooser& chooser, const FormDescription& form);
 
   /// Assembles the system as it stands in the dialog, in the tree itself (id 0) or in a new subtree
   /// (id, index). False, with the controls marked that stand in the way, if it is not whole.
@@ -66,7 +66,7 @@ class PlaneSystemEdit : public SystemEdit {
 
 class TformQvRfRefSystemGeodEdit final : public PlaneSystemEdit {
  public:
-  explicit TformQvRfRefSystemGeodEdit(QWidget* owner);
+  TformQvRfRefSystemGeodEdit(QWidget* owner, const Chooser& chooser);
 
  protected:
   void OnNewRecord() override;
@@ -79,7 +79,8 @@ class TformQvRfRefSystemGeodEdit final : public PlaneSystemEdit {
 /// A projected system. In simple mode its projection is made and edited from here without a list.
 class TformQvRfRefSystemProjEdit final : public PlaneSystemEdit {
  public:
-  explicit TformQvRfRefSystemProjEdit(QWidget* owner) : PlaneSystemEdit(owner, kProjSystemForm) {}
+  TformQvRfRefSystemProjEdit(QWidget* owner, const Chooser& chooser)
+      : PlaneSystemEdit(owner, chooser, kProjSystemForm) {}
 
  protected:
   [[nodiscard]] bool Choose(const FormRow& row) override;

@@ -25,8 +25,8 @@ const char* RadioOf(int swapped) {
 
 }  // namespace
 
-SystemEdit::SystemEdit(QWidget* owner, const FormDescription& form)
-    : DescribedEdit(owner, form), type_(form.type), hasHandedness_(HasHandedness(form)) {}
+SystemEdit::SystemEdit(QWidget* owner, const Chooser& chooser, const FormDescription& form)
+    : DescribedEdit(owner, chooser, form), type_(form.type), hasHandedness_(HasHandedness(form)) {}
 
 void SystemEdit::OnNewRecord() {
   TQvDataSet& types = Data().datasetRefSystemType;

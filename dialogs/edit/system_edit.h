@@ -9,7 +9,7 @@ namespace QvRefSystem {
 /// type tells.
 class SystemEdit : public DescribedEdit {
  public:
-  SystemEdit(QWidget* owner, const FormDescription& form);
+  SystemEdit(QWidget* owner, const Chooser& chooser, const FormDescription& form);
 
  protected:
   void OnNewRecord() override;
@@ -29,13 +29,15 @@ class SystemEdit : public DescribedEdit {
 
 class TformQvRfRefSystemCartEdit final : public SystemEdit {
  public:
-  explicit TformQvRfRefSystemCartEdit(QWidget* owner) : SystemEdit(owner, kCartSystemForm) {}
+  TformQvRfRefSystemCartEdit(QWidget* owner, const Chooser& chooser)
+      : SystemEdit(owner, chooser, kCartSystemForm) {}
 };
 
 /// A geocentric system may stand on a datum, and need not.
 class TformQvRfRefSystemGeocEdit final : public SystemEdit {
  public:
-  explicit TformQvRfRefSystemGeocEdit(QWidget* owner) : SystemEdit(owner, kGeocSystemForm) {}
+  TformQvRfRefSystemGeocEdit(QWidget* owner, const Chooser& chooser)
+      : SystemEdit(owner, chooser, kGeocSystemForm) {}
 
  protected:
   void OnEditRecord() override;

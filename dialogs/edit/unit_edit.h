@@ -10,7 +10,8 @@ namespace QvRefSystem {
 /// The dialog of all units: a unit is told by an equation, so many base units are so many of it.
 class UnitEdit : public DescribedEdit {
  public:
-  UnitEdit(QWidget* owner, const FormDescription& form, const char* baseUnit);
+  UnitEdit(QWidget* owner, const Chooser& chooser, const FormDescription& form,
+           const char* baseUnit);
 
  protected:
   void OnNewRecord() override;
@@ -27,13 +28,15 @@ class UnitEdit : public DescribedEdit {
 
 class TformQvRfLinearUnitEdit final : public UnitEdit {
  public:
-  explicit TformQvRfLinearUnitEdit(QWidget* owner) : UnitEdit(owner, kLinearUnitForm, "m") {}
+  TformQvRfLinearUnitEdit(QWidget* owner, const Chooser& chooser)
+      : UnitEdit(owner, chooser, kLinearUnitForm, "m") {}
 };
 
 /// The factors of an angular unit whose CODE is not 0 cannot be changed.
 class TformQvRfAngularUnitEdit final : public UnitEdit {
  public:
-  explicit TformQvRfAngularUnitEdit(QWidget* owner) : UnitEdit(owner, kAngularUnitForm, "rad") {}
+  TformQvRfAngularUnitEdit(QWidget* owner, const Chooser& chooser)
+      : UnitEdit(owner, chooser, kAngularUnitForm, "rad") {}
 
  protected:
   void OnEditRecord() override;
@@ -41,7 +44,8 @@ class TformQvRfAngularUnitEdit final : public UnitEdit {
 
 class TformQvRfScaleUnitEdit final : public UnitEdit {
  public:
-  explicit TformQvRfScaleUnitEdit(QWidget* owner) : UnitEdit(owner, kScaleUnitForm, "1") {}
+  TformQvRfScaleUnitEdit(QWidget* owner, const Chooser& chooser)
+      : UnitEdit(owner, chooser, kScaleUnitForm, "1") {}
 };
 
 }  // namespace QvRefSystem

@@ -14,13 +14,13 @@ class QPushButton;
 
 namespace QvRefSystem {
 
-class TformQvRfSelector;
+class Chooser;
 
 /// A calculator for data grids: turns a grid that is known in one reference system into the one
 /// that covers the same ground in another. It changes nothing by itself.
 class TformQvRfRecalculateGridParams final : public QvPlatform::ModalForm {
  public:
-  explicit TformQvRfRecalculateGridParams(QWidget* owner);
+  TformQvRfRecalculateGridParams(QWidget* owner, const Chooser& chooser);
   ~TformQvRfRecalculateGridParams() override;
 
   /// Lets the user find a grid of `target`. True if it is to be applied; `result` is then that grid
@@ -52,7 +52,7 @@ class TformQvRfRecalculateGridParams final : public QvPlatform::ModalForm {
 
   std::unique_ptr<TShellReferenceSystem> sourceSystem_;
   TShellReferenceSystem* targetSystem_ = nullptr;
-  TformQvRfSelector* selector_ = nullptr;
+  const Chooser& chooser_;
 
   Side source_;
   Side target_;

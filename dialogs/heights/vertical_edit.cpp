@@ -10,10 +10,10 @@
 #include <QScreen>
 
 #include "dialogs/base/guarded.h"
+#include "dialogs/base/processor_of.h"
 #include "dialogs/heights/offset_report.h"
 #include "dialogs/heights/recalculate_grid.h"
 #include "dialogs/heights/table_raster_view.h"
-#include "dialogs/select/selectors.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 #include "platform/widgets/file_dialogs.h"
@@ -42,8 +42,9 @@ QString NameOf(const TShellReferenceSystem* system) {
 
 }  // namespace
 
-TformQvRfVerticalRefSystemEdit::TformQvRfVerticalRefSystemEdit(QWidget* owner)
-    : TformQvRfEdit(owner, TObjectType::kVerticalReferenceSystem), heights_(Data()) {
+TformQvRfVerticalRefSystemEdit::TformQvRfVerticalRefSystemEdit(QWidget* owner,
+                                                               const Chooser& chooser)
+    : TformQvRfEdit(owner, chooser, TObjectType::kVerticalReferenceSystem), heights_(Data()) {
   setWindowTitle(Translated("Edit height system"));
   BuildControls(this, ErrorColour);
   const auto limit = [this](const char* field) {
@@ -245,16 +246,10 @@ void TformQvRfVerticalRefSystemEdit::TellFile(const std::string& name, HeightRef
 
 // Sources.
 
-TformQvRfSelector& TformQvRfVerticalRefSystemEdit::SelectorOf(TObjectType object) {
-  TformQvRfSelector* selector = GetSelectorFor(this, static_cast<int>(object));
-  if (selector == nullptr) throw std::invalid_argument("no selector of this object type");
-  return *selector;
-}
-
 void TformQvRfVerticalRefSystemEdit::btnDataSourceParamsVertRefsystemClick() {
   ClearMark(comboDataSourceParamsFilePlaneRefsystem);
   TStringTree tree;
-  if (!SelectorOf(TObjectType::kReferenceSystem).Select(&tree, 0, true, nullptr, 0)) return;
+  if (!ListOf(TObjectType::kReferenceSystem).Select({.tree = &tree})) return;
   const HeightRefusal refusal = heights_.TakeSystem(&tree);
   ShowSource();
   ShowGrid();
@@ -292,7 +287,7 @@ void TformQvRfVerticalRefSystemEdit::btnDataSourceParamsFileNameClick() {
 void TformQvRfVerticalRefSystemEdit::btnDataSourceParamsFilePlaneRefsystemClick() {
   ClearMark(comboDataSourceParamsFilePlaneRefsystem);
   TStringTree tree;
-  if (!SelectorOf(TObjectType::kReferenceSystem).Select(&tree, 0, true, nullptr, 0)) return;
+  if (!ListOf(TObjectType::kReferenceSystem).Select({.tree = &tree})) return;
   const HeightRefusal refusal = heights_.TakeFilePlane(&tree);
   ShowSource();
   ShowGrid();
@@ -303,9 +298,8 @@ void TformQvRfVerticalRefSystemEdit::btnDataSourceParamsFilePlaneRefsystemClick(
 }
 
 void TformQvRfVerticalRefSystemEdit::btnDataSourceParamsVertOffsetUnitsClick() {
-  TformQvRfSelector& selector = SelectorOf(TObjectType::kLinearUnit);
-  if (selector.Select(nullptr, 0, true, nullptr, 0)) {
-    heights_.TakeOffsetUnit(selector.Processor->GetCurrentKey());
+  if (ListOf(TObjectType::kLinearUnit).Select({})) {
+    heights_.TakeOffsetUnit(ProcessorOf(TObjectType::kLinearUnit).GetCurrentKey());
   }
   // The unit may have been renamed or removed there.
   ShowSource();
@@ -328,7 +322,8 @@ void TformQvRfVerticalRefSystemEdit::btnDataSourceViewClick() {
 }
 
 void TformQvRfVerticalRefSystemEdit::Button1Click() {
-  if (gridDialog_ == nullptr) gridDialog_ = std::make_unique<TformQvRfRecalculateGridParams>(this);
+  if (gridDialog_ == nullptr)
+    gridDialog_ = std::make_unique<TformQvRfRecalculateGridParams>(this, GetChooser());
   TShell2DTableExtents extents;
   if (!gridDialog_->Run(heights_.Target(), &extents)) return;
   heights_.SetGrid(extents);

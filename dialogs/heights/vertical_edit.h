@@ -10,7 +10,6 @@
 namespace QvRefSystem {
 
 class TformQvRfRecalculateGridParams;
-class TformQvRfSelector;
 
 /// The dialog of height systems. A reference system's dialog owns it and opens it over the plane of
 /// that system, in which its heights lie; what was made last is shown again at the next opening.
@@ -18,7 +17,7 @@ class TformQvRfVerticalRefSystemEdit final : public TformQvRfEdit, protected Ver
   Q_OBJECT
 
  public:
-  explicit TformQvRfVerticalRefSystemEdit(QWidget* owner);
+  TformQvRfVerticalRefSystemEdit(QWidget* owner, const Chooser& chooser);
   ~TformQvRfVerticalRefSystemEdit() override;
 
   /// Called ahead of each opening; without a plane the dialog does not open. `treeText` is the
@@ -45,7 +44,6 @@ class TformQvRfVerticalRefSystemEdit final : public TformQvRfEdit, protected Ver
   void ConnectSources();
   void OnClick(QPushButton* button, void (TformQvRfVerticalRefSystemEdit::*handler)());
   [[nodiscard]] bool RunFilled(HeightRefusal loading);
-  [[nodiscard]] TformQvRfSelector& SelectorOf(TObjectType object);
 
   void btnDataSourceParamsVertRefsystemClick();
   void btnDataSourceParamsFileNameClick();

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "database/storage_files.h"
+#include "platform/storage/file_stream.h"
 #include "platform/storage/stream.h"
 #include "platform/widgets/file_dialogs.h"
 #include "platform/widgets/qt_text.h"

@@ -4,6 +4,7 @@
 
 #include "dialogs/select/import_export.h"
 #include "platform/ctui/ctui.h"
+#include "platform/storage/file_stream.h"
 #include "platform/widgets/file_dialogs.h"
 #include "platform/widgets/qt_text.h"
 #include "platform/xini/ini_file.h"

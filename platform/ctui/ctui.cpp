@@ -7,8 +7,8 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/storage/stream.h"
-#include "platform/text/text.h"
+#include "platform/storage/crc32.h"
+#include "platform/text/locale.h"
 
 namespace QvPlatform {
 

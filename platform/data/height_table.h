@@ -109,3 +109,10 @@ class T2DTable<double> {
 };
 
 }  // namespace QvCommonUtils
+
+namespace QvRefSystem {
+
+/// A table of heights in the height unit of its reference system.
+using THeightTable = QvCommonUtils::T2DTable<double>;
+
+}  // namespace QvRefSystem

@@ -1,18 +1,14 @@
+#include "platform/data/height_table_reader.h"
+
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <vector>
 
 #include "platform/data/height_table_numbers.h"
-#include "platform/data/height_table_text.h"
 
 namespace QvRefSystem {
 
 namespace {
-
-using Table = QvCommonUtils::T2DTable<double>;
-
-constexpr std::size_t kHeaderNumbers = 6;
 
 std::string_view WithoutFrame(std::string_view text) {
   if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
@@ -20,25 +16,14 @@ std::string_view WithoutFrame(std::string_view text) {
   return text;
 }
 
-/// Nodes along an axis; 0 if there is no such number of them.
-std::uint32_t NodeCount(double from, double to, double cell) {
-  const double count = std::floor((to - from) / cell + 0.5) + 1;
-  // Also for an infinite span.
-  if (!(count >= 1 && count <= std::numeric_limits<std::uint32_t>::max())) return 0;
-  return static_cast<std::uint32_t>(count);
-}
-
 bool ReadHeader(detail::TokenReader* reader, HeightTableHeader* header) {
-  double numbers[kHeaderNumbers];
-  if (!reader->Read(numbers, kHeaderNumbers)) return false;
+  double numbers[kHeightHeaderNumbers];
+  if (!reader->Read(numbers, kHeightHeaderNumbers)) return false;
   const auto [south, north, west, east, cellNorthSouth, cellEastWest] = numbers;
-  if (south > north || west > east || cellNorthSouth <= 0 || cellEastWest <= 0) return false;
-  const std::uint32_t countX = NodeCount(west, east, cellEastWest);
-  const std::uint32_t countY = NodeCount(south, north, cellNorthSouth);
-  constexpr auto kMostNodes = std::numeric_limits<std::ptrdiff_t>::max() / sizeof(double);
-  if (countX == 0 || countY == 0 || countX > kMostNodes / countY) return false;
-  *header = {south, north, west, east, cellNorthSouth, cellEastWest, countX, countY};
-  return true;
+  const GridExtents extents{west, east, south, north, cellEastWest, cellNorthSouth};
+  const std::optional<GridCounts> counts = CountNodes(extents);
+  if (counts) *header = {extents, *counts};
+  return counts.has_value();
 }
 
 /// Reports the steps of reading to those who want to know.
@@ -65,7 +50,7 @@ class Steps {
 
 /// Rows are read into a buffer and moved into the table a bundle at a time: one value by itself
 /// would touch another cache line for each column.
-bool ReadRows(detail::TokenReader* reader, const Steps& steps, Table* table) {
+bool ReadRows(detail::TokenReader* reader, const Steps& steps, THeightTable* table) {
   const std::size_t width = table->CountX;
   const std::uint32_t bundle = std::min(table->RowsAtATime(), table->CountY);
   std::vector<double> values(bundle * width);
@@ -81,17 +66,18 @@ bool ReadRows(detail::TokenReader* reader, const Steps& steps, Table* table) {
   return true;
 }
 
-bool Parse(std::string_view text, TProgressInterface* progress, Table* table) {
+bool Parse(std::string_view text, TProgressInterface* progress, THeightTable* table) {
   detail::TokenReader reader(WithoutFrame(text));
   HeightTableHeader header;
   if (!ReadHeader(&reader, &header)) return false;
-  const std::uint64_t nodes = std::uint64_t{header.countX} * header.countY;
+  const auto& [extents, counts] = header;
+  const std::uint64_t nodes = std::uint64_t{counts.x} * counts.y;
   // Each value takes a digit and a separator at least, but for the last one.
   if (nodes > (reader.Rest() + 1) / 2) return false;
-  const Steps steps(progress, nodes + kHeaderNumbers + header.countY);
-  if (!steps.Take(kHeaderNumbers)) return false;
-  table->Resize(header.countX, header.countY, header.cellEastWest, header.cellNorthSouth,
-                header.west, header.south);
+  const Steps steps(progress, nodes + kHeightHeaderNumbers + counts.y);
+  if (!steps.Take(kHeightHeaderNumbers)) return false;
+  table->Resize(counts.x, counts.y, extents.CellEastWest, extents.CellNorthSouth, extents.West,
+                extents.South);
   return ReadRows(&reader, steps, table) && table->ComputeCrc();
 }
 
@@ -102,7 +88,7 @@ bool ReadHeightTableHeader(std::string_view text, HeightTableHeader* header) {
   return ReadHeader(&reader, header);
 }
 
-bool ParseHeightTable(Table* table, std::string_view text, TProgressInterface* progress) {
+bool ParseHeightTable(THeightTable* table, std::string_view text, TProgressInterface* progress) {
   if (table == nullptr) return false;
   try {
     return Parse(text, progress, table);

@@ -1,3 +1,5 @@
+#include "platform/data/height_table_writer.h"
+
 #include <locale.h>
 
 #include <algorithm>
@@ -6,16 +8,23 @@
 #include <cstring>
 #include <limits>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "platform/data/height_table_numbers.h"
-#include "platform/data/height_table_text.h"
+#include "platform/data/height_table_reader.h"
 
 namespace QvRefSystem {
 
 namespace {
 
-using Table = QvCommonUtils::T2DTable<double>;
+using Table = THeightTable;
+
+/// What stands behind each number but the last one of a head, behind each value, and behind each
+/// line.
+constexpr char kBehindHeadNumber = ' ';
+constexpr char kBehindValue = '\t';
+constexpr char kBehindLine = '\n';
 
 /// The notation of this thread is that of C while one lives.
 class CNotation {
@@ -92,9 +101,9 @@ bool AppendHeader(const Table& table, const char* format, std::string* text) {
   }
   for (const double number : numbers) {
     AppendNumber(number, format, text);
-    text->push_back(' ');
+    text->push_back(kBehindHeadNumber);
   }
-  text->back() = '\n';
+  text->back() = kBehindLine;
   return true;
 }
 
@@ -111,7 +120,7 @@ class FastRow {
       values += run;
       count -= run;
     }
-    text_->push_back('\n');
+    text_->push_back(kBehindLine);
   }
 
  private:
@@ -128,9 +137,9 @@ class AnyRow {
   void Append(const double* values, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
       AppendNumber(values[i], format_, text_);
-      text_->push_back('\t');
+      text_->push_back(kBehindValue);
     }
-    text_->push_back('\n');
+    text_->push_back(kBehindLine);
   }
 
  private:
@@ -218,6 +227,30 @@ bool FormatHeightTable(const Table* table, std::string* text, const char* header
   }
   if (!done) std::string().swap(*text);
   return done;
+}
+
+std::optional<std::string> HeightTableInLines(std::string_view text) {
+  HeightTableHeader header;
+  if (!ReadHeightTableHeader(text, &header)) return std::nullopt;
+  const std::size_t rowLength = header.counts.x;
+  std::string lines;
+  lines.reserve(text.size() + std::min<std::size_t>(header.counts.y, text.size()));
+  std::size_t taken = 0;
+  const char* const end = text.data() + text.size();
+  for (const char* next = text.data();;) {
+    next = std::find_if_not(next, end, detail::IsSeparator);
+    if (next == end) break;
+    const char* const token = std::exchange(next, std::find_if(next, end, detail::IsSeparator));
+    lines.append(token, next);
+    if (++taken <= kHeightHeaderNumbers) {
+      lines.push_back(taken < kHeightHeaderNumbers ? kBehindHeadNumber : kBehindLine);
+    } else {
+      lines.push_back(kBehindValue);
+      if ((taken - kHeightHeaderNumbers) % rowLength == 0) lines.push_back(kBehindLine);
+    }
+  }
+  if (taken < kHeightHeaderNumbers + rowLength) return std::nullopt;
+  return lines;
 }
 
 }  // namespace QvRefSystem

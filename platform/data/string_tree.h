@@ -9,7 +9,8 @@
 
 #include "platform/data/string_tree_label.h"
 #include "platform/text/text.h"
-#include "platform/xini/xini.h"
+#include "platform/xini/xini_reader.h"
+#include "platform/xini/xini_writer.h"
 
 /// The form in which an object and all that it refers to travels.
 namespace QvCommonUtils {

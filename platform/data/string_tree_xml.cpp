@@ -1,5 +1,7 @@
 // The XML form of a tree.
 #include "platform/data/string_tree.h"
+#include "platform/xini/xini_reader.h"
+#include "platform/xini/xini_writer.h"
 
 namespace QvCommonUtils {
 

@@ -2,13 +2,21 @@
 
 #include <string_view>
 
-/// Addresses and labels of a reference system's tree: what reads a model from a tree and what
-/// writes it into one share this list.
+/// Addresses and labels of the members of all trees that objects travel in. They stand here alone:
+/// what writes records, what reads them, models, registry and hosts take them from this list. The
+/// parameters of a map projection are the exception: the id of such a member is the EPSG code of
+/// the parameter, and its label the parameter's name.
 namespace QvRefSystem::TreeIds {
 
+/// One kind of member, a field or a subtree. Members that stand several times at one level differ
+/// by their index, which counts from 0.
 struct Item {
+  /// The number that says what the member is, wherever it stands.
   int id;
+  /// What is written for human readers; nobody reads it back.
   std::string_view label;
+  /// The index of a member that stands once at its level, or of the first of several.
+  int index = 0;
 };
 
 // Reference system.
@@ -37,6 +45,7 @@ inline constexpr Item kHeightSystemName{1502, "name"};
 inline constexpr Item kHeightSystemDescription{1503, "description"};
 inline constexpr Item kHeightSystemAbbreviation{1504, "abbreviation"};
 inline constexpr Item kHeightSystemTable{1511, "table"};
+inline constexpr Item kHeightSystemChecksum{1512, "crc32"};
 inline constexpr Item kHeightSystemOffset{1513, "offset"};
 inline constexpr Item kHeightSystemUnit{1514, "linear unit"};
 inline constexpr Item kHeightSystemNorth{1515, "extents North"};
@@ -102,7 +111,7 @@ inline constexpr Item kShiftTypeNumber{5701, "type"};
 inline constexpr Item kShiftTypeName{5702, "name"};
 inline constexpr Item kShiftTypeDescription{5703, "desc"};
 
-// Map projection; a parameter's id is its EPSG code, its label its name.
+// Map projection.
 inline constexpr Item kProjectionMethod{6001, "type"};
 inline constexpr Item kProjectionName{6020, "name"};
 inline constexpr Item kProjectionDescription{6021, "description"};
@@ -110,6 +119,9 @@ inline constexpr Item kProjectionAxis{6022, "coord abbr"};
 inline constexpr Item kProjectionDirection{6023, "coord desc"};
 inline constexpr Item kProjectionSign{6024, "coord sign"};
 inline constexpr Item kProjectionSwap{6025, "swap coords"};
+/// Stands in lists of members for the parameters of the projection's method, which have addresses
+/// of their own.
+inline constexpr Item kProjectionParameters{0, ""};
 inline constexpr Item kProjectionAngularUnit{6090, "angular unit"};
 inline constexpr Item kProjectionLinearUnit{6091, "linear unit"};
 inline constexpr Item kProjectionScaleUnit{6092, "scale unit"};
@@ -119,11 +131,16 @@ inline constexpr Item kProjectionTypeName{5802, "name"};
 inline constexpr Item kProjectionTypeDescription{5803, "desc"};
 inline constexpr Item kProjectionTypeParameter{5830, "map_proj_param_name"};
 
-// Exchange codes.
+// Codes by which other formats know an object. Those of MIF/MID stand twice: with the object and,
+// gathered for hosts that write that format, in the subtree kMifExport of a system.
+inline constexpr Item kMifExport{101000, "MIF/MID export subtree"};
 inline constexpr Item kMifSystemType{101001, "MIF/MID reference system type"};
 inline constexpr Item kMifUnit{101002, "MIF/MID unit name"};
+inline constexpr Item kMifExportAngularUnit{101002, "MIF/MID unit (angular?!) name"};
+inline constexpr Item kMifExportLinearUnit{101002, "MIF/MID unit (linear) name"};
 inline constexpr Item kMifDatum{101003, "MIF/MID datum code"};
 inline constexpr Item kMifEllipsoid{101004, "MIFMID ellipsoid"};
+inline constexpr Item kMifExportEllipsoid{101004, "MIF/MID user datum ellipsoid"};
 inline constexpr Item kGeoTiffSystemType{102001, "GeoTIFF ref.system type"};
 inline constexpr Item kGeoTiffLinearUnit{102002, "GeoTIFF linear unit"};
 inline constexpr Item kGeoTiffAngularUnit{102003, "GeoTIFF angular unit"};
@@ -134,13 +151,20 @@ inline constexpr Item kGeoTiffProjection{102007, "GeoTIFF map projection"};
 inline constexpr Item kGeoTiffProjectionType{102008, "GeoTIFF map proj type"};
 inline constexpr Item kGeoTiffPrimeMeridian{102009, "GeoTIFF prime meridian"};
 
-/// Kinds of height systems: a table, an offset, a built-in geoid.
-inline constexpr int kHeightSystemIsTable = 1;
-inline constexpr int kHeightSystemIsOffset = 2;
-inline constexpr int kHeightSystemIsGeoid = 3;
+// Notes that storing leaves in the tree for the caller; no file holds them.
+inline constexpr Item kInsertedKeyNote{201001, "Inserted ID", -1};
+inline constexpr Item kFoundKeyNote{201001, "Found ID", -1};
+inline constexpr Item kContentNote{201002, "Content", -1};
+inline constexpr Item kInsertedNote{201003, "Inserted", -1};
+
 /// Name and description of the primary system that stands in a projected system's tree when it
 /// refers to none. It says nothing that the projected system itself does not.
 inline constexpr std::string_view kGeneratedPrimaryName = "Primary ref. system";
 inline constexpr std::string_view kGeneratedPrimaryDescription = "Generated geodetic";
+inline constexpr std::string_view kGeneratedPrimaryAbbreviation = "Primary";
+/// Its angular unit, which counts in radians.
+inline constexpr std::string_view kGeneratedUnitName = "Radian";
+inline constexpr std::string_view kGeneratedUnitAbbreviation = "rad";
+inline constexpr std::string_view kGeneratedUnitDescription = "Generated";
 
 }  // namespace QvRefSystem::TreeIds

@@ -1,5 +1,6 @@
+#include "platform/dbset/container_store.h"
+
 #include "platform/dbset/field_descriptions.h"
-#include "platform/dbset/sqlite_store.h"
 
 namespace QvPlatform::detail {
 

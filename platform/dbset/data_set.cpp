@@ -1,29 +1,11 @@
 #include "platform/dbset/data_set.h"
 
+#include <string>
+
 #include "platform/dbset/data_set_impl.h"
+#include "platform/dbset/notices.h"
 
 namespace QvPlatform {
-
-TQvDataBuffer::TQvDataBuffer() = default;
-TQvDataBuffer::~TQvDataBuffer() = default;
-
-void TQvDataBuffer::Close() {}
-
-void TQvDataBuffer::SetSortField(int index, bool descending, bool /*rebuild: done at Open*/) {
-  sortField_ = index;
-  descending_ = descending;
-}
-
-void TQvDataBuffer::SetFilter(int index, int value, TQvDbIntFilter::TFilterOp /*op: the only one*/,
-                              bool /*rebuild: done at Open*/) {
-  filterField_ = index;
-  filterValue_ = value;
-}
-
-void TQvDataBuffer::ClearFilter(bool /*rebuild: done at Open*/) {
-  filterField_ = -1;
-  filterValue_ = 0;
-}
 
 TQvDataSet::TQvDataSet(TQvDataBuffer& buffer)
     : DataBuff(&buffer), impl_(std::make_unique<DataSetImpl>(buffer)) {}
@@ -90,13 +72,16 @@ void TQvDataSet::Delete() {
 }
 
 void TQvDataSet::DisableControls() {
-  impl_->DisableControls();
+  Notices().Disable();
 }
 void TQvDataSet::EnableControls() {
-  impl_->EnableControls();
+  Notices().Enable();
 }
 bool TQvDataSet::ControlsDisabled() const {
-  return impl_->ControlsDisabled();
+  return Notices().Disabled();
+}
+detail::Notices& TQvDataSet::Notices() const {
+  return impl_->Notices();
 }
 
 int TQvDataSet::FieldCount() const {

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/storage/table_format.h"
-#include "platform/text/text.h"
+#include "platform/dbset/data_set_error.h"
+#include "platform/dbset/open_table_store.h"
+#include "platform/text/ascii.h"
+#include "platform/text/locale.h"
 
 namespace QvPlatform {
 
@@ -22,8 +24,6 @@ struct DataSetImpl::CachedTable {
 
 DataSetImpl::~DataSetImpl() {
   if (group_ != nullptr) group_->Forget(this);
-  for (TDataSource* source : sources_)
-    source->dataSet_ = nullptr;
   // The buffer may be gone already; what it keeps stays as it is.
   LetGo();
 }
@@ -75,7 +75,7 @@ void DataSetImpl::MakeFields() {
   // Pointers to fields live on as long as the table has the same number of them.
   fields_.resize(header_.Fields().size());
   for (std::size_t i = 0; i < fields_.size(); ++i) {
-    fields_[i].owner_ = this;
+    fields_[i].record_ = this;
     fields_[i].index_ = static_cast<int>(i);
   }
 }
@@ -92,7 +92,7 @@ void DataSetImpl::Open() {
   state_ = DataSetState::kBrowse;
   Place(0);
   bof_ = true;
-  TellReset();
+  notices_.TellReset();
 }
 
 void DataSetImpl::Close() {
@@ -101,7 +101,7 @@ void DataSetImpl::Close() {
   position_ = -1;
   bof_ = eof_ = true;
   if (group_ == nullptr) Park();
-  TellReset();
+  notices_.TellReset();
 }
 
 void DataSetImpl::Park() {
@@ -131,7 +131,7 @@ void DataSetImpl::ReloadAfterUndo() noexcept {
     const Row* row = rows_->FindById(id);
     const int place = row != nullptr ? rows_->PositionOf(row) : -1;
     Place(place >= 0 ? place : position);
-    TellReset();
+    notices_.TellReset();
   } catch (...) {
     // A table that cannot be read again must not show what was undone.
     state_ = DataSetState::kInactive;
@@ -153,7 +153,7 @@ void DataSetImpl::MoveCursor(int position, bool bof, bool eof) {
   Place(position);
   bof_ = bof_ || bof;
   eof_ = eof_ || eof;
-  if (position_ != before) TellMoved();
+  if (position_ != before) notices_.TellMoved();
 }
 
 void DataSetImpl::First() {
@@ -225,7 +225,7 @@ std::vector<RowView> DataSetImpl::FindAll(std::span<const RowMatch> matches, Row
 int DataSetImpl::PositionOf(RowView row) const {
   if (!Active() || !row) return -1;
   if (row.row_ == &pending_) return state_ == DataSetState::kEdit ? position_ : -1;
-  return rows_->PositionOf(static_cast<const Row*>(row.row_));
+  return rows_->PositionOf(row.row_);
 }
 
 // --- fields -----------------------------------------------------------------------------------
@@ -233,7 +233,7 @@ int DataSetImpl::PositionOf(RowView row) const {
 TField* DataSetImpl::FindField(std::string_view name) {
   if (!Active()) return nullptr;
   for (std::size_t i = 0; i < fields_.size(); ++i) {
-    if (detail::EqualNames(header_.Fields()[i].name, name)) return &fields_[i];
+    if (EqualAscii(header_.Fields()[i].name, name)) return &fields_[i];
   }
   return nullptr;
 }
@@ -308,10 +308,10 @@ const Row* DataSetImpl::PostInsert() {
   store_->Insert(row.get());
   state_ = DataSetState::kBrowse;
   const Row* const inserted = row.get();
-  RowSet::Move move;
+  detail::RowMove move;
   move.to = rows_->Insert(std::move(row));
   Place(move.to >= 0 ? move.to : position_);
-  TellPlaces(move);
+  notices_.TellPlaces(move);
   return inserted;
 }
 
@@ -322,23 +322,23 @@ const Row* DataSetImpl::PostEdit() {
   content.version = pending_.version;
   if (!store_->Update(pending_.id, &content)) ShowStaleRow(row, "change");
   state_ = DataSetState::kBrowse;
-  const RowSet::Move move = rows_->Change(row, std::move(content));
+  const detail::RowMove move = rows_->Change(row, std::move(content));
   Place(move.to >= 0 ? move.to : position_);
-  TellPlaces(move);
+  notices_.TellPlaces(move);
   return row;
 }
 
 void DataSetImpl::ShowStaleRow(Row* row, const char* what) {
   state_ = DataSetState::kBrowse;
   const std::unique_ptr<Row> stored = store_->ReadRow(row->id);
-  RowSet::Move move;
+  detail::RowMove move;
   if (stored != nullptr) {
     move = rows_->Change(row, std::move(*stored));
   } else {
     move.from = rows_->Remove(row);
   }
   Place(move.to >= 0 ? move.to : position_);
-  TellPlaces(move);
+  notices_.TellPlaces(move);
   throw StaleRecordError("\"" + storeName_ + "\": the record to " + what + " was " +
                          (stored != nullptr ? "changed" : "deleted") +
                          " by somebody else in the meantime");
@@ -355,10 +355,10 @@ void DataSetImpl::Delete() {
   BeforeWrite();
   Row* row = rows_->At(position_);
   if (!store_->Delete(row->id, row->version)) ShowStaleRow(row, "delete");
-  RowSet::Move move;
+  detail::RowMove move;
   move.from = rows_->Remove(row);
   Place(position_);
-  TellPlaces(move);
+  notices_.TellPlaces(move);
 }
 
 }  // namespace QvPlatform

@@ -1,19 +1,27 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
-#include "platform/dbset/data_set.h"
+#include "platform/dbset/current_record.h"
+#include "platform/dbset/data_buffer.h"
+#include "platform/dbset/data_set_state.h"
+#include "platform/dbset/field.h"
+#include "platform/dbset/notices.h"
+#include "platform/dbset/row_match.h"
 #include "platform/dbset/row_set.h"
+#include "platform/dbset/row_view.h"
 #include "platform/dbset/table_store.h"
+#include "platform/dbset/write_group_state.h"
 
 namespace QvPlatform {
 
-class WriteGroupState;
-
-/// The cursor, the states and the notices of one data set, over its rows and its store.
-class DataSetImpl {
+/// The cursor and the states of one data set, over its rows and its store.
+class DataSetImpl final : public detail::CurrentRecord, public detail::GroupMember {
  public:
   explicit DataSetImpl(TQvDataBuffer& buffer) : buffer_(buffer) {}
   ~DataSetImpl();
@@ -42,9 +50,7 @@ class DataSetImpl {
   void Cancel();
   void Delete();
 
-  void DisableControls();
-  void EnableControls();
-  [[nodiscard]] bool ControlsDisabled() const { return disabled_ > 0; }
+  [[nodiscard]] detail::Notices& Notices() { return notices_; }
 
   [[nodiscard]] std::vector<TField>& Fields() { return fields_; }
   [[nodiscard]] TField* FindField(std::string_view name);
@@ -58,20 +64,15 @@ class DataSetImpl {
                                              RowScope scope) const;
   [[nodiscard]] int PositionOf(RowView row) const;
 
-  /// The content of a field of the current or pending row.
-  [[nodiscard]] const detail::Cell& Content(int field) const;
-  void SetContent(int field, detail::Cell content);
-  [[nodiscard]] const TQvDbField& Definition(int field) const;
+  [[nodiscard]] const TQvDbField& Definition(int field) const override;
+  [[nodiscard]] const detail::Cell& Content(int field) const override;
+  void SetContent(int field, detail::Cell content) override;
 
-  void AddSource(TDataSource* source) { sources_.push_back(source); }
-  void RemoveSource(TDataSource* source) { std::erase(sources_, source); }
-  void TellSource(TDataSource* source, const std::function<void(TDataSetObserver&)>& tell);
-
-  [[nodiscard]] const std::shared_ptr<WriteGroupState>& Group() const { return group_; }
+  [[nodiscard]] const std::shared_ptr<detail::WriteGroupState>& Group() const { return group_; }
   [[nodiscard]] const std::shared_ptr<detail::TableStore>& Store() const { return store_; }
-  void EnterGroup(std::shared_ptr<WriteGroupState> group) { group_ = std::move(group); }
+  void EnterGroup(std::shared_ptr<detail::WriteGroupState> group) { group_ = std::move(group); }
   /// Also lets go of what a closing inside of the group had kept.
-  void LeaveGroup();
+  void LeaveGroup() override;
 
  private:
   struct CachedTable;
@@ -100,18 +101,13 @@ class DataSetImpl {
   const detail::Row* PostEdit();
   [[noreturn]] void ShowStaleRow(detail::Row* row, const char* what);
 
-  void TellAll(const std::function<void(TDataSetObserver&)>& tell);
-  void TellReset();
-  void TellMoved();
-  void TellPlaces(const detail::RowSet::Move& move);
-
   TQvDataBuffer& buffer_;
   std::shared_ptr<detail::TableStore> store_;
   std::string storeName_;
   std::unique_ptr<detail::RowSet> rows_;
   TQvDbHeader header_;
   std::vector<TField> fields_;
-  std::shared_ptr<WriteGroupState> group_;
+  std::shared_ptr<detail::WriteGroupState> group_;
 
   DataSetState state_ = DataSetState::kInactive;
   int position_ = -1;
@@ -120,41 +116,7 @@ class DataSetImpl {
   /// The row under change, while one is.
   detail::Row pending_;
 
-  std::vector<TDataSource*> sources_;
-  int disabled_ = 0;
-  bool rowsChangedSilently_ = false;
-  int positionWhenDisabled_ = -1;
-};
-
-/// What the data sets of a write group share.
-class WriteGroupState {
- public:
-  explicit WriteGroupState(std::vector<DataSetImpl*> members);
-  ~WriteGroupState();
-  WriteGroupState(const WriteGroupState&) = delete;
-  WriteGroupState& operator=(const WriteGroupState&) = delete;
-
-  [[nodiscard]] detail::StoreTransaction& Transaction() { return *transaction_; }
-  /// A data set that is destroyed while the group is open.
-  void Forget(DataSetImpl* member) { std::erase(members_, member); }
-  /// Ends the transaction, undoing what was not committed, and sets the members free.
-  void End() noexcept;
-
-  /// What is to happen beside the tables when the group ends.
-  struct Follower {
-    std::function<void()> done;
-    std::function<void()> undone;
-  };
-  void AddFollower(Follower follower) { followers_.push_back(std::move(follower)); }
-  [[nodiscard]] std::size_t FollowerCount() const { return followers_.size(); }
-  void TellDone() noexcept;
-  /// Tells those from the given one on, the last one first, and forgets them.
-  void TellUndone(std::size_t first) noexcept;
-
- private:
-  std::vector<Follower> followers_;
-  std::vector<DataSetImpl*> members_;
-  std::unique_ptr<detail::StoreTransaction> transaction_;
+  detail::Notices notices_{position_};
 };
 
 }  // namespace QvPlatform

@@ -1,9 +1,10 @@
 #include "platform/dbset/db_header.h"
 
-#include <algorithm>
 #include <stdexcept>
+#include <string_view>
 
-#include "platform/dbset/field_descriptions.h"
+#include "platform/storage/table_format.h"
+#include "platform/text/ascii.h"
 
 namespace QvPlatform {
 
@@ -40,12 +41,11 @@ void TQvDbHeader::AddField(const char* name, unsigned char type, unsigned char r
   if (isKey && static_cast<FieldType>(type) != FieldType::kInteger) {
     RefuseField(given, "is a generated key but no integer");
   }
-  if (detail::EqualNames(given, detail::kHiddenKey) ||
-      detail::EqualNames(given, detail::kVersionColumn)) {
+  if (EqualAscii(given, detail::kHiddenKey) || EqualAscii(given, detail::kVersionColumn)) {
     RefuseField(given, "has a name that tables need for themselves");
   }
   for (const TQvDbField& field : fields_) {
-    if (detail::EqualNames(field.name, given)) RefuseField(given, "is there already");
+    if (EqualAscii(field.name, given)) RefuseField(given, "is there already");
     if (isKey && field.need == FieldNeed::kGeneratedKey) RefuseField(given, "is a second key");
   }
   fields_.push_back(
@@ -58,35 +58,6 @@ int TQvDbHeader::GetRecordSize() const {
     size += field.type == FieldType::kText ? field.length : kNumberSize;
   }
   return size;
-}
-
-std::string MakeEmptyTableImage(const TQvDbHeader& header) {
-  return detail::MakeTableImage(detail::Describe(header));
-}
-
-TFixedRecordFile::TFixedRecordFile(const TQvDbHeader& header, int recordSize) : header_(header) {
-  if (recordSize != header.GetRecordSize()) {
-    throw std::invalid_argument("the record size is not that of the fields");
-  }
-}
-
-TFixedRecordFile::~TFixedRecordFile() = default;
-
-bool TFixedRecordFile::CreateNew(TQvStream* stream, bool /*overwrite: the stream has decided*/) {
-  if (stream == nullptr || header_.Fields().empty()) return false;
-  try {
-    const std::string image = MakeEmptyTableImage(header_);
-    stream->Write(image.data(), image.size());
-    stream->Commit();
-  } catch (const StorageError&) {
-    return false;
-  }
-  stream_.reset(stream);
-  return true;
-}
-
-void TFixedRecordFile::Close() {
-  stream_.reset();
 }
 
 }  // namespace QvPlatform

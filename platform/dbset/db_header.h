@@ -1,10 +1,7 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
-
-#include "platform/storage/stream.h"
 
 namespace QvPlatform {
 
@@ -39,26 +36,5 @@ class TQvDbHeader {
  private:
   std::vector<TQvDbField> fields_;
 };
-
-/// Makes empty table files.
-class TFixedRecordFile {
- public:
-  TFixedRecordFile(const TQvDbHeader& header, int recordSize);
-  ~TFixedRecordFile();
-  TFixedRecordFile(const TFixedRecordFile&) = delete;
-  TFixedRecordFile& operator=(const TFixedRecordFile&) = delete;
-
-  /// Writes an empty table to a stream that is open for writing and commits it. On success the
-  /// stream belongs to this object; on failure it stays the caller's.
-  [[nodiscard]] bool CreateNew(TQvStream* stream, bool overwrite);
-  void Close();
-
- private:
-  TQvDbHeader header_;
-  std::unique_ptr<TQvStream> stream_;
-};
-
-/// The bytes of an empty table file of this layout.
-[[nodiscard]] std::string MakeEmptyTableImage(const TQvDbHeader& header);
 
 }  // namespace QvPlatform

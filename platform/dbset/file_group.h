@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/dbset/sqlite_store.h"
+#include "platform/dbset/table_link.h"
 
 namespace QvPlatform::detail {
 

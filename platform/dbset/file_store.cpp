@@ -1,10 +1,12 @@
+#include "platform/dbset/file_store.h"
+
 #include <sys/stat.h>
 
 #include <filesystem>
 
 #include "platform/dbset/field_descriptions.h"
 #include "platform/dbset/file_group.h"
-#include "platform/dbset/sqlite_store.h"
+#include "platform/storage/paths.h"
 
 namespace QvPlatform::detail {
 
@@ -15,12 +17,6 @@ namespace fs = std::filesystem;
 /// Place of the change counter in the header of an SQLite file.
 constexpr std::size_t kChangeCounterAt = 24;
 constexpr const char* kKind = "table file";
-
-std::string CanonicalPath(const std::string& path) {
-  std::error_code error;
-  const fs::path canonical = fs::weakly_canonical(path, error);
-  return error ? path : canonical.string();
-}
 
 Connection OpenTableFile(const std::string& path) {
   std::error_code error;

@@ -1,16 +1,23 @@
+#include "platform/dbset/notices.h"
+
 #include <algorithm>
 
-#include "platform/dbset/data_set_impl.h"
+#include "platform/dbset/data_set_observer.h"
 
-namespace QvPlatform {
+namespace QvPlatform::detail {
 
-void DataSetImpl::DisableControls() {
+Notices::~Notices() {
+  for (Audience* audience : audiences_)
+    audience->dataSet = nullptr;
+}
+
+void Notices::Disable() {
   if (disabled_++ > 0) return;
   rowsChangedSilently_ = false;
   positionWhenDisabled_ = position_;
 }
 
-void DataSetImpl::EnableControls() {
+void Notices::Enable() {
   if (disabled_ == 0 || --disabled_ > 0) return;
   if (rowsChangedSilently_) {
     TellReset();
@@ -19,41 +26,44 @@ void DataSetImpl::EnableControls() {
   }
 }
 
-void DataSetImpl::TellSource(TDataSource* source,
-                             const std::function<void(TDataSetObserver&)>& tell) {
+void Notices::Tell(Audience* audience, const Telling& tell) const {
   // Who is told may remove observers, or the source itself.
-  const std::vector<TDataSetObserver*> observers = source->observers_;
+  const std::vector<TDataSetObserver*> observers = audience->observers;
   for (TDataSetObserver* observer : observers) {
-    const bool bound = std::ranges::find(sources_, source) != sources_.end();
-    if (!bound || !source->enabled_) return;
-    if (std::ranges::find(source->observers_, observer) == source->observers_.end()) continue;
+    const bool bound = std::ranges::find(audiences_, audience) != audiences_.end();
+    if (!bound || !audience->enabled) return;
+    if (std::ranges::find(audience->observers, observer) == audience->observers.end()) continue;
     tell(*observer);
   }
 }
 
-void DataSetImpl::TellAll(const std::function<void(TDataSetObserver&)>& tell) {
-  const std::vector<TDataSource*> sources = sources_;
-  for (TDataSource* source : sources) {
-    if (std::ranges::find(sources_, source) != sources_.end()) TellSource(source, tell);
+void Notices::TellAll(const Telling& tell) const {
+  const std::vector<Audience*> audiences = audiences_;
+  for (Audience* audience : audiences) {
+    if (std::ranges::find(audiences_, audience) != audiences_.end()) Tell(audience, tell);
   }
 }
 
-void DataSetImpl::TellReset() {
-  if (ControlsDisabled()) {
+void Notices::TellReset() {
+  if (Disabled()) {
     rowsChangedSilently_ = true;
     return;
   }
   TellAll([](TDataSetObserver& observer) { observer.OnRowsReset(); });
 }
 
-void DataSetImpl::TellMoved() {
-  if (ControlsDisabled()) return;
+void Notices::TellReset(Audience* audience) {
+  Tell(audience, [](TDataSetObserver& observer) { observer.OnRowsReset(); });
+}
+
+void Notices::TellMoved() {
+  if (Disabled()) return;
   const int position = position_;
   TellAll([position](TDataSetObserver& observer) { observer.OnCurrentMoved(position); });
 }
 
-void DataSetImpl::TellPlaces(const detail::RowSet::Move& move) {
-  if (ControlsDisabled()) {
+void Notices::TellPlaces(const RowMove& move) {
+  if (Disabled()) {
     rowsChangedSilently_ = rowsChangedSilently_ || move.from >= 0 || move.to >= 0;
     return;
   }
@@ -70,27 +80,4 @@ void DataSetImpl::TellPlaces(const detail::RowSet::Move& move) {
   });
 }
 
-TDataSource::TDataSource(TQvDataSet* dataSet) : dataSet_(dataSet) {
-  if (dataSet_ != nullptr) dataSet_->impl_->AddSource(this);
-}
-
-TDataSource::~TDataSource() {
-  if (dataSet_ != nullptr) dataSet_->impl_->RemoveSource(this);
-}
-
-void TDataSource::SetEnabled(bool enabled) {
-  const bool wakes = enabled && !enabled_;
-  enabled_ = enabled;
-  if (!wakes || dataSet_ == nullptr) return;
-  dataSet_->impl_->TellSource(this, [](TDataSetObserver& observer) { observer.OnRowsReset(); });
-}
-
-void TDataSource::AddObserver(TDataSetObserver* observer) {
-  if (std::ranges::find(observers_, observer) == observers_.end()) observers_.push_back(observer);
-}
-
-void TDataSource::RemoveObserver(TDataSetObserver* observer) {
-  std::erase(observers_, observer);
-}
-
-}  // namespace QvPlatform
+}  // namespace QvPlatform::detail

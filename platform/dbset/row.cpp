@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "platform/text/text.h"
+#include "platform/text/numbers.h"
 
 namespace QvPlatform::detail {
 

@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <functional>
 #include <iterator>
+#include <string_view>
 #include <utility>
-
-#include "platform/dbset/row_set.h"
 
 namespace QvPlatform::detail {
 

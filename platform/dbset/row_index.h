@@ -6,12 +6,11 @@
 #include <span>
 #include <vector>
 
-#include "platform/dbset/data_set.h"
 #include "platform/dbset/row.h"
+#include "platform/dbset/row_match.h"
+#include "platform/dbset/row_order.h"
 
 namespace QvPlatform::detail {
-
-class RowOrder;
 
 /// Which fields a look-up compares, and how.
 struct IndexPart {

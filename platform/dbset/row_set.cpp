@@ -2,19 +2,9 @@
 
 #include <algorithm>
 
-#include "platform/text/text.h"
+#include "platform/text/locale.h"
 
 namespace QvPlatform::detail {
-
-bool RowOrder::Before(const Row& a, const Row& b) const {
-  if (byText_) {
-    const int order = a.sortText.compare(b.sortText);
-    if (order != 0) return (order < 0) != descending_;
-  } else if (byNumber_ && a.sortNumber != b.sortNumber) {
-    return (a.sortNumber < b.sortNumber) != descending_;
-  }
-  return a.id < b.id;
-}
 
 namespace {
 
@@ -116,8 +106,8 @@ int RowSet::Insert(std::unique_ptr<Row> row) {
   return Enter(added);
 }
 
-RowSet::Move RowSet::Change(Row* row, Row content) {
-  Move move;
+RowMove RowSet::Change(Row* row, Row content) {
+  RowMove move;
   move.from = Withdraw(row);
   const bool sortsAnew = row->At(arrangement_.sortField) != content.At(arrangement_.sortField);
   for (std::size_t slot = 0; slot < foldedFields_.size(); ++slot) {

@@ -4,9 +4,12 @@
 #include <span>
 #include <vector>
 
-#include "platform/dbset/data_set.h"
+#include "platform/dbset/db_header.h"
 #include "platform/dbset/row.h"
 #include "platform/dbset/row_index.h"
+#include "platform/dbset/row_match.h"
+#include "platform/dbset/row_move.h"
+#include "platform/dbset/row_order.h"
 
 namespace QvPlatform::detail {
 
@@ -19,20 +22,6 @@ struct Arrangement {
   /// UserLocaleVersion under which texts are sorted and folded.
   unsigned locale = 0;
   bool operator==(const Arrangement&) const = default;
-};
-
-/// The order of a table: by the sort field, equals in the order of their making.
-class RowOrder {
- public:
-  RowOrder() = default;
-  RowOrder(bool byText, bool byNumber, bool descending)
-      : byText_(byText), byNumber_(byNumber), descending_(descending) {}
-  [[nodiscard]] bool Before(const Row& a, const Row& b) const;
-
- private:
-  bool byText_ = false;
-  bool byNumber_ = false;
-  bool descending_ = false;
 };
 
 /// All rows of a table in memory, those that show under the filter in table order, and the hash
@@ -60,12 +49,8 @@ class RowSet {
 
   /// The new row's position, -1 if it does not show.
   int Insert(std::unique_ptr<Row> row);
-  struct Move {
-    int from = -1;
-    int to = -1;
-  };
   /// Gives a row the content, identity and version of another.
-  Move Change(Row* row, Row content);
+  RowMove Change(Row* row, Row content);
   /// The position that the row had.
   int Remove(Row* row);
 

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "platform/dbset/data_set_error.h"
 #include "platform/dbset/field_descriptions.h"
 
 namespace QvPlatform::detail {

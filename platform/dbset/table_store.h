@@ -3,22 +3,24 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <span>
 #include <string>
 #include <vector>
 
-#include "platform/dbset/data_set.h"
+#include "platform/dbset/db_header.h"
 #include "platform/dbset/row.h"
 
 /// The seam between the table engine and what keeps its rows. Nothing above it knows of files.
 namespace QvPlatform::detail {
 
+/// A table as it was read.
 struct LoadedTable {
+  /// How the store declares the table.
   TQvDbHeader header;
+  /// All records, with their identities and versions, in the order of their making.
   std::vector<std::unique_ptr<Row>> rows;
 };
 
-/// One table of a store. Failures throw StorageError; a refused change DataSetError.
+/// One table of a store. Failures throw StorageError; a refused change throws DataSetError.
 class TableStore {
  public:
   virtual ~TableStore() = default;
@@ -31,6 +33,7 @@ class TableStore {
   /// True if the store still is in that state; the rows kept in memory then stand for a Load.
   [[nodiscard]] virtual bool TakeOver(const std::string& state, const TQvDbHeader& header) = 0;
 
+  /// The record of this identity as it stands now; null if there is none.
   [[nodiscard]] virtual std::unique_ptr<Row> ReadRow(std::int64_t id) = 0;
   /// Gives the row its identity, key and version.
   virtual void Insert(Row* row) = 0;
@@ -40,7 +43,7 @@ class TableStore {
   /// False if the row is gone or of another version.
   [[nodiscard]] virtual bool Delete(std::int64_t id, std::int64_t version) = 0;
 
-  /// Called, without throwing, when changes that the store had taken are undone.
+  /// The handler is called, and must not throw, when changes that the store had taken are undone.
   void SetUndoHandler(std::function<void()> handler) { undoHandler_ = std::move(handler); }
 
  protected:
@@ -51,24 +54,5 @@ class TableStore {
  private:
   std::function<void()> undoHandler_;
 };
-
-/// A transaction over several tables. It takes the store's locks at the first write. Destroyed
-/// before Commit, it undoes everything.
-class StoreTransaction {
- public:
-  virtual ~StoreTransaction() = default;
-  virtual void BeforeWrite() = 0;
-  /// Levels inside the transaction that can be undone by themselves.
-  virtual void PushLevel() = 0;
-  virtual void ReleaseLevel() = 0;
-  virtual void UndoLevel() noexcept = 0;
-  virtual void Commit() = 0;
-};
-
-[[nodiscard]] std::shared_ptr<TableStore> OpenTableStore(QvDataBufferType type,
-                                                         const std::string& name);
-/// Throws std::logic_error if the stores cannot share a transaction.
-[[nodiscard]] std::unique_ptr<StoreTransaction> BeginTransaction(
-    const std::vector<std::shared_ptr<TableStore>>& stores);
 
 }  // namespace QvPlatform::detail

@@ -1,19 +1,27 @@
+#include "platform/dbset/write_group.h"
+
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
 
+#include "platform/dbset/data_set.h"
 #include "platform/dbset/data_set_impl.h"
+#include "platform/dbset/write_group_state.h"
 
 namespace QvPlatform {
 
+using detail::WriteGroupState;
+
 namespace {
 
-std::unique_ptr<detail::StoreTransaction> TransactionOf(const std::vector<DataSetImpl*>& members) {
+std::shared_ptr<WriteGroupState> StateOf(const std::vector<DataSetImpl*>& members) {
   std::vector<std::shared_ptr<detail::TableStore>> stores;
   stores.reserve(members.size());
   for (const DataSetImpl* member : members)
     stores.push_back(member->Store());
-  return detail::BeginTransaction(stores);
+  return std::make_shared<WriteGroupState>(
+      std::vector<detail::GroupMember*>(members.begin(), members.end()),
+      detail::BeginTransaction(stores));
 }
 
 /// The group that the data sets are in already, null if none of them is in one.
@@ -30,40 +38,7 @@ std::shared_ptr<WriteGroupState> OuterGroup(const std::vector<DataSetImpl*>& mem
   return outer;
 }
 
-// What lies beside the tables stays behind where it cannot be cleared away.
-void RunQuietly(const std::function<void()>& action) noexcept {
-  try {
-    if (action) action();
-  } catch (...) {
-    return;
-  }
-}
-
 }  // namespace
-
-WriteGroupState::WriteGroupState(std::vector<DataSetImpl*> members)
-    : members_(std::move(members)), transaction_(TransactionOf(members_)) {}
-
-WriteGroupState::~WriteGroupState() = default;
-
-void WriteGroupState::End() noexcept {
-  transaction_.reset();
-  for (DataSetImpl* member : std::exchange(members_, {}))
-    member->LeaveGroup();
-}
-
-void WriteGroupState::TellDone() noexcept {
-  for (const Follower& follower : std::exchange(followers_, {}))
-    RunQuietly(follower.done);
-}
-
-void WriteGroupState::TellUndone(std::size_t first) noexcept {
-  while (followers_.size() > first) {
-    const Follower follower = std::move(followers_.back());
-    followers_.pop_back();
-    RunQuietly(follower.undone);
-  }
-}
 
 struct TQvWriteGroup::Impl {
   /// Null for a group of nothing.
@@ -90,7 +65,7 @@ TQvWriteGroup::TQvWriteGroup(const std::vector<TQvDataSet*>& dataSets)
     impl_->firstFollower = impl_->state->FollowerCount();
     return;
   }
-  impl_->state = std::make_shared<WriteGroupState>(members);
+  impl_->state = StateOf(members);
   impl_->outermost = true;
   for (DataSetImpl* member : members)
     member->EnterGroup(impl_->state);
@@ -130,7 +105,7 @@ void TQvWriteGroup::AtEnd(std::function<void()> done, std::function<void()> undo
   if (impl_->state != nullptr) {
     impl_->state->AddFollower({std::move(done), std::move(undone)});
   } else {
-    RunQuietly(done);
+    WriteGroupState::RunQuietly(done);
   }
 }
 

@@ -150,13 +150,13 @@ void ReadDatumOrEllipsoid(const TreeReader& tree, SystemModel* model) {
   }
 }
 
-HeightSystemModel ReadStoredHeights(const TreeReader& tree, int kind) {
+HeightSystemModel ReadStoredHeights(const TreeReader& tree, HeightKind kind) {
   HeightSystemModel heights;
   heights.kind = kind;
   heights.name = tree.TextOr(TreeIds::kHeightSystemName, {});
   heights.description = tree.TextOr(TreeIds::kHeightSystemDescription, {});
   heights.abbreviation = tree.TextOr(TreeIds::kHeightSystemAbbreviation, {});
-  if (kind == TreeIds::kHeightSystemIsOffset) {
+  if (kind == HeightKind::kOffset) {
     heights.offset = tree.Text(TreeIds::kHeightSystemOffset);
     heights.offsetUnit = ReadLinearUnit(tree.Level(TreeIds::kHeightSystemUnit));
   }
@@ -172,16 +172,13 @@ HeightSystemModel ReadStoredHeights(const TreeReader& tree, int kind) {
 void ReadHeightSystem(const TreeReader& tree, SystemModel* model) {
   const auto heights = tree.LevelIfAny(TreeIds::kHeightSystem);
   if (!heights) return;
-  switch (const int kind = heights->Integer(TreeIds::kHeightSystemKind)) {
-    case TreeIds::kHeightSystemIsTable:
-    case TreeIds::kHeightSystemIsOffset:
-      model->heights = ReadStoredHeights(*heights, kind);
-      break;
-    case TreeIds::kHeightSystemIsGeoid:
-      model->geoidCode = heights->Integer(TreeIds::kHeightSystemCode);
-      break;
-    default:
-      heights->Refuse("the type of a height system must be 1, 2 or 3");
+  const auto kind = HeightKindOf(heights->Integer(TreeIds::kHeightSystemKind));
+  if (!kind) {
+    heights->Refuse("the type of a height system must be 1, 2 or 3");
+  } else if (*kind == HeightKind::kSystemGeoid) {
+    model->geoidCode = heights->Integer(TreeIds::kHeightSystemCode);
+  } else {
+    model->heights = ReadStoredHeights(*heights, *kind);
   }
 }
 
@@ -241,36 +238,39 @@ void ReadTopocentric(const TreeReader& tree, SystemModel* model) {
   model->azimuth = tree.TextOr(TreeIds::kAzimuth, {});
 }
 
-void ReadBody(const TreeReader& tree, int kind, SystemModel* model) {
-  switch (kind) {
-    case 1:
+void ReadBody(const TreeReader& tree, SystemModel* model) {
+  switch (model->kind) {
+    case SystemKind::kLocalCartesian:
       return ReadCartesian(tree, model);
-    case 2:
+    case SystemKind::kLocal:
       return ReadLocal(tree, model);
-    case 3:
+    case SystemKind::kGeocentric:
       return ReadGeocentric(tree, model);
-    case 4:
+    case SystemKind::kGeodetic:
       return ReadGeodetic(tree, model);
-    case 5:
+    case SystemKind::kProjected:
       return ReadProjected(tree, model);
-    case 6:
+    case SystemKind::kTopocentric:
       return ReadTopocentric(tree, model);
-    default:
-      tree.Refuse("the type of a reference system must be 1 to 6, not " + std::to_string(kind));
   }
 }
 
 SystemModel ReadSystem(const TreeReader& tree) {
   SystemModel model;
-  const int kind = tree.Integer(TreeIds::kKind);
+  const int number = tree.Integer(TreeIds::kKind);
   model.name = tree.Text(TreeIds::kName);
   model.description = tree.Text(TreeIds::kDescription);
   model.abbreviation = tree.Text(TreeIds::kAbbreviation);
   for (int i = 0; i < 3; ++i)
     model.axisAbbreviation[i] = tree.Text(TreeIds::kAxis, i);
   if (tree.Failed()) return model;
-  ReadBody(tree, kind, &model);
-  model.kind = static_cast<SystemKind>(kind);
+  const std::optional<SystemKind> kind = SystemKindOf(number);
+  if (!kind) {
+    tree.Refuse("the type of a reference system must be 1 to 6, not " + std::to_string(number));
+    return model;
+  }
+  model.kind = *kind;
+  ReadBody(tree, &model);
   model.geoTiffCode = tree.IntegerOr(TreeIds::kGeoTiffSystem, 0);
   return model;
 }

@@ -133,7 +133,7 @@ void Definition::ReadHeights(std::shared_ptr<const THeightTable> table) {
                          " is not known on this machine");
     }
     surface_ = HeightSurface::kGeoid;
-  } else if (model_.heights && model_.heights->kind == 2) {
+  } else if (model_.heights && model_.heights->kind == HeightKind::kOffset) {
     offset_ = NumberOf(model_.heights->offset, "the offset of the heights") *
               FactorOf(model_.heights->offsetUnit) / linear_;
     surface_ = HeightSurface::kOffset;

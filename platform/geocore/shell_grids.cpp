@@ -1,7 +1,6 @@
 #include "platform/geocore/shell_grids.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <numbers>
 #include <stdexcept>
@@ -17,11 +16,7 @@ namespace {
 using Definition = TShellReferenceSystem::Definition;
 
 // Eight gibibytes of values, four times the finest geoids of the whole Earth in use.
-constexpr double kMostNodes = 1 << 30;
-
-double NodeCount(double span, double cell) {
-  return std::floor(span / cell + 0.5) + 1;
-}
+constexpr std::uint64_t kMostNodes = 1 << 30;
 
 GroundMap::Move MoveBetween(const Definition& from, const Definition& to) {
   return [&from, &to](std::span<TShellPoint> places) {
@@ -101,39 +96,6 @@ struct GridTexts {
 
 }  // namespace
 
-std::optional<GridExtents> ParseExtents(const TShell2DTableExtents& texts) {
-  GridExtents extents;
-  const auto read = [](const std::string& text, double* value) {
-    return QvPlatform::TextToDouble(text, value);
-  };
-  if (!read(texts.West, &extents.West) || !read(texts.East, &extents.East) ||
-      !read(texts.South, &extents.South) || !read(texts.North, &extents.North) ||
-      !read(texts.CellEastWest, &extents.CellEastWest) ||
-      !read(texts.CellNorthSouth, &extents.CellNorthSouth) || !(extents.CellEastWest > 0) ||
-      !(extents.CellNorthSouth > 0) || extents.West > extents.East ||
-      extents.South > extents.North) {
-    return std::nullopt;
-  }
-  return extents;
-}
-
-TShell2DTableExtents FormatExtents(const GridExtents& extents, int digits) {
-  const auto text = [digits](double value) {
-    char buffer[32];
-    const auto written = std::to_chars(buffer, buffer + sizeof buffer, value,
-                                       std::chars_format::scientific, digits - 1);
-    double rounded = value;
-    std::from_chars(buffer, written.ptr, rounded);
-    return QvPlatform::DoubleToText(rounded == 0 ? 0 : rounded);
-  };
-  return {text(extents.West),  text(extents.East),         text(extents.South),
-          text(extents.North), text(extents.CellEastWest), text(extents.CellNorthSouth)};
-}
-
-GridExtents ExtentsOf(const THeightTable& table) {
-  return {table.West(), table.East(), table.South(), table.North(), table.CellX, table.CellY};
-}
-
 void TShellReferenceSystem::InitializeHeightTableGrid(
     const std::string& north, const std::string& south, const std::string& east,
     const std::string& west, const std::string& cellNS, const std::string& cellEW,
@@ -141,12 +103,11 @@ void TShellReferenceSystem::InitializeHeightTableGrid(
   table->Clear();
   const auto extents = ParseExtents({west, east, south, north, cellEW, cellNS});
   if (!extents) return;
-  const double countX = NodeCount(extents->East - extents->West, extents->CellEastWest);
-  const double countY = NodeCount(extents->North - extents->South, extents->CellNorthSouth);
-  if (!(countX * countY <= kMostNodes)) return;
+  const auto counts = CountNodes(*extents);
+  if (!counts || std::uint64_t{counts->x} * counts->y > kMostNodes) return;
   try {
-    table->Resize(static_cast<std::uint32_t>(countX), static_cast<std::uint32_t>(countY),
-                  extents->CellEastWest, extents->CellNorthSouth, extents->West, extents->South);
+    table->Resize(counts->x, counts->y, extents->CellEastWest, extents->CellNorthSouth,
+                  extents->West, extents->South);
   } catch (const std::bad_alloc&) {
     table->Clear();
   }

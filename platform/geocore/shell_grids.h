@@ -10,8 +10,6 @@
 /// The geometry of grids, free of how systems compute.
 namespace QvRefSystem {
 
-using GridExtents = QvCommonUtils::T2DTableExtents<double>;
-
 /// A step that reads well: 1, 1.2, 1.25, 1.5, 2, 2.5, 3, 4, 5, 6, 7.5 or 8 times a power of ten.
 /// Its multiples come out as the doubles next to their decimal numbers, so that their shortest
 /// texts are as short as they look.
@@ -69,12 +67,5 @@ struct GroundMap {
 /// Nothing if no place of the ground has an image.
 [[nodiscard]] std::optional<GridExtents> CoverGround(const GridExtents& source,
                                                      const GroundMap& map);
-
-/// Numbers of a grid, if all texts are finite numbers, cells are above 0, and limits in order.
-[[nodiscard]] std::optional<GridExtents> ParseExtents(const TShell2DTableExtents& texts);
-/// The shortest texts of the numbers rounded to so many digits: what computing has left beyond them
-/// does not show.
-[[nodiscard]] TShell2DTableExtents FormatExtents(const GridExtents& extents, int digits = 12);
-[[nodiscard]] GridExtents ExtentsOf(const THeightTable& table);
 
 }  // namespace QvRefSystem

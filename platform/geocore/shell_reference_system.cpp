@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/data/height_table_text.h"
+#include "platform/data/height_table_reader.h"
 #include "platform/data/tree_ids.h"
 #include "platform/geocore/projjson.h"
 #include "platform/geocore/shell_definition.h"
@@ -109,7 +109,7 @@ const std::string* TableText(const TStringTree* tree) {
 }
 
 bool HasTable(const SystemModel& model) {
-  return model.heights && model.heights->kind == TreeIds::kHeightSystemIsTable;
+  return model.heights && model.heights->kind == HeightKind::kTable;
 }
 
 std::shared_ptr<const THeightTable> ReadTable(const TStringTree* tree, const SystemModel& model,

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/data/height_table.h"
+#include "platform/data/grid_extents.h"
 #include "platform/data/string_tree.h"
 #include "platform/geocore/geoids.h"
 #include "platform/ui/progress_interface.h"
@@ -15,8 +15,6 @@
 namespace QvRefSystem {
 
 using QvCommonUtils::TStringTree;
-using TShell2DTableExtents = QvCommonUtils::T2DTableExtents<std::string>;
-using THeightTable = QvCommonUtils::T2DTable<double>;
 
 /// A computation is not possible; the message tells why in words for the user.
 class GeodesyError : public std::runtime_error {

@@ -5,6 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/data/height_kind.h"
+#include "platform/data/system_kinds.h"
+
 /// A reference system as a value: what a tree holds, free of tree ids, table keys and JSON.
 ///
 /// Numbers stay the decimal texts they were entered as; `Value` fields below are such texts, in
@@ -94,12 +97,12 @@ struct ProjectionModel {
 
 /// Heights that count from a surface stored with the system.
 struct HeightSystemModel {
-  /// 1: a table of undulations over the system's plane; 2: a constant offset.
-  int kind = 0;
+  /// A table of undulations over the system's plane, or a constant offset.
+  HeightKind kind = HeightKind::kTable;
   std::string name;
   std::string description;
   std::string abbreviation;
-  /// Kind 2: the undulation, in its own unit.
+  /// The undulation of an offset, in its own unit.
   std::string offset;
   UnitModel offsetUnit;
   /// Limits (north, east, south, west) and cells (north-south, east-west) of the grid, in the plane
@@ -107,16 +110,6 @@ struct HeightSystemModel {
   /// they are large, and only a computation reads them.
   std::string limits[4];
   std::string cells[2];
-};
-
-/// Kinds by their TYPE number.
-enum class SystemKind {
-  kLocalCartesian = 1,
-  kLocal = 2,
-  kGeocentric = 3,
-  kGeodetic = 4,
-  kProjected = 5,
-  kTopocentric = 6
 };
 
 struct SystemModel {

@@ -9,7 +9,9 @@
 
 #include "platform/storage/aside_file.h"
 #include "platform/storage/file_use.h"
+#include "platform/storage/paths.h"
 #include "platform/storage/table_format.h"
+#include "platform/text/ascii.h"
 
 namespace QvPlatform::detail {
 
@@ -30,12 +32,6 @@ struct OpenContainers {
 OpenContainers& Registry() {
   static OpenContainers registry;
   return registry;
-}
-
-std::string CanonicalPath(const std::string& path) {
-  std::error_code error;
-  const fs::path canonical = fs::weakly_canonical(path, error);
-  return error ? path : canonical.string();
 }
 
 /// The container that is open under this path already; not one whose file is gone from there.
@@ -87,14 +83,6 @@ Connection OpenContainerFile(const std::string& path) {
   return connection;
 }
 
-std::string Lower(std::string_view text) {
-  std::string result(text);
-  for (char& c : result) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
-  }
-  return result;
-}
-
 /// Why a name leads to no container, told of the prefix that looks most like one.
 [[noreturn]] void RefuseName(const std::string& name, const std::string& foreign) {
   if (foreign.empty()) throw StorageError("\"" + name + "\": there is no such container");
@@ -106,7 +94,7 @@ std::string Lower(std::string_view text) {
 }  // namespace
 
 bool IsReservedResource(std::string_view resource) {
-  const std::string lower = Lower(resource);
+  const std::string lower = LowerAscii(resource);
   return lower.empty() || lower.starts_with("qv_") || lower.starts_with("sqlite_");
 }
 
@@ -121,7 +109,7 @@ Container::Place Container::Resolve(const std::string& name) {
     if (dot + 1 == name.size()) break;
     Place place{name.substr(0, dot), name.substr(dot + 1), true};
     std::error_code error;
-    const bool named = Lower(place.path).ends_with(kExtension);
+    const bool named = LowerAscii(place.path).ends_with(kExtension);
     if (IsContainerFile(place.path)) {
       found = std::move(place);
     } else if (fs::exists(place.path, error)) {
@@ -271,7 +259,7 @@ bool Container::Delete(const std::string& resource) {
 }
 
 std::uint64_t& Container::ChangesOf(const std::string& table) {
-  return changes_[Lower(table)];
+  return changes_[LowerAscii(table)];
 }
 
 }  // namespace QvPlatform::detail

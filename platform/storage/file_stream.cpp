@@ -1,7 +1,8 @@
+#include "platform/storage/file_stream.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <zlib.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -10,35 +11,15 @@
 
 #include "platform/storage/aside_file.h"
 #include "platform/storage/file_use.h"
-#include "platform/storage/stream.h"
 
 namespace QvPlatform {
 
 namespace {
 
+/// The most bytes that one call of the system reads.
 constexpr std::size_t kReadPiece = std::size_t{1} << 20;
 
 }  // namespace
-
-std::string TQvStream::ReadAll() {
-  std::string bytes;
-  std::size_t filled = 0;
-  // The size is only a hint: a file may grow while it is read.
-  bytes.resize(static_cast<std::size_t>(Size()) + 1);
-  for (;;) {
-    if (filled == bytes.size()) bytes.resize(filled + kReadPiece);
-    const std::size_t count = Read(bytes.data() + filled, bytes.size() - filled);
-    if (count == 0) break;
-    filled += count;
-  }
-  bytes.resize(filled);
-  return bytes;
-}
-
-std::uint32_t Crc32(std::string_view bytes) {
-  return static_cast<std::uint32_t>(
-      crc32_z(0, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()));
-}
 
 struct TQvFileStream::Impl {
   std::string path;

@@ -1,3 +1,5 @@
+#include "platform/storage/resource_session.h"
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -6,15 +8,10 @@
 #include <filesystem>
 
 #include "platform/storage/container.h"
-#include "platform/storage/stream.h"
 
 namespace QvPlatform {
 
-namespace {
-
 using detail::Container;
-
-}  // namespace
 
 struct TQvResourceSession::Impl {
   enum class State { kClosed, kReading, kWriting };

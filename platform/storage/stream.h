@@ -2,13 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <stdexcept>
 #include <string>
-#include <string_view>
-#include <vector>
 
-/// Streams over files and over the named resources of a container.
+/// What streams have in common; file_stream.h and resource_session.h hold the two kinds.
 namespace QvPlatform {
 
 /// A storage operation failed; the message says what and on which file or resource.
@@ -50,54 +47,5 @@ class TQvStream {
  protected:
   std::string lastError_;
 };
-
-/// A plain file. kCreate writes aside, flushes and renames on Commit.
-class TQvFileStream final : public TQvStream {
- public:
-  TQvFileStream();
-  ~TQvFileStream() override;
-  [[nodiscard]] bool Open(const std::string& path, QvOpenMode mode) override;
-  std::size_t Read(void* buffer, std::size_t size) override;
-  void Write(const void* data, std::size_t size) override;
-  [[nodiscard]] std::uint64_t Size() const override;
-  void Commit() override;
-  void Close() noexcept override;
-
- private:
-  struct Impl;
-  std::unique_ptr<Impl> impl_;
-};
-
-/// A named resource of a container (one SQLite file). The name is the container's path, ".", and
-/// the resource's own name: "refs.qvdb.ellipsoid", "refs.qvdb.Heights.Alps". A resource that is a
-/// record table reads as a table file's bytes, and such bytes written to it become a table again.
-/// Creating a resource in a container that does not exist makes the container when its path ends
-/// in ".qvdb".
-class TQvResourceSession final : public TQvStream {
- public:
-  TQvResourceSession();
-  ~TQvResourceSession() override;
-  [[nodiscard]] bool Open(const std::string& name, QvOpenMode mode) override;
-  std::size_t Read(void* buffer, std::size_t size) override;
-  void Write(const void* data, std::size_t size) override;
-  [[nodiscard]] std::uint64_t Size() const override;
-  void Commit() override;
-  void Close() noexcept override;
-
-  [[nodiscard]] static bool Exists(const std::string& name);
-  /// What follows the prefix in the names of those resources that begin with it and are no record
-  /// tables. The prefix is a container's path, "." and the beginning of the resources' own names.
-  /// Throws StorageError if the container cannot be read.
-  [[nodiscard]] static std::vector<std::string> NamesBehind(const std::string& prefix);
-  /// True if the resource was there and is gone.
-  [[nodiscard]] static bool Delete(const std::string& name);
-
- private:
-  struct Impl;
-  std::unique_ptr<Impl> impl_;
-};
-
-/// CRC-32 (ISO 3309, as in zlib) of the bytes.
-[[nodiscard]] std::uint32_t Crc32(std::string_view bytes);
 
 }  // namespace QvPlatform

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/text/ascii.h"
+
 namespace QvPlatform::detail {
 
 namespace {
@@ -85,9 +87,9 @@ void CheckField(const Connection& connection, const std::vector<FieldDescription
   }
   const bool secondKey = field.need == kGeneratedKey && HasGeneratedKey(before);
   const bool taken = std::ranges::any_of(
-      before, [&field](const auto& other) { return EqualNames(other.name, field.name); });
-  if (secondKey || taken || EqualNames(field.name, kHiddenKey) ||
-      EqualNames(field.name, kVersionColumn)) {
+      before, [&field](const auto& other) { return EqualAscii(other.name, field.name); });
+  if (secondKey || taken || EqualAscii(field.name, kHiddenKey) ||
+      EqualAscii(field.name, kVersionColumn)) {
     Refuse(connection, "describes its field \"" + field.name + "\" twice or by a reserved name");
   }
 }
@@ -124,11 +126,6 @@ bool IsIdentifier(std::string_view name) {
   const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
   return !name.empty() && name.size() <= kMaxNameLength && !isDigit(name.front()) &&
          std::ranges::all_of(name, [&](char c) { return isLetter(c) || isDigit(c); });
-}
-
-bool EqualNames(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  return std::ranges::equal(a, b, {}, lower, lower);
 }
 
 std::string KeyColumn(const std::vector<FieldDescription>& fields) {

@@ -36,8 +36,6 @@ struct FieldDescription {
 
 /// Letters, digits and "_", no digit in front, at most 64 characters.
 [[nodiscard]] bool IsIdentifier(std::string_view name);
-/// Equal without regard to the case of ASCII letters, as SQLite compares names.
-[[nodiscard]] bool EqualNames(std::string_view a, std::string_view b);
 
 /// Column that identifies a record: the generated key, or the hidden one.
 [[nodiscard]] std::string KeyColumn(const std::vector<FieldDescription>& fields);

@@ -1,3 +1,5 @@
+#include "platform/text/locale.h"
+
 #include <unicode/ucasemap.h>
 #include <unicode/ucol.h>
 #include <unicode/uloc.h>
@@ -12,7 +14,8 @@
 #include <stdexcept>
 #include <vector>
 
-#include "platform/text/text.h"
+#include "platform/text/numbers.h"
+#include "platform/text/trim.h"
 
 namespace QvPlatform {
 
@@ -230,6 +233,10 @@ std::string UpperCase(std::string_view text) {
   return Current().rules->UpperCase(text);
 }
 
+std::string FoldName(std::string_view text) {
+  return UpperCase(TrimView(text));
+}
+
 std::string CollationKey(std::string_view text) {
   return Current().rules->CollationKey(text);
 }
@@ -251,7 +258,9 @@ bool UserTextToDouble(std::string_view text, double* out) {
   if (separator != ".") {
     if (number.find('.') != std::string::npos) return false;
     const std::size_t at = number.find(separator);
-    if (at != std::string::npos) number.replace(at, separator.size(), ".");
+    if (at != std::string::npos) {
+      number = number.substr(0, at).append(1, '.').append(number, at + separator.size());
+    }
   }
   return TextToDouble(number, out);
 }

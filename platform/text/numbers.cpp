@@ -1,10 +1,9 @@
-#include <charconv>
-#include <chrono>
-#include <cmath>
-#include <ctime>
-#include <limits>
+#include "platform/text/numbers.h"
 
-#include "platform/text/text.h"
+#include <charconv>
+#include <cmath>
+
+#include "platform/text/trim.h"
 
 namespace QvPlatform {
 
@@ -14,10 +13,6 @@ namespace {
 constexpr std::size_t kNumberSpace = 40;
 constexpr double kLeastPlain = 1e-7;
 constexpr double kPlainLimit = 1e16;
-
-/// Days from 1899-12-30 to 1970-01-01.
-constexpr double kUnixEpochDay = 25569.0;
-constexpr double kSecondsPerDay = 86400.0;
 
 /// Trimmed, and without one leading "+", which std::from_chars does not take. A sign behind the
 /// "+" is left to fail.
@@ -65,16 +60,6 @@ bool TextToInteger(std::string_view text, int* out) {
 
 bool TextToInteger64(std::string_view text, std::int64_t* out) {
   return ReadNumber(text, out);
-}
-
-double CurrentMoment() {
-  using std::chrono::system_clock;
-  const system_clock::time_point now = system_clock::now();
-  const std::time_t whole = system_clock::to_time_t(now);
-  std::tm local{};
-  localtime_r(&whole, &local);
-  const double seconds = std::chrono::duration<double>(now.time_since_epoch()).count();
-  return (seconds + static_cast<double>(local.tm_gmtoff)) / kSecondsPerDay + kUnixEpochDay;
 }
 
 }  // namespace QvPlatform

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "platform/dbset/data_set.h"
+#include "platform/dbset/data_set_observer.h"
+#include "platform/dbset/data_source.h"
 
 namespace QvPlatform {
 

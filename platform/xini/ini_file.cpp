@@ -2,26 +2,13 @@
 
 #include <algorithm>
 
-#include "platform/text/text.h"
+#include "platform/text/ascii.h"
+#include "platform/text/numbers.h"
+#include "platform/text/trim.h"
 
 namespace QvPlatform {
 
 namespace {
-
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return lower;
-}
-
-int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
 
 std::optional<std::string> BytesOfHex(std::string_view digits) {
   if (digits.size() % 2 != 0) return std::nullopt;
@@ -76,20 +63,20 @@ TQvIniFileManager::TQvIniFileManager(TQvStream* stream) {
     rest.remove_prefix(std::min(end + 1, rest.size()));
     if (line.empty() || line.front() == ';' || line.front() == '#') continue;
     if (line.front() == '[' && line.back() == ']') {
-      section = Lower(TrimView(line.substr(1, line.size() - 2)));
+      section = LowerAscii(TrimView(line.substr(1, line.size() - 2)));
       continue;
     }
     const std::size_t equals = line.find('=');
     if (equals == std::string_view::npos) continue;
-    values_.push_back({section, Lower(TrimView(line.substr(0, equals))),
+    values_.push_back({section, LowerAscii(TrimView(line.substr(0, equals))),
                        std::string(TrimView(line.substr(equals + 1)))});
   }
 }
 
 std::optional<std::string> TQvIniFileManager::ReadString(std::string_view section,
                                                          std::string_view name) const {
-  const auto found =
-      std::ranges::find_if(values_, [section = Lower(section), name = Lower(name)](const Value& v) {
+  const auto found = std::ranges::find_if(
+      values_, [section = LowerAscii(section), name = LowerAscii(name)](const Value& v) {
         return v.section == section && v.name == name;
       });
   return found == values_.end() ? std::nullopt : std::optional(found->text);

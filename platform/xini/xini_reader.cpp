@@ -1,11 +1,14 @@
+#include "platform/xini/xini_reader.h"
+
 #include <algorithm>
 #include <limits>
 #include <pugixml.hpp>
 #include <utility>
 #include <vector>
 
-#include "platform/text/text.h"
-#include "platform/xini/xini.h"
+#include "platform/text/ascii.h"
+#include "platform/text/locale.h"
+#include "platform/text/numbers.h"
 #include "platform/xini/xini_text.h"
 
 namespace QvPlatform {
@@ -93,20 +96,12 @@ bool IsLiteral(std::string_view text) {
   return text.find_first_of("&\\") == text.npos;
 }
 
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return lower;
-}
-
 void CheckTopLevel(const pugi::xml_document& document) {
   int roots = 0;
   for (const pugi::xml_node node : document.children()) {
     if (node.type() == pugi::node_doctype) Fail("a DOCTYPE is not accepted");
     if (node.type() == pugi::node_declaration) {
-      const std::string encoding = Lower(node.attribute("encoding").as_string("utf-8"));
+      const std::string encoding = LowerAscii(node.attribute("encoding").as_string("utf-8"));
       if (encoding != "utf-8" && encoding != "us-ascii") Fail("the encoding is not UTF-8");
     }
     if (node.type() == pugi::node_element) ++roots;

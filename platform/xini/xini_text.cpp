@@ -5,7 +5,8 @@
 #include <cstdint>
 #include <utility>
 
-#include "platform/text/text.h"
+#include "platform/text/ascii.h"
+#include "platform/text/locale.h"
 
 namespace QvPlatform::detail {
 
@@ -112,13 +113,6 @@ bool AppendReference(std::string_view name, std::string* out) {
   if (!IsXmlCharacter(code)) return false;
   AppendUtf8(code, out);
   return true;
-}
-
-int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
+#include "platform/xini/xini_writer.h"
+
 #include <stdexcept>
 #include <utility>
 
-#include "platform/xini/xini.h"
 #include "platform/xini/xini_text.h"
 
 namespace QvPlatform {

@@ -7,6 +7,7 @@
 
 #include <ostream>
 
+#include "platform/dbset/write_group.h"
 #include "processors/ref_system_processor.h"
 #include "tests/support/sample_trees.h"
 #include "tests/support/test_database.h"

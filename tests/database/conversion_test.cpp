@@ -18,6 +18,8 @@
 #include <limits>
 #include <map>
 
+#include "platform/dbset/fixed_record_file.h"
+#include "platform/dbset/write_group.h"
 #include "tests/support/test_database.h"
 
 namespace refframe_tests {

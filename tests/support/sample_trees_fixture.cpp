@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "platform/storage/crc32.h"
 #include "platform/storage/stream.h"
 #include "tests/support/sample_trees.h"
 

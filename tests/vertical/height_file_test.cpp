@@ -1,5 +1,7 @@
 // Saving and loading height files: messages, progress, and nothing half written.
 
+#include "platform/storage/crc32.h"
+#include "platform/ui/progress_display.h"
 #include "vertical/height_file.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 // Height systems and their files, in both forms of a database.
 
+#include "platform/dbset/write_group.h"
 #include "vertical/vertical_processor.h"
 
 #include <gmock/gmock.h>

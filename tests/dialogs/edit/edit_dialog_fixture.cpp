@@ -34,7 +34,8 @@ void ChangeElsewhere(const QvPlatform::TQvDataSet& table, const std::string& nam
 }
 
 QvRefSystem::TformQvRfEdit& EditDialogTest::FormOf(const FormDescription& form) {
-  QvRefSystem::TformQvRfEdit* dialog = QvRefSystem::GetEditForm(&owner_, form.object, form.type);
+  QvRefSystem::TformQvRfEdit* dialog =
+      QvRefSystem::GetEditForm(&owner_, QvRefSystem::DialogChooser(), form.object, form.type);
   if (dialog == nullptr) throw std::runtime_error(std::string("no dialog: ") + form.caption);
   return *dialog;
 }

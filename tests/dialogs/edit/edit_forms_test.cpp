@@ -227,7 +227,8 @@ TEST_F(EditForms, ARecordUnderEditingIsNeitherEditedNorRemovedFurtherDown) {
   AddValid(form, "Locked");
   EXPECT_TRUE(Change(form, [&](QWidget& dialog) {
     QWidget second;
-    EXPECT_FALSE(QvRefSystem::GetEditForm(&second, form.object)->EditCurrent());
+    EXPECT_FALSE(QvRefSystem::GetEditForm(&second, QvRefSystem::DialogChooser(), form.object)
+                     ->EditCurrent());
     EXPECT_FALSE(FormOf(form).EditCurrent());
     EXPECT_FALSE(processor.DeleteRecord(nullptr));
     EXPECT_EQ(database_.ui.messages,
@@ -356,7 +357,8 @@ TEST_F(EditForms, PlaceAndSizeStayForTheRunOfTheProgram) {
       dialog.setGeometry(left);
       Close(dialog);
     });
-    EXPECT_FALSE(QvRefSystem::GetEditForm(&owner, kPrimeMeridian)->CreateNew());
+    EXPECT_FALSE(QvRefSystem::GetEditForm(&owner, QvRefSystem::DialogChooser(), kPrimeMeridian)
+                     ->CreateNew());
   }
 }
 

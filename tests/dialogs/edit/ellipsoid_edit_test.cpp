@@ -94,7 +94,7 @@ TEST_F(EllipsoidEdit, StoresTheShapeThatIsChosen) {
 }
 
 TEST_F(EllipsoidEdit, AmongSpheresANewOneIsASphereAndStaysOne) {
-  QvRefSystem::TformQvRfEllipsoidSelector selector(nullptr);
+  QvRefSystem::TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   const auto makeMoon = [](QWidget& dialog) {
     EXPECT_EQ(Shape(dialog), "radiobtnSpheroid locked");
     QTest::mouseClick(&Child(dialog, "edB"), Qt::LeftButton);

@@ -68,7 +68,7 @@ class RecalculateGrid : public DialogTest {
     return dialog_.Run(target, result);
   }
 
-  TformQvRfRecalculateGridParams dialog_{nullptr};
+  TformQvRfRecalculateGridParams dialog_{nullptr, QvRefSystem::DialogChooser()};
 };
 
 TEST_F(RecalculateGrid, CoversTheGroundInTheTargetSystem) {

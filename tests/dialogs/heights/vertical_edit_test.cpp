@@ -128,7 +128,7 @@ class VerticalEdit : public EditDialogTest {
     return names;
   }
   static constexpr auto kUnit = QvRefSystem::TObjectType::kLinearUnit;
-  TformQvRfVerticalRefSystemEdit form_{&owner_};
+  TformQvRfVerticalRefSystemEdit form_{&owner_, QvRefSystem::DialogChooser()};
   std::string file_;
   int plane_ = 0;
   int made_ = 0;

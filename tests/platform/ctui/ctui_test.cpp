@@ -5,6 +5,7 @@
 #include <limits>
 #include <random>
 
+#include "platform/storage/crc32.h"
 #include "platform/storage/stream.h"
 #include "tests/support/legacy_samples.h"
 

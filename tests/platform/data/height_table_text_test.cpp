@@ -1,6 +1,7 @@
 // The text of height tables: what is read, what is refused, and that not one digit is wrong.
 
-#include "platform/data/height_table_text.h"
+#include "platform/data/height_table_reader.h"
+#include "platform/data/height_table_writer.h"
 
 #include <gtest/gtest.h>
 

@@ -3,6 +3,9 @@
 
 #include <cmath>
 
+#include "platform/dbset/fixed_record_file.h"
+#include "platform/dbset/write_group.h"
+#include "platform/storage/file_stream.h"
 #include "tests/platform/dbset/table_fixture.h"
 #include "tests/platform/storage/test_folder.h"
 

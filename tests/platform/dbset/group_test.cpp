@@ -9,6 +9,8 @@
 #include <memory>
 #include <optional>
 
+#include "platform/dbset/write_group.h"
+#include "platform/storage/resource_session.h"
 #include "tests/platform/dbset/table_fixture.h"
 #include "tests/platform/storage/test_folder.h"
 

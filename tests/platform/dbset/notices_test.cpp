@@ -5,6 +5,9 @@
 #include <memory>
 #include <utility>
 
+#include "platform/dbset/data_set_observer.h"
+#include "platform/dbset/data_source.h"
+#include "platform/dbset/write_group.h"
 #include "tests/platform/dbset/table_fixture.h"
 #include "tests/platform/storage/test_folder.h"
 

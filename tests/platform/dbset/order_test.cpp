@@ -5,6 +5,7 @@
 #include <optional>
 #include <random>
 
+#include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
 #include "tests/platform/dbset/table_fixture.h"
 #include "tests/platform/storage/test_folder.h"

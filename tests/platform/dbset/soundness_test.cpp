@@ -8,6 +8,9 @@
 
 #include <random>
 
+#include "platform/dbset/write_group.h"
+#include "platform/storage/file_stream.h"
+#include "platform/storage/resource_session.h"
 #include "tests/platform/dbset/table_fixture.h"
 #include "tests/platform/storage/test_folder.h"
 

@@ -2,6 +2,9 @@
 
 #include <stdexcept>
 
+#include "platform/dbset/fixed_record_file.h"
+#include "platform/storage/file_stream.h"
+#include "platform/storage/resource_session.h"
 #include "tests/platform/storage/test_folder.h"
 
 namespace platform_tests {

@@ -321,7 +321,7 @@ TEST(GridCoverTest, IsTakenFromTablesAndHeightSystems) {
   table->Resize(101, 51, 0.1, 0.1, 5, 44);
   SystemModel withTable = Wgs84();
   withTable.heights.emplace();
-  withTable.heights->kind = 1;
+  withTable.heights->kind = QvRefSystem::HeightKind::kTable;
   const TShellReferenceSystem target = Shell(InGrads(Wgs84()));
   std::string texts[6];
   const auto recalculate = [&](const TShellReferenceSystem& system, const THeightTable* heights) {
@@ -347,7 +347,7 @@ TEST(GridCoverTest, IsTakenFromTablesAndHeightSystems) {
   }
   SystemModel withOffset = Wgs84();
   withOffset.heights.emplace();
-  withOffset.heights->kind = 2;
+  withOffset.heights->kind = QvRefSystem::HeightKind::kOffset;
   withOffset.heights->offset = "40";
   for (const SystemModel& model : {withOffset, Wgs84()}) {
     EXPECT_FALSE(recalculate(Shell(model), nullptr));

@@ -20,7 +20,7 @@ SystemModel WithGeoid(SystemModel system) {
 SystemModel WithHeights(SystemModel system, int kind, const std::string& offset = {},
                         double offsetMetres = 1) {
   system.heights.emplace();
-  system.heights->kind = kind;
+  system.heights->kind = static_cast<QvRefSystem::HeightKind>(kind);
   system.heights->offset = offset;
   system.heights->offsetUnit = Unit(offsetMetres);
   return system;

@@ -35,7 +35,7 @@ SystemModel InFeet(SystemModel system) {
 
 SystemModel WithHeights(SystemModel system, int kind, const std::string& offset = {}) {
   system.heights.emplace();
-  system.heights->kind = kind;
+  system.heights->kind = static_cast<QvRefSystem::HeightKind>(kind);
   system.heights->offset = offset;
   return system;
 }

@@ -3,6 +3,8 @@
 #include <sqlite3.h>
 
 #include "platform/dbset/data_set.h"
+#include "platform/storage/file_stream.h"
+#include "platform/storage/resource_session.h"
 #include "platform/storage/stream.h"
 #include "tests/platform/dbset/table_fixture.h"
 #include "tests/platform/storage/test_folder.h"

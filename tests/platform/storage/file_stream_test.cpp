@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "platform/storage/crc32.h"
+#include "platform/storage/file_stream.h"
 #include "platform/storage/stream.h"
 #include "tests/platform/storage/test_folder.h"
 

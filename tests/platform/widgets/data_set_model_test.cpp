@@ -1,3 +1,4 @@
+#include "platform/dbset/data_source.h"
 #include "platform/widgets/data_set_model.h"
 
 #include <gtest/gtest.h>

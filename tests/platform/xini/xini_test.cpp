@@ -1,4 +1,6 @@
 #include "platform/xini/xini.h"
+#include "platform/xini/xini_reader.h"
+#include "platform/xini/xini_writer.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,9 +1,13 @@
+#include "platform/dbset/store_transaction.h"
+
 #include <algorithm>
 #include <stdexcept>
+#include <string>
 #include <utility>
 
+#include "platform/dbset/container_store.h"
 #include "platform/dbset/file_group.h"
-#include "platform/dbset/sqlite_store.h"
+#include "platform/dbset/file_store.h"
 
 namespace QvPlatform::detail {
 
@@ -117,11 +121,6 @@ std::unique_ptr<StoreTransaction> JoinFiles(const std::vector<std::shared_ptr<Ta
 }
 
 }  // namespace
-
-std::shared_ptr<TableStore> OpenTableStore(QvDataBufferType type, const std::string& name) {
-  if (type == QvDataBufferType::kResource) return std::make_shared<ContainerStore>(name);
-  return std::make_shared<FileStore>(name);
-}
 
 std::unique_ptr<StoreTransaction> BeginTransaction(
     const std::vector<std::shared_ptr<TableStore>>& stores) {

@@ -1,14 +1,8 @@
-#include "platform/text/text.h"
-
-#include <algorithm>
+#include "platform/text/escapes.h"
 
 namespace QvPlatform {
 
 namespace {
-
-bool IsBlankByte(char c) {
-  return static_cast<unsigned char>(c) <= 0x20;
-}
 
 /// The letter that stands for an escaped byte, 0 for bytes that stand for themselves.
 char EscapeLetter(char c) {
@@ -43,26 +37,6 @@ char EscapedByte(char letter) {
 }
 
 }  // namespace
-
-std::string_view TrimView(std::string_view text) {
-  while (!text.empty() && IsBlankByte(text.front()))
-    text.remove_prefix(1);
-  while (!text.empty() && IsBlankByte(text.back()))
-    text.remove_suffix(1);
-  return text;
-}
-
-std::string Trim(std::string_view text) {
-  return std::string(TrimView(text));
-}
-
-bool IsBlank(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), IsBlankByte);
-}
-
-std::string FoldName(std::string_view text) {
-  return UpperCase(TrimView(text));
-}
 
 void AppendEncoded(std::string_view text, std::string* out) {
   constexpr std::string_view kEscaped = "\t\n\r\\";

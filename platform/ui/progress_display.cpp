@@ -1,4 +1,4 @@
-#include "platform/ui/progress_interface.h"
+#include "platform/ui/progress_display.h"
 
 #include <algorithm>
 

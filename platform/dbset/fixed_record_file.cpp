@@ -1,0 +1,38 @@
+#include "platform/dbset/fixed_record_file.h"
+
+#include <stdexcept>
+
+#include "platform/dbset/field_descriptions.h"
+
+namespace QvPlatform {
+
+std::string MakeEmptyTableImage(const TQvDbHeader& header) {
+  return detail::MakeTableImage(detail::Describe(header));
+}
+
+TFixedRecordFile::TFixedRecordFile(const TQvDbHeader& header, int recordSize) : header_(header) {
+  if (recordSize != header.GetRecordSize()) {
+    throw std::invalid_argument("the record size is not that of the fields");
+  }
+}
+
+TFixedRecordFile::~TFixedRecordFile() = default;
+
+bool TFixedRecordFile::CreateNew(TQvStream* stream, bool /*overwrite: the stream has decided*/) {
+  if (stream == nullptr || header_.Fields().empty()) return false;
+  try {
+    const std::string image = MakeEmptyTableImage(header_);
+    stream->Write(image.data(), image.size());
+    stream->Commit();
+  } catch (const StorageError&) {
+    return false;
+  }
+  stream_.reset(stream);
+  return true;
+}
+
+void TFixedRecordFile::Close() {
+  stream_.reset();
+}
+
+}  // namespace QvPlatform
