@@ -55,4 +55,16 @@ struct AxisDirections {
   return {acrossMeridian(signs.sign1), alongMeridian(signs.sign2)};
 }
 
+/// Whether records hold these axes as these signs, and give the same axes back.
+consteval bool AreHeldAs(const AxisDirections& axes, const AxisSigns& signs) {
+  return SignsOf(axes) == signs && DirectionsOf(signs) == axes;
+}
+static_assert(AreHeldAs({AxisDirection::kNorth, AxisDirection::kEast}, {1, 1, 1}));
+static_assert(AreHeldAs({AxisDirection::kSouth, AxisDirection::kWest}, {-1, -1, 1}));
+static_assert(AreHeldAs({AxisDirection::kNorth, AxisDirection::kWest}, {1, -1, 1}));
+static_assert(AreHeldAs({AxisDirection::kEast, AxisDirection::kNorth}, {1, 1, 0}));
+static_assert(AreHeldAs({AxisDirection::kWest, AxisDirection::kSouth}, {-1, -1, 0}));
+static_assert(AreHeldAs({AxisDirection::kEast, AxisDirection::kSouth}, {1, -1, 0}));
+static_assert(DirectionsOf({}).first == AxisDirection::kWest, "0 counts as negative");
+
 }  // namespace QvRefSystem
