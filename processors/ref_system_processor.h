@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "processors/data_processor.h"
-#include "processors/ref_system_unstored.h"
+#include "processors/unstored_system.h"
 
 namespace QvRefSystem {
 
