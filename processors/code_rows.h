@@ -16,6 +16,7 @@ struct CodeRow {
   int ownerContent = 0;
   /// The key of the owner.
   int ownerId = 0;
+  /// What the row is: a code of which format, or the value of a parameter.
   ParamTag tag = ParamTag::kGeoTiff;
   /// What narrows the tag: the type of a projection, for its parameters.
   int group = 0;
@@ -27,21 +28,25 @@ struct CodeRow {
 /// They lie beside the records that own them.
 class CodeRows {
  public:
+  /// Finds the columns of `table`, which is param_value and must outlive this object.
   explicit CodeRows(QvPlatform::TQvDataSet& table);
 
   /// The columns, in the order of the catalogue.
   enum Column { kOwnerContent, kOwnerId, kTag, kGroup, kCode, kValue };
   /// Its field number in the file.
   [[nodiscard]] int Field(Column column) const { return fields_[static_cast<std::size_t>(column)]; }
+  /// The condition that a column holds that number.
   [[nodiscard]] QvPlatform::RowMatch Match(Column column, int value) const {
     return QvPlatform::RowMatch::Integer(Field(column), value);
   }
+  /// The condition that a row is of that tag.
   [[nodiscard]] QvPlatform::RowMatch Match(ParamTag tag) const {
     return Match(kTag, static_cast<int>(tag));
   }
   /// The first row that meets the conditions, in table order; empty if there is none.
   [[nodiscard]] QvPlatform::RowView FindRow(
       std::initializer_list<QvPlatform::RowMatch> matches) const;
+  /// All rows that meet the conditions, in table order.
   [[nodiscard]] std::vector<QvPlatform::RowView> FindRows(
       std::initializer_list<QvPlatform::RowMatch> matches) const;
   /// VALUE of a row.

@@ -47,6 +47,8 @@ class ToldStorageError : public QvPlatform::StorageError {
 /// descriptor; a subclass overrides only the steps where its object differs.
 class TQvRfDataProcessor : public EditLock, protected OwnMembers {
  public:
+  /// Works on the table that the descriptor names. Both must outlive the processor. Throws
+  /// DataSetError for a table that lacks a column which a member needs.
   TQvRfDataProcessor(TdatamoduleQvRfData& data, const ObjectDescriptor& descriptor);
   TQvRfDataProcessor(const TQvRfDataProcessor&) = delete;
   TQvRfDataProcessor& operator=(const TQvRfDataProcessor&) = delete;
@@ -65,6 +67,7 @@ class TQvRfDataProcessor : public EditLock, protected OwnMembers {
   /// Moves to the next (prior) record whose NAME holds the text, case aside; the current record is
   /// not tested. An empty text is found at once. False and unmoved if there is none.
   virtual bool FindNextByName(std::string_view text);
+  /// The same backwards.
   virtual bool FindPriorByName(std::string_view text);
   /// The description of the current record; false on an empty table.
   virtual bool GetInfoLines(TStrings* lines);
@@ -85,9 +88,11 @@ class TQvRfDataProcessor : public EditLock, protected OwnMembers {
   /// False, after showing who refers to it, if the current record is used.
   virtual bool CheckNotUsed(TComponent* owner);
 
-  /// Either pointer may be null. Gives the type's stored label (the text that dialogs show) and the
-  /// current NAME.
+  /// Either pointer may be null. Gives the type's stored label and the current NAME; returns the
+  /// code of the type.
   signed char GetNames(std::string* typeName, std::string* name) const;
+  /// Either pointer may be null. Gives the text of the type that dialogs show and the current NAME;
+  /// returns the code of the type.
   signed char GetDisplayNames(std::string* typeText, std::string* name) const;
   /// Key of the record behind the current one, or ahead of it if it is the last. `key` is the
   /// current record's; it is current again afterwards.
@@ -97,26 +102,35 @@ class TQvRfDataProcessor : public EditLock, protected OwnMembers {
   int GetLastUsedKey();
   /// Closes and opens the table, back to the current record.
   void Reopen();
-  /// Lock and unlock the current record for editing. Who locks twice unlocks twice.
+  /// Locks the current record for editing. Who locks it twice unlocks it twice.
   void PushEditKey() { Lock(GetCurrentKey()); }
+  /// Takes off one lock of the current record.
   void PopEditKey() { Unlock(GetCurrentKey()); }
+  /// Whether a dialog has the current record open.
   [[nodiscard]] bool IsUnderEditing() const { return IsLocked(GetCurrentKey()); }
-  /// Takes off all levels of disabled controls, so that a dialog over the table is live; the other
-  /// puts them back.
+  /// Takes off all levels of disabled controls, so that a dialog over the table is live.
   void ReleaseControls();
+  /// Disables the controls as many times as ReleaseControls has enabled them.
   void RestoreControls();
+  /// Whether the table is a file in a folder rather than part of a container.
   [[nodiscard]] bool IsFileDatabase() const;
 
   /// A text in which two records of this type agree where they are equal: storing the tree of the
   /// one finds the other.
   [[nodiscard]] std::string ComparableRecord(QvPlatform::RowView row) const;
 
+  /// What is true of the object type as data.
   [[nodiscard]] const ObjectDescriptor& Descriptor() const { return descriptor_; }
+  /// The open database.
   [[nodiscard]] TdatamoduleQvRfData& Data() const { return data_; }
 
+  /// The code of the object type: a value of TObjectType.
   signed char ObjectType;
+  /// The stored label of the type, which no translation touches.
   std::string TypeName;
+  /// The table through its cursor and its filters.
   QvPlatform::TQvDataSet* DataSet;
+  /// The rows of the table, below the cursor.
   QvPlatform::TQvDataBuffer* DataBuffer;
   /// How many levels of disabled controls ReleaseControls took off.
   int SuspendedControls = 0;
@@ -211,6 +225,7 @@ class TQvRfDataProcessor : public EditLock, protected OwnMembers {
 /// Keeps a data set's controls disabled for a scope.
 class ControlsGuard {
  public:
+  /// `dataSet` must outlive the guard.
   explicit ControlsGuard(QvPlatform::TQvDataSet& dataSet) : dataSet_(dataSet) {
     dataSet_.DisableControls();
   }

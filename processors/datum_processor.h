@@ -8,6 +8,7 @@ namespace QvRefSystem {
 /// datum uses goes with it.
 class TQvRfDatumDataProcessor final : public TQvRfDataProcessor {
  public:
+  /// Its table is open in `data`, which must outlive the processor.
   explicit TQvRfDatumDataProcessor(TdatamoduleQvRfData& data)
       : TQvRfDataProcessor(data, DescriptorOf(TObjectType::kDatum)) {}
 

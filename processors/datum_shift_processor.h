@@ -8,6 +8,7 @@ namespace QvRefSystem {
 /// which members a shift has and in which order they stand.
 class TQvRfDatumShiftDataProcessor final : public TQvRfDataProcessor {
  public:
+  /// Its table is open in `data`, which must outlive the processor.
   explicit TQvRfDatumShiftDataProcessor(TdatamoduleQvRfData& data)
       : TQvRfDataProcessor(data, DescriptorOf(TObjectType::kDatumShift)) {}
 

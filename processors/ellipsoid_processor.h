@@ -8,6 +8,7 @@ namespace QvRefSystem {
 /// the shape, in this order of precedence, as the tree says it.
 class TQvRfEllipsoidDataProcessor final : public TQvRfDataProcessor {
  public:
+  /// Its table is open in `data`, which must outlive the processor.
   explicit TQvRfEllipsoidDataProcessor(TdatamoduleQvRfData& data)
       : TQvRfDataProcessor(data, DescriptorOf(TObjectType::kEllipsoid)) {}
 

@@ -8,6 +8,7 @@ namespace QvRefSystem {
 /// Map projections. Their parameters are rows beside the record, as the data of the type says.
 class TQvRfMapProjDataProcessor final : public TQvRfDataProcessor {
  public:
+  /// Its table is open in `data`, which must outlive the processor.
   explicit TQvRfMapProjDataProcessor(TdatamoduleQvRfData& data)
       : TQvRfDataProcessor(data, DescriptorOf(TObjectType::kMapProjection)),
         parameters_(data.datasetMapProjParam) {}

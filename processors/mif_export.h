@@ -10,9 +10,13 @@ namespace QvRefSystem {
 /// What of a reference system hosts need that write the MIF/MID format: its kind, and the keys of
 /// what it refers to.
 struct MifSystem {
+  /// What decides which codes the format needs.
   SystemKind kind = SystemKind::kLocalCartesian;
+  /// Key of the unit of its plane, or of its heights.
   int linearUnit = 0;
+  /// Key of its datum, 0 for none.
   int datum = 0;
+  /// Key of the map projection of a projected system.
   int mapProjection = 0;
 };
 

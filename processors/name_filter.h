@@ -14,6 +14,7 @@ namespace QvRefSystem {
 /// Invalidate.
 class NameFilter {
  public:
+  /// `dataSet` has the columns NAME and DESCRIPTION, and must outlive the filter.
   explicit NameFilter(QvPlatform::TQvDataSet& dataSet) : dataSet_(dataSet) {}
   /// To be called when rows of the data set changed.
   void Invalidate() { valid_ = false; }

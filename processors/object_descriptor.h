@@ -53,17 +53,22 @@ struct TreeItem {
     /// What depends on more than a column: the object's processor writes and reads it.
     kOwn
   };
+  /// What is written and read.
   Kind kind = Kind::kField;
-  /// Address and label, from tree_ids.h.
+  /// The id of the member, from tree_ids.h.
   int id = 0;
+  /// The index of the member among those of the same id.
   int index = 0;
+  /// The label as it is written. Nobody reads it back.
   std::string_view label = {};
   /// The id of the subtree that the member stands in, 0 for the level of the record.
   int within = 0;
   /// kField: the column; kSubobject: the column with its key; kOwn: what its processor takes from
   /// here.
   std::string_view column = {};
+  /// kField and kCode: how the value is read.
   ValueForm form = ValueForm::kText;
+  /// Whether the member is read with the others.
   Reading reading = Reading::kRequired;
   /// When the member is read, from 0 to kLastTurn: fields are read in turn 0, sub-objects later.
   /// Those of one turn are read in the order of the list.
@@ -72,8 +77,9 @@ struct TreeItem {
   TObjectType object = TObjectType::kNone;
   /// kSubobject: a key of 0 writes nothing, and an absent subtree reads as 0.
   bool optional = false;
-  /// kCode: tag of its row, and the rule for blank values.
+  /// kCode: tag of its row.
   ParamTag tag = ParamTag::kGeoTiff;
+  /// kCode: whether a blank value is written.
   BlankRule blank = BlankRule::kSkipBlank;
 };
 
@@ -160,27 +166,35 @@ constexpr auto Items(const std::array<TreeItem, Sizes>&... parts) {
 /// How two records compare in one column. Names fold case and outer blanks; there is no tolerance.
 enum class Compare : unsigned char { kFoldedName, kText, kTrimmedText, kInteger, kDouble };
 
-/// A column counts only where the tree gave it a value: what a kind of object does not have takes
-/// no part. The first column of a list narrows the search through an index.
+/// A column in which two records have to agree. It counts only where the tree gave it a value: what
+/// a kind of object does not have takes no part.
 struct EqualityColumn {
   std::string_view column = {};
+  /// How the two values compare.
   Compare compare = Compare::kInteger;
 };
 
-/// A table that can refer to the object, in scan order.
+/// A table that can refer to the object.
 struct UsedByScan {
+  /// The type of the objects that refer to it.
   TObjectType object;
+  /// The column that holds its key.
   std::string_view column = {};
 };
 
 /// A line of the info text: the label, ": ", the column.
 struct InfoLine {
+  /// The label as the user reads it.
   QvPlatform::TextId label;
+  /// The column whose value follows.
   std::string_view column = {};
 };
 
+/// All that is true of one object type.
 struct ObjectDescriptor {
+  /// The code of the type.
   TObjectType type;
+  /// The table with its records.
   TableId table;
   /// Stored label of the type.
   std::string_view typeName;
@@ -188,10 +202,14 @@ struct ObjectDescriptor {
   std::string_view subtreeLabel;
   /// Text shown in dialogs.
   QvPlatform::TextId displayName;
+  /// The members of its tree, in writing order.
   std::span<const TreeItem> items;
-  /// Empty for objects that belong to one other object and are never shared.
+  /// The first column narrows the search through an index. Empty for objects that belong to one
+  /// other object and are never shared.
   std::span<const EqualityColumn> equality;
+  /// Who can refer to it, in scan order.
   std::span<const UsedByScan> usedBy;
+  /// The lines of its description.
   std::span<const InfoLine> infoLines;
 };
 

@@ -14,9 +14,11 @@ namespace QvRefSystem {
 /// what InsertFromTree has read, or what an editor shows.
 class RecordImage {
  public:
-  /// Each sets the value of a field, in the place of one that it has.
+  /// Sets an integer field, in the place of a value that it has.
   void SetInteger(int field, int value);
+  /// Sets a floating-point field.
   void SetDouble(int field, double value);
+  /// Sets a text field.
   void SetText(int field, std::string value);
   /// Whether the field was set. What a kind of object does not have is never set, and takes no part
   /// in a comparison.
@@ -45,11 +47,13 @@ class RecordView {
  public:
   /// A row; of an empty one nothing can be asked.
   RecordView(QvPlatform::RowView row) : row_(row) {}  // NOLINT(google-explicit-constructor)
+  /// Values that are not stored.
   explicit RecordView(const RecordImage& image) : image_(&image) {}
   RecordView(RecordImage&&) = delete;
 
   /// A record that is not stored has no key, and nothing lies beside it.
   [[nodiscard]] bool IsStored() const { return image_ == nullptr; }
+  /// The number of an integer field; 0 for any other.
   [[nodiscard]] int Integer(int field) const {
     return IsStored() ? row_.GetInteger(field) : image_->Integer(field);
   }

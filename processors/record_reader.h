@@ -20,6 +20,7 @@ class RecordReader {
   /// have added then stays.
   [[nodiscard]] bool ReadItems(QvCommonUtils::TStringTree* tree, std::span<const TreeItem> items,
                                RecordImage* image);
+  /// Reads one member; false if it is missing or not of its form.
   [[nodiscard]] bool ReadItem(QvCommonUtils::TStringTree* tree, const TreeItem& item,
                               RecordImage* image);
   /// Reads a kField item, or one with a column that its processor treats as such.

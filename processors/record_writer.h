@@ -20,6 +20,7 @@ class RecordWriter {
   /// Writes the members in their order; false at the first that cannot be written.
   [[nodiscard]] bool WriteItems(QvCommonUtils::TStringTree* tree, std::span<const TreeItem> items,
                                 const RecordView& record);
+  /// Writes one member; false if it stands in the tree already or cannot be written.
   [[nodiscard]] bool WriteItem(QvCommonUtils::TStringTree* tree, const TreeItem& item,
                                const RecordView& record);
   /// Writes a kField item, or one with a column that its processor treats as such.

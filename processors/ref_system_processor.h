@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "processors/data_processor.h"
-#include "processors/ref_system_unstored.h"
+#include "processors/unstored_system.h"
 
 namespace QvRefSystem {
 
@@ -15,6 +15,7 @@ class VerticalRecords;
 /// members of their bodies, which stand as rows in system_bodies.
 class TQvRfRefSystemDataProcessor final : public TQvRfDataProcessor {
  public:
+  /// Its table is open in `data`, which must outlive the processor.
   explicit TQvRfRefSystemDataProcessor(TdatamoduleQvRfData& data);
 
   /// The lines of all objects, and those of the units of the system.

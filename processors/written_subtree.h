@@ -8,6 +8,7 @@ namespace QvRefSystem {
 /// other, and all that they write stays where it is until the outermost scope ends.
 class WritingScope {
  public:
+  /// Begins a tree, or goes on with the one that is being written on this thread.
   WritingScope();
   ~WritingScope();
   WritingScope(const WritingScope&) = delete;

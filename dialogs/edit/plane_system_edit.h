@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "dialogs/edit/system_edit.h"
-#include "processors/ref_system_unstored.h"
+#include "processors/unstored_system.h"
 
 namespace QvRefSystem {
 

@@ -14,20 +14,34 @@ namespace {
 using QvCommonUtils::TStringTree;
 using enum QvRefSystem::TObjectType;
 
-class ReferenceSystems : public testing::Test {
+std::string Value(const TStringTree* tree, int id) {
+  std::string value;
+  return tree != nullptr && tree->GetString(id, 0, &value) ? value : "(none)";
+}
+
+// A database of either form, and its systems.
+class DatabaseOfSystems {
+ public:
+  explicit DatabaseOfSystems(bool resourceForm) : database_(resourceForm) {}
+
  protected:
-  QvRefSystem::TQvRfDataProcessor& Systems() { return database_.Processor(kReferenceSystem); }
-  int Insert(int kind) { return Systems().InsertFromTree(MakeTree(SystemTree, kind).get()); }
-  void SetField(const char* name, int value) {
+  [[nodiscard]] QvRefSystem::TQvRfDataProcessor& Systems() const {
+    return database_.Processor(kReferenceSystem);
+  }
+  int Insert(int kind) const {  // NOLINT(modernize-use-nodiscard)
+    return Systems().InsertFromTree(MakeTree(SystemTree, kind).get());
+  }
+  void SetField(const char* name, int value) const {
     Systems().DataSet->Edit();
     Systems().DataSet->FieldByName(name).SetInteger(value);
     Systems().DataSet->Post();
   }
-  static std::string Value(const TStringTree* tree, int id) {
-    std::string value;
-    return tree != nullptr && tree->GetString(id, 0, &value) ? value : "(none)";
-  }
   TestDatabase database_;
+};
+
+class ReferenceSystems : public testing::Test, protected DatabaseOfSystems {
+ protected:
+  ReferenceSystems() : DatabaseOfSystems(false) {}
 };
 
 // The ids of a tree's own members in order; subtrees follow the fields in a tree of their own.
@@ -136,25 +150,6 @@ TEST_F(ReferenceSystems, TravelWithTheirMifCodesWholeOrNotAtAll) {
   EXPECT_EQ(FindSubtree(&tree, 101000, 0), nullptr);
 }
 
-TEST_F(ReferenceSystems, CarryABuiltInGeoidByItsCode) {
-  const TreePtr tree = MakeTree(SystemTree, 4);
-  TreeBuilder(tree.get()).Sub(1500).Field(1501, "3").Field(1521, "5773");
-  const int key = Systems().InsertFromTree(tree.get());
-  ASSERT_GT(key, 0);
-  EXPECT_NE(Insert(4), key);
-  ASSERT_TRUE(Systems().LocateKey(key));
-  TStringTree written;
-  ASSERT_TRUE(Systems().WriteToTree(&written, 0, 0));
-  const TStringTree* geoid = FindSubtree(&written, 1500, 0);
-  ASSERT_NE(geoid, nullptr);
-  EXPECT_EQ(Value(geoid, 1503), "SystemGeoid; Code=5773");
-  EXPECT_EQ(Value(geoid, 1521), "5773");
-  EXPECT_EQ(Systems().InsertFromTree(&written), key);
-
-  SetField("VERT_SYSTEM_CODE", 1);
-  EXPECT_FALSE(Systems().WriteToTree(&written, 0, 0));
-}
-
 TEST_F(ReferenceSystems, RefuseTreesThatAreNotWhole) {
   const struct {
     const char* name;
@@ -188,15 +183,14 @@ TEST_F(ReferenceSystems, RefuseTreesThatAreNotWhole) {
     }
     EXPECT_EQ(Systems().InsertFromTree(tree.get()), 0) << row.name;
   }
-  const TreePtr kindless = MakeTree(SystemTree, 4);
-  TreeBuilder(kindless.get()).Sub(1500).Field(1502, "heights");
-  EXPECT_EQ(Systems().InsertFromTree(kindless.get()), 0);
-  const TreePtr geoid = MakeTree(SystemTree, 4);
-  TreeBuilder(geoid.get()).Sub(1500).Field(1501, "3");
-  EXPECT_EQ(Systems().InsertFromTree(geoid.get()), 0);
-  const TreePtr unknown = MakeTree(SystemTree, 4);
-  TreeBuilder(unknown.get()).Sub(1500).Field(1501, "9");
-  EXPECT_THROW(Systems().InsertFromTree(unknown.get()), QvRefSystem::InvalidTypeError);
+  // Heights of no kind, a geoid without a code, and heights of a kind that is not known.
+  const TreePtr tree = MakeTree(SystemTree, 4);
+  TreeBuilder heights = TreeBuilder(tree.get()).Sub(1500).Field(1502, "heights");
+  EXPECT_EQ(Systems().InsertFromTree(tree.get()), 0);
+  heights.Field(1501, "3");
+  EXPECT_EQ(Systems().InsertFromTree(tree.get()), 0);
+  FindField(FindSubtree(tree.get(), 1500, 0), 1501, 0)->SetValueText("9", 0);
+  EXPECT_THROW(Systems().InsertFromTree(tree.get()), QvRefSystem::InvalidTypeError);
   // The primaries of two refused systems were stored ahead of the refusal, as one record.
   EXPECT_EQ(Systems().DataSet->RecordCount(), 1);
   EXPECT_TRUE(Systems().LocateKey(1));
@@ -247,12 +241,9 @@ TEST_F(ReferenceSystems, StoreWhatTheyAreBuiltFromOnceForAll) {
   for (int kind = 1; kind <= 6; ++kind)
     Insert(kind);
   EXPECT_EQ(Systems().DataSet->RecordCount(), 6);
-  EXPECT_EQ(database_.data->datasetLinearUnit.RecordCount(), 1);
-  EXPECT_EQ(database_.data->datasetAngularUnit.RecordCount(), 1);
-  EXPECT_EQ(database_.data->datasetEllipsoid.RecordCount(), 1);
-  EXPECT_EQ(database_.data->datasetDatum.RecordCount(), 1);
-  EXPECT_EQ(database_.data->datasetPrimeMeridian.RecordCount(), 1);
-  EXPECT_EQ(database_.data->datasetMapProj.RecordCount(), 1);
+  for (const auto part :
+       {kLinearUnit, kAngularUnit, kEllipsoid, kDatum, kPrimeMeridian, kMapProjection})
+    EXPECT_EQ(database_.Processor(part).DataSet->RecordCount(), 1) << static_cast<int>(part);
 }
 
 TEST_F(ReferenceSystems, AreWrittenByOneThreadAfterAnother) {
@@ -267,8 +258,9 @@ TEST_F(ReferenceSystems, AreWrittenByOneThreadAfterAnother) {
 }
 
 // Heights of a system, of each kind, in both forms of a database.
-class SystemsWithHeights : public testing::TestWithParam<bool> {
+class SystemsWithHeights : public testing::TestWithParam<bool>, protected DatabaseOfSystems {
  protected:
+  SystemsWithHeights() : DatabaseOfSystems(GetParam()) {}
   struct Sample {
     const char* name;
     void (*write)(TreeBuilder);
@@ -278,9 +270,6 @@ class SystemsWithHeights : public testing::TestWithParam<bool> {
   static constexpr Sample kSamples[] = {{"table", HeightTableTree, 1, 1},
                                         {"offset", HeightOffsetTree, 1, 0},
                                         {"geoid", SystemGeoidTree, 0, 0}};
-  [[nodiscard]] QvRefSystem::TQvRfDataProcessor& Systems() const {
-    return database_.Processor(kReferenceSystem);
-  }
   [[nodiscard]] int Records() const {
     return database_.data->datasetVerticalRefSystem.RecordCount();
   }
@@ -293,15 +282,10 @@ class SystemsWithHeights : public testing::TestWithParam<bool> {
     heights(TreeBuilder(tree.get()).Sub(1500));
     return tree;
   }
+  using DatabaseOfSystems::Insert;
   [[nodiscard]] int Insert(int kind, void (*heights)(TreeBuilder)) const {
     return Systems().InsertFromTree(Tree(kind, heights).get());
   }
-  void SetField(const char* name, int value) const {
-    Systems().DataSet->Edit();
-    Systems().DataSet->FieldByName(name).SetInteger(value);
-    Systems().DataSet->Post();
-  }
-  TestDatabase database_{GetParam()};
 };
 
 INSTANTIATE_TEST_SUITE_P(Forms, SystemsWithHeights, testing::Bool(),
@@ -393,11 +377,17 @@ TEST_P(SystemsWithHeights, TakeThemAlongWhenTheyGo) {
   EXPECT_EQ(Records(), 0);
 }
 
-TEST_P(SystemsWithHeights, AreNotWrittenWithTwoKindsOfThem) {
+TEST_P(SystemsWithHeights, AreWrittenWithOneKnownKindOfThem) {
+  ASSERT_GT(Insert(4, SystemGeoidTree), 0);
+  TStringTree tree;
+  ASSERT_TRUE(Systems().WriteToTree(&tree, 0, 0));
+  EXPECT_EQ(Value(FindSubtree(&tree, 1500, 0), 1503), "SystemGeoid; Code=5773");
+  EXPECT_EQ(Value(FindSubtree(&tree, 1500, 0), 1521), "5773");
+  SetField("VERT_SYSTEM_CODE", 1);
+  EXPECT_FALSE(Systems().WriteToTree(&tree, 0, 0)) << "a geoid that is not known";
   ASSERT_GT(Insert(4, HeightOffsetTree), 0);
   SetField("VERT_SYSTEM_CODE", 5773);
-  TStringTree tree;
-  EXPECT_FALSE(Systems().WriteToTree(&tree, 0, 0));
+  EXPECT_FALSE(Systems().WriteToTree(&tree, 0, 0)) << "an offset and a geoid";
 }
 
 }  // namespace

@@ -14,40 +14,32 @@ namespace {
 using QvRefSystem::CreateShellReferenceSystem;
 using QvRefSystem::TShellPoint;
 
-double EllipsoidalHeight(QvCommonUtils::TStringTree* tree, TShellPoint point) {
+// A geodetic system with that subtree of heights.
+TreePtr TreeWith(void (*heights)(TreeBuilder)) {
+  TreePtr tree = MakeTree(SystemTree, 4);
+  heights(TreeBuilder(tree.get()).Sub(1500));
+  return tree;
+}
+
+double EllipsoidalHeight(void (*heights)(TreeBuilder), TShellPoint point) {
   std::string error;
-  const auto overHeights = CreateShellReferenceSystem(tree, nullptr, &error);
+  const auto overHeights = CreateShellReferenceSystem(TreeWith(heights).get(), nullptr, &error);
   if (!overHeights) throw std::runtime_error(error);
   EXPECT_TRUE(overHeights->HasHeightSystem());
-  const TreePtr plain = MakeTree(SystemTree, 4);
-  const auto ellipsoidal = CreateShellReferenceSystem(plain.get(), nullptr, &error);
-  EXPECT_EQ(overHeights->Transform(*ellipsoidal, {&point, 1}), 0u);
+  const auto plain = CreateShellReferenceSystem(MakeTree(SystemTree, 4).get(), nullptr, &error);
+  EXPECT_EQ(overHeights->Transform(*plain, {&point, 1}), 0u);
   return point.Third;
 }
 
-void HeightsTree(TreeBuilder tree, int kind) {
-  tree.Field(1501, std::to_string(kind)).Field(1502, "heights");
-  if (kind == 1) tree.Field(1511, "54 55 36 38 1 1 11 12 13 1 2 3 ");
-  if (kind == 2) {
-    tree.Field(1513, "-4.5");
-    MetreTree(tree.Sub(1514));
-  }
-  if (kind == 3) tree.Field(1521, "5773");
-}
-
 TEST(ShellTreeTest, ComputesHeightsOfEachKindFromATree) {
-  const TreePtr tree = MakeTree(SystemTree, 4);
-  HeightsTree(TreeBuilder(tree.get()).Sub(1500), 1);
   // A quarter of the way north between the rows of 1 to 3 and of 11 to 13.
-  EXPECT_NEAR(EllipsoidalHeight(tree.get(), {54.25, 37.5, 100}), 100 + 2.5 + 2.5, 1e-9);
-
-  const TreePtr offset = MakeTree(SystemTree, 4);
-  HeightsTree(TreeBuilder(offset.get()).Sub(1500), 2);
-  EXPECT_NEAR(EllipsoidalHeight(offset.get(), {54.25, 37.5, 100}), 95.5, 1e-9);
-
-  const TreePtr geoid = MakeTree(SystemTree, 4);
-  HeightsTree(TreeBuilder(geoid.get()).Sub(1500), 3);
-  EXPECT_GT(std::abs(EllipsoidalHeight(geoid.get(), {54.25, 37.5, 0})), 1);
+  const auto table = [](TreeBuilder tree) {
+    tree.Field(1511, "54 55 36 38 1 1 11 12 13 1 2 3 ");
+    HeightTableTree(tree);
+  };
+  EXPECT_NEAR(EllipsoidalHeight(table, {54.25, 37.5, 100}), 100 + 2.5 + 2.5, 1e-9);
+  EXPECT_NEAR(EllipsoidalHeight(HeightOffsetTree, {54.25, 37.5, 100}), 97.67, 1e-9);
+  EXPECT_GT(std::abs(EllipsoidalHeight(SystemGeoidTree, {54.25, 37.5, 0})), 1);
 }
 
 TEST(ShellTreeTest, MakesASystemOfEachKind) {
@@ -62,27 +54,21 @@ TEST(ShellTreeTest, MakesASystemOfEachKind) {
   }
 }
 
-struct TreeRow {
-  const char* name;
-  int id;
-  const char* value;
-  const char* reason;
-};
-
 TEST(ShellTreeTest, SaysWhatIsWrongWithHeights) {
-  constexpr TreeRow rows[] = {
-      {"an unknown kind", 1501, "7", "must be 1, 2 or 3"},
-      {"a table that is cut", 1511, "54 55 36 38 1 1 11 12", "height table"},
-      {"a table without a grid", 1511, "55 54 36 38 1 1 11 12", "height table"},
+  const struct {
+    void (*heights)(TreeBuilder);
+    const char* reason;
+  } rows[] = {
+      {[](TreeBuilder tree) { tree.Field(1501, "7"); }, "must be 1, 2 or 3"},
+      {[](TreeBuilder tree) { tree.Field(1511, "54 55 36 38 1 1 11 12"); }, "height table"},
+      {[](TreeBuilder tree) { tree.Field(1511, "55 54 36 38 1 1 11 12"); }, "height table"},
   };
-  for (const TreeRow& row : rows) {
-    const TreePtr tree = MakeTree(SystemTree, 4);
-    TreeBuilder heights = TreeBuilder(tree.get()).Sub(1500);
-    heights.Field(row.id, row.value);
-    HeightsTree(heights, 1);
+  for (const auto& row : rows) {
+    const TreePtr tree = TreeWith(row.heights);
+    HeightTableTree(TreeBuilder(FindSubtree(tree.get(), 1500, 0)));
     std::string error;
-    EXPECT_EQ(CreateShellReferenceSystem(tree.get(), nullptr, &error), nullptr) << row.name;
-    EXPECT_THAT(error, testing::HasSubstr(row.reason)) << row.name;
+    EXPECT_EQ(CreateShellReferenceSystem(tree.get(), nullptr, &error), nullptr) << row.reason;
+    EXPECT_THAT(error, testing::HasSubstr(row.reason));
   }
 }
 

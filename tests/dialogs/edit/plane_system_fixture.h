@@ -10,7 +10,7 @@
 #include "platform/geocore/geoids.h"
 #include "platform/geocore/shell_reference_system.h"
 #include "processors/ref_system_processor.h"
-#include "processors/ref_system_unstored.h"
+#include "processors/unstored_system.h"
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
 #include "tests/support/sample_trees.h"
 
