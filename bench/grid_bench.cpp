@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "platform/geocore/definition_from_model.h"
+#include "platform/geocore/shell_reference_system.h"
 
 namespace {
 

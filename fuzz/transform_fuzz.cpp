@@ -51,7 +51,7 @@ SystemModel PolarStereographic() {
 std::array<TShellReferenceSystem, 6> MakeSystems() {
   return {Shell(Wgs84()),
           Shell(WithTable(Shifted()), Geoid()),
-          Shell(Geocentric()),
+          Shell(refframe_tests::Geocentric()),
           Shell(Utm(Shifted(), "9")),
           Shell(PolarStereographic()),
           Shell(Topocentric(Wgs84(), {"55", "5", "200"}, "30"))};

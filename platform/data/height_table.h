@@ -14,18 +14,26 @@ namespace QvCommonUtils {
 /// Limits and cell sizes of a grid in the unit of its plane; `T` is a number or its decimal text.
 template <typename T>
 struct T2DTableExtents {
+  /// The least X.
   T West{};
+  /// The greatest X.
   T East{};
+  /// The least Y.
   T South{};
+  /// The greatest Y.
   T North{};
+  /// The step from a node to the next one to the east.
   T CellEastWest{};
+  /// The step from a node to the next one to the north.
   T CellNorthSouth{};
 };
 
 /// Where a coordinate lies along one axis of a grid: in the cell behind node `index`, `fraction`
 /// (0 to 1) of the way to the next node. One outside lies on the nearest end of the axis.
 struct GridPlace {
+  /// The node at the western or southern side of the cell.
   std::uint32_t index = 0;
+  /// The part of the cell, from 0 to 1, that lies before the coordinate.
   double fraction = 0;
 };
 /// `count` must be 2 at least.
@@ -33,6 +41,7 @@ struct GridPlace {
                                     std::uint32_t count);
 
 template <typename T>
+/// A grid of values; only that of doubles is there.
 class T2DTable;
 
 /// Values at the nodes of a grid. The first index runs from west to east, the second from south to
@@ -51,26 +60,40 @@ class T2DTable<double> {
   T2DTable& operator=(const T2DTable&) = delete;
   virtual ~T2DTable() = default;
 
+  /// Nodes from west to east.
   std::uint32_t CountX = 0;
+  /// Nodes from south to north.
   std::uint32_t CountY = 0;
+  /// The step from west to east in the unit of the plane.
   double CellX = 0;
+  /// The step from south to north in the unit of the plane.
   double CellY = 0;
+  /// X of the western nodes.
   double OriginX = 0;
+  /// Y of the southern nodes.
   double OriginY = 0;
   /// Limits of all values set so far, those overwritten since among them. MinValue > MaxValue
   /// while none was set.
   double MinValue = std::numeric_limits<double>::max();
+  /// The upper limit, to MinValue.
   double MaxValue = std::numeric_limits<double>::lowest();
   /// Data[i][j]: CountX columns of CountY values each. Null in an empty table.
   double* const* Data = nullptr;
+  /// The checksum of ComputeCrc; it means nothing while CrcValid is 0.
   std::uint32_t Crc = 0;
+  /// 1 if Crc is that of the values, else 0.
   std::uint8_t CrcValid = 0;
 
+  /// The least X of a table that holds a node.
   [[nodiscard]] double West() const { return OriginX; }
+  /// The least Y of a table that holds a node.
   [[nodiscard]] double South() const { return OriginY; }
+  /// The greatest X of a table that holds a node.
   [[nodiscard]] double East() const { return (CountX - 1.0) * CellX + OriginX; }
+  /// The greatest Y of a table that holds a node.
   [[nodiscard]] double North() const { return (CountY - 1.0) * CellY + OriginY; }
 
+  /// Makes the table one that holds nothing, and returns its memory.
   void Clear();
   /// Clears, then makes a grid of zeros. Throws std::bad_alloc for more than the memory holds, and
   /// std::length_error where the size in bytes overflows; the table is empty then.
@@ -78,6 +101,7 @@ class T2DTable<double> {
               double originX, double originY);
   /// The indexes must be below the counts.
   void Set(std::uint32_t i, std::uint32_t j, double value);
+  /// The value of a node; the indexes must be below the counts.
   [[nodiscard]] double Get(std::uint32_t i, std::uint32_t j) const { return Data[i][j]; }
   /// Whole rows as texts bring them: from west to east, the first one at the second index `north`,
   /// each further one to the south of the one before. The size must be a multiple of CountX, no

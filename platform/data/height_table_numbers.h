@@ -27,6 +27,7 @@ char* WriteThreeDecimals(const double* values, std::size_t count, char* out);
 /// Reads tokens one behind the other.
 class TokenReader {
  public:
+  /// Begins with the first byte of a text, which must outlive the reader.
   explicit TokenReader(std::string_view text)
       : next_(text.data()), end_(text.data() + text.size()) {}
 

@@ -15,9 +15,13 @@ namespace QvCommonUtils {
 /// them. Longer ones go to the heap. Converts from and to the usual strings.
 class TLabel {
  public:
+  /// An empty label.
   TLabel() noexcept = default;
+  /// A copy of the text.
   TLabel(std::string_view text) { Assign(text); }
+  /// A copy of the text.
   TLabel(const std::string& text) { Assign(text); }
+  /// A copy of a text that ends in a zero byte.
   TLabel(const char* text) { Assign(text); }
   TLabel(const TLabel& other) { Assign(other.View()); }
   TLabel& operator=(const TLabel& other) {
@@ -34,12 +38,18 @@ class TLabel {
   TLabel& operator=(const char* text) { return *this = std::string_view(text); }
   ~TLabel() { Clear(); }
 
+  /// The text, for as long as the label lives unchanged.
   [[nodiscard]] std::string_view View() const { return {data(), size_}; }
+  /// The same as View.
   operator std::string_view() const { return View(); }
+  /// A copy of the text.
   operator std::string() const { return std::string(View()); }
 
+  /// The first byte; no zero byte ends the text.
   [[nodiscard]] const char* data() const { return IsInPlace() ? place_.bytes : place_.heap; }
+  /// How many bytes the text has.
   [[nodiscard]] std::size_t size() const { return size_; }
+  /// Whether the text has no byte.
   [[nodiscard]] bool empty() const { return size_ == 0; }
 
   friend bool operator==(const TLabel& a, const TLabel& b) { return a.View() == b.View(); }
@@ -81,17 +91,26 @@ class FieldValues {
   explicit FieldValues(std::size_t count) : size_(count) {
     if (count > 1) many_ = std::make_unique<std::string[]>(count);
   }
+  /// One value.
   explicit FieldValues(std::string&& value) : size_(1), one_(std::move(value)) {}
+  /// One value, copied.
   explicit FieldValues(std::string_view value) : size_(1), one_(value) {}
 
   /// `i` must be below size().
   [[nodiscard]] std::string& operator[](std::size_t i) { return begin()[i]; }
+  /// The same of values that are only read.
   [[nodiscard]] const std::string& operator[](std::size_t i) const { return begin()[i]; }
+  /// How many values there are.
   [[nodiscard]] std::size_t size() const { return size_; }
+  /// Whether there is no value.
   [[nodiscard]] bool empty() const { return size_ == 0; }
+  /// The first value, for as long as the object lives unmoved.
   [[nodiscard]] std::string* begin() { return many_ ? many_.get() : &one_; }
+  /// The same of values that are only read.
   [[nodiscard]] const std::string* begin() const { return many_ ? many_.get() : &one_; }
+  /// The end behind the last value.
   [[nodiscard]] std::string* end() { return begin() + size_; }
+  /// The same of values that are only read.
   [[nodiscard]] const std::string* end() const { return begin() + size_; }
 
  private:

@@ -25,6 +25,7 @@ namespace QvCommonUtils::detail {
 template <std::size_t kSize>
 class NodePool {
  public:
+  /// Memory for one node, kept or fresh. Throws std::bad_alloc.
   [[nodiscard]] static void* Allocate() {
     State& state = state_;
     if (state.head == nullptr) return ::operator new(kSize);
@@ -34,6 +35,7 @@ class NodePool {
     return node;
   }
 
+  /// Keeps the memory of one node, or gives it back.
   static void Release(void* memory) noexcept {
     if (state_.kept >= state_.limit && !Open()) {
       ::operator delete(memory);
@@ -94,6 +96,7 @@ template <typename T>
 }
 
 template <typename T>
+/// Gives back what AllocateNode gave for that size.
 void ReleaseNode(void* memory, std::size_t size) noexcept {
   if (REFFRAME_NODE_POOL && size == sizeof(T)) {
     NodePool<sizeof(T)>::Release(memory);

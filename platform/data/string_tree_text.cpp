@@ -1,12 +1,11 @@
-// The text form of a tree.
+#include "platform/data/string_tree_text.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <limits>
 #include <utility>
-
-#include "platform/data/string_tree.h"
 
 namespace QvCommonUtils {
 

@@ -1,4 +1,5 @@
-// The number and text helpers that travel with the tree.
+#include "platform/data/string_tree_values.h"
+
 #include <locale.h>
 
 #include <algorithm>
@@ -6,8 +7,6 @@
 #include <cstdio>
 #include <limits>
 #include <optional>
-
-#include "platform/data/string_tree.h"
 
 namespace QvCommonUtils {
 

@@ -1,5 +1,5 @@
-// The XML form of a tree.
-#include "platform/data/string_tree.h"
+#include "platform/data/string_tree_xml.h"
+
 #include "platform/xini/xini_reader.h"
 #include "platform/xini/xini_writer.h"
 

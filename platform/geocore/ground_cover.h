@@ -27,6 +27,7 @@ struct GridPlane {
 /// How the places of one plane move to another one and back, in place. A place without an image
 /// fails.
 struct GroundMap {
+  /// Moves places of one plane to the other in place.
   using Move = std::function<void(Points<TablePlane>)>;
 
   /// The plane that `forward` starts from.

@@ -48,10 +48,15 @@ class Points {
     return Points(points_.subspan(first, count));
   }
 
+  /// How many points there are.
   [[nodiscard]] std::size_t size() const { return points_.size(); }
+  /// Whether there is no point.
   [[nodiscard]] bool empty() const { return points_.empty(); }
+  /// The point at an index below size().
   [[nodiscard]] Point& operator[](std::size_t i) const { return points_[i]; }
+  /// The first point.
   [[nodiscard]] auto begin() const { return points_.begin(); }
+  /// The end behind the last point.
   [[nodiscard]] auto end() const { return points_.end(); }
 
  private:

@@ -10,6 +10,7 @@ namespace QvRefSystem {
 /// (south pole), each along a meridian of its own: the northing grows along the meridian of the
 /// origin (south pole) or the one opposite (north pole), the easting 90 degrees east of the origin.
 struct PolarAspect {
+  /// Whether it is the north pole.
   bool northPole = false;
   /// Degrees from the system's prime meridian.
   double originLongitude = 0;

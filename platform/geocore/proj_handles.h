@@ -8,6 +8,7 @@
 /// Owners of PROJ's handles, for the sources that talk to PROJ. No other header includes this one.
 namespace QvRefSystem {
 
+/// Returns a handle to PROJ.
 struct ProjDeleter {
   void operator()(PJ* object) const { proj_destroy(object); }
   void operator()(PJ_OBJ_LIST* list) const { proj_list_destroy(list); }
@@ -17,8 +18,11 @@ struct ProjDeleter {
   void operator()(char** strings) const { proj_string_list_destroy(strings); }
 };
 
+/// An object of PROJ; it belongs to the thread whose context made it.
 using ProjObject = std::unique_ptr<PJ, ProjDeleter>;
+/// A list of objects.
 using ProjList = std::unique_ptr<PJ_OBJ_LIST, ProjDeleter>;
+/// What PROJ searches operations with.
 using ProjFactory = std::unique_ptr<PJ_OPERATION_FACTORY_CONTEXT, ProjDeleter>;
 /// A list of strings that ends in null.
 using ProjStrings = std::unique_ptr<char*, ProjDeleter>;

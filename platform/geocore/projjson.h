@@ -9,6 +9,7 @@
 /// The bridge from a reference system's tree and its model to PROJJSON.
 namespace QvRefSystem {
 
+/// Whether a geographic system is told without its height or with it.
 enum class Dimension { kTwo = 2, kThree = 3 };
 
 /// The PROJJSON of a system of kind 3, 4 or 5 (`dimension` counts for kind 4 alone). False, and
@@ -24,6 +25,8 @@ enum class Dimension { kTwo = 2, kThree = 3 };
 [[nodiscard]] bool ModelToBoundProjJson(const SystemModel& model, Dimension dimension,
                                         std::string_view datumName, std::string* json,
                                         std::string* error);
+/// The PROJJSON of a tree that ModelFromTree reads. False, and `error` says why, if it does not, or
+/// for what ModelToProjJson refuses.
 [[nodiscard]] bool TreeToProjJson(const QvCommonUtils::TStringTree* tree, Dimension dimension,
                                   std::string* json, std::string* error);
 /// The name by which a datum stands in a model and in PROJJSON: the registry's name without the

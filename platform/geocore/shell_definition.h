@@ -59,6 +59,7 @@ struct ShellDefinition {
   /// The geoid of kGeoid, which lives as long as the process; else null.
   const SystemGeoid* geoid = nullptr;
 
+  /// The kind that the model says.
   [[nodiscard]] SystemKind Kind() const { return model.kind; }
   /// Whether the system has a place on the Earth: all but local and local Cartesian ones.
   [[nodiscard]] bool IsOnEarth() const;

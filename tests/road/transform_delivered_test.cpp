@@ -7,6 +7,7 @@
 
 #include "platform/geocore/definition_from_model.h"
 #include "platform/geocore/model_from_tree.h"
+#include "platform/geocore/shell_reference_system.h"
 #include "tests/road/delivered_copies.h"
 
 namespace refframe_tests {

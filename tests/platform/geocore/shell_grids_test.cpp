@@ -320,9 +320,7 @@ TEST(GridCoverTest, LeavesAGridOfTheSamePlaneAsItIs) {
 TEST(GridCoverTest, IsTakenFromTablesAndHeightSystems) {
   auto table = std::make_shared<THeightTable>();
   table->Resize(101, 51, 0.1, 0.1, 5, 44);
-  SystemModel withTable = Wgs84();
-  withTable.heights.emplace();
-  withTable.heights->kind = QvRefSystem::HeightKind::kTable;
+  const SystemModel withTable = WithHeights(Wgs84(), 1);
   const TShellReferenceSystem target = Shell(InGrads(Wgs84()));
   std::string texts[6];
   const auto recalculate = [&](const TShellReferenceSystem& system, const THeightTable* heights) {
@@ -346,10 +344,7 @@ TEST(GridCoverTest, IsTakenFromTablesAndHeightSystems) {
     ASSERT_TRUE(recalculate(Shell(withGeoid), nullptr));
     EXPECT_THAT(texts, testing::ElementsAre("100", "-100", "200", "-200", "0.25", "0.25"));
   }
-  SystemModel withOffset = Wgs84();
-  withOffset.heights.emplace();
-  withOffset.heights->kind = QvRefSystem::HeightKind::kOffset;
-  withOffset.heights->offset = "40";
+  const SystemModel withOffset = WithHeights(Wgs84(), 2, "40");
   for (const SystemModel& model : {withOffset, Wgs84()}) {
     EXPECT_FALSE(recalculate(Shell(model), nullptr));
     EXPECT_THAT(texts, testing::Each("unchanged"));

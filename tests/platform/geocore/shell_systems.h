@@ -108,6 +108,21 @@ inline SystemModel Topocentric(SystemModel primary, std::vector<std::string> ori
   return system;
 }
 
+inline SystemModel InFeet(SystemModel system) {
+  system.linearUnit = Unit(0.3048);
+  return system;
+}
+
+/// Heights over a table (kind 1) or an offset (kind 2) in a unit of so many metres.
+inline SystemModel WithHeights(SystemModel system, int kind, const std::string& offset = {},
+                               double offsetMetres = 1) {
+  system.heights.emplace();
+  system.heights->kind = static_cast<QvRefSystem::HeightKind>(kind);
+  system.heights->offset = offset;
+  system.heights->offsetUnit = Unit(offsetMetres);
+  return system;
+}
+
 inline TShellReferenceSystem Shell(
     SystemModel model, std::shared_ptr<const QvRefSystem::THeightTable> table = nullptr) {
   return TShellReferenceSystem(

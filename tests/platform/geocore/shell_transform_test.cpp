@@ -290,31 +290,5 @@ TEST(ShellTransformTest, MeasuresTheMeridianOfTheEquidistantCylindrical) {
   EXPECT_EQ(Move(plane, geodetic, {0, 1.1e7, 0}).First, HUGE_VAL);
 }
 
-// The Belgian cone of the old method is the same plane as that of the new one, whose parameters
-// take in its turn: EPSG 31300 and 31370 over one datum, known to agree within a centimetre.
-TEST(ShellTransformTest, TurnsTheBelgianCone) {
-  SystemModel base = Wgs84();
-  base.ellipsoid->a = "6378388";
-  base.ellipsoid->f = 1 / 297.0;
-  const auto turned = Shell(Projected(base, 9803,
-                                      {{8821, "90"},
-                                       {8822, "4.356939722222222"},
-                                       {8823, "49.833333333333336"},
-                                       {8824, "51.166666666666664"},
-                                       {8826, "150000.01256"},
-                                       {8827, "5400088.4378"}}));
-  const auto plain = Shell(Projected(base, 9802,
-                                     {{8821, "90"},
-                                      {8822, "4.367486666666666"},
-                                      {8823, "51.166667233333334"},
-                                      {8824, "49.833333900000003"},
-                                      {8826, "150000.013"},
-                                      {8827, "5400088.438"}}));
-  const TShellPoint place{50 + 40 / 60.0 + 46.461 / 3600, 5 + 48 / 60.0 + 26.533 / 3600, 0};
-  const TShellPoint found = Move(Shell(base), turned, place);
-  ExpectNear(found, {251763.20, 153034.13, 0}, 0.01, 0);
-  ExpectNear(found, Move(Shell(base), plain, place), 0.1, 0);
-}
-
 }  // namespace
 }  // namespace refframe_tests

@@ -1,4 +1,4 @@
-#include "platform/data/string_tree.h"
+#include "platform/data/string_tree_node.h"
 
 #include <charconv>
 #include <utility>
