@@ -1,3 +1,5 @@
+#include "apps/cli/transform_commands.h"
+
 #include <cmath>
 #include <istream>
 #include <map>
@@ -5,7 +7,6 @@
 #include <vector>
 
 #include "apps/cli/command_error.h"
-#include "apps/cli/commands.h"
 #include "apps/cli/open_database.h"
 #include "platform/geocore/geoids.h"
 #include "platform/geocore/point_lines.h"
