@@ -6,7 +6,7 @@
 #include <set>
 
 #include "platform/geocore/projjson.h"
-#include "registry/epsg_models.h"
+#include "tests/registry/installed.h"
 
 namespace QvRefSystem {
 namespace {
@@ -17,13 +17,6 @@ using QvCommonUtils::TStringTree;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-
-SystemModel Epsg(int code) {
-  SystemModel model;
-  std::string error;
-  EXPECT_TRUE(ModelFromEpsg(code, &model, &error)) << error;
-  return model;
-}
 
 SystemModel Topocentric() {
   SystemModel model;
