@@ -4,7 +4,9 @@
 #include <array>
 
 #include "database/storage_files.h"
+#include "platform/geocore/wkt2.h"
 #include "platform/storage/file_stream.h"
+#include "platform/storage/stream.h"
 #include "platform/text/text.h"
 #include "registry/proj_bridge.h"
 

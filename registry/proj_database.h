@@ -14,53 +14,53 @@ struct EpsgBox {
   double south = 0;
   /// Greatest latitude.
   double north = 0;
-  /// Longitude at which the area begins, going east.
+  /// Western longitude, from -180 to 180.
   double west = 0;
-  /// Longitude at which the area ends, going east.
+  /// Eastern longitude, from -180 to 180.
   double east = 0;
 };
 
 /// Where and for what an object is used. Some areas have a name and no box.
 struct EpsgUsage {
-  /// The area in the registry's words.
+  /// Name of the area.
   std::string area;
-  /// The purpose in the registry's words.
+  /// What the object is used for there.
   std::string scope;
-  /// Limits of the area, if the registry has them.
+  /// The area's limits; nothing for an area that has a name only.
   std::optional<EpsgBox> box;
 };
 
-/// An ellipsoid or a sphere.
+/// An ellipsoid; it has an inverse flattening or a semi-minor axis.
 struct EpsgEllipsoid {
-  /// EPSG code of the ellipsoid.
+  /// EPSG code, as all codes here.
   int code = 0;
   /// Name in the registry.
   std::string name;
-  /// Semi-major axis, in `unit`.
+  /// Semi-major axis in the unit beside it, as are all lengths here that stand beside a unit.
   double a = 0;
-  /// Code of the unit of `a` and `b`.
+  /// Code of the unit of both axes.
   int unit = 0;
-  /// The inverse flattening, 0 for a sphere; set if and only if `b` is not.
+  /// One of the two is set; an inverse flattening of 0 is a sphere.
   std::optional<double> inverseFlattening;
-  /// Semi-minor axis, in `unit`.
+  /// Semi-minor axis.
   std::optional<double> b;
 };
 
-/// A prime meridian by its longitude from Greenwich.
+/// A prime meridian.
 struct EpsgPrimeMeridian {
-  /// EPSG code of the prime meridian.
+  /// EPSG code.
   int code = 0;
   /// Name in the registry.
   std::string name;
-  /// Longitude in `unit`, east positive.
+  /// Longitude from Greenwich, positive eastwards.
   double longitude = 0;
-  /// Code of the unit, which may be a sexagesimal notation.
+  /// Code of the longitude's unit, which may be one of the notations of degrees.
   int unit = 0;
 };
 
 /// A geodetic datum, or an ensemble of several.
 struct EpsgDatum {
-  /// EPSG code of the datum.
+  /// EPSG code.
   int code = 0;
   /// Name in the registry.
   std::string name;
@@ -72,107 +72,107 @@ struct EpsgDatum {
   std::vector<int> members;
   /// Whether it is an ensemble.
   bool ensemble = false;
-  /// Where and for what it is used; may be empty.
+  /// Where and for what it is used, in the order of the registry, here and below.
   std::vector<EpsgUsage> usages;
 };
 
-/// An axis of a coordinate system, in the order of the coordinates.
+/// One axis of a coordinate system.
 struct EpsgAxis {
-  /// Name in the registry, like "Geodetic latitude".
+  /// Name of the axis.
   std::string name;
-  /// Abbreviation, like "Lat".
+  /// Its letter.
   std::string abbreviation;
-  /// The way in which it counts, like "north".
+  /// The direction in which its values grow, in words of the registry.
   std::string orientation;
-  /// Code of the unit of its coordinates.
+  /// Code of its unit.
   int unit = 0;
 };
 
-/// What the coordinates of a geodetic system are.
+/// Kinds of geodetic systems.
 enum class EpsgGeodeticKind { kGeographic2D, kGeographic3D, kGeocentric };
 
 /// A geographic or geocentric system.
 struct EpsgGeodeticSystem {
-  /// EPSG code of the system.
+  /// EPSG code.
   int code = 0;
   /// Name in the registry.
   std::string name;
-  /// What its coordinates are.
+  /// Which of the kinds it is.
   EpsgGeodeticKind kind = EpsgGeodeticKind::kGeographic2D;
   /// Code of its datum.
   int datum = 0;
-  /// Code of its axes in EpsgDataset::coordinateSystems.
+  /// Code of its coordinate system.
   int coordinateSystem = 0;
-  /// Where and for what it is used; may be empty.
+  /// Where and for what it is used.
   std::vector<EpsgUsage> usages;
 };
 
 /// A projected system.
 struct EpsgProjectedSystem {
-  /// EPSG code of the system.
+  /// EPSG code.
   int code = 0;
   /// Name in the registry.
   std::string name;
-  /// Code of the geographic system that is projected.
+  /// Code of the geodetic system below it.
   int base = 0;
-  /// Code of its map projection in EpsgDataset::conversions.
+  /// Code of its map projection.
   int conversion = 0;
-  /// Code of its axes in EpsgDataset::coordinateSystems.
+  /// Code of its coordinate system.
   int coordinateSystem = 0;
-  /// Where and for what it is used; may be empty.
+  /// Where and for what it is used.
   std::vector<EpsgUsage> usages;
 };
 
-/// A parameter of a map projection.
+/// One parameter of a map projection.
 struct EpsgConversionParameter {
-  /// EPSG code of the parameter.
+  /// Code of the parameter.
   int code = 0;
-  /// The value, in `unit`.
+  /// Value in the unit beside it.
   double value = 0;
-  /// Code of the unit, which may be a sexagesimal notation.
+  /// Code of the value's unit, which may be one of the notations of degrees.
   int unit = 0;
 };
 
 /// A map projection with its parameters.
 struct EpsgConversion {
-  /// EPSG code of the conversion.
+  /// EPSG code.
   int code = 0;
   /// Name in the registry.
   std::string name;
-  /// Code of the projection method.
+  /// Code of its method.
   int method = 0;
-  /// The parameters in the order of the registry.
+  /// Its parameters, seven at most, in the order of the registry.
   std::vector<EpsgConversionParameter> parameters;
-  /// Where and for what it is used; may be empty.
+  /// Where and for what it is used.
   std::vector<EpsgUsage> usages;
 };
 
 /// A value with the code of its unit; 0 for a value that the operation does not have.
 struct EpsgMeasure {
-  /// The value, in `unit`.
+  /// The value in its unit.
   double value = 0;
-  /// Code of the unit; 0 for none.
+  /// Code of the unit.
   int unit = 0;
 };
 
 /// A live operation between two datums by three or seven parameters, or by a longitude rotation.
 struct EpsgShiftOperation {
-  /// EPSG code of the operation.
+  /// EPSG code.
   int code = 0;
   /// Name in the registry.
   std::string name;
-  /// Code of the coordinate operation method.
+  /// Code of its method.
   int method = 0;
-  /// Code of the datum from which it leads.
+  /// Code of the datum that it leads from.
   int sourceDatum = 0;
-  /// Code of the datum to which it leads.
+  /// Code of the datum that it leads to.
   int targetDatum = 0;
-  /// Accuracy of the operation in metres.
+  /// Accuracy in metres; 0 where none is told.
   double accuracy = 0;
   /// Three translations, three rotations and the scale difference, in the registry's own units and
   /// in the sense of the method.
   EpsgMeasure parameters[7];
-  /// Change of each parameter in a year, in a unit of rates; unit 0 for methods without.
+  /// Change a year of the same, unit codes of rates; unit 0 for methods without.
   EpsgMeasure rates[7];
   /// Decimal year for which the parameters hold.
   std::optional<double> epoch;
@@ -182,33 +182,32 @@ struct EpsgShiftOperation {
   EpsgMeasure rotation;
   /// Codes of live operations of this kind that replace it between the same systems.
   std::vector<int> replacements;
-  /// Where and for what it is used; may be empty.
+  /// Where and for what it is used.
   std::vector<EpsgUsage> usages;
 };
 
 /// Why a datum has no shift by parameters.
 enum class EpsgOtherRoad { kGrid, kOffsets };
 
-/// What is live in the registry and needed here, read at once. Codes are EPSG codes; deprecated
-/// objects are left out.
+/// All of it, read at once. Codes are EPSG codes; deprecated objects are left out.
 struct EpsgDataset {
   /// Version of the registry, like "v10.076".
   std::string version;
-  /// Ellipsoids by code.
+  /// Ellipsoids by code, as the maps below are.
   std::map<int, EpsgEllipsoid> ellipsoids;
-  /// Prime meridians by code.
+  /// Prime meridians.
   std::map<int, EpsgPrimeMeridian> primeMeridians;
-  /// Datums and ensembles by code.
+  /// Datums and ensembles.
   std::map<int, EpsgDatum> datums;
-  /// The axes of each coordinate system, by its code.
+  /// The axes of each coordinate system, in their order.
   std::map<int, std::vector<EpsgAxis>> coordinateSystems;
-  /// Geographic and geocentric systems by code.
+  /// Geographic and geocentric systems.
   std::map<int, EpsgGeodeticSystem> geodeticSystems;
-  /// Projected systems by code.
+  /// Projected systems.
   std::map<int, EpsgProjectedSystem> projectedSystems;
-  /// Map projections by code.
+  /// Map projections.
   std::map<int, EpsgConversion> conversions;
-  /// Operations between datums by code.
+  /// Shifts between datums.
   std::map<int, EpsgShiftOperation> shiftOperations;
   /// Datums from or to which an operation leads that parameters cannot stand for.
   std::map<int, EpsgOtherRoad> otherRoads;

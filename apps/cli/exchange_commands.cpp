@@ -8,6 +8,7 @@
 #include "apps/cli/command_error.h"
 #include "apps/cli/open_database.h"
 #include "platform/data/tree_members.h"
+#include "platform/geocore/model_from_tree.h"
 #include "platform/storage/stream.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"

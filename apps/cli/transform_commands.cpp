@@ -1,6 +1,5 @@
 #include "apps/cli/transform_commands.h"
 
-#include <cmath>
 #include <istream>
 #include <map>
 #include <ostream>
@@ -97,7 +96,7 @@ class PointStream {
   }
 
   void WritePoint(const TShellPoint& origin, const TShellPoint& point, bool hasThird) {
-    if (point.First == HUGE_VAL) {
+    if (IsFailed(point)) {
       text_ += "* " + from_.ExplainFailure(to_, origin);
       failed_ = true;
     } else if (notation_) {
