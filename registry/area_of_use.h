@@ -11,6 +11,7 @@ namespace QvRefSystem {
 struct AreaOfUse {
   /// In the registry's words; may be empty.
   std::string name;
+  /// Its limits in degrees on WGS 84.
   EpsgBox box;
 };
 

@@ -51,16 +51,21 @@ std::string AsideOf(const std::string& target, bool resourceForm) {
   return stem + "-making" + std::string(kContainerExtension);
 }
 
+// Throws std::runtime_error where one of the tables stands already.
+void RequireNoDatabase(const std::string& path, bool resourceForm) {
+  ForEachTable(path, resourceForm, [&](const TableSpec&, const std::string& name) {
+    if (StorageFileExists(name, resourceForm)) {
+      throw std::runtime_error("there is a database already: " + name);
+    }
+  });
+}
+
 }  // namespace
 
 DatabaseMaking::DatabaseMaking(const std::string& path, bool resourceForm,
                                QvPlatform::TUserInterface& ui)
     : target_(PlainPath(path, resourceForm)), resourceForm_(resourceForm) {
-  ForEachTable(target_, resourceForm_, [&](const TableSpec&, const std::string& name) {
-    if (StorageFileExists(name, resourceForm_)) {
-      throw std::runtime_error("there is a database already: " + name);
-    }
-  });
+  RequireNoDatabase(target_, resourceForm_);
   aside_ = !resourceForm_ || !fs::exists(target_);
   place_ = aside_ ? AsideOf(target_, resourceForm_) : target_;
   // What an interrupted attempt has left.

@@ -28,13 +28,19 @@ enum class ShiftRoad {
   /// The same with parameters that change with time, taken at the epoch of their publication.
   kTimeDependent,
   // The rest have a null shift.
+  /// Only an operation by a grid leads to WGS 84.
   kNeedsGrid,
+  /// Only an operation by offsets of coordinates leads there.
   kNeedsOffsets,
+  /// No operation leads there.
   kNone
 };
 
+/// The shift of a datum to WGS 84, with the road on which it was found.
 struct DatumShiftChoice {
+  /// The roads from kNeedsGrid on have a null shift.
   ShiftRoad road = ShiftRoad::kNone;
+  /// The shift as a record holds it: of one operation in that one's own units and digits.
   DatumShiftModel shift;
   /// EPSG codes of the operations in order, negative where one is applied backwards.
   std::vector<int> operations;

@@ -202,18 +202,22 @@ void AddProjectionCodes(TdatamoduleQvRfData& data, const ProjectionMethod& metho
   }
 }
 
-void FillProjectionTypes(TdatamoduleQvRfData& data) {
-  for (const ProjectionMethod& method : ProjectionMethods()) {
-    AddProjectionType(data, method);
-    AddProjectionParameters(data, method);
-    AddProjectionCodes(data, method);
-  }
+void AddChoices(TdatamoduleQvRfData& data) {
   for (const Choice& choice : kChoices) {
     AddOwnedValue(data.datasetSystemValue,
                   {TObjectType::kMapProjectionType, choice.method, ParamTag::kAllowedValue,
                    choice.parameter, 0},
                   choice.value);
   }
+}
+
+void FillProjectionTypes(TdatamoduleQvRfData& data) {
+  for (const ProjectionMethod& method : ProjectionMethods()) {
+    AddProjectionType(data, method);
+    AddProjectionParameters(data, method);
+    AddProjectionCodes(data, method);
+  }
+  AddChoices(data);
   // The number of all geodetic systems; it belongs to no projection type.
   AddOwnedValue(data.datasetParamValue,
                 {TObjectType::kMapProjectionType, 0, ParamTag::kMif, kMifGroupOfGeodetic, 0},

@@ -8,27 +8,34 @@
 /// what a tree that was not made from a database says of them.
 namespace QvRefSystem {
 
+/// A row of the table of reference system types.
 struct ReferenceSystemType {
   /// TYPE: the numbers of SystemKind.
   int number;
+  /// NAME, as it is shown.
   std::string_view name;
+  /// DESCRIPTION, as it is shown.
   std::string_view description;
   /// Axis abbreviations that a new system of this kind starts with.
   std::string_view axisAbbreviation[3];
+  /// Whether a new system of this kind has its second axis first.
   bool swap;
   /// Value of GTModelTypeGeoKey (GeoTIFF 1.1, section 7.1.2): 1 projected, 2 geographic,
   /// 3 geocentric; 0 where GeoTIFF has none.
   int geoTiffModelType;
 };
 
+/// A row of the table of datum shift types.
 struct DatumShiftType {
   /// TYPE: 1 geocentric translation, 2 position vector, 3 coordinate frame rotation.
   int number;
+  /// NAME, as it is shown.
   std::string_view name;
+  /// DESCRIPTION, as it is shown.
   std::string_view description;
-  /// EPSG codes of the coordinate operation method in the geocentric and in the geographic 2D
-  /// domain.
+  /// EPSG code of the coordinate operation method in the geocentric domain.
   int geocentricMethod;
+  /// EPSG code of the same in the geographic 2D domain.
   int geographicMethod;
 };
 

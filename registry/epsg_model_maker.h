@@ -33,10 +33,15 @@ class EpsgModelMaker {
   /// False, with `model` unchanged and `error` set, for a code that is no live projected,
   /// geographic or geocentric system, or one that the model cannot hold.
   [[nodiscard]] bool System(int code, SystemModel* model, std::string* error) const;
+  /// The ellipsoid with its unit, its shape as the registry gives it, and its MIF code.
   [[nodiscard]] EllipsoidModel Ellipsoid(const EpsgEllipsoid& ellipsoid) const;
+  /// The prime meridian in its own unit; one in sexagesimal notation comes in degrees.
   [[nodiscard]] PrimeMeridianModel PrimeMeridian(const EpsgPrimeMeridian& meridian) const;
+  /// The datum with its ellipsoid and the shift that was chosen for it.
   [[nodiscard]] DatumModel Datum(const EpsgDatum& datum) const;
+  /// The choice for every live datum, by its code.
   [[nodiscard]] const std::map<int, DatumShiftChoice>& DatumShifts() const { return shifts_; }
+  /// The data set that the maker was given.
   [[nodiscard]] const EpsgDataset& Dataset() const { return dataset_; }
 
  private:

@@ -10,18 +10,25 @@
 /// The delivered database: PROJ's EPSG data set as rows of our tables.
 namespace QvRefSystem {
 
+/// How the delivered database is kept.
 struct RegistryOptions {
   /// True: `path` names a container; false: a folder.
   bool resourceForm = false;
 };
 
+/// A system of the registry that did not get in.
 struct RegistryRefusal {
+  /// EPSG code of the system.
   int code = 0;
+  /// Name of the system in the registry.
   std::string name;
+  /// Why it did not get in, as a text for users.
   std::string reason;
 };
 
+/// What became of the systems of the registry.
 struct RegistryReport {
+  /// Number of the systems that are in.
   int systems = 0;
   /// Live systems of the registry that did not get in, each with the reason.
   std::vector<RegistryRefusal> refused;

@@ -35,8 +35,11 @@ enum class ShiftMethod {
 /// When the parameters of a method hold.
 enum class ShiftTime { kAlways, kAtEpoch, kWithRates };
 
+/// What is to be known of a method before its parameters are read.
 struct ShiftMethodTraits {
+  /// The sense in which the parameters apply.
   ShiftMethod method = ShiftMethod::kOther;
+  /// When the parameters hold.
   ShiftTime time = ShiftTime::kAlways;
   /// The rotation and scale apply about a point of evaluation (Molodensky-Badekas).
   bool aboutPoint = false;
@@ -49,6 +52,8 @@ struct ShiftMethodTraits {
 /// is the part of a longitude rotation, in radians, that the prime meridians do not account for.
 [[nodiscard]] HelmertParameters ParametersOf(const EpsgShiftOperation& operation,
                                              double turnLongitudes = 0);
+/// The shift back. Its rotation has the signs turned, which leaves out squares of the angles, as
+/// Compose does.
 [[nodiscard]] HelmertParameters Inverse(const HelmertParameters& shift);
 /// `first`, then `second`. Products of two rotations are left out: less than 1 mm for rotations of
 /// up to two arc-seconds each.

@@ -1,5 +1,6 @@
 #include "registry/model_tree.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -224,9 +225,7 @@ SystemModel GeneratedPrimary(const SystemModel& projected) {
   primary.name = TreeIds::kGeneratedPrimaryName;
   primary.description = TreeIds::kGeneratedPrimaryDescription;
   primary.abbreviation = TreeIds::kGeneratedPrimaryAbbreviation;
-  const ReferenceSystemType& type = TypeOf(SystemKind::kGeodetic);
-  for (int i = 0; i < 3; ++i)
-    primary.axisAbbreviation[i] = type.axisAbbreviation[i];
+  std::ranges::copy(TypeOf(SystemKind::kGeodetic).axisAbbreviation, primary.axisAbbreviation);
   primary.angularUnit = GeneratedRadian();
   primary.linearUnit = projected.linearUnit;
   primary.primeMeridian = projected.primeMeridian;

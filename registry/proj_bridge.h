@@ -16,9 +16,11 @@ namespace QvRefSystem {
 /// that the model cannot hold, are refused. False, with `model` unchanged and `error` saying why.
 [[nodiscard]] bool ModelFromProjJson(const std::string& json, SystemModel* model,
                                      std::string* error);
-/// The same from anything that PROJ reads as a system: PROJJSON, WKT, a PROJ string, "EPSG:code".
+/// Makes the model of a system from anything that PROJ reads as a system: PROJJSON, WKT, a PROJ
+/// string, "EPSG:code".
 [[nodiscard]] bool ModelFromProjText(const std::string& text, SystemModel* model,
                                      std::string* error);
+/// Does the same, and writes the model as a tree as ModelToTree does.
 [[nodiscard]] bool TreeFromProjText(const std::string& text, QvCommonUtils::TStringTree* tree,
                                     std::string* error);
 

@@ -13,9 +13,12 @@ namespace QvRefSystem {
 
 /// A number with its unit: a plain number in the default unit of its kind, or "value" and "unit".
 struct JsonMeasure {
+  /// The number, in `unit`.
   double value = 0;
+  /// The unit that was named, or the default one of the kind.
   UnitModel unit;
 };
+/// Reads either form. Throws nlohmann::json::exception for anything else.
 [[nodiscard]] JsonMeasure MeasureFromJson(const nlohmann::json& measure, UnitKind kind);
 
 /// The code of the member "id" under the authority EPSG; 0 if it has none.

@@ -77,6 +77,13 @@ bool SameLongitude(const PrimeMeridianModel& a, const PrimeMeridianModel& b) {
   return Agree(InBaseUnit(a.longitude, a.unit), InBaseUnit(b.longitude, b.unit));
 }
 
+bool CountsFrom(const EpsgModelMaker& maker, const EpsgDatum& datum,
+                const PrimeMeridianModel& meridian) {
+  const auto& meridians = maker.Dataset().primeMeridians;
+  const auto own = meridians.find(datum.primeMeridian);
+  return own != meridians.end() && SameLongitude(maker.PrimeMeridian(own->second), meridian);
+}
+
 }  // namespace
 
 std::optional<EllipsoidModel> MatchEllipsoid(const EllipsoidModel& ellipsoid) {
@@ -108,11 +115,7 @@ std::optional<DatumModel> MatchDatum(const std::string& name, const EllipsoidMod
   const EpsgDataset& dataset = maker->Dataset();
   for (const int code : CodesNamed(DatumNames(dataset), name)) {
     const EpsgDatum& row = dataset.datums.at(code);
-    const auto origin = dataset.primeMeridians.find(row.primeMeridian);
-    if (origin == dataset.primeMeridians.end() ||
-        !SameLongitude(maker->PrimeMeridian(origin->second), meridian)) {
-      continue;
-    }
+    if (!CountsFrom(*maker, row, meridian)) continue;
     DatumModel known = maker->Datum(row);
     if (SameShape(known.ellipsoid, ellipsoid)) return known;
   }

@@ -6,10 +6,14 @@
 
 #include "apps/cli/command_error.h"
 #include "apps/cli/commands.h"
+#include "apps/cli/exchange_commands.h"
 #include "apps/cli/height_commands.h"
 #include "apps/cli/object_types.h"
+#include "apps/cli/transform_commands.h"
 
 namespace RefframeCli {
+
+using QvRefSystem::ObjectFileForm;
 
 namespace {
 
@@ -19,10 +23,10 @@ constexpr const char* kAbout =
     "name:TEXT.\n"
     "Exit status: 0 done, 1 the operation failed, 2 the arguments make no command.";
 
-const std::map<std::string, ObjectForm> kForms{{"text", ObjectForm::kText},
-                                               {"xml", ObjectForm::kXml},
-                                               {"projjson", ObjectForm::kProjJson},
-                                               {"wkt2", ObjectForm::kWkt2}};
+const std::map<std::string, ObjectFileForm> kForms{{"text", ObjectFileForm::kText},
+                                                   {"xml", ObjectFileForm::kXml},
+                                                   {"projjson", ObjectFileForm::kProjJson},
+                                                   {"wkt2", ObjectFileForm::kWkt2}};
 
 /// The arguments of all commands and the command that was chosen.
 class Arguments {

@@ -34,6 +34,13 @@ void PutLine(std::ostream& out, std::initializer_list<std::string> columns) {
   out << "\n";
 }
 
+void PutRefused(std::ostream& out, const QvRefSystem::RegistryReport& report) {
+  for (const QvRefSystem::RegistryRefusal& refusal : report.refused) {
+    PutLine(out,
+            {"epsg:" + std::to_string(refusal.code), Encode(refusal.name), Encode(refusal.reason)});
+  }
+}
+
 /// The columns by which objects of a type are listed.
 class ListedColumns {
  public:
@@ -68,11 +75,7 @@ int InitDatabase(const Request& request, Terminal terminal) {
   terminal.out << std::to_string(report.systems) << " reference systems are in, "
                << std::to_string(report.refused.size()) << " of the registry are not"
                << (request.listRefused && !report.refused.empty() ? ":\n" : "\n");
-  if (!request.listRefused) return kSucceeded;
-  for (const QvRefSystem::RegistryRefusal& refusal : report.refused) {
-    PutLine(terminal.out,
-            {"epsg:" + std::to_string(refusal.code), Encode(refusal.name), Encode(refusal.reason)});
-  }
+  if (request.listRefused) PutRefused(terminal.out, report);
   return kSucceeded;
 }
 

@@ -1,13 +1,15 @@
+#include "apps/cli/exchange_commands.h"
+
 #include <filesystem>
 #include <istream>
 #include <iterator>
 #include <ostream>
 
 #include "apps/cli/command_error.h"
-#include "apps/cli/commands.h"
 #include "apps/cli/open_database.h"
 #include "platform/data/tree_members.h"
 #include "platform/geocore/model_from_tree.h"
+#include "platform/storage/stream.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 #include "registry/equivalence.h"
@@ -17,6 +19,7 @@ namespace RefframeCli {
 using QvCommonUtils::TStringTree;
 using QvRefSystem::Dimension;
 using QvRefSystem::ObjectDescriptor;
+using QvRefSystem::ObjectFileForm;
 using QvRefSystem::TObjectType;
 using QvRefSystem::TQvRfDataProcessor;
 
@@ -53,21 +56,22 @@ std::string WriteCurrent(TQvRfDataProcessor& processor, const Request& request) 
   if (!processor.WriteToTree(&tree, 0, 0)) {
     throw CommandError("an object that it refers to is missing, or its kind is not known");
   }
-  const ObjectForm form = request.form.value_or(ObjectForm::kText);
+  const ObjectFileForm form = request.form.value_or(ObjectFileForm::kText);
   const Dimension dimension = IsSystemForm(form) ? DimensionFor(tree, request) : Dimension::kTwo;
-  return WriteObject(tree, *request.type, form, dimension);
+  RequireForm(form, *request.type);
+  return WriteTree(tree, form, dimension);
 }
 
 void ExportOne(OpenedDatabase& database, const Request& request, Terminal terminal) {
   TQvRfDataProcessor& processor = database.Locate(*request.type, request.object);
-  const ObjectForm form = request.form.value_or(ObjectForm::kText);
+  const ObjectFileForm form = request.form.value_or(ObjectFileForm::kText);
   std::string content;
   try {
     content = WriteCurrent(processor, request);
   } catch (const std::exception& error) {
     throw CommandError(request.object + ": " + error.what());
   }
-  if (!request.output.empty()) return SaveObject(request.output, form, content);
+  if (!request.output.empty()) return SaveObjectFile(request.output, form, content);
   terminal.out << content;
   if (!content.ends_with('\n')) terminal.out << "\n";
 }
@@ -79,11 +83,12 @@ int ExportAll(OpenedDatabase& database, const Request& request, Terminal termina
   if (error) throw CommandError(request.output + ": " + error.message());
 
   TQvRfDataProcessor& processor = database.Processor(*request.type);
-  const ObjectForm form = request.form.value_or(ObjectForm::kText);
+  const ObjectFileForm form = request.form.value_or(ObjectFileForm::kText);
   const int count = processor.DataSet->RecordCount();
   const auto progress =
       ui.StartProgress(0, QvPlatform::SystemText(request.type->displayName), count);
-  FileNames names(request.output);
+  QvRefSystem::FreeFileNames names(request.output);
+  const std::string extension = ObjectFileExtension(form, request.type->typeName);
   int failed = 0;
   for (int position = 0; position < count; ++position) {
     processor.DataSet->MoveTo(position);
@@ -91,7 +96,7 @@ int ExportAll(OpenedDatabase& database, const Request& request, Terminal termina
     const std::string key = std::to_string(processor.GetCurrentKey());
     try {
       const std::string content = WriteCurrent(processor, request);
-      SaveObject(names.Next(name, *request.type, form), form, content);
+      SaveObjectFile(names.Next(name, extension), form, content);
     } catch (const std::exception& failure) {
       terminal.err << "refframe: " << key << " \"" << name << "\": " << failure.what() << "\n";
       ++failed;
@@ -117,8 +122,21 @@ std::string WhyRefused(const TStringTree& tree, const ObjectDescriptor& type) {
 }
 
 std::string ReadSource(const std::string& file, Terminal terminal) {
-  if (file != "-") return LoadObject(file);
-  return {std::istreambuf_iterator<char>(terminal.in), std::istreambuf_iterator<char>()};
+  if (file == "-") {
+    return {std::istreambuf_iterator<char>(terminal.in), std::istreambuf_iterator<char>()};
+  }
+  try {
+    return QvRefSystem::LoadObjectFile(file);
+  } catch (const QvPlatform::StorageError& error) {
+    throw CommandError(error.what());
+  }
+}
+
+void ReadContent(const std::string& content, const Request& request, TStringTree* tree) {
+  if (QvPlatform::IsBlank(content)) throw CommandError("the file is empty");
+  const ObjectFileForm form = request.form.value_or(QvRefSystem::FormOfContent(content));
+  RequireForm(form, *request.type);
+  ReadTree(content, form, tree);
 }
 
 void ImportOne(TQvRfDataProcessor& processor, const Request& request, const std::string& file,
@@ -127,7 +145,7 @@ void ImportOne(TQvRfDataProcessor& processor, const Request& request, const std:
   TStringTree tree;
   int key = 0;
   try {
-    ReadObject(content, *request.type, request.form, &tree);
+    ReadContent(content, request, &tree);
     key = processor.InsertFromTree(&tree);
   } catch (const std::exception& error) {
     throw CommandError(file + ": " + error.what());

@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include "apps/cli/command_line.h"
+#include "apps/cli/terminal.h"
 #include "platform/ui/user_interface.h"
 
 namespace RefframeCli {

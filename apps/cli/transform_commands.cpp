@@ -1,10 +1,11 @@
+#include "apps/cli/transform_commands.h"
+
 #include <istream>
 #include <map>
 #include <ostream>
 #include <vector>
 
 #include "apps/cli/command_error.h"
-#include "apps/cli/commands.h"
 #include "apps/cli/open_database.h"
 #include "platform/geocore/geoids.h"
 #include "platform/geocore/point_lines.h"

@@ -1,10 +1,8 @@
 #include "dialogs/select/import_export.h"
 
-#include <algorithm>
 #include <new>
 
 #include "database/storage_files.h"
-#include "platform/storage/file_stream.h"
 #include "platform/storage/stream.h"
 #include "platform/widgets/file_dialogs.h"
 #include "platform/widgets/qt_text.h"
@@ -17,14 +15,12 @@ using QvPlatform::FromQt;
 using QvPlatform::SystemText;
 using QvPlatform::TextId;
 using QvPlatform::ToQt;
-using QvPlatform::TQvFileStream;
 using QvPlatform::Translated;
 
 namespace {
 
-constexpr char kXmlExtension[] = ".x-ref-system";
 // Under its first filter an import offers files of reference systems, whatever the object.
-constexpr char kImportMask[] = "reference?system";
+constexpr char kImportMask[] = ".reference?system";
 constexpr int kTextFilter = 1;
 constexpr int kXmlFilter = 2;
 
@@ -32,37 +28,23 @@ ObjectFileForm FormOfFilter(int filterIndex) {
   return filterIndex == kTextFilter ? ObjectFileForm::kText : ObjectFileForm::kXml;
 }
 
-void OpenStream(TQvFileStream* stream, const std::string& path, QvPlatform::QvOpenMode mode) {
-  if (!stream->Open(path, mode)) throw QvPlatform::StorageError(stream->LastError());
-}
-
 std::string CannotRead(const std::string& path, const QString& reason) {
   return FromQt(Translated("\"%1\" cannot be read: %2").arg(ToQt(path), reason));
 }
 
 std::string ReadContent(const std::string& path) {
-  TQvFileStream stream;
-  OpenStream(&stream, path, QvPlatform::QvOpenMode::kRead);
-  if (stream.Size() > kLargestObjectFile) {
+  try {
+    return LoadObjectFile(path, kLargestObjectFile);
+  } catch (const ObjectFileTooLarge&) {
     throw QvPlatform::StorageError(
         CannotRead(path, Translated("it is too large for the file of an object.")));
   }
-  return stream.ReadAll();
-}
-
-// The text form begins with an address in brackets, perhaps behind a byte order mark.
-ObjectFileForm FormOf(const std::string& content) {
-  return content.find('<') < content.find('(') ? ObjectFileForm::kXml : ObjectFileForm::kText;
 }
 
 void ParseTree(const std::string& path, const std::string& content, ObjectFileForm form,
                TStringTree* tree) {
   try {
-    if (form == ObjectFileForm::kXml) {
-      QvCommonUtils::ReadTreeXml(content, tree);
-    } else {
-      QvCommonUtils::ReadTreeText(content, tree);
-    }
+    ReadTree(content, form, tree);
   } catch (const QvCommonUtils::TreeFormatError& error) {
     throw QvCommonUtils::TreeFormatError(CannotRead(path, ToQt(error.what())));
   } catch (const std::bad_alloc&) {
@@ -91,29 +73,19 @@ class ExportFailures {
   QString told_;
 };
 
+// `mask` is what the first filter looks for, in place of the extension that it names.
 FileDialogOptions DialogOptions(const TQvRfDataProcessor& processor, const std::string& mask) {
+  const std::string extension = ObjectFileExtension(ObjectFileForm::kText, processor.TypeName);
   std::string typeText;
   processor.GetDisplayNames(&typeText, nullptr);
   return {
-      .filter = ToQt(typeText + " (*." + processor.TypeName + ")|*." + mask +
-                     SystemText(TextId::kXmlFilter) + SystemText(TextId::kAllFiles) + " (*.*)|*.*"),
+      .filter = ToQt(typeText + " (*" + extension + ")|*" + mask + SystemText(TextId::kXmlFilter) +
+                     SystemText(TextId::kAllFiles) + " (*.*)|*.*"),
       .filterIndex = kXmlFilter,
       .defaultFileName = {}};
 }
 
 }  // namespace
-
-void WriteTreeFile(const TStringTree& tree, const std::string& path, ObjectFileForm form) {
-  TQvFileStream stream;
-  OpenStream(&stream, path, QvPlatform::QvOpenMode::kCreate);
-  if (form == ObjectFileForm::kXml) {
-    QvCommonUtils::WriteTreeXml(&tree, &stream);
-  } else {
-    const std::string text = QvCommonUtils::WriteTreeText(&tree);
-    stream.Write(text.c_str(), text.size() + 1);  // with the zero byte that ends a text file
-  }
-  stream.Commit();
-}
 
 bool WriteObjectFile(TQvRfDataProcessor& processor, const std::string& path, ObjectFileForm form) {
   TStringTree tree;
@@ -124,7 +96,7 @@ bool WriteObjectFile(TQvRfDataProcessor& processor, const std::string& path, Obj
 
 void ReadTreeFile(const std::string& path, ObjectFileForm form, TStringTree* tree) {
   const std::string content = ReadContent(path);
-  if (FormOf(content) != form) {
+  if (TreeFormOfContent(content) != form) {
     throw QvCommonUtils::TreeFormatError(
         CannotRead(path, form == ObjectFileForm::kXml
                              ? Translated("it holds no XML. A file in the text form is read under "
@@ -137,13 +109,14 @@ void ReadTreeFile(const std::string& path, ObjectFileForm form, TStringTree* tre
 
 void ReadTreeFile(const std::string& path, TStringTree* tree) {
   const std::string content = ReadContent(path);
-  ParseTree(path, content, FormOf(content), tree);
+  ParseTree(path, content, TreeFormOfContent(content), tree);
 }
 
 void ExportObject(QWidget* window, TQvRfDataProcessor& processor) {
   std::string name;
   processor.GetNames(nullptr, &name);
-  FileDialogOptions options = DialogOptions(processor, processor.TypeName);
+  FileDialogOptions options =
+      DialogOptions(processor, ObjectFileExtension(ObjectFileForm::kText, processor.TypeName));
   options.defaultFileName = ToQt(MakeFileName(name));
   const FileDialogResult file =
       GetSaveFileName(window, QvPlatform::SystemQText(TextId::kSaveTitle), options);
@@ -155,6 +128,7 @@ void ExportTable(QWidget* window, TQvRfDataProcessor& processor) {
   const QString title = QvPlatform::SystemQText(TextId::kExportFolder);
   const std::string folder = FromQt(QvPlatform::SelectFolder(window, title));
   if (folder.empty()) return;
+  const std::string extension = ObjectFileExtension(ObjectFileForm::kXml, processor.TypeName);
   QvPlatform::TQvDataSet& dataSet = *processor.DataSet;
   const ControlsGuard quiet(dataSet);
   ExportFailures failures;
@@ -163,7 +137,7 @@ void ExportTable(QWidget* window, TQvRfDataProcessor& processor) {
     std::string name;
     processor.GetNames(nullptr, &name);
     try {
-      if (!WriteObjectFile(processor, folder + "/" + MakeFileName(name) + kXmlExtension,
+      if (!WriteObjectFile(processor, folder + "/" + MakeFileName(name) + extension,
                            ObjectFileForm::kXml)) {
         failures.Add(name, Translated("it refers to an object that is not in the database"));
       }

@@ -5,28 +5,28 @@
 #include <string_view>
 
 #include "processors/data_processor.h"
+#include "registry/object_files.h"
 
 class QWidget;
 
 /// Objects to and from files. An object travels as its tree, with all that it refers to.
 namespace QvRefSystem {
 
-/// The two forms of an object file; the first is named by the object's stored label.
-enum class ObjectFileForm { kText, kXml };
-
-/// Writes the current object over whatever stands under the path. False, and nothing is written,
-/// if the object cannot be told whole. Throws StorageError if the file cannot be written.
+/// Writes the current object in a form of a tree, kText or kXml, over whatever stands under the
+/// path. False, and nothing is written, if the object cannot be told whole. Throws StorageError if
+/// the file cannot be written.
 [[nodiscard]] bool WriteObjectFile(TQvRfDataProcessor& processor, const std::string& path,
                                    ObjectFileForm form);
-/// Writes any tree over whatever stands under the path. Throws StorageError.
-void WriteTreeFile(const TStringTree& tree, const std::string& path, ObjectFileForm form);
-/// Largest file that is read, in bytes. Nothing comes near it but a height system with its table.
+
+/// Largest file that is read from a dialog, in bytes. Nothing comes near it but a height system
+/// with its table.
 inline constexpr std::uint64_t kLargestObjectFile = std::uint64_t{1} << 30;
 
-/// Replaces what `tree` holds. Throws StorageError or TreeFormatError with the tree unchanged; the
-/// message names the file, what is wrong with it, and the line or the place in the document.
+/// Replaces what `tree` holds by a file in a form of a tree, kText or kXml. Throws StorageError or
+/// TreeFormatError with the tree unchanged; the message names the file, what is wrong with it, and
+/// the line or the place in the document.
 void ReadTreeFile(const std::string& path, ObjectFileForm form, TStringTree* tree);
-/// The same in the form that the file's content shows.
+/// Does the same in that of the two forms that the file's content shows.
 void ReadTreeFile(const std::string& path, TStringTree* tree);
 
 /// Asks for a file and writes the current object there.

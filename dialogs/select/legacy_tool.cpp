@@ -2,13 +2,13 @@
 
 #include <filesystem>
 
-#include "dialogs/select/import_export.h"
 #include "platform/ctui/ctui.h"
 #include "platform/storage/file_stream.h"
 #include "platform/widgets/file_dialogs.h"
 #include "platform/widgets/qt_text.h"
 #include "platform/xini/ini_file.h"
 #include "registry/legacy_bridge.h"
+#include "registry/object_files.h"
 
 namespace QvRefSystem {
 
@@ -69,7 +69,7 @@ bool ConvertLegacySystem(const std::string& iniPath, const std::string& outputPa
                   .y = ini.ReadDouble(kSection, "AverY_U", 0),
                   .z = ini.ReadDouble(kSection, "AverZ_U", 0)};
   const auto info = ReadSystem(ini, mean);
-  TStringTree tree;
+  QvCommonUtils::TStringTree tree;
   if (!FillReferenceSystemTree(&info, &tree, mean.x, mean.y, mean.z)) return false;
   if (std::filesystem::exists(outputPath) && !IsOwnFile(outputPath)) {
     throw StorageError(QvPlatform::FromQt(

@@ -9,150 +9,81 @@
 #include <array>
 #include <cmath>
 #include <memory>
-#include <ostream>
 #include <set>
+#include <sstream>
 
 #include "registry/model_values.h"
 #include "registry/registry_units.h"
+#include "tests/registry/installed.h"
 
 namespace QvRefSystem {
 namespace {
-
-const EpsgDataset& Dataset() {
-  std::string error;
-  const EpsgDataset* dataset = InstalledEpsgDataset(&error);
-  if (!dataset) throw std::runtime_error(error);
-  return *dataset;
-}
 
 const std::map<int, DatumShiftChoice>& Choices() {
   static const std::map<int, DatumShiftChoice> choices = ChooseDatumShifts(Dataset());
   return choices;
 }
 
-struct ChoiceRow {
-  const char* name;
-  int datum;
-  ShiftRoad road;
-  std::vector<int> operations;
-  int type;
-  std::array<const char*, 7> texts;
-};
-
-void PrintTo(const ChoiceRow& row, std::ostream* out) {
-  *out << row.name;
-}
-
-class ShiftOf : public testing::TestWithParam<ChoiceRow> {};
-
-TEST_P(ShiftOf, IsTheRegistrysOperationInItsOwnDigits) {
-  const ChoiceRow& row = GetParam();
-  const DatumShiftChoice& choice = Choices().at(row.datum);
-  EXPECT_EQ(choice.road, row.road);
-  EXPECT_EQ(choice.operations, row.operations);
-  const DatumShiftModel& shift = choice.shift;
-  EXPECT_EQ(shift.type, row.type);
-  const std::array<std::string, 7> texts = {shift.tx, shift.ty, shift.tz, shift.rx,
-                                            shift.ry, shift.rz, shift.s};
-  for (std::size_t i = 0; i < texts.size(); ++i)
-    EXPECT_EQ(texts[i], row.texts[i]) << i;
+// What is not empty, as texts with blanks between.
+template <typename Numbers>
+std::string Joined(const Numbers& numbers) {
+  std::string text;
+  for (const auto& number : numbers) {
+    std::ostringstream one;
+    one << number;
+    if (!one.str().empty()) text += (text.empty() ? "" : " ") + one.str();
+  }
+  return text;
 }
 
 // Values: EPSG Dataset v10.076, coordinate operations of the codes given.
-INSTANTIATE_TEST_SUITE_P(
-    Datums, ShiftOf,
-    testing::Values(
-        ChoiceRow{"Wgs84", 6326, ShiftRoad::kIdentical, {}, 1, {"0", "0", "0", "", "", "", ""}},
-        ChoiceRow{
-            "Wgs84G2139", 1309, ShiftRoad::kIdentical, {}, 1, {"0", "0", "0", "", "", "", ""}},
-        ChoiceRow{"Osgb36",
-                  6277,
-                  ShiftRoad::kDirect,
-                  {1314},
-                  2,
-                  {"446.448", "-125.157", "542.06", "0.15", "0.247", "0.842", "-20.489"}},
-        ChoiceRow{
-            "Ed50", 6230, ShiftRoad::kDirect, {1133}, 1, {"-87", "-98", "-121", "", "", "", ""}},
-        ChoiceRow{"Nad27OfTheConterminousStates",
-                  6267,
-                  ShiftRoad::kDirect,
-                  {1173},
-                  1,
-                  {"-8", "160", "176", "", "", "", ""}},
-        ChoiceRow{"Dhdn",
-                  6314,
-                  ShiftRoad::kDirect,
-                  {1777},
-                  2,
-                  {"598.1", "73.7", "418.2", "0.202", "0.045", "-2.455", "6.7"}},
-        ChoiceRow{"Pulkovo1942",
-                  6284,
-                  ShiftRoad::kDirect,
-                  {15865},
-                  3,
-                  {"25", "-141", "-78.5", "0", "-0.35", "-0.736", "0"}},
-        ChoiceRow{"Amersfoort",
-                  6289,
-                  ShiftRoad::kDirect,
-                  {15934},
-                  3,
-                  {"565.2369", "50.0087", "465.658", "1.9725", "-1.7004", "9.0677", "4.0812"}},
-        ChoiceRow{"Kkj",
-                  6123,
-                  ShiftRoad::kDirect,
-                  {10099},
-                  3,
-                  {"-96.062", "-82.428", "-121.753", "-4.801", "-0.345", "1.376", "1.496"}},
-        // Superseded by a grid alone, which no row can hold.
-        ChoiceRow{"Ch1903",
-                  6149,
-                  ShiftRoad::kDirect,
-                  {1766},
-                  1,
-                  {"674.374", "15.056", "405.346", "", "", "", ""}},
-        // The two Australian datums differ by what the registry says they differ by.
-        ChoiceRow{"Gda94",
-                  6283,
-                  ShiftRoad::kDirect,
-                  {9688},
-                  3,
-                  {"61.55", "-10.87", "-40.19", "-39.4924", "-32.7221", "-32.8979", "-9.994"}},
-        ChoiceRow{"Gda2020", 1168, ShiftRoad::kDirect, {8450}, 1, {"0", "0", "0", "", "", "", ""}},
-        // Differs from its twin by the meridian alone, and shares its shift.
-        ChoiceRow{"NtfParis",
-                  6807,
-                  ShiftRoad::kRotation,
-                  {1763, 1193},
-                  1,
-                  {"-168", "-60", "320", "", "", "", ""}},
-        // Both count from Greenwich, so the turn by 10.405" is in the shift.
-        ChoiceRow{"Tokyo1892",
-                  1048,
-                  ShiftRoad::kRotation,
-                  {5133, 15484},
-                  2,
-                  {"-146.414", "507.337", "680.507", "0", "0", "10.405", "0"}},
-        ChoiceRow{"Lao1993",
-                  6677,
-                  ShiftRoad::kTwoSteps,
-                  {1064, 1065},
-                  1,
-                  {"43.933", "-129.593", "-39.331", "", "", "", ""}},
-        ChoiceRow{"Itrf2020",
-                  1322,
-                  ShiftRoad::kTimeDependent,
-                  {-9991, -9757},
-                  2,
-                  {"-0.0014", "-0.0009", "0.0014", "0", "0", "0", "-0.00042"}},
-        ChoiceRow{"Greek", 6120, ShiftRoad::kNeedsOffsets, {}, 1, {"0", "0", "0", "", "", "", ""}},
-        ChoiceRow{"CorregoAlegre1961",
-                  1074,
-                  ShiftRoad::kNeedsGrid,
-                  {},
-                  1,
-                  {"0", "0", "0", "", "", "", ""}},
-        ChoiceRow{"HongKong1963", 6738, ShiftRoad::kNone, {}, 1, {"0", "0", "0", "", "", "", ""}}),
-    [](const auto& row) { return row.param.name; });
+TEST(ChosenShift, IsTheRegistrysOperationInItsOwnDigits) {
+  using enum ShiftRoad;
+  const struct {
+    int datum;
+    ShiftRoad road;
+    const char* operations;
+    int type;
+    const char* texts;
+  } rows[] = {
+      {6326, kIdentical, "", 1, "0 0 0"},                                              // Wgs84
+      {1309, kIdentical, "", 1, "0 0 0"},                                              // Wgs84G2139
+      {6277, kDirect, "1314", 2, "446.448 -125.157 542.06 0.15 0.247 0.842 -20.489"},  // Osgb36
+      {6230, kDirect, "1133", 1, "-87 -98 -121"},                                      // Ed50
+      {6267, kDirect, "1173", 1, "-8 160 176"},  // Nad27OfTheConterminousStates
+      {6314, kDirect, "1777", 2, "598.1 73.7 418.2 0.202 0.045 -2.455 6.7"},  // Dhdn
+      {6284, kDirect, "15865", 3, "25 -141 -78.5 0 -0.35 -0.736 0"},          // Pulkovo1942
+      {6289, kDirect, "15934", 3,
+       "565.2369 50.0087 465.658 1.9725 -1.7004 9.0677 4.0812"},  // Amersfoort
+      {6123, kDirect, "10099", 3, "-96.062 -82.428 -121.753 -4.801 -0.345 1.376 1.496"},  // Kkj
+      // Superseded by a grid alone, which no row can hold.
+      {6149, kDirect, "1766", 1, "674.374 15.056 405.346"},  // Ch1903
+      // The two Australian datums differ by what the registry says they differ by.
+      {6283, kDirect, "9688", 3, "61.55 -10.87 -40.19 -39.4924 -32.7221 -32.8979 -9.994"},  // Gda94
+      {1168, kDirect, "8450", 1, "0 0 0"},  // Gda2020
+      // Differs from its twin by the meridian alone, and shares its shift.
+      {6807, kRotation, "1763 1193", 1, "-168 -60 320"},  // NtfParis
+      // Both count from Greenwich, so the turn by 10.405" is in the shift.
+      {1048, kRotation, "5133 15484", 2, "-146.414 507.337 680.507 0 0 10.405 0"},  // Tokyo1892
+      {6677, kTwoSteps, "1064 1065", 1, "43.933 -129.593 -39.331"},                 // Lao1993
+      {1322, kTimeDependent, "-9991 -9757", 2,
+       "-0.0014 -0.0009 0.0014 0 0 0 -0.00042"},  // Itrf2020
+      {6120, kNeedsOffsets, "", 1, "0 0 0"},      // Greek
+      {1074, kNeedsGrid, "", 1, "0 0 0"},         // CorregoAlegre1961
+      {6738, kNone, "", 1, "0 0 0"},              // HongKong1963
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.datum);
+    const DatumShiftChoice& choice = Choices().at(row.datum);
+    const DatumShiftModel& shift = choice.shift;
+    EXPECT_EQ(choice.road, row.road);
+    EXPECT_EQ(Joined(choice.operations), row.operations);
+    EXPECT_EQ(shift.type, row.type);
+    const std::string texts[] = {shift.tx, shift.ty, shift.tz, shift.rx,
+                                 shift.ry, shift.rz, shift.s};
+    EXPECT_EQ(Joined(texts), row.texts);
+  }
+}
 
 TEST(ShiftTexts, TellOperationEpochAccuracyAndArea) {
   EXPECT_EQ(Choices().at(6277).shift.name, "OSGB36 to WGS 84 (6)");
@@ -224,13 +155,6 @@ std::string PipelineOf(const DatumShiftModel& shift, const EpsgEllipsoid& from) 
          "+xy_in=rad +xy_out=deg +step +proj=axisswap +order=2,1";
 }
 
-// Degrees of latitude and longitude after an operation; latitude first.
-PJ_COORD Moved(PJ_CONTEXT* context, const Operation& operation, PJ_COORD point) {
-  proj_errno_reset(operation.get());
-  (void)context;
-  return proj_trans(operation.get(), PJ_FWD, point);
-}
-
 TEST(ShiftRows, MovePointsAsTheRegistrysOperationsDo) {
   const Context context(proj_context_create(), proj_context_destroy);
   int compared = 0;
@@ -255,8 +179,8 @@ TEST(ShiftRows, MovePointsAsTheRegistrysOperationsDo) {
                                        .c_str()),
         proj_destroy);
     ASSERT_TRUE(known && ours) << code;
-    const PJ_COORD expected = Moved(context.get(), known, point);
-    const PJ_COORD moved = Moved(context.get(), ours, point);
+    const PJ_COORD expected = proj_trans(known.get(), PJ_FWD, point);
+    const PJ_COORD moved = proj_trans(ours.get(), PJ_FWD, point);
     constexpr double kTenthOfMillimetre = 1e-9;  // degrees
     EXPECT_NEAR(moved.xy.x, expected.xy.x, kTenthOfMillimetre) << code;
     EXPECT_NEAR(std::remainder(moved.xy.y - expected.xy.y, 360), 0, kTenthOfMillimetre) << code;

@@ -2,22 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <utility>
 
 #include "platform/geocore/projjson.h"
-#include "registry/epsg_model_maker.h"
-#include "registry/epsg_models.h"
 #include "registry/equivalence.h"
+#include "tests/registry/installed.h"
 
 namespace QvRefSystem {
 namespace {
-
-const EpsgDataset& Dataset() {
-  std::string error;
-  const EpsgDataset* dataset = InstalledEpsgDataset(&error);
-  if (!dataset) throw std::runtime_error(error);
-  return *dataset;
-}
 
 bool IsEquivalent(int code, Dimension dimension, std::string* why) {
   SystemModel model;
@@ -26,12 +18,12 @@ bool IsEquivalent(int code, Dimension dimension, std::string* why) {
          EquivalentToEpsg(json, code, why);
 }
 
-int CountGeodetic(EpsgGeodeticKind kind) {
-  const Dimension dimension =
-      kind == EpsgGeodeticKind::kGeographic3D ? Dimension::kThree : Dimension::kTwo;
+// How many of the systems that are chosen are the same; each that is not fails the test.
+template <typename Systems, typename Chosen>
+int CountEquivalent(const Systems& systems, Dimension dimension, Chosen chosen) {
   int equivalent = 0;
-  for (const auto& [code, system] : Dataset().geodeticSystems) {
-    if (system.kind != kind) continue;
+  for (const auto& [code, system] : systems) {
+    if (!chosen(system)) continue;
     std::string why;
     const bool same = IsEquivalent(code, dimension, &why);
     EXPECT_TRUE(same) << code << ": " << why;
@@ -40,70 +32,49 @@ int CountGeodetic(EpsgGeodeticKind kind) {
   return equivalent;
 }
 
-TEST(EverySystem, OfGeographic2DIsTheSystemOfItsCode) {
-  EXPECT_EQ(CountGeodetic(EpsgGeodeticKind::kGeographic2D), 545);
-}
-
-TEST(EverySystem, OfGeographic3DIsTheSystemOfItsCode) {
-  EXPECT_EQ(CountGeodetic(EpsgGeodeticKind::kGeographic3D), 204);
-}
-
-TEST(EverySystem, GeocentricIsTheSystemOfItsCode) {
-  EXPECT_EQ(CountGeodetic(EpsgGeodeticKind::kGeocentric), 194);
-}
-
-TEST(EverySystem, ProjectedIsTheSystemOfItsCode) {
-  int equivalent = 0;
-  for (const auto& [code, system] : Dataset().projectedSystems) {
-    std::string why;
-    const bool same = IsEquivalent(code, Dimension::kTwo, &why);
-    EXPECT_TRUE(same) << code << ": " << why;
-    equivalent += same ? 1 : 0;
+TEST(EverySystem, IsTheSystemOfItsCode) {
+  using enum EpsgGeodeticKind;
+  for (const auto& [kind, count] :
+       {std::pair{kGeographic2D, 545}, {kGeographic3D, 204}, {kGeocentric, 194}}) {
+    const Dimension dimension = kind == kGeographic3D ? Dimension::kThree : Dimension::kTwo;
+    EXPECT_EQ(CountEquivalent(Dataset().geodeticSystems, dimension,
+                              [kind](const auto& system) { return system.kind == kind; }),
+              count);
   }
-  EXPECT_EQ(equivalent, 5135);
+  EXPECT_EQ(CountEquivalent(Dataset().projectedSystems, Dimension::kTwo,
+                            [](const auto&) { return true; }),
+            5135);
 }
 
 // The comparison sees what would shift coordinates.
-struct Fault {
-  const char* name;
-  int code;
-  void (*spoil)(SystemModel*);
-};
-
-class SpoiledSystem : public testing::TestWithParam<Fault> {};
-
-TEST_P(SpoiledSystem, IsNoLongerTheSystemOfItsCode) {
-  SystemModel model;
-  std::string why;
-  std::string json;
-  ASSERT_TRUE(ModelFromEpsg(GetParam().code, &model, &why)) << why;
-  GetParam().spoil(&model);
-  ASSERT_TRUE(ModelToProjJson(model, Dimension::kTwo, &json, &why)) << why;
-  EXPECT_FALSE(EquivalentToEpsg(json, GetParam().code, &why));
+TEST(SpoiledSystem, IsNoLongerTheSystemOfItsCode) {
+  const struct {
+    int code;
+    void (*spoil)(SystemModel*);
+  } rows[] = {
+      {32637, [](SystemModel* m) { m->projection->parameters[1].value = "39.00001"; }},
+      {27700,
+       [](SystemModel* m) {
+         m->projection->axisSign[0] = -1;
+         m->projection->axisDirection[0] = "West";
+       }},
+      {2193,
+       [](SystemModel* m) {
+         m->projection->swap = false;
+         std::swap(m->projection->axisDirection[0], m->projection->axisDirection[1]);
+       }},
+      {4807, [](SystemModel* m) { m->primeMeridian.longitude = "2.5"; }},
+      {4277, [](SystemModel* m) { m->datum->ellipsoid.a = "6377563.4"; }},
+  };
+  for (const auto& row : rows) {
+    SystemModel model = Epsg(row.code);
+    std::string why;
+    std::string json;
+    row.spoil(&model);
+    ASSERT_TRUE(ModelToProjJson(model, Dimension::kTwo, &json, &why)) << why;
+    EXPECT_FALSE(EquivalentToEpsg(json, row.code, &why)) << row.code;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Faults, SpoiledSystem,
-    testing::Values(Fault{"InAParameter", 32637,
-                          [](SystemModel* model) {
-                            model->projection->parameters[1].value = "39.00001";
-                          }},
-                    Fault{"InAnAxis", 27700,
-                          [](SystemModel* model) {
-                            model->projection->axisSign[0] = -1;
-                            model->projection->axisDirection[0] = "West";
-                          }},
-                    Fault{"InTheAxisOrder", 2193,
-                          [](SystemModel* model) {
-                            model->projection->swap = false;
-                            std::swap(model->projection->axisDirection[0],
-                                      model->projection->axisDirection[1]);
-                          }},
-                    Fault{"InTheMeridian", 4807,
-                          [](SystemModel* model) { model->primeMeridian.longitude = "2.5"; }},
-                    Fault{"InTheEllipsoid", 4277,
-                          [](SystemModel* model) { model->datum->ellipsoid.a = "6377563.4"; }}),
-    [](const auto& row) { return row.param.name; });
 
 }  // namespace
 }  // namespace QvRefSystem

@@ -94,25 +94,30 @@ class EpsgExampleTest : public testing::TestWithParam<Example> {
     projected_ = SystemOf(ProjectedOf(GetParam()));
     ASSERT_TRUE(geographic_ && projected_);
   }
-  [[nodiscard]] TShellPoint Published() const { return {GetParam().east, GetParam().north, 0}; }
-  [[nodiscard]] TShellPoint OnGround() const { return {GetParam().latitude, GetParam().longitude}; }
+  // Moves a point there and fails the test if it cannot be.
+  static TShellPoint Moved(const TShellReferenceSystem& from, const TShellReferenceSystem& to,
+                           const TShellPoint& origin) {
+    TShellPoint point = origin;
+    EXPECT_EQ(from.Transform(to, {&point, 1}), 0U) << from.ExplainFailure(to, origin);
+    return point;
+  }
+  [[nodiscard]] TShellPoint InPlane() const {
+    return Moved(*geographic_, *projected_, {GetParam().latitude, GetParam().longitude});
+  }
 
   std::unique_ptr<TShellReferenceSystem> geographic_;
   std::unique_ptr<TShellReferenceSystem> projected_;
 };
 
 TEST_P(EpsgExampleTest, GivesThePublishedPlaneCoordinates) {
-  TShellPoint point = OnGround();
-  ASSERT_EQ(geographic_->Transform(*projected_, {&point, 1}), 0U)
-      << geographic_->ExplainFailure(*projected_, OnGround());
+  const TShellPoint point = InPlane();
   EXPECT_NEAR(point.First, GetParam().east, GetParam().tolerance);
   EXPECT_NEAR(point.Second, GetParam().north, GetParam().tolerance);
 }
 
 TEST_P(EpsgExampleTest, GivesThePublishedLatitudeAndLongitudeBack) {
-  TShellPoint point = Published();
-  ASSERT_EQ(projected_->Transform(*geographic_, {&point, 1}), 0U)
-      << projected_->ExplainFailure(*geographic_, Published());
+  const TShellPoint point =
+      Moved(*projected_, *geographic_, {GetParam().east, GetParam().north, 0});
   // The tolerance of the plane as an angle, doubled for the scale and the convergence of meridians.
   const Examples::Unit& angular = GetParam().angular;
   const double radius = GetParam().ellipsoid.a * GetParam().linear.factorC /
@@ -125,9 +130,7 @@ TEST_P(EpsgExampleTest, GivesThePublishedLatitudeAndLongitudeBack) {
 }
 
 TEST_P(EpsgExampleTest, ComesBackToWhereItStarted) {
-  TShellPoint point = OnGround();
-  ASSERT_EQ(geographic_->Transform(*projected_, {&point, 1}), 0U);
-  ASSERT_EQ(projected_->Transform(*geographic_, {&point, 1}), 0U);
+  const TShellPoint point = Moved(*projected_, *geographic_, InPlane());
   // Twenty nanodegrees are 2 mm; the series of the Guam and the Laborde projection reach no more.
   EXPECT_NEAR(point.First, GetParam().latitude, 2e-8);
   EXPECT_NEAR(point.Second, GetParam().longitude, 2e-8);

@@ -9,14 +9,10 @@
 #include <map>
 #include <memory>
 
-#include "assembly/database_check.h"
 #include "assembly/processor_set.h"
-#include "platform/geocore/model_from_tree.h"
-#include "platform/geocore/projjson.h"
 #include "processors/data_processor.h"
 #include "processors/ref_system_processor.h"
-#include "registry/equivalence.h"
-#include "tests/support/scripted_ui.h"
+#include "tests/support/test_database.h"
 
 namespace QvRefSystem {
 namespace {
@@ -24,28 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 using QvCommonUtils::TStringTree;
 
-// A place of its own that goes with the test.
-class Place {
- public:
-  Place() {
-    std::string name = (fs::temp_directory_path() / "registry-XXXXXX").string();
-    if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-    path_ = name;
-  }
-  ~Place() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-  }
-  Place(const Place&) = delete;
-  Place& operator=(const Place&) = delete;
-  [[nodiscard]] std::string operator/(const std::string& name) const {
-    return (path_ / name).string();
-  }
-  [[nodiscard]] bool Empty() const { return fs::is_empty(path_); }
-
- private:
-  fs::path path_;
-};
+using refframe_tests::TemporaryFolder;
 
 // Cancels at the given step.
 class ImpatientUi : public refframe_tests::ScriptedUi {
@@ -73,17 +48,18 @@ class DeliveredDatabase : public testing::Test {
   static void SetUpTestSuite() {
     made_ = std::make_unique<Made>();
     std::string error;
-    ASSERT_TRUE(BuildRegistryDatabase(made_->place / "epsg", {}, made_->ui, &made_->report, &error))
+    ASSERT_TRUE(
+        BuildRegistryDatabase(made_->place.Path("epsg"), {}, made_->ui, &made_->report, &error))
         << error;
     made_->data = MakeDataModule(made_->ui);
-    made_->data->DatabasePath = made_->place / "epsg";
-    ASSERT_TRUE(made_->data->OpenDatabase(made_->place / "epsg", kFullMode, false));
+    made_->data->DatabasePath = made_->place.Path("epsg");
+    ASSERT_TRUE(made_->data->OpenDatabase(made_->place.Path("epsg"), kFullMode, false));
   }
   static void TearDownTestSuite() { made_.reset(); }
 
  protected:
   struct Made {
-    Place place;
+    TemporaryFolder place;
     refframe_tests::ScriptedUi ui;
     RegistryReport report;
     std::unique_ptr<TdatamoduleQvRfData> data;
@@ -125,58 +101,14 @@ TEST_F(DeliveredDatabase, HoldsEveryLiveSystemAndRefusesNone) {
 }
 
 TEST_F(DeliveredDatabase, HasTheObjectsThatSystemsAreBuiltFrom) {
-  EXPECT_EQ(Rows(TableId::kDatum), 535);
-  EXPECT_EQ(Rows(TableId::kPrimeMeridian), 14);
-  EXPECT_EQ(Rows(TableId::kEllipsoid), 50);
-  // Each conversion once for each order and direction of axes that it is used with.
-  EXPECT_EQ(Rows(TableId::kMapProj), 2327);
-  EXPECT_EQ(Rows(TableId::kMapProjType), 39);
-  EXPECT_EQ(Rows(TableId::kRefSystemType), 6);
-  EXPECT_EQ(Rows(TableId::kDatumShiftType), 3);
-  EXPECT_EQ(Rows(TableId::kLinearUnit), 47);
-  EXPECT_EQ(Rows(TableId::kAngularUnit), 10);
-  EXPECT_EQ(Rows(TableId::kScaleUnit), 3);
-}
-
-TEST_F(DeliveredDatabase, HoldsTogether) {
-  std::vector<std::string> findings;
-  EXPECT_TRUE(CheckDatabase(Data(), &findings));
-  for (const std::string& finding : findings)
-    ADD_FAILURE() << finding;
-}
-
-TEST_F(DeliveredDatabase, GivesBackEverySystemAsThatOfItsCode) {
-  int equivalent = 0;
-  for (int i = 0; i < Rows(TableId::kRefSystem); ++i) {
-    Data().datasetRefSystem.MoveTo(i);
-    TStringTree tree;
-    SystemModel model;
-    std::string json;
-    std::string why;
-    const bool same = Data().RefSystemProcessor->WriteToTree(&tree, 0, 0) &&
-                      ModelFromTree(&tree, &model, &why) &&
-                      ModelToProjJson(model, Dimension::kTwo, &json, &why) &&
-                      EquivalentToEpsg(json, model.geoTiffCode, &why);
-    EXPECT_TRUE(same) << model.name << ": " << why;
-    equivalent += same ? 1 : 0;
-  }
-  EXPECT_EQ(equivalent, made_->report.systems);
-}
-
-TEST_F(DeliveredDatabase, FindsItsOwnSystemsAgainAndAddsNothing) {
-  std::map<TableId, int> before;
-  for (const TableSpec& table : TableCatalogue()) {
-    if (table.tag != kUnopenedTag) before[table.id] = Rows(table.id);
-  }
-  for (const int code : {4326, 4978, 4807, 27700, 2193, 5513, 29371, 27572, 6201, 32661, 9895}) {
-    TStringTree tree;
-    WriteTree(code, &tree);
-    const int key = Data().RefSystemProcessor->GetCurrentKey();
-    EXPECT_EQ(Data().RefSystemProcessor->InsertFromTree(&tree), key) << code;
-  }
-  for (const auto& [table, rows] : before) {
-    EXPECT_EQ(Rows(table), rows) << TableOf(table).streamName;
-  }
+  // Each conversion stands once for each order and direction of axes that it is used with.
+  const std::pair<TableId, int> rows[] = {
+      {TableId::kDatum, 535},        {TableId::kPrimeMeridian, 14}, {TableId::kEllipsoid, 50},
+      {TableId::kMapProj, 2327},     {TableId::kMapProjType, 39},   {TableId::kRefSystemType, 6},
+      {TableId::kDatumShiftType, 3}, {TableId::kLinearUnit, 47},    {TableId::kAngularUnit, 10},
+      {TableId::kScaleUnit, 3}};
+  for (const auto& [table, count] : rows)
+    EXPECT_EQ(Rows(table), count) << TableOf(table).streamName;
 }
 
 TEST_F(DeliveredDatabase, FindsASystemByItsCodesOfBothDimensionsAndExportsTheFlatOne) {
@@ -227,24 +159,24 @@ TEST_F(DeliveredDatabase, ExportsExchangeCodes) {
 }
 
 TEST_F(DeliveredDatabase, OffersTheCommonestOfEachToNewRecords) {
-  const auto lastUsed = [](TObjectType type) {
+  using enum TObjectType;
+  for (const auto& [type, expected] : {std::pair{kLinearUnit, "metre"},
+                                       {kAngularUnit, "degree"},
+                                       {kScaleUnit, "unity"},
+                                       {kPrimeMeridian, "Greenwich"},
+                                       {kEllipsoid, "WGS 84"}}) {
     TQvRfDataProcessor& processor = *ProcessorFor(Data(), static_cast<int>(type));
     EXPECT_NE(processor.GetLastUsedKey(), 0);
     std::string name;
     processor.GetNames(nullptr, &name);
-    return name;
-  };
-  EXPECT_EQ(lastUsed(TObjectType::kLinearUnit), "metre");
-  EXPECT_EQ(lastUsed(TObjectType::kAngularUnit), "degree");
-  EXPECT_EQ(lastUsed(TObjectType::kScaleUnit), "unity");
-  EXPECT_EQ(lastUsed(TObjectType::kPrimeMeridian), "Greenwich");
-  EXPECT_EQ(lastUsed(TObjectType::kEllipsoid), "WGS 84");
+    EXPECT_EQ(name, expected);
+  }
 }
 
 class MakingADatabase : public testing::TestWithParam<bool> {
  protected:
-  [[nodiscard]] std::string Target() const { return place_ / (GetParam() ? "new.qvdb" : "new"); }
-  Place place_;
+  [[nodiscard]] std::string Target() const { return place_.Path(GetParam() ? "new.qvdb" : "new"); }
+  TemporaryFolder place_;
   std::string error_;
 };
 
@@ -253,15 +185,15 @@ TEST_P(MakingADatabase, LeavesNothingWhenItIsCancelled) {
   RegistryReport report;
   EXPECT_FALSE(BuildRegistryDatabase(Target(), {GetParam()}, ui, &report, &error_));
   EXPECT_FALSE(error_.empty());
-  EXPECT_TRUE(place_.Empty());
+  EXPECT_TRUE(fs::is_empty(place_.Path()));
   EXPECT_EQ(report.systems, 0);
 }
 
 TEST_P(MakingADatabase, FailsWhereItCannotWrite) {
   refframe_tests::ScriptedUi ui;
   // A file stands where a folder would have to be.
-  std::ofstream(place_ / "wall") << "x";
-  const std::string target = place_ / (GetParam() ? "wall/new.qvdb" : "wall/new");
+  std::ofstream(place_.Path("wall")) << "x";
+  const std::string target = place_.Path(GetParam() ? "wall/new.qvdb" : "wall/new");
   EXPECT_FALSE(BuildRegistryDatabase(target, {GetParam()}, ui, nullptr, &error_));
   EXPECT_FALSE(error_.empty());
 }
@@ -270,24 +202,24 @@ INSTANTIATE_TEST_SUITE_P(Forms, MakingADatabase, testing::Bool(),
                          [](const auto& form) { return form.param ? "Container" : "Folder"; });
 
 TEST(MakingAFolder, LeavesADatabaseThatStandsThereAlone) {
-  const Place place;
+  const TemporaryFolder place;
   refframe_tests::ScriptedUi ui;
   std::string error;
-  fs::create_directory(place / "old");
-  std::ofstream((place / "old") + "/ellipsoid.dat") << "mine";
-  EXPECT_FALSE(BuildRegistryDatabase(place / "old", {}, ui, nullptr, &error));
+  fs::create_directory(place.Path("old"));
+  std::ofstream(place.Path("old/ellipsoid.dat")) << "mine";
+  EXPECT_FALSE(BuildRegistryDatabase(place.Path("old"), {}, ui, nullptr, &error));
   EXPECT_NE(error.find("already"), std::string::npos) << error;
-  EXPECT_EQ(fs::file_size((place / "old") + "/ellipsoid.dat"), 4U);
-  EXPECT_FALSE(fs::exists((place / "old") + "/datum_shift.dat"));
+  EXPECT_EQ(fs::file_size(place.Path("old/ellipsoid.dat")), 4U);
+  EXPECT_FALSE(fs::exists(place.Path("old/datum_shift.dat")));
 }
 
 TEST(MakingAContainer, WantsANameThatTellsWhatItIs) {
-  const Place place;
+  const TemporaryFolder place;
   refframe_tests::ScriptedUi ui;
   std::string error;
-  EXPECT_FALSE(BuildRegistryDatabase(place / "refs.dat", {true}, ui, nullptr, &error));
+  EXPECT_FALSE(BuildRegistryDatabase(place.Path("refs.dat"), {true}, ui, nullptr, &error));
   EXPECT_NE(error.find(".qvdb"), std::string::npos) << error;
-  EXPECT_TRUE(place.Empty());
+  EXPECT_TRUE(fs::is_empty(place.Path()));
 }
 
 }  // namespace

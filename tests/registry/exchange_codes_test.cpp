@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "platform/geocore/projection_methods.h"
-#include "registry/proj_database.h"
 #include "registry/registry_units.h"
+#include "tests/registry/installed.h"
 
 namespace QvRefSystem {
 namespace {
@@ -39,13 +39,6 @@ std::vector<Row> Facts(const std::string& name) {
   }
   EXPECT_FALSE(rows.empty()) << name;
   return rows;
-}
-
-const EpsgDataset& Dataset() {
-  std::string error;
-  const EpsgDataset* dataset = InstalledEpsgDataset(&error);
-  if (!dataset) throw std::runtime_error(error);
-  return *dataset;
 }
 
 int CodeOf(const std::string& cell) {
@@ -91,27 +84,21 @@ TEST(Units, HaveTheFactorsOfTheFactFile) {
   }
 }
 
-TEST(Methods, HaveGeoTiffNumbersOfTheFactFileOrNone) {
-  std::set<std::pair<int, int>> facts;
-  for (const Row& row : Facts("geotiff_method.csv"))
-    facts.emplace(CodeOf(row[1]), CodeOf(row[0]));
-  int known = 0;
-  for (const ProjectionMethod& method : ProjectionMethods()) {
-    if (method.geoTiffCode == kNoExchangeCode) continue;
-    EXPECT_TRUE(facts.contains({method.code, method.geoTiffCode})) << method.name;
-    ++known;
-  }
-  EXPECT_GT(known, 15);
-}
-
-TEST(Methods, HaveMifNumbersOfTheFactFileOrNone) {
-  std::set<std::pair<int, int>> facts;
-  for (const Row& row : Facts("mapinfo_projection.csv")) {
-    facts.emplace(CodeOf(row[1]), CodeOf(row[0]));
-  }
-  for (const ProjectionMethod& method : ProjectionMethods()) {
-    if (method.mifCode == kNoExchangeCode) continue;
-    EXPECT_TRUE(facts.contains({method.code, method.mifCode})) << method.name;
+TEST(Methods, HaveNumbersOfTheFactFilesOrNone) {
+  using Number = int ProjectionMethod::*;
+  for (const auto& [name, number] :
+       {std::pair<const char*, Number>{"geotiff_method.csv", &ProjectionMethod::geoTiffCode},
+        {"mapinfo_projection.csv", &ProjectionMethod::mifCode}}) {
+    std::set<std::pair<int, int>> facts;
+    for (const Row& row : Facts(name))
+      facts.emplace(CodeOf(row[1]), CodeOf(row[0]));
+    int known = 0;
+    for (const ProjectionMethod& method : ProjectionMethods()) {
+      if (method.*number == kNoExchangeCode) continue;
+      EXPECT_TRUE(facts.contains({method.code, method.*number})) << name << ": " << method.name;
+      ++known;
+    }
+    EXPECT_GT(known, 15) << name;
   }
 }
 

@@ -7,7 +7,7 @@
 
 #include "platform/geocore/model_from_tree.h"
 #include "platform/geocore/projjson.h"
-#include "registry/epsg_models.h"
+#include "tests/registry/installed.h"
 #include "tests/support/legacy_samples.h"
 
 namespace QvRefSystem {
@@ -42,9 +42,7 @@ std::string ParameterOf(const SystemModel& model, int code) {
 // Zone 4 of 3 degrees is EPSG:31468: its datum with the registry's shift, its ellipsoid, its units.
 TEST(LegacyBridge, AZoneStandsOnTheRegistrysDatum) {
   const SystemModel model = ModelOf(Record());
-  SystemModel known;
-  std::string error;
-  ASSERT_TRUE(ModelFromEpsg(31468, &known, &error)) << error;
+  const SystemModel known = Epsg(31468);
   EXPECT_EQ(model.kind, SystemKind::kProjected);
   EXPECT_EQ(model.name, "Old Gauss-Krueger of the survey");
   ASSERT_TRUE(model.datum && known.datum);

@@ -7,7 +7,7 @@
 
 #include "platform/geocore/model_from_tree.h"
 #include "platform/geocore/projjson.h"
-#include "registry/epsg_models.h"
+#include "tests/registry/installed.h"
 
 namespace QvRefSystem {
 namespace {
@@ -18,13 +18,6 @@ using QvCommonUtils::TStringTree;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-
-SystemModel Epsg(int code) {
-  SystemModel model;
-  std::string error;
-  EXPECT_TRUE(ModelFromEpsg(code, &model, &error)) << error;
-  return model;
-}
 
 SystemModel Topocentric() {
   SystemModel model;

@@ -6,9 +6,9 @@
 #include "platform/geocore/proj_handles.h"
 #include "platform/geocore/projjson.h"
 #include "platform/geocore/wkt2.h"
-#include "registry/epsg_models.h"
 #include "registry/model_tree.h"
 #include "registry/registry_units.h"
+#include "tests/registry/installed.h"
 
 namespace QvRefSystem {
 namespace {
@@ -49,9 +49,7 @@ constexpr const char* kEsriNad27 =
 
 // What came from elsewhere must become the same record as the registry's, word for word.
 TEST(ProjBridgeTest, FindsTheRegistrysSystemByCodeAndByDefinition) {
-  SystemModel known;
-  std::string error;
-  ASSERT_TRUE(ModelFromEpsg(26712, &known, &error)) << error;
+  const SystemModel known = Epsg(26712);
   EXPECT_EQ(TreeText(FromText("EPSG:26712")), TreeText(known));
   EXPECT_EQ(TreeText(FromText(kEsriNad27)), TreeText(known));
 }
@@ -166,17 +164,11 @@ TEST(ProjBridgeTest, WritesTheCodeIntoWktOnlyWhileItIsTrue) {
   EXPECT_THAT(wkt, Not(HasSubstr("ID[\"EPSG\",2154]")));
 }
 
-PJ_COORD Through(const std::string& definition, PJ_COORD point) {
-  const ProjObject operation = CreateProjObject(definition, nullptr);
-  return proj_trans(operation.get(), PJ_FWD, point);
-}
-
 // The bound form must compute what the record says: 50 m up, DHDN with seven parameters.
 TEST(ProjBridgeTest, BindsASystemByItsOwnShiftInThreeDimensions) {
-  SystemModel model;
+  const SystemModel model = Epsg(4314);
   std::string json;
   std::string error;
-  ASSERT_TRUE(ModelFromEpsg(4314, &model, &error)) << error;
   ASSERT_TRUE(ModelToBoundProjJson(model, Dimension::kThree, "own", &json, &error)) << error;
   const ProjObject bound = CreateProjObject(json, &error);
   ASSERT_TRUE(bound) << error;
@@ -196,7 +188,7 @@ TEST(ProjBridgeTest, BindsASystemByItsOwnShiftInThreeDimensions) {
       "+step +proj=axisswap +order=2,1";
   const PJ_COORD point = proj_coord(50, 9, 50, 0);
   const PJ_COORD ours = proj_trans(road.get(), PJ_FWD, point);
-  const PJ_COORD expected = Through(direct, point);
+  const PJ_COORD expected = proj_trans(CreateProjObject(direct, nullptr).get(), PJ_FWD, point);
   EXPECT_NEAR(ours.xyz.x, expected.xyz.x, 1e-11);
   EXPECT_NEAR(ours.xyz.y, expected.xyz.y, 1e-11);
   EXPECT_NEAR(ours.xyz.z, expected.xyz.z, 1e-6);

@@ -21,22 +21,22 @@ class Program : public CommandLine {
   }
 };
 
-TEST_F(Program, ExitsWithNothingWhenItIsDone) {
-  const Outcome outcome = Start("list DB reference-system --search Site");
-  EXPECT_EQ(outcome.status, 0);
-  EXPECT_EQ(outcome.out, "6\tAntenna site\tA system\n1\tSite grid\tA system\n");
-  EXPECT_EQ(outcome.err, "");
-}
-
-TEST_F(Program, ExitsWithOneAfterAFailure) {
-  const Outcome outcome = Start("info DB ellipsoid name:Bessel");
-  EXPECT_EQ(outcome.status, 1);
-  EXPECT_EQ(outcome.out, "");
-  EXPECT_EQ(outcome.err, "refframe: there is no ellipsoid \"name:Bessel\"\n");
-}
-
-TEST_F(Program, ExitsWithTwoWhenItIsMisused) {
-  EXPECT_EQ(Start("info DB spheroid 1").status, 2);
+TEST_F(Program, ExitsWithItsStatusAndKeepsItsStreamsApart) {
+  const struct {
+    const char* line;
+    int status;
+    const char* out;
+    const char* err;
+  } rows[] = {{"list DB reference-system --search Site", 0,
+               "6\tAntenna site\tA system\n1\tSite grid\tA system\n", ""},
+              {"info DB ellipsoid name:Bessel", 1, "",
+               "refframe: there is no ellipsoid \"name:Bessel\"\n"}};
+  for (const auto& row : rows) {
+    const Outcome outcome = Start(row.line);
+    EXPECT_EQ(outcome.status, row.status) << row.line;
+    EXPECT_EQ(outcome.out, row.out) << row.line;
+    EXPECT_EQ(outcome.err, row.err) << row.line;
+  }
   EXPECT_EQ(Start("--no-such-option").status, 2);
 }
 
