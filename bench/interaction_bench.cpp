@@ -272,7 +272,8 @@ class TEditRun {
  public:
   explicit TEditRun(TObjectType type)
       : selector_(TBench::The().New(type)),
-        form_(*QvRefSystem::GetEditForm(selector_.get(), type, TypeOfFirst())) {}
+        form_(*QvRefSystem::GetEditForm(selector_.get(), QvRefSystem::DialogChooser(), type,
+                                        TypeOfFirst())) {}
 
   // Edits the record; `act` runs inside, with the dialog drawn.
   template <typename Act>

@@ -55,7 +55,7 @@ bool TQvGeoRefFrameEditor::Open(const TQvGeoRefFrameDialogOptions& options) {
   const bool folder = options.DatabaseKind == kFolderDatabase;
   if (!folder && options.DatabaseKind != kContainerDatabase) return true;
   if (!data_->OpenDatabase(options.DatabasePath, options.DialogMode, !folder)) return false;
-  selector_ = std::make_unique<TformQvRfRefSystemSelector>(nullptr);
+  selector_ = std::make_unique<TformQvRfRefSystemSelector>(nullptr, DialogChooser());
   return true;
 }
 

@@ -13,7 +13,6 @@
 #include <stdexcept>
 
 #include "dialogs/base/guarded.h"
-#include "dialogs/select/selectors.h"
 #include "platform/text/text.h"
 #include "platform/widgets/limited_text.h"
 #include "platform/widgets/qt_text.h"
@@ -42,8 +41,8 @@ QString ReasonOf(FormRefusal refusal) {
 
 }  // namespace
 
-DescribedEdit::DescribedEdit(QWidget* owner, const FormDescription& form)
-    : TformQvRfEdit(owner, form.object), form_(form), record_(*Processor, form) {
+DescribedEdit::DescribedEdit(QWidget* owner, const Chooser& chooser, const FormDescription& form)
+    : TformQvRfEdit(owner, chooser, form.object), form_(form), record_(*Processor, form) {
   setWindowTitle(Translated(form.caption));
   BuildRows();
 }
@@ -154,12 +153,6 @@ void DescribedEdit::UpdateLeads() {
   OnLeads();
 }
 
-TformQvRfSelector& DescribedEdit::SelectorOf(TObjectType object) {
-  TformQvRfSelector* selector = GetSelectorFor(this, static_cast<int>(object));
-  if (selector == nullptr) throw std::invalid_argument("no selector of this object type");
-  return *selector;
-}
-
 // Filling and running.
 
 bool DescribedEdit::EditRecord() {
@@ -212,7 +205,7 @@ void DescribedEdit::SetNeeded(std::string_view control, bool needed) {
 // References.
 
 bool DescribedEdit::Choose(const FormRow& row) {
-  return SelectorOf(row.object).Select(nullptr, 0, true, nullptr, 0);
+  return ListOf(row.object).Select({});
 }
 
 void DescribedEdit::ButtonClick(std::size_t row) {

@@ -10,8 +10,6 @@ class QVBoxLayout;
 
 namespace QvRefSystem {
 
-class TformQvRfSelector;
-
 /// An edit dialog made from the description of its form: it makes the controls, fills them, checks
 /// all of them on every attempt to save, marks what it refuses, and stores the record. A subclass
 /// adds only what its object alone does, in the hooks below.
@@ -19,7 +17,7 @@ class DescribedEdit : public TformQvRfEdit {
   Q_OBJECT
 
  public:
-  DescribedEdit(QWidget* owner, const FormDescription& form);
+  DescribedEdit(QWidget* owner, const Chooser& chooser, const FormDescription& form);
   ~DescribedEdit() override;
 
  protected:
@@ -39,7 +37,7 @@ class DescribedEdit : public TformQvRfEdit {
   virtual void StoreBeside(int /*key*/) {}
   /// A lead was clicked, or set by the program.
   virtual void OnLeads() {}
-  /// Runs the dialog in which the object of a row is chosen; the default is its selector. True if
+  /// Runs the dialog in which the object of a row is chosen; the default is its list. True if
   /// one was, and it is then current on its processor.
   [[nodiscard]] virtual bool Choose(const FormRow& row);
   /// Called when another object was taken over into the row.
@@ -68,8 +66,6 @@ class DescribedEdit : public TformQvRfEdit {
   void SetNeeded(std::string_view control, bool needed);
   /// Lets the rows be used whose leads are checked.
   void UpdateLeads();
-  /// The selector of that object type, made on first need.
-  [[nodiscard]] TformQvRfSelector& SelectorOf(TObjectType object);
   /// Runs an action of the user's; what it throws is told.
   void Act(const std::function<void()>& action);
 
@@ -104,7 +100,7 @@ class DescribedEdit : public TformQvRfEdit {
 template <const FormDescription& Form>
 class EditOf : public DescribedEdit {
  public:
-  explicit EditOf(QWidget* owner) : DescribedEdit(owner, Form) {}
+  EditOf(QWidget* owner, const Chooser& chooser) : DescribedEdit(owner, chooser, Form) {}
 };
 
 }  // namespace QvRefSystem

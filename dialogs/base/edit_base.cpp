@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <typeindex>
 
+#include "dialogs/base/processor_of.h"
 #include "platform/widgets/colour.h"
 #include "platform/widgets/qt_text.h"
 
@@ -17,14 +18,6 @@ namespace QvRefSystem {
 using QvPlatform::HiddenForm;
 
 namespace {
-
-TQvRfDataProcessor* ProcessorOf(TObjectType object) {
-  TQvRfDataProcessor* processor = datamoduleQvRfData == nullptr
-                                      ? nullptr
-                                      : ProcessorFor(*datamoduleQvRfData, static_cast<int>(object));
-  if (processor == nullptr) throw std::invalid_argument("no processor of this object type");
-  return processor;
-}
 
 // Where the user has put the dialogs of a class and how large he has made them, while the program
 // runs.
@@ -63,11 +56,18 @@ class EditLock {
 
 }  // namespace
 
-TformQvRfEdit::TformQvRfEdit(QWidget* owner, TObjectType object)
+TformQvRfEdit::TformQvRfEdit(QWidget* owner, const Chooser& chooser, TObjectType object)
     : ModalForm(owner),
       ErrorColour(QvPlatform::ColourFromBgr(
           datamoduleQvRfData != nullptr ? datamoduleQvRfData->ErrorColour : 0)),
-      Processor(ProcessorOf(object)) {}
+      Processor(&ProcessorOf(object)),
+      chooser_(chooser) {}
+
+ObjectList& TformQvRfEdit::ListOf(TObjectType object) {
+  ObjectList* list = chooser_.ListFor(this, object);
+  if (list == nullptr) throw std::invalid_argument("no list of this object type");
+  return *list;
+}
 
 bool TformQvRfEdit::EditCurrent() {
   const ControlsGuard controls(*Processor->DataSet);

@@ -2,6 +2,7 @@
 
 #include <QColor>
 
+#include "dialogs/base/chooser.h"
 #include "platform/widgets/modal_form.h"
 #include "processors/data_processor.h"
 
@@ -16,9 +17,9 @@ namespace QvRefSystem {
 /// further down can edit or remove it.
 class TformQvRfEdit : public QvPlatform::ModalForm {
  public:
-  /// The data module must be open, and outlive the dialog. Throws std::invalid_argument for an
-  /// object type without a processor.
-  TformQvRfEdit(QWidget* owner, TObjectType object);
+  /// The data module must be open, and outlive the dialog, as must `chooser`. Throws
+  /// std::invalid_argument for an object type without a processor.
+  TformQvRfEdit(QWidget* owner, const Chooser& chooser, TObjectType object);
 
   /// Lets the user change the current record. False if nothing was saved, also for a record that is
   /// under editing already (which is told) and on an empty table.
@@ -60,8 +61,13 @@ class TformQvRfEdit : public QvPlatform::ModalForm {
   virtual void PlaceUsually() { PlaceAtOwner(); }
   void FormHide() override;
   [[nodiscard]] TdatamoduleQvRfData& Data() const { return Processor->Data(); }
+  /// The way to lists and dialogs, for what this dialog owns.
+  [[nodiscard]] const Chooser& GetChooser() const { return chooser_; }
+  /// This dialog's own list of that object type. Throws std::invalid_argument if there is none.
+  [[nodiscard]] ObjectList& ListOf(TObjectType object);
 
  private:
+  const Chooser& chooser_;
   /// As the form was when its run began.
   QRect placed_;
 };

@@ -1,6 +1,6 @@
 #include "dialogs/edit/datum_edit.h"
 
-#include "dialogs/select/selectors.h"
+#include "dialogs/base/processor_of.h"
 
 namespace QvRefSystem {
 
@@ -8,17 +8,13 @@ bool TformQvRfDatumEdit::Choose(const FormRow& row) {
   if (row.object != TObjectType::kDatumShift || Data().DialogMode != kSimpleMode) {
     return DescribedEdit::Choose(row);
   }
-  auto& shifts = dynamic_cast<TformQvRfDatumShiftSelector&>(SelectorOf(row.object));
+  ObjectList& shifts = ListOf(row.object);
   // The list does not show, but what it opens takes its place.
-  shifts.move(pos());
+  shifts.PlaceAt(pos());
   const QvPlatform::HiddenForm hidden(this);
   if (EditMode == 0) return shifts.NewByType();
-  shifts.Processor->LocateKey(ValueOf(row.control).key);
+  ProcessorOf(row.object).LocateKey(ValueOf(row.control).key);
   return shifts.EditByType();
-}
-
-void TformQvRfDatumShiftBursaWolfEdit::WriteMore(QvPlatform::TQvDataSet& dataSet) {
-  if (EditMode == 0) dataSet.FieldByName("TYPE").SetInteger(shiftType_);
 }
 
 }  // namespace QvRefSystem

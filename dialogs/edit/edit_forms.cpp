@@ -3,12 +3,16 @@
 #include <algorithm>
 #include <array>
 
+#include "dialogs/edit/bursa_wolf_edit.h"
 #include "dialogs/edit/datum_edit.h"
 #include "dialogs/edit/ellipsoid_edit.h"
+#include "dialogs/edit/geocentric_system_edit.h"
+#include "dialogs/edit/geodetic_system_edit.h"
+#include "dialogs/edit/local_system_edit.h"
 #include "dialogs/edit/map_proj_edit.h"
-#include "dialogs/edit/origin_edit.h"
-#include "dialogs/edit/plane_system_edit.h"
+#include "dialogs/edit/projected_system_edit.h"
 #include "dialogs/edit/simple_edits.h"
+#include "dialogs/edit/topocentric_system_edit.h"
 #include "dialogs/edit/unit_edit.h"
 #include "platform/geocore/system_model.h"
 
@@ -21,15 +25,15 @@ struct EditFormRow {
   TObjectType object;
   /// TYPE of the objects, 0 for all.
   int type;
-  TformQvRfEdit* (*get)(QWidget* owner);
+  TformQvRfEdit* (*get)(QWidget* owner, const Chooser& chooser);
 };
 
 template <typename Form>
-TformQvRfEdit* Get(QWidget* owner) {
+TformQvRfEdit* Get(QWidget* owner, const Chooser& chooser) {
   for (QObject* child : owner->children()) {
     if (auto* form = dynamic_cast<Form*>(child)) return form;
   }
-  return new Form(owner);
+  return new Form(owner, chooser);
 }
 
 constexpr std::array kEditForms{
@@ -66,11 +70,11 @@ bool HasEditForm(TObjectType object) {
   return std::ranges::find(kEditForms, object, &EditFormRow::object) != kEditForms.end();
 }
 
-TformQvRfEdit* GetEditForm(QWidget* owner, TObjectType object, int type) {
+TformQvRfEdit* GetEditForm(QWidget* owner, const Chooser& chooser, TObjectType object, int type) {
   const auto row = std::ranges::find_if(kEditForms, [&](const EditFormRow& candidate) {
     return candidate.object == object && (candidate.type == 0 || candidate.type == type);
   });
-  return row == kEditForms.end() ? nullptr : row->get(owner);
+  return row == kEditForms.end() ? nullptr : row->get(owner, chooser);
 }
 
 }  // namespace QvRefSystem

@@ -31,7 +31,8 @@ bool IsControlShift(const QKeyEvent& event, int key) {
 
 }  // namespace
 
-TformQvRfMapProjEdit::TformQvRfMapProjEdit(QWidget* owner) : DescribedEdit(owner, kMapProjForm) {
+TformQvRfMapProjEdit::TformQvRfMapProjEdit(QWidget* owner, const Chooser& chooser)
+    : DescribedEdit(owner, chooser, kMapProjForm) {
   strgridProjParam_ = new ParamGrid(this);
   strgridProjParam_->setObjectName("strgridProjParam");
   strgridProjParam_->setAccessibleName(Translated("Parameters"));

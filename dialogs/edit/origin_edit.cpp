@@ -1,27 +1,15 @@
 #include "dialogs/edit/origin_edit.h"
 
 #include <QLabel>
-#include <QScopedValueRollback>
+#include <QLineEdit>
 
 #include "dialogs/edit/origin_grid.h"
-#include "dialogs/select/selectors.h"
-#include "platform/geocore/system_model.h"
-#include "platform/text/text.h"
 #include "platform/widgets/limited_text.h"
-#include "platform/widgets/qt_text.h"
 
 namespace QvRefSystem {
 
-using QvPlatform::RowView;
-using QvPlatform::ToQt;
-
-namespace {
-
-constexpr const char* kAxisColumns[] = {"COORD1_ABBR", "COORD2_ABBR", "COORD3_ABBR"};
-
-}  // namespace
-
-OriginEdit::OriginEdit(QWidget* owner, const FormDescription& form) : SystemEdit(owner, form) {
+OriginEdit::OriginEdit(QWidget* owner, const Chooser& chooser, const FormDescription& form)
+    : SystemEdit(owner, chooser, form) {
   RowControls& panel = RowOf("pnlOrigin");
   std::vector<QLineEdit*> cells;
   for (const FormRow& row : form.rows) {
@@ -35,83 +23,6 @@ OriginEdit::OriginEdit(QWidget* owner, const FormDescription& form) : SystemEdit
 
 void OriginEdit::SetOriginHint(const QString& units) {
   strgridOrigin_->setToolTip(TipOf(units));
-}
-
-TformQvRfRefSystemLocalEdit::TformQvRfRefSystemLocalEdit(QWidget* owner)
-    : OriginEdit(owner, kLocalSystemForm) {
-  const auto follow = [this](const char* control, auto&& show) {
-    connect(RowOf(control).Line(), &QLineEdit::textChanged, this, show);
-  };
-  follow("edXname", [this](const QString& name) { Origin().SetAxisName(0, name); });
-  follow("edYname", [this](const QString& name) { Origin().SetAxisName(1, name); });
-  follow("edLinearUnit", [this](const QString& name) { SetOriginHint(name); });
-  if (!Data().ShowImportExport) return;
-  // Systems that travel have no origin. The cells keep what an edited record has there.
-  Origin().setFixedHeight(0);
-  Origin().hide();
-  RowOf("pnlOrigin").Control()->hide();
-  RowOf("pnlOrigin").Lead()->hide();
-}
-
-bool TformQvRfRefSystemLocalEdit::Choose(const FormRow& row) {
-  if (row.object != TObjectType::kEllipsoid) return OriginEdit::Choose(row);
-  auto& ellipsoids = dynamic_cast<TformQvRfEllipsoidSelector&>(SelectorOf(row.object));
-  return ellipsoids.SelectSpheres(nullptr, 0, true, nullptr, 0);
-}
-
-TformQvRfRefSystemTopoEdit::TformQvRfRefSystemTopoEdit(QWidget* owner)
-    : OriginEdit(owner, kTopoSystemForm) {
-  // Further down the primary system may have been removed or renamed.
-  connect(RowOf("edOriginRefSystem").Line(), &QLineEdit::textChanged, this,
-          [this] { ShowPrimary(); });
-}
-
-void TformQvRfRefSystemTopoEdit::OnNewRecord() {
-  OriginEdit::OnNewRecord();
-  ShowPrimary();
-}
-
-void TformQvRfRefSystemTopoEdit::OnEditRecord() {
-  OriginEdit::OnEditRecord();
-  ShowPrimary();
-}
-
-void TformQvRfRefSystemTopoEdit::OnRead() {
-  std::string& azimuth = ValueOf("edAzimuth").text;
-  azimuth = QvPlatform::Trim(azimuth);
-}
-
-bool TformQvRfRefSystemTopoEdit::Choose(const FormRow& row) {
-  if (row.object != TObjectType::kReferenceSystem) return OriginEdit::Choose(row);
-  auto& systems = dynamic_cast<TformQvRfRefSystemSelector&>(SelectorOf(row.object));
-  // The list offers neither New nor Edit nor Remove.
-  const QScopedValueRollback<signed char> mode(Data().DialogMode, kSimpleMode);
-  return systems.SelectFiltered(nullptr, 0, static_cast<int>(SystemKind::kGeodetic), true, nullptr,
-                                0);
-}
-
-void TformQvRfRefSystemTopoEdit::OnChosen(const FormRow& row) {
-  if (row.object == TObjectType::kReferenceSystem) ShowPrimary();
-}
-
-void TformQvRfRefSystemTopoEdit::ShowPrimary() {
-  const RowView primary = Processor->RowOfKey(ValueOf("edOriginRefSystem").key);
-  const auto column = [this](const char* name) {
-    return Processor->DataSet->FieldByName(name).GetIndex();
-  };
-  int axis = 0;
-  for (const char* name : kAxisColumns) {
-    Origin().SetAxisName(axis++, primary ? ToQt(primary.GetText(column(name))) : QString());
-  }
-  QString angular;
-  QString linear;
-  if (primary) {
-    angular = NameOf(TObjectType::kAngularUnit, primary.GetInteger(column("ANGULAR_UNIT_AUTOKEY")));
-    linear = NameOf(TObjectType::kLinearUnit, primary.GetInteger(column("LINEAR_UNIT_AUTOKEY")));
-  }
-  const bool both = !angular.isEmpty() && !linear.isEmpty();
-  SetOriginHint(both ? angular + "/" + linear : QString());
-  RowOf("edAzimuth").SetHint(both ? angular : QString());
 }
 
 }  // namespace QvRefSystem

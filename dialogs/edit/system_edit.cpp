@@ -25,8 +25,8 @@ const char* RadioOf(int swapped) {
 
 }  // namespace
 
-SystemEdit::SystemEdit(QWidget* owner, const FormDescription& form)
-    : DescribedEdit(owner, form), type_(form.type), hasHandedness_(HasHandedness(form)) {}
+SystemEdit::SystemEdit(QWidget* owner, const Chooser& chooser, const FormDescription& form)
+    : DescribedEdit(owner, chooser, form), type_(form.type), hasHandedness_(HasHandedness(form)) {}
 
 void SystemEdit::OnNewRecord() {
   TQvDataSet& types = Data().datasetRefSystemType;
@@ -55,18 +55,6 @@ QString SystemEdit::NameOf(TObjectType object, int key) const {
   const RowView row = processor->RowOfKey(key);
   if (!row) return {};
   return QvPlatform::ToQt(row.GetText(processor->DataSet->FieldByName("NAME").GetIndex()));
-}
-
-void TformQvRfRefSystemGeocEdit::OnEditRecord() {
-  SystemEdit::OnEditRecord();
-  LeadOf("chboxDatum").setChecked(ValueOf("edDatum").key != 0);
-  UpdateLeads();
-}
-
-// The datum of an unchecked box is kept in the dialog, in case the user checks it again.
-void TformQvRfRefSystemGeocEdit::WriteMore(TQvDataSet& dataSet) {
-  SystemEdit::WriteMore(dataSet);
-  if (!LeadOf("chboxDatum").isChecked()) dataSet.FieldByName("DATUM_AUTOKEY").SetInteger(0);
 }
 
 }  // namespace QvRefSystem

@@ -22,8 +22,9 @@ QLabel* MakeLabel(QWidget* parent, const char* objectName, const char* text) {
 
 }  // namespace
 
-UnitEdit::UnitEdit(QWidget* owner, const FormDescription& form, const char* baseUnit)
-    : DescribedEdit(owner, form) {
+UnitEdit::UnitEdit(QWidget* owner, const Chooser& chooser, const FormDescription& form,
+                   const char* baseUnit)
+    : DescribedEdit(owner, chooser, form) {
   BuildEquation(baseUnit);
   for (const char* control : {"edName", "edAbbreviation"}) {
     connect(RowOf(control).Line(), &QLineEdit::editingFinished, this, [this] { ShowShortName(); });

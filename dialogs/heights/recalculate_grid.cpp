@@ -11,9 +11,9 @@
 #include <utility>
 
 #include "assembly/processor_set.h"
+#include "dialogs/base/chooser.h"
 #include "dialogs/base/guarded.h"
 #include "dialogs/base/row_controls.h"
-#include "dialogs/select/selectors.h"
 #include "platform/widgets/qt_text.h"
 
 namespace QvRefSystem {
@@ -41,7 +41,9 @@ bool IsWhole(const TShell2DTableExtents& grid) {
 
 }  // namespace
 
-TformQvRfRecalculateGridParams::TformQvRfRecalculateGridParams(QWidget* owner) : ModalForm(owner) {
+TformQvRfRecalculateGridParams::TformQvRfRecalculateGridParams(QWidget* owner,
+                                                               const Chooser& chooser)
+    : ModalForm(owner), chooser_(chooser) {
   setWindowTitle(Translated("Recalculate height system data grid"));
   auto* column = new QVBoxLayout(this);
   auto* sides = new QHBoxLayout;
@@ -183,11 +185,9 @@ void TformQvRfRecalculateGridParams::FormShow(bool first) {
 
 void TformQvRfRecalculateGridParams::btnSrcRefSystemSelectClick() {
   Guarded(datamoduleQvRfData->Ui(), [this] {
-    if (selector_ == nullptr) {
-      selector_ = GetSelectorFor(this, static_cast<int>(TObjectType::kReferenceSystem));
-    }
+    ObjectList* systems = chooser_.ListFor(this, TObjectType::kReferenceSystem);
     TStringTree tree;
-    if (selector_ == nullptr || !selector_->Select(&tree, 0, true, nullptr, 0)) return;
+    if (systems == nullptr || !systems->Select({.tree = &tree})) return;
     std::string reason;
     auto source = CreateShellReferenceSystem(&tree, nullptr, &reason);
     if (source == nullptr) throw GeodesyError(reason);

@@ -10,15 +10,16 @@
 #include <QScreen>
 
 #include "dialogs/base/guarded.h"
+#include "dialogs/base/processor_of.h"
 #include "dialogs/heights/offset_report.h"
 #include "dialogs/heights/recalculate_grid.h"
 #include "dialogs/heights/table_raster_view.h"
-#include "dialogs/select/selectors.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 #include "platform/widgets/file_dialogs.h"
 #include "platform/widgets/limited_text.h"
 #include "platform/widgets/qt_text.h"
+#include "vertical/linear_unit_texts.h"
 
 namespace QvRefSystem {
 
@@ -33,7 +34,7 @@ using QvPlatform::Translated;
 
 namespace {
 
-/// Of what is refused, but for a missing name and missing data.
+/// The colour of everything that is refused but a missing name and missing data.
 const QColor kRefusalColour = Qt::red;
 
 QString NameOf(const TShellReferenceSystem* system) {
@@ -42,8 +43,9 @@ QString NameOf(const TShellReferenceSystem* system) {
 
 }  // namespace
 
-TformQvRfVerticalRefSystemEdit::TformQvRfVerticalRefSystemEdit(QWidget* owner)
-    : TformQvRfEdit(owner, TObjectType::kVerticalReferenceSystem), heights_(Data()) {
+TformQvRfVerticalRefSystemEdit::TformQvRfVerticalRefSystemEdit(QWidget* owner,
+                                                               const Chooser& chooser)
+    : TformQvRfEdit(owner, chooser, TObjectType::kVerticalReferenceSystem), heights_(Data()) {
   setWindowTitle(Translated("Edit height system"));
   BuildControls(this, ErrorColour);
   const auto limit = [this](const char* field) {
@@ -162,7 +164,7 @@ bool TformQvRfVerticalRefSystemEdit::RunFilled(HeightRefusal loading) {
   edDataSourceParamsVertOffsetValue->setText(ToQt(heights_.Source().Offset));
   ShowGrid();
   UpdateCreateControls();
-  if (heights_.MadeData().Kind() == HeightDataKind::kOffset) radiobtnDataOffset->setChecked(true);
+  if (heights_.MadeData().Kind() == HeightKind::kOffset) radiobtnDataOffset->setChecked(true);
   RefreshDataState(loading);
   if (loading != HeightRefusal::kNone) {
     TellFile(Processor->DataSet->FieldByName("VDATA_FILENAME").AsString(), loading);
@@ -193,7 +195,7 @@ void TformQvRfVerticalRefSystemEdit::UpdateCreateControls() {
 void TformQvRfVerticalRefSystemEdit::RefreshDataState(HeightRefusal refusal) {
   const HeightData& made = heights_.MadeData();
   const std::optional<UnitTexts> unit = LinearUnitTexts(Data(), made.OffsetUnit);
-  if (made.Kind() == HeightDataKind::kOffset && unit) {
+  if (made.Kind() == HeightKind::kOffset && unit) {
     edDataOffset->setText(ToQt(made.Offset + " " + unit->Label()));
   }
   ShowState(made.Kind(),
@@ -245,16 +247,10 @@ void TformQvRfVerticalRefSystemEdit::TellFile(const std::string& name, HeightRef
 
 // Sources.
 
-TformQvRfSelector& TformQvRfVerticalRefSystemEdit::SelectorOf(TObjectType object) {
-  TformQvRfSelector* selector = GetSelectorFor(this, static_cast<int>(object));
-  if (selector == nullptr) throw std::invalid_argument("no selector of this object type");
-  return *selector;
-}
-
 void TformQvRfVerticalRefSystemEdit::btnDataSourceParamsVertRefsystemClick() {
   ClearMark(comboDataSourceParamsFilePlaneRefsystem);
   TStringTree tree;
-  if (!SelectorOf(TObjectType::kReferenceSystem).Select(&tree, 0, true, nullptr, 0)) return;
+  if (!ListOf(TObjectType::kReferenceSystem).Select({.tree = &tree})) return;
   const HeightRefusal refusal = heights_.TakeSystem(&tree);
   ShowSource();
   ShowGrid();
@@ -292,7 +288,7 @@ void TformQvRfVerticalRefSystemEdit::btnDataSourceParamsFileNameClick() {
 void TformQvRfVerticalRefSystemEdit::btnDataSourceParamsFilePlaneRefsystemClick() {
   ClearMark(comboDataSourceParamsFilePlaneRefsystem);
   TStringTree tree;
-  if (!SelectorOf(TObjectType::kReferenceSystem).Select(&tree, 0, true, nullptr, 0)) return;
+  if (!ListOf(TObjectType::kReferenceSystem).Select({.tree = &tree})) return;
   const HeightRefusal refusal = heights_.TakeFilePlane(&tree);
   ShowSource();
   ShowGrid();
@@ -303,9 +299,8 @@ void TformQvRfVerticalRefSystemEdit::btnDataSourceParamsFilePlaneRefsystemClick(
 }
 
 void TformQvRfVerticalRefSystemEdit::btnDataSourceParamsVertOffsetUnitsClick() {
-  TformQvRfSelector& selector = SelectorOf(TObjectType::kLinearUnit);
-  if (selector.Select(nullptr, 0, true, nullptr, 0)) {
-    heights_.TakeOffsetUnit(selector.Processor->GetCurrentKey());
+  if (ListOf(TObjectType::kLinearUnit).Select({})) {
+    heights_.TakeOffsetUnit(ProcessorOf(TObjectType::kLinearUnit).GetCurrentKey());
   }
   // The unit may have been renamed or removed there.
   ShowSource();
@@ -328,7 +323,8 @@ void TformQvRfVerticalRefSystemEdit::btnDataSourceViewClick() {
 }
 
 void TformQvRfVerticalRefSystemEdit::Button1Click() {
-  if (gridDialog_ == nullptr) gridDialog_ = std::make_unique<TformQvRfRecalculateGridParams>(this);
+  if (gridDialog_ == nullptr)
+    gridDialog_ = std::make_unique<TformQvRfRecalculateGridParams>(this, GetChooser());
   TShell2DTableExtents extents;
   if (!gridDialog_->Run(heights_.Target(), &extents)) return;
   heights_.SetGrid(extents);
@@ -351,8 +347,13 @@ bool TformQvRfVerticalRefSystemEdit::AcceptOffset(HeightApproximation& result) {
   edDataOffset->setText(ToQt(result.Offset + " " + result.UnitLabel));
   std::string text = result.SourceName;
   TformQvRfOffsetApproximationReport report(this);
-  if (!report.Run(result.Offset, result.UnitLabel, &text, heights_.Target(), &result.Errors,
-                  result.Max, result.Rms)) {
+  if (!report.Run({.Offset = result.Offset,
+                   .UnitLabel = result.UnitLabel,
+                   .Max = result.Max,
+                   .Rms = result.Rms,
+                   .Target = heights_.Target(),
+                   .Errors = &result.Errors},
+                  &text)) {
     return false;
   }
   memoDescription->SetText(memoDescription->Text() + " " + text);
@@ -364,7 +365,7 @@ void TformQvRfVerticalRefSystemEdit::btnDataViewClick() {
 }
 
 bool TformQvRfVerticalRefSystemEdit::ConfirmData() {
-  if (heights_.MadeData().Kind() == HeightDataKind::kNone) {
+  if (!heights_.MadeData().Kind()) {
     Data().Ui().ShowMessage(MessageKind::kError, SystemText(TextId::kNoHeights),
                             MessageButtons::kOk);
     return false;
@@ -409,7 +410,7 @@ void TformQvRfVerticalRefSystemEdit::FormShow(bool first) {
   PlaceAndSize(size());
 }
 
-// At its owner, or as far above as it needs to end on the screen.
+// The form stands at its owner, or as far above as it needs to end on the screen.
 void TformQvRfVerticalRefSystemEdit::PlaceUsually() {
   TformQvRfEdit::PlaceUsually();
   constexpr int kBottomMargin = 30;

@@ -14,6 +14,7 @@
 
 #include "dialogs/base/edit_base.h"
 #include "dialogs/base/guarded.h"
+#include "dialogs/base/processor_of.h"
 #include "dialogs/edit/edit_forms.h"
 #include "dialogs/select/details_view.h"
 #include "dialogs/select/import_export.h"
@@ -32,14 +33,6 @@ using QvPlatform::ToQt;
 using QvPlatform::Translated;
 
 namespace {
-
-TQvRfDataProcessor* ProcessorOf(TObjectType type) {
-  TQvRfDataProcessor* processor = datamoduleQvRfData == nullptr
-                                      ? nullptr
-                                      : ProcessorFor(*datamoduleQvRfData, static_cast<int>(type));
-  if (processor == nullptr) throw std::invalid_argument("no processor of this object type");
-  return processor;
-}
 
 // Makes the data set's controls live for the time of a modal run. The levels that a run further up
 // has taken off stay off until that one ends: its list is to be live when it comes back.
@@ -106,10 +99,12 @@ std::string CaptionOf(TextId verb, const TQvRfDataProcessor& processor) {
 
 }  // namespace
 
-TformQvRfSelector::TformQvRfSelector(QWidget* owner, const SelectorTraits& traits)
+TformQvRfSelector::TformQvRfSelector(QWidget* owner, const Chooser& chooser,
+                                     const SelectorTraits& traits)
     : ModalForm(owner),
-      Processor(ProcessorOf(traits.type)),
+      Processor(&ProcessorOf(traits.type)),
       TypeList(traits.typeList),
+      chooser_(chooser),
       names_(*Processor->DataSet),
       ownSource_(traits.ownSource ? std::make_unique<TDataSource>(Processor->DataSet) : nullptr),
       source_(ownSource_ ? *ownSource_ : Data().Source(DescriptorOf(traits.type).table)) {
@@ -138,19 +133,23 @@ TformQvRfSelector::TformQvRfSelector(QWidget* owner, const SelectorTraits& trait
 TformQvRfSelector::~TformQvRfSelector() = default;
 
 bool TformQvRfSelector::Select(TStringTree* tree, int id, bool hideOwner, int* key, int index) {
+  return Select({.tree = tree, .id = id, .index = index, .hideOwner = hideOwner, .key = key});
+}
+
+bool TformQvRfSelector::Select(const Choice& choice) {
   if (IsRunning()) return false;
   // A key that is gone leaves the data set on its last record.
-  if (key != nullptr && *key != 0) Processor->LocateKey(*key);
+  if (choice.key != nullptr && *choice.key != 0) Processor->LocateKey(*choice.key);
   {
     std::optional<HiddenForm> hidden;
-    if (hideOwner) hidden.emplace(Owner());
+    if (choice.hideOwner) hidden.emplace(Owner());
     bitbtnListClick();
     SetDialogMode(true, Data().DialogMode == kSimpleMode);
     setWindowTitle(ToQt(CaptionOf(TextId::kSelect, *Processor)));
     Run();
-    if (Chosen) TakeChoice(tree, id, index);
+    if (Chosen) TakeChoice(choice);
   }
-  if (key != nullptr) *key = Chosen ? Processor->GetCurrentKey() : 0;
+  if (choice.key != nullptr) *choice.key = Chosen ? Processor->GetCurrentKey() : 0;
   return Chosen;
 }
 
@@ -176,7 +175,7 @@ void TformQvRfSelector::Run() {
   RunModal();
 }
 
-void TformQvRfSelector::TakeChoice(TStringTree* tree, int id, int index) {
+void TformQvRfSelector::TakeChoice(const Choice& choice) {
   Chosen = Guarded(Data().Ui(), [&] {
     const int key = Processor->GetCurrentKey();
     Processor->Reopen();
@@ -184,24 +183,24 @@ void TformQvRfSelector::TakeChoice(TStringTree* tree, int id, int index) {
       throw std::runtime_error(
           QvPlatform::FromQt(Translated("The object has been removed by another user.")));
     }
-    if (tree != nullptr) WriteChoice(tree, id, index);
+    if (choice.tree != nullptr) WriteChoice(choice);
     if (!choiceGoesOn_) StampLastUse();
   });
 }
 
 // Throws unless the whole object was written; the caller's tree then keeps its content.
-void TformQvRfSelector::WriteChoice(TStringTree* tree, int id, int index) {
+void TformQvRfSelector::WriteChoice(const Choice& choice) {
   TStringTree object;
-  if (!Processor->WriteToTree(&object, id, index)) {
+  if (!Processor->WriteToTree(&object, choice.id, choice.index)) {
     throw std::runtime_error(QvPlatform::FromQt(
         Translated("The object refers to one that is not in the database. It cannot be used.")));
   }
-  if (id == 0) {
-    QvCommonUtils::ClearTree(tree);
+  if (choice.id == 0) {
+    QvCommonUtils::ClearTree(choice.tree);
   } else {
-    QvCommonUtils::RemoveSubtree(tree, id, index);
+    QvCommonUtils::RemoveSubtree(choice.tree, choice.id, choice.index);
   }
-  QvCommonUtils::MergeTree(&object, tree);
+  QvCommonUtils::MergeTree(&object, choice.tree);
 }
 
 // When the record was last chosen only sorts suggestions. Where it cannot be kept, as in a database
@@ -217,25 +216,25 @@ void TformQvRfSelector::StampLastUse() {
   }
 }
 
-bool TformQvRfSelector::SelectWhere(const char* field, int value, TStringTree* tree, int id,
-                                    bool hideOwner, int* key, int index) {
+bool TformQvRfSelector::SelectWhere(const RowFilter& where, const Choice& choice) {
   QvPlatform::TQvDataSet& dataSet = *Processor->DataSet;
-  const int number = dataSet.FieldByName(field).GetIndex();
+  const int number = dataSet.FieldByName(where.field).GetIndex();
   int chosenKey = 0;
   Guarded(Data().Ui(), [&] {
     Rearrange(dataSet, [&](QvPlatform::TQvDataBuffer& buffer) {
-      buffer.SetFilter(number, value, QvPlatform::TQvDbIntFilter::kEqual, true);
+      buffer.SetFilter(number, where.value, QvPlatform::TQvDbIntFilter::kEqual, true);
     });
     const QScopedValueRollback goesOn(choiceGoesOn_, true);
-    if (Select(nullptr, 0, hideOwner, key, 0)) chosenKey = Processor->GetCurrentKey();
+    if (Select({.hideOwner = choice.hideOwner, .key = choice.key}))
+      chosenKey = Processor->GetCurrentKey();
   });
   Rearrange(dataSet, [](QvPlatform::TQvDataBuffer& buffer) { buffer.ClearFilter(true); });
   // Only now: an object may refer to one of its own table that the filter hides.
   Chosen = Processor->LocateKey(chosenKey) && Guarded(Data().Ui(), [&] {
-             if (tree != nullptr) WriteChoice(tree, id, index);
+             if (choice.tree != nullptr) WriteChoice(choice);
              StampLastUse();
            });
-  if (!Chosen && key != nullptr) *key = 0;
+  if (!Chosen && choice.key != nullptr) *choice.key = 0;
   return Chosen;
 }
 
@@ -262,7 +261,7 @@ bool TformQvRfSelector::HasEditDialog() const {
 }
 
 TformQvRfEdit* TformQvRfSelector::NeedEditForm() {
-  if (EditForm == nullptr) EditForm = GetEditForm(this, Processor->Descriptor().type);
+  if (EditForm == nullptr) EditForm = chooser_.FormFor(this, Processor->Descriptor().type, 0);
   return EditForm;
 }
 
@@ -336,22 +335,33 @@ void TformQvRfSelector::bitbtnCloseClick() {
   reject();
 }
 
-void TformQvRfSelector::bitbtnNewClick() {
-  if (NeedEditForm() == nullptr) return;
+bool TformQvRfSelector::NewByType() {
   const int key = Processor->GetCurrentKey();
-  if (EditForm->CreateNew()) {
-    bitbtnListClick();
+  TformQvRfEdit* form = FormOfNew();
+  const bool made = form != nullptr && form->CreateNew();
+  if (!made) Processor->LocateKey(key);
+  return made;
+}
+
+bool TformQvRfSelector::EditByType() {
+  const int key = Processor->GetCurrentKey();
+  TformQvRfEdit* form = FormOfCurrent();
+  const bool edited = form != nullptr && form->EditCurrent();
+  Processor->LocateKey(key);
+  return edited;
+}
+
+void TformQvRfSelector::bitbtnNewClick() {
+  if (NewByType()) {
+    Saved();
     ShowCurrentRecord();
-  } else {
-    Processor->LocateKey(key);
   }
   UpdateEditButtons();
 }
 
 void TformQvRfSelector::bitbtnEditClick() {
-  if (NeedEditForm() == nullptr) return;
-  if (EditForm->EditCurrent()) {
-    bitbtnListClick();
+  if (EditByType()) {
+    Saved();
     ShowCurrentRecord();
   }
   UpdateEditButtons();

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "dialogs/base/chooser.h"
 #include "dialogs/select/selector_controls.h"
 #include "platform/dbset/data_set.h"
 #include "platform/dbset/data_source.h"
@@ -34,18 +35,26 @@ struct SelectorTraits {
 ///
 /// While a search text stands, only rows whose name contains it show, and only a row that shows can
 /// be chosen, described or changed.
-class TformQvRfSelector : public QvPlatform::ModalForm, protected SelectorControls {
+class TformQvRfSelector : public QvPlatform::ModalForm,
+                          public ObjectList,
+                          protected SelectorControls {
   Q_OBJECT
 
  public:
-  /// Throws std::invalid_argument for an object type without a processor.
-  TformQvRfSelector(QWidget* owner, const SelectorTraits& traits);
+  /// Throws std::invalid_argument for an object type without a processor. `chooser` must outlive
+  /// the list.
+  TformQvRfSelector(QWidget* owner, const Chooser& chooser, const SelectorTraits& traits);
   ~TformQvRfSelector() override;
 
   /// Lets the user choose a record. `key` may be null; else it is the record to start on (0: none)
   /// and becomes the chosen one, 0 after a cancel. The choice is written to `tree` at (id, index)
   /// unless it is null; an object that cannot be written whole is told and not chosen.
   bool Select(TStringTree* tree, int id, bool hideOwner, int* key, int index);
+  bool Select(const Choice& choice) override;
+  bool SelectWhere(const RowFilter& where, const Choice& choice) override;
+  [[nodiscard]] bool NewByType() override;
+  [[nodiscard]] bool EditByType() override;
+  void PlaceAt(const QPoint& place) override { move(place); }
   /// Lets the user look and maintain. Opens on `key`, in the details view if wanted; a key that is
   /// not there opens the list on its first row. `writable` shows New, Edit and Remove in simple
   /// mode too. Always false.
@@ -67,9 +76,15 @@ class TformQvRfSelector : public QvPlatform::ModalForm, protected SelectorContro
  protected:
   // One path for the buttons and the keys.
   virtual void DoRemove() { bitbtnRemoveClick(); }
-  virtual void DoNew() { bitbtnNewClick(); }
-  virtual void DoEdit() { bitbtnEditClick(); }
+  void DoNew() { bitbtnNewClick(); }
+  void DoEdit() { bitbtnEditClick(); }
   [[nodiscard]] bool HasEditDialog() const;
+  /// The dialogs in which New makes an object and Edit changes the current one; null if there is
+  /// none, or if the user has chosen none. The default is EditForm.
+  [[nodiscard]] virtual TformQvRfEdit* FormOfNew() { return NeedEditForm(); }
+  [[nodiscard]] virtual TformQvRfEdit* FormOfCurrent() { return NeedEditForm(); }
+  /// Called when an edit dialog has saved.
+  virtual void Saved() { bitbtnListClick(); }
   /// EditForm, made if need be; null if the object has no edit dialog.
   TformQvRfEdit* NeedEditForm();
 
@@ -80,11 +95,9 @@ class TformQvRfSelector : public QvPlatform::ModalForm, protected SelectorContro
   void bitbtnDetailsClick();
   /// Clears the search text if it would hide the current record.
   void ShowCurrentRecord();
-  /// Select over the rows whose integer field has the value. The filter is gone afterwards, and the
-  /// chosen record, or else the first one, is current.
-  bool SelectWhere(const char* field, int value, TStringTree* tree, int id, bool hideOwner,
-                   int* key, int index);
   [[nodiscard]] TdatamoduleQvRfData& Data() const { return Processor->Data(); }
+  /// The way to lists and dialogs, for what this list owns.
+  [[nodiscard]] const Chooser& GetChooser() const { return chooser_; }
 
   void FormShow(bool first) override;
   void FormHide() override;
@@ -96,8 +109,8 @@ class TformQvRfSelector : public QvPlatform::ModalForm, protected SelectorContro
   void ConnectButtons();
   void ConnectKeys();
   void Run();
-  void TakeChoice(TStringTree* tree, int id, int index);
-  void WriteChoice(TStringTree* tree, int id, int index);
+  void TakeChoice(const Choice& choice);
+  void WriteChoice(const Choice& choice);
   void StampLastUse();
   void bitbtnOkClick();
   void bitbtnCloseClick();
@@ -120,6 +133,7 @@ class TformQvRfSelector : public QvPlatform::ModalForm, protected SelectorContro
   [[nodiscard]] bool EnterInList();
   [[nodiscard]] bool EnterInSearch();
 
+  const Chooser& chooser_;
   NameFilter names_;
   // Whether the run is a part of a choice that ends behind it.
   bool choiceGoesOn_ = false;

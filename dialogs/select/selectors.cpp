@@ -9,7 +9,8 @@
 #include <array>
 
 #include "dialogs/base/guarded.h"
-#include "dialogs/edit/datum_edit.h"
+#include "dialogs/base/processor_of.h"
+#include "dialogs/edit/bursa_wolf_edit.h"
 #include "dialogs/edit/edit_forms.h"
 #include "dialogs/edit/ellipsoid_edit.h"
 #include "dialogs/select/legacy_tool.h"
@@ -19,12 +20,12 @@ namespace {
 
 struct SelectorRow {
   TObjectType type;
-  TformQvRfSelector* (*make)(QWidget* owner);
+  TformQvRfSelector* (*make)(QWidget* owner, const Chooser& chooser);
 };
 
 template <typename Selector>
-TformQvRfSelector* Make(QWidget* owner) {
-  return new Selector(owner);
+TformQvRfSelector* Make(QWidget* owner, const Chooser& chooser) {
+  return new Selector(owner, chooser);
 }
 
 constexpr std::array kSelectors{
@@ -43,74 +44,69 @@ constexpr std::array kSelectors{
     SelectorRow{TObjectType::kVerticalReferenceSystem, &Make<TformQvRfVerticalRefSystemSelector>},
 };
 
+class DatabaseChooser final : public Chooser {
+ public:
+  [[nodiscard]] ObjectList* ListFor(QWidget* owner, TObjectType object) const override {
+    return GetSelectorFor(owner, static_cast<int>(object));
+  }
+  [[nodiscard]] TformQvRfEdit* FormFor(QWidget* owner, TObjectType object,
+                                       int type) const override {
+    return GetEditForm(owner, *this, object, type);
+  }
+};
+
 }  // namespace
+
+const Chooser& DialogChooser() {
+  static const DatabaseChooser chooser;
+  return chooser;
+}
 
 bool TformQvRfEllipsoidSelector::SelectSpheres(TStringTree* tree, int id, bool hideOwner, int* key,
                                                int index) {
+  return SelectWhere(kSpheres, {tree, id, index, hideOwner, key});
+}
+
+bool TformQvRfEllipsoidSelector::SelectWhere(const RowFilter& where, const Choice& choice) {
   auto* form = dynamic_cast<TformQvRfEllipsoidEdit*>(NeedEditForm());
   if (form != nullptr) form->SetSphereOnly(true);
-  const bool chosen = SelectWhere("SPHEROID", 1, tree, id, hideOwner, key, index);
+  const bool chosen = ObjectSelector::SelectWhere(where, choice);
   if (form != nullptr) form->SetSphereOnly(false);
   return chosen;
 }
 
-TypedSelector::TypedSelector(QWidget* owner, const SelectorTraits& traits, TObjectType typeObject)
-    : TformQvRfSelector(owner, traits), typeObject_(typeObject) {}
+TypedSelector::TypedSelector(QWidget* owner, const Chooser& chooser, const SelectorTraits& traits,
+                             TObjectType typeObject)
+    : TformQvRfSelector(owner, chooser, traits), typeObject_(typeObject) {}
 
 TformQvRfEdit* TypedSelector::EditFormOf(int type) {
-  TformQvRfEdit* form = type == 0 ? nullptr : GetEditForm(this, Processor->Descriptor().type, type);
+  TformQvRfEdit* form =
+      type == 0 ? nullptr : GetChooser().FormFor(this, Processor->Descriptor().type, type);
   if (form != nullptr) TellType(*form, type);
   return form;
 }
 
+TformQvRfEdit* TypedSelector::FormOfCurrent() {
+  return EditFormOf(Processor->DataSet->FieldByName("TYPE").AsInteger());
+}
+
 int TypedSelector::TypeOfNew() {
-  TformQvRfSelector* types = GetSelectorFor(this, static_cast<int>(typeObject_));
-  if (types == nullptr || !types->Select(nullptr, 0, true, nullptr, 0)) return 0;
-  return types->Processor->GetCurrentKey();  // the key of a type is its TYPE
+  ObjectList* types = GetChooser().ListFor(this, typeObject_);
+  if (types == nullptr || !types->Select({})) return 0;
+  return ProcessorOf(typeObject_).GetCurrentKey();  // the key of a type is its TYPE
 }
 
-bool TypedSelector::NewByType() {
-  const int key = Processor->GetCurrentKey();
-  TformQvRfEdit* form = EditFormOf(TypeOfNew());
-  const bool made = form != nullptr && form->CreateNew();
-  if (!made) Processor->LocateKey(key);
-  return made;
-}
-
-bool TypedSelector::EditByType() {
-  const int key = Processor->GetCurrentKey();
-  TformQvRfEdit* form = EditFormOf(Processor->DataSet->FieldByName("TYPE").AsInteger());
-  const bool edited = form != nullptr && form->EditCurrent();
-  Processor->LocateKey(key);
-  return edited;
-}
-
-void TypedSelector::bitbtnNewClick() {
-  if (NewByType()) {
-    Saved();
-    ShowCurrentRecord();
-  }
-  UpdateEditButtons();
-}
-
-void TypedSelector::bitbtnEditClick() {
-  if (EditByType()) {
-    Saved();
-    ShowCurrentRecord();
-  }
-  UpdateEditButtons();
-}
-
-TformQvRfDatumShiftSelector::TformQvRfDatumShiftSelector(QWidget* owner)
-    : TypedSelector(owner, {.type = TObjectType::kDatumShift}, TObjectType::kDatumShiftType) {}
+TformQvRfDatumShiftSelector::TformQvRfDatumShiftSelector(QWidget* owner, const Chooser& chooser)
+    : TypedSelector(owner, chooser, {.type = TObjectType::kDatumShift},
+                    TObjectType::kDatumShiftType) {}
 
 void TformQvRfDatumShiftSelector::TellType(TformQvRfEdit& form, int type) {
   auto* bursaWolf = dynamic_cast<TformQvRfDatumShiftBursaWolfEdit*>(&form);
   if (bursaWolf != nullptr) bursaWolf->SetShiftType(type);
 }
 
-TformQvRfRefSystemSelector::TformQvRfRefSystemSelector(QWidget* owner)
-    : TypedSelector(owner, {.type = TObjectType::kReferenceSystem, .ownSource = true},
+TformQvRfRefSystemSelector::TformQvRfRefSystemSelector(QWidget* owner, const Chooser& chooser)
+    : TypedSelector(owner, chooser, {.type = TObjectType::kReferenceSystem, .ownSource = true},
                     TObjectType::kReferenceSystemType) {
   bitbtnImport->installEventFilter(this);
 }
@@ -132,8 +128,12 @@ bool TformQvRfRefSystemSelector::bitbtnImportKeyDown(const QKeyEvent& event) {
 
 bool TformQvRfRefSystemSelector::SelectFiltered(TStringTree* tree, int id, int type, bool hideOwner,
                                                 int* key, int index) {
-  const QScopedValueRollback fixed(fixedType_, type);
-  return SelectWhere("TYPE", type, tree, id, hideOwner, key, index);
+  return SelectWhere(OfType(type), {tree, id, index, hideOwner, key});
+}
+
+bool TformQvRfRefSystemSelector::SelectWhere(const RowFilter& where, const Choice& choice) {
+  const QScopedValueRollback fixed(fixedType_, where.value);
+  return TypedSelector::SelectWhere(where, choice);
 }
 
 int TformQvRfRefSystemSelector::TypeOfNew() {
@@ -161,7 +161,7 @@ TformQvRfSelector* GetSelectorFor(QWidget* owner, int objectType) {
     return nullptr;
   }
   for (const SelectorRow& row : kSelectors) {
-    if (static_cast<int>(row.type) == objectType) return row.make(owner);
+    if (static_cast<int>(row.type) == objectType) return row.make(owner, DialogChooser());
   }
   return nullptr;
 }

@@ -10,7 +10,8 @@ template <TObjectType Type, bool IsTypeList = false>
 class ObjectSelector : public TformQvRfSelector {
  public:
   static constexpr SelectorTraits kTraits{.type = Type, .typeList = IsTypeList};
-  explicit ObjectSelector(QWidget* owner) : TformQvRfSelector(owner, kTraits) {}
+  ObjectSelector(QWidget* owner, const Chooser& chooser)
+      : TformQvRfSelector(owner, chooser, kTraits) {}
 };
 
 using TformQvRfAngularUnitSelector = ObjectSelector<TObjectType::kAngularUnit>;
@@ -29,32 +30,25 @@ class TformQvRfEllipsoidSelector final : public ObjectSelector<TObjectType::kEll
   using ObjectSelector::ObjectSelector;
   /// Select over the spheres alone.
   bool SelectSpheres(TStringTree* tree, int id, bool hideOwner, int* key, int index);
+  /// Over spheres alone, what is made or edited on the way is a sphere.
+  bool SelectWhere(const RowFilter& where, const Choice& choice) override;
 };
 
 /// Base of the two selectors whose objects have an edit dialog for each TYPE.
 class TypedSelector : public TformQvRfSelector {
  public:
-  TypedSelector(QWidget* owner, const SelectorTraits& traits, TObjectType typeObject);
-
-  /// Makes an object of a type that the user chooses first; without one the record that was current
-  /// is current again.
-  [[nodiscard]] bool NewByType();
-  /// Edits the current object; it stays current whatever became of it.
-  [[nodiscard]] bool EditByType();
+  TypedSelector(QWidget* owner, const Chooser& chooser, const SelectorTraits& traits,
+                TObjectType typeObject);
 
  protected:
-  void DoNew() override { bitbtnNewClick(); }
-  void DoEdit() override { bitbtnEditClick(); }
+  [[nodiscard]] TformQvRfEdit* FormOfNew() override { return EditFormOf(TypeOfNew()); }
+  [[nodiscard]] TformQvRfEdit* FormOfCurrent() override;
   /// TYPE of a new object; 0 for none.
   [[nodiscard]] virtual int TypeOfNew();
   /// Tells an edit dialog that serves several types which one it is for.
   virtual void TellType(TformQvRfEdit& /*form*/, int /*type*/) {}
-  /// Called when an edit dialog has saved. The view stays as it was.
-  virtual void Saved() {}
 
  private:
-  void bitbtnNewClick();
-  void bitbtnEditClick();
   /// Null for a number that is no type.
   [[nodiscard]] TformQvRfEdit* EditFormOf(int type);
 
@@ -63,23 +57,25 @@ class TypedSelector : public TformQvRfSelector {
 
 class TformQvRfDatumShiftSelector final : public TypedSelector {
  public:
-  explicit TformQvRfDatumShiftSelector(QWidget* owner);
+  TformQvRfDatumShiftSelector(QWidget* owner, const Chooser& chooser);
 
  protected:
   void TellType(TformQvRfEdit& form, int type) override;
+  /// The view stays as it was.
+  void Saved() override {}
 };
 
 /// The selector of reference systems: stands in the middle of the screen, over a data source of its
 /// own, and can be confined to one kind of system.
 class TformQvRfRefSystemSelector final : public TypedSelector {
  public:
-  explicit TformQvRfRefSystemSelector(QWidget* owner);
+  TformQvRfRefSystemSelector(QWidget* owner, const Chooser& chooser);
   /// Select over the systems of one TYPE; a new one is then of that TYPE without a question.
   bool SelectFiltered(TStringTree* tree, int id, int type, bool hideOwner, int* key, int index);
+  bool SelectWhere(const RowFilter& where, const Choice& choice) override;
 
  protected:
   [[nodiscard]] int TypeOfNew() override;
-  void Saved() override { bitbtnListClick(); }
   void FormShow(bool first) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -94,5 +90,8 @@ class TformQvRfRefSystemSelector final : public TypedSelector {
 /// null owner always gives a new one, the caller's to destroy. Null for a code that is no object
 /// type, or one that has no processor.
 [[nodiscard]] TformQvRfSelector* GetSelectorFor(QWidget* owner, int objectType);
+
+/// The chooser over all selectors and edit dialogs; it lives as long as the program.
+[[nodiscard]] const Chooser& DialogChooser();
 
 }  // namespace QvRefSystem

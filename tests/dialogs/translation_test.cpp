@@ -91,7 +91,7 @@ TEST_F(Translation, NoTextOfAnyDialogIsLeftWithoutATranslation) {
     const QvRefSystem::TformQvRfUsedByList list(nullptr);
     const QvRefSystem::TformQvRfTableRasterView rasterView(nullptr);
     const QvRefSystem::TformQvRfOffsetApproximationReport report(nullptr);
-    const QvRefSystem::TformQvRfRecalculateGridParams grid(nullptr);
+    const QvRefSystem::TformQvRfRecalculateGridParams grid(nullptr, QvRefSystem::DialogChooser());
     const QvRefSystem::OptionsDialog hostOptions({}, nullptr);
     TemporaryFolder folder;
     QSettings settings(QString::fromStdString(folder.Path("settings.ini")), QSettings::IniFormat);

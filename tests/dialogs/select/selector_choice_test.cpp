@@ -26,7 +26,7 @@ class SelectorChoice : public DialogTest {
 };
 
 TEST_F(SelectorChoice, OkGivesTheCurrentRecordAndStampsIt) {
-  TformQvRfEllipsoidSelector selector(nullptr);
+  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   ScreenUser user;
   user.In<TformQvRfSelector>([](QWidget& form) {
     EXPECT_EQ(form.windowTitle().toStdString(), "Select ellipsoid");
@@ -49,7 +49,7 @@ TEST_F(SelectorChoice, ARefusalGivesNoKeyAndStampsNothing) {
        [](QWidget& form) { Press(form, "comboSearch", Qt::Key_Escape); }},
       {"window frame", [](QWidget& form) { form.close(); }},
   };
-  TformQvRfEllipsoidSelector selector(nullptr);
+  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   for (const auto& [name, leave] : ways) {
     ScreenUser user;
     user.In<TformQvRfSelector>([leave = leave](QWidget& form) {
@@ -65,7 +65,7 @@ TEST_F(SelectorChoice, ARefusalGivesNoKeyAndStampsNothing) {
 }
 
 TEST_F(SelectorChoice, AKeyThatIsGoneOpensOnTheLastRow) {
-  TformQvRfEllipsoidSelector selector(nullptr);
+  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   ScreenUser user;
   user.In<TformQvRfSelector>([](QWidget& form) {
     EXPECT_EQ(MarkedName(form), "WGS 84");
@@ -91,7 +91,7 @@ TEST_F(SelectorChoice, WritesTheChosenObjectWhereItWasAskedTo) {
   QvCommonUtils::TStringTree tree;
   TreeBuilder(&tree).Field(1, "the host's own");
   const int whole = database_.Processor(kEllipsoid).InsertFromTree(MakeTree(EllipsoidTree).get());
-  TformQvRfEllipsoidSelector selector(nullptr);
+  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   for (const int id : {5113, 0}) {
     ScreenUser user;
     user.In<TformQvRfSelector>([](QWidget& form) { Click(form, "bitbtnOk"); });
@@ -108,7 +108,7 @@ TEST_F(SelectorChoice, WritesTheChosenObjectWhereItWasAskedTo) {
 
 TEST_F(SelectorChoice, AnObjectThatIsNotWholeIsRefusedAndTheTreeKeepsItsContent) {
   Add(TableId::kRefSystem, "Broken", {{"TYPE", 4}});
-  TformQvRfRefSystemSelector selector(nullptr);
+  TformQvRfRefSystemSelector selector(nullptr, QvRefSystem::DialogChooser());
   for (const int id : {0, 1121}) {
     for (const int type : {0, 4}) {
       QvCommonUtils::TStringTree tree;
@@ -134,7 +134,7 @@ TEST_F(SelectorChoice, AnObjectThatIsNotWholeIsRefusedAndTheTreeKeepsItsContent)
 // A topocentric system refers to a geodetic one, which the filter hides.
 TEST_F(SelectorChoice, AFilterHidesNothingFromTheTreeOfTheChosenObject) {
   ASSERT_NE(database_.Processor(kReferenceSystem).InsertFromTree(MakeTree(SystemTree, 6).get()), 0);
-  TformQvRfRefSystemSelector selector(nullptr);
+  TformQvRfRefSystemSelector selector(nullptr, QvRefSystem::DialogChooser());
   ScreenUser user;
   user.In<TformQvRfSelector>([](QWidget& form) { Click(form, "bitbtnOk"); });
   QvCommonUtils::TStringTree tree;
@@ -143,7 +143,7 @@ TEST_F(SelectorChoice, AFilterHidesNothingFromTheTreeOfTheChosenObject) {
 }
 
 TEST_F(SelectorChoice, ADoubleClickChoosesAndInTheViewerCloses) {
-  TformQvRfEllipsoidSelector selector(nullptr);
+  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   const auto doubleClick = [](QWidget& form) {
     auto& list = Child<QAbstractItemView>(form, "dbgridList");
     const QPoint place = list.visualRect(list.model()->index(2, 0)).center();
@@ -158,7 +158,7 @@ TEST_F(SelectorChoice, ADoubleClickChoosesAndInTheViewerCloses) {
 }
 
 TEST_F(SelectorChoice, TheViewerOpensOnItsRecordOrElseOnTheFirst) {
-  TformQvRfEllipsoidSelector selector(nullptr);
+  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   const struct {
     const char* name;
     int key;
@@ -244,7 +244,7 @@ TEST_F(SelectorChoice, ConfinedToAKindShowsThatAloneAndIsWholeAgainAfterwards) {
   } rows[] = {{"chosen", 5, "Beta", "bitbtnOk", true, "Beta"},
               {"cancelled", 5, "Beta", "bitbtnCancel", false, "Alpha"},
               {"none of the kind", 6, "", "bitbtnOk", false, "Alpha"}};
-  TformQvRfRefSystemSelector selector(nullptr);
+  TformQvRfRefSystemSelector selector(nullptr, QvRefSystem::DialogChooser());
   for (const auto& row : rows) {
     ScreenUser user;
     user.In<TformQvRfSelector>([&](QWidget& form) {
@@ -261,7 +261,7 @@ TEST_F(SelectorChoice, ConfinedToAKindShowsThatAloneAndIsWholeAgainAfterwards) {
 }
 
 TEST_F(SelectorChoice, SpheresAloneCanBeChosen) {
-  TformQvRfEllipsoidSelector selector(nullptr);
+  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   ScreenUser user;
   user.In<TformQvRfSelector>([](QWidget& form) {
     EXPECT_EQ(ListedNames(form), "Sphere");
@@ -292,7 +292,7 @@ TEST_F(SelectorChoice, FindsItsSelectorAmongTheOwnersChildren) {
 
 // Tab walks the controls as the eye does, without a stop at what does not show.
 TEST_F(SelectorChoice, TabGoesFromTheSearchToTheListToTheButtons) {
-  TformQvRfEllipsoidSelector selector(nullptr);
+  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   ScreenUser user;
   user.In<TformQvRfSelector>([](QDialog& form) {
     std::string order;
@@ -310,7 +310,7 @@ TEST_F(SelectorChoice, TabGoesFromTheSearchToTheListToTheButtons) {
 }
 
 TEST_F(SelectorChoice, TheListFollowsWhatBecomesOfTheTable) {
-  TformQvRfEllipsoidSelector selector(nullptr);
+  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   ScreenUser user;
   user.In<TformQvRfSelector>([this](QWidget& form) {
     Add(TableId::kEllipsoid, "Everest");
@@ -326,8 +326,8 @@ TEST_F(SelectorChoice, TheListFollowsWhatBecomesOfTheTable) {
 
 TEST_F(SelectorChoice, IsLiveThoughOuterOperationsHoldTheControlsDisabled) {
   QvPlatform::TQvDataSet& dataSet = database_.data->datasetEllipsoid;
-  TformQvRfEllipsoidSelector selector(nullptr);
-  TformQvRfEllipsoidSelector inner(&selector);
+  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
+  TformQvRfEllipsoidSelector inner(&selector, QvRefSystem::DialogChooser());
   dataSet.DisableControls();
   dataSet.DisableControls();
   dataSet.MoveTo(3);

@@ -26,7 +26,7 @@ using enum QvRefSystem::TObjectType;
 class ScriptedEdit : public TformQvRfEdit {
  public:
   explicit ScriptedEdit(TformQvRfSelector* owner)
-      : TformQvRfEdit(owner, owner->Processor->Descriptor().type) {
+      : TformQvRfEdit(owner, QvRefSystem::DialogChooser(), owner->Processor->Descriptor().type) {
     owner->EditForm = this;
   }
   std::string calls;
@@ -65,7 +65,7 @@ class SelectorKeys : public DialogTest {
     return texts;
   }
 
-  TformQvRfEllipsoidSelector selector_{nullptr};
+  TformQvRfEllipsoidSelector selector_{nullptr, QvRefSystem::DialogChooser()};
 };
 
 TEST_F(SelectorKeys, TypingLeavesTheRowsThatHaveTheTextInTheirName) {

@@ -56,7 +56,7 @@ class UsedByList : public DialogTest {
     return text;
   }
 
-  TformQvRfEllipsoidSelector selector_{nullptr};
+  TformQvRfEllipsoidSelector selector_{nullptr, QvRefSystem::DialogChooser()};
   int first_ = 0;
   int second_ = 0;
 };
@@ -128,7 +128,7 @@ TEST_F(UsedByList, ScansAgainAfterEachViewUntilNothingRefers) {
 }
 
 TEST_F(UsedByList, IsOneForEachOwner) {
-  TformQvRfEllipsoidSelector other(nullptr);
+  TformQvRfEllipsoidSelector other(nullptr, QvRefSystem::DialogChooser());
   TformQvRfUsedByList* list = GetUsedByListFor(&selector_);
   EXPECT_EQ(GetUsedByListFor(&selector_), list);
   EXPECT_NE(GetUsedByListFor(&other), list);
