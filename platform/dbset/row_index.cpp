@@ -44,6 +44,10 @@ RowIndex::RowIndex(std::vector<IndexPart> parts, const RowOrder& order)
     part.seed = SeedOf(part.field, part.kind);
 }
 
+bool RowIndex::Before(const Row& a, const Row& b) const {
+  return order_.Before(a, b);
+}
+
 const IndexPart* RowIndex::PartOf(const RowMatch& match) const {
   for (const IndexPart& part : parts_) {
     if (part.field == match.field && part.kind == match.kind) return &part;
@@ -145,10 +149,10 @@ void RowIndex::Add(Row* row) {
     return;
   }
   Bucket& bucket = buckets_[place];
-  if (order_.Before(*row, *bucket.first)) std::swap(row, bucket.first);
+  if (Before(*row, *bucket.first)) std::swap(row, bucket.first);
   if (bucket.more == nullptr) bucket.more = std::make_unique<std::vector<Row*>>();
   const auto behind = std::ranges::upper_bound(
-      *bucket.more, row, [this](const Row* a, const Row* b) { return order_.Before(*a, *b); });
+      *bucket.more, row, [this](const Row* a, const Row* b) { return Before(*a, *b); });
   bucket.more->insert(behind, row);
 }
 
@@ -164,7 +168,7 @@ void RowIndex::Remove(const Row* row) {
     bucket.more->erase(bucket.more->begin());
   } else if (bucket.more != nullptr) {
     const auto found = std::ranges::lower_bound(
-        *bucket.more, row, [this](const Row* a, const Row* b) { return order_.Before(*a, *b); });
+        *bucket.more, row, [this](const Row* a, const Row* b) { return Before(*a, *b); });
     if (found != bucket.more->end() && *found == row) bucket.more->erase(found);
   }
 }

@@ -56,6 +56,8 @@ class RowIndex {
   [[nodiscard]] std::uint64_t HashOf(const Row& row) const;
   [[nodiscard]] std::uint64_t HashOf(std::span<const RowMatch> matches) const;
   [[nodiscard]] bool Meets(const Row& row, std::span<const RowMatch> matches, RowScope scope) const;
+  /// Stays out of line: rows of one hash are rare, and look-ups want short code round them.
+  [[nodiscard]] [[gnu::noinline]] bool Before(const Row& a, const Row& b) const;
   [[nodiscard]] const IndexPart* PartOf(const RowMatch& match) const;
   [[nodiscard]] std::size_t Mask() const { return buckets_.size() - 1; }
   /// Where the bucket of a hash is, or would be.

@@ -212,6 +212,9 @@ TEST(Contents, AreConvertedOrRefused) {
   for (const double value : {1e10, std::nan(""), static_cast<double>(INFINITY)})
     EXPECT_THROW(code.SetFloat(value), DataSetError) << value;
   EXPECT_EQ(code.AsString(), "17");
+  code.SetString(" ");
+  EXPECT_TRUE(code.IsEmpty());
+  code.SetInteger(1);
   code.Clear();
   EXPECT_TRUE(code.IsEmpty());
   table.set.Fields(kFactor).SetString("1e-3");
