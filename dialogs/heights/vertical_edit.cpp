@@ -33,7 +33,7 @@ using QvPlatform::Translated;
 
 namespace {
 
-/// Of what is refused, but for a missing name and missing data.
+/// The colour of everything that is refused but a missing name and missing data.
 const QColor kRefusalColour = Qt::red;
 
 QString NameOf(const TShellReferenceSystem* system) {
@@ -346,8 +346,13 @@ bool TformQvRfVerticalRefSystemEdit::AcceptOffset(HeightApproximation& result) {
   edDataOffset->setText(ToQt(result.Offset + " " + result.UnitLabel));
   std::string text = result.SourceName;
   TformQvRfOffsetApproximationReport report(this);
-  if (!report.Run(result.Offset, result.UnitLabel, &text, heights_.Target(), &result.Errors,
-                  result.Max, result.Rms)) {
+  if (!report.Run({.Offset = result.Offset,
+                   .UnitLabel = result.UnitLabel,
+                   .Max = result.Max,
+                   .Rms = result.Rms,
+                   .Target = heights_.Target(),
+                   .Errors = &result.Errors},
+                  &text)) {
     return false;
   }
   memoDescription->SetText(memoDescription->Text() + " " + text);
@@ -404,7 +409,7 @@ void TformQvRfVerticalRefSystemEdit::FormShow(bool first) {
   PlaceAndSize(size());
 }
 
-// At its owner, or as far above as it needs to end on the screen.
+// The form stands at its owner, or as far above as it needs to end on the screen.
 void TformQvRfVerticalRefSystemEdit::PlaceUsually() {
   TformQvRfEdit::PlaceUsually();
   constexpr int kBottomMargin = 30;

@@ -10,7 +10,7 @@
 
 #include "dialogs/base/guarded.h"
 #include "dialogs/base/processor_of.h"
-#include "dialogs/edit/datum_edit.h"
+#include "dialogs/edit/bursa_wolf_edit.h"
 #include "dialogs/edit/edit_forms.h"
 #include "dialogs/edit/ellipsoid_edit.h"
 #include "dialogs/select/legacy_tool.h"

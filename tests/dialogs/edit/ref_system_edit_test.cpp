@@ -107,32 +107,31 @@ TEST_F(RefSystemEdit, HandednessIsStoredAndShown) {
 
 TEST_F(RefSystemEdit, ADatumCountsOnlyWhileItsBoxIsChecked) {
   AddValid(kGeocSystemForm, "Geocentric");
-  const std::string datum = std::to_string(KeyOf(kDatum, "First"));
-  const auto stored = [&] { return TextOfField(kGeocSystemForm, "DATUM_AUTOKEY"); };
-  EXPECT_TRUE(Change(kGeocSystemForm, [](QWidget& dialog) {
-    EXPECT_TRUE(IsChecked(dialog, "chboxDatum"));
-    Click(dialog, "chboxDatum");
-    EXPECT_FALSE(IsEnabled(dialog, "btnDatum"));
-    Type(dialog, "edName", "");
-    Save(dialog);
-    Type(dialog, "edName", "Named");
-    Click(dialog, "chboxDatum");
-    EXPECT_TRUE(IsEnabled(dialog, "btnDatum"));
-    Save(dialog);
-  }));
-  EXPECT_EQ(stored(), datum) << "a refusal forgets nothing";
-  EXPECT_TRUE(Change(kGeocSystemForm, [](QWidget& dialog) {
-    Click(dialog, "chboxDatum");
-    Save(dialog);
-  }));
-  EXPECT_EQ(stored(), "0");
-  EXPECT_TRUE(Change(kGeocSystemForm, [](QWidget& dialog) {
-    EXPECT_FALSE(IsChecked(dialog, "chboxDatum"));
-    EXPECT_EQ(TextOf(dialog, "edDatum"), "");
-    Click(dialog, "chboxDatum");
-    Save(dialog);
-  }));
-  EXPECT_EQ(stored(), "0") << "checked, and none chosen";
+  const int datum = KeyOf(kDatum, "First");
+  const struct {
+    const char* name;
+    bool checked;
+    int clicks;
+    int stored;
+  } rows[] = {{"a refusal forgets nothing", true, 2, datum},
+              {"unchecked", true, 1, 0},
+              {"checked, and none chosen", false, 1, 0}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    EXPECT_TRUE(Change(kGeocSystemForm, [&](QWidget& dialog) {
+      EXPECT_EQ(IsChecked(dialog, "chboxDatum"), row.checked);
+      EXPECT_EQ(TextOf(dialog, "edDatum"), row.checked ? "First" : "");
+      for (int click = 0; click < row.clicks; ++click) {
+        Click(dialog, "chboxDatum");
+        EXPECT_EQ(IsEnabled(dialog, "btnDatum"), IsChecked(dialog, "chboxDatum"));
+        Type(dialog, "edName", "");
+        Save(dialog);
+      }
+      Type(dialog, "edName", "Named");
+      Save(dialog);
+    }));
+    EXPECT_EQ(Table(kGeocSystemForm).FieldByName("DATUM_AUTOKEY").AsInteger(), row.stored);
+  }
 }
 
 TEST_F(RefSystemEdit, TheOriginOfALocalSystemFollowsItsAxesAndUnit) {

@@ -1,5 +1,5 @@
-// The whole way of a system with heights: made in the dialogs, chosen by a host, carried to another
-// database, and computing the same there.
+// The whole way of heights: made in the dialogs, chosen by a host with their system, carried to
+// another database, and computing the same there.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,6 @@
 #include <cmath>
 #include <fstream>
 
-#include "dialogs/heights/offset_report.h"
 #include "dialogs/heights/table_raster_view.h"
 #include "dialogs/heights/vertical_edit.h"
 #include "platform/geocore/shell_reference_system.h"
@@ -20,7 +19,6 @@ namespace {
 
 using QvCommonUtils::TStringTree;
 using QvRefSystem::TformQvRfEdit;
-using QvRefSystem::TformQvRfOffsetApproximationReport;
 using QvRefSystem::TformQvRfSelector;
 using QvRefSystem::TformQvRfTableRasterView;
 using QvRefSystem::TformQvRfVerticalRefSystemEdit;
@@ -59,8 +57,8 @@ void Wgs84EllipsoidTree(TreeBuilder tree) {
   MetreTree(tree.Sub(5113));
 }
 
-void Wgs84SystemTree(TreeBuilder tree) {
-  tree.Field(1020, "WGS 84 geodetic").Field(1021, "A system").Field(1022, "WGS");
+void Wgs84SystemTree(TreeBuilder tree, const char* name) {
+  tree.Field(1020, name).Field(1021, "A system").Field(1022, "WGS");
   tree.Field(1100, "4");
   for (int axis = 0; axis < 3; ++axis)
     tree.Field(1025, std::string(1, "BLH"[axis]), axis);
@@ -70,58 +68,31 @@ void Wgs84SystemTree(TreeBuilder tree) {
   MetreTree(tree.Sub(1201).Sub(1104));
 }
 
-void MakeShift(QWidget& shift) {
-  Type(shift, "edName", "Harbour to WGS 84");
-  for (const auto& [control, metres] :
-       {std::pair{"edTx", "-87.5"}, std::pair{"edTy", "-98.25"}, std::pair{"edTz", "-121"}})
-    Type(shift, control, metres);
-  Save(shift);
+/// A system on a datum of its own, with a constant offset as heights.
+void HarbourTree(TreeBuilder tree) {
+  Wgs84SystemTree(tree, kMade);
+  TreeBuilder datum = tree.Sub(1107);
+  datum.Field(5620, "Harbour datum").Field(5621, "A datum").Field(5622, "HD");
+  TreeBuilder shift = datum.Sub(1102);
+  shift.Field(5420, "Harbour to WGS 84").Field(5421, "A shift").Field(5422, "HD");
+  shift.Field(5461, "-87.5").Field(5462, "-98.25").Field(5463, "-121");
+  MetreTree(shift.Sub(5440));
+  shift.Sub(5443).Field(5701, "1").Field(5702, "translation").Field(5703, "three parameters");
+  Wgs84EllipsoidTree(datum.Sub(5610));
+  HeightOffsetTree(tree.Sub(1500));
 }
 
-void MakeDatum(QWidget& datum) {
-  Type(datum, "edName", "Harbour datum");
-  Open<TformQvRfSelector>(datum, "btnDatumShift", [](QWidget& shifts) {
-    ScreenUser user;
-    user.In<TformQvRfSelector>([](QWidget& types) {
-          Search(types, "shift 1");
-          Ok(types);
-        })
-        .In<TformQvRfEdit>(MakeShift);
-    Click(shifts, "bitbtnNew");
-    EXPECT_EQ(MarkedName(shifts), "Harbour to WGS 84");
-    Ok(shifts);
-  });
-  Choose(datum, "btnEllipsoid", "WGS 84");
-  Save(datum);
-}
-
-void TakeSource(QWidget& heights, const std::string& file) {
+/// Puts the table of a file in the place of a stored offset, which does not know what it was made
+/// of.
+void MakeTable(QWidget& heights, const std::string& file) {
+  EXPECT_EQ(TextOf(heights, "pnlDataType"), "Offset");
   Check(heights, "radiobtnDataSourceFile");
   NameFile(heights, "btnDataSourceParamsFileName", file);
   Choose(heights, "btnDataSourceParamsFilePlaneRefsystem", kFilePlane);
-}
-
-/// An offset in the place of the heights of the file, after a look at its errors.
-void MakeOffset(QWidget& heights, const std::string& file) {
-  TakeSource(heights, file);
-  Check(heights, "radiobtnDataOffset");
-  Open<TformQvRfOffsetApproximationReport>(heights, "btnDataCreate", [&](QWidget& report) {
-    Open<TformQvRfTableRasterView>(report, "btnAccuracyViewRaster", Ok);
-    Check(report, "chboxInfoInsert");
-    Click(report, "btnAccept");
-  });
-  Type(heights, "edName", "Harbour heights");
-  Save(heights);
-}
-
-/// The table in the place of a stored offset, which does not know any more what it was made of.
-void MakeTable(QWidget& heights, const std::string& file) {
-  EXPECT_EQ(TextOf(heights, "pnlDataType"), "Offset");
-  TakeSource(heights, file);
   Check(heights, "radiobtnDataTable");
   Click(heights, "btnDataCreate");
   EXPECT_EQ(TextOf(heights, "pnlDataType"), "Table");
-  Open<TformQvRfTableRasterView>(heights, "btnDataView", Ok);
+  Type(heights, "edName", "Harbour heights");
   Save(heights);
 }
 
@@ -153,13 +124,8 @@ class HeightsRoad : public testing::TestWithParam<bool> {
  protected:
   HeightsRoad() : first_(GetParam()), second_(GetParam()) {
     WorkIn(first_);
-    EXPECT_GT(Systems().InsertFromTree(MakeTree(SystemTree, 4).get()), 0);
-    EXPECT_GT(first_.Processor(kEllipsoid).InsertFromTree(MakeTree(Wgs84EllipsoidTree).get()), 0);
-    // A new object begins with what was last used.
-    for (const auto object : {kLinearUnit, kAngularUnit, kPrimeMeridian}) {
-      first_.Processor(object).DataSet->First();
-      SetField(*first_.Processor(object).DataSet, "LAST_USE", "45000");
-    }
+    for (const TreePtr& tree : {MakeTree(SystemTree, 4), MakeTree(HarbourTree)})
+      EXPECT_GT(first_.Processor(kReferenceSystem).InsertFromTree(tree.get()), 0);
     file_ = folder_.Path("geoid.txt");
     std::ofstream(file_) << FileText();
   }
@@ -175,9 +141,6 @@ class HeightsRoad : public testing::TestWithParam<bool> {
     database.data->ShowImportExport = true;
     current_ = &database;
   }
-  [[nodiscard]] QvRefSystem::TQvRfDataProcessor& Systems() const {
-    return current_->Processor(kReferenceSystem);
-  }
   /// A host's question for a system, and what its user does in the list.
   template <typename Act>
   void SelectInto(TStringTree* tree, Act act) {
@@ -186,33 +149,10 @@ class HeightsRoad : public testing::TestWithParam<bool> {
     user.In<TformQvRfSelector>(act);
     EXPECT_TRUE(selector->Select(tree, 0, false, nullptr, 0));
   }
-  void MakeSystem(QWidget& system) const {
-    Type(system, "edName", kMade);
-    Click(system, "radiobtnDatum");
-    Open<TformQvRfSelector>(system, "btnDatum", [](QWidget& datums) {
-      Open<TformQvRfEdit>(datums, "bitbtnNew", MakeDatum);
-      EXPECT_EQ(MarkedName(datums), "Harbour datum");
-      Ok(datums);
-    });
-    Click(system, "radiobtnHeightGeoid");
-    Open<TformQvRfVerticalRefSystemEdit>(system, "Button1",
-                                         [this](QWidget& form) { MakeOffset(form, file_); });
-    EXPECT_EQ(TextOf(system, "Edit1"), "Harbour heights");
-    Save(system);
-  }
-  /// Makes the system with an offset, gives it the table, exports it and takes it.
+  /// Gives the system the table, exports it and takes it.
   void MakeAndExport(TStringTree* tree, const std::string& exported) {
     SelectInto(tree, [&](QWidget& list) {
-      {
-        ScreenUser user;
-        user.In<TformQvRfSelector>([](QWidget& types) {
-              Search(types, "kind 4");
-              Ok(types);
-            })
-            .In<TformQvRfEdit>([this](QWidget& system) { MakeSystem(system); });
-        Click(list, "bitbtnNew");
-      }
-      EXPECT_EQ(MarkedName(list), kMade);
+      Search(list, kMade);
       EXPECT_THAT(HeightFiles(), IsEmpty()) << "an offset has none";
       Open<TformQvRfEdit>(list, "bitbtnEdit", [this](QWidget& system) {
         Open<TformQvRfVerticalRefSystemEdit>(system, "Button1",
@@ -245,7 +185,7 @@ void ExpectUndulationsOfTheFile(const TShellReferenceSystem& made,
                                 const TShellReferenceSystem& plain) {
   const TreePtr fileTree = MakeTree(SystemTree, 4);
   const auto filePlane = Compute(fileTree.get());
-  const TreePtr wgsTree = MakeTree(Wgs84SystemTree);
+  const TreePtr wgsTree = MakeTree(Wgs84SystemTree, "WGS 84 geodetic");
   const auto wgs84 = Compute(wgsTree.get());
   for (const TShellPoint& place : kPlaces) {
     SCOPED_TRACE(place.First);
@@ -284,7 +224,7 @@ TEST_P(HeightsRoad, MadeExportedAndImportedItComputesTheSame) {
   const auto here = Compute(&made);
   const auto there = Compute(&imported);
   EXPECT_TRUE(here->HasHeightSystem());
-  const TreePtr wgsTree = MakeTree(Wgs84SystemTree);
+  const TreePtr wgsTree = MakeTree(Wgs84SystemTree, "WGS 84 geodetic");
   const auto wgs84 = Compute(wgsTree.get());
   for (const TShellPoint& place : kPlaces) {
     const TShellPoint one = Moved(*here, *wgs84, place);
