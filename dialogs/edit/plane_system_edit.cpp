@@ -5,6 +5,7 @@
 
 #include "dialogs/base/processor_of.h"
 #include "dialogs/heights/vertical_edit.h"
+#include "platform/geocore/geoids.h"
 #include "platform/geocore/shell_reference_system.h"
 #include "platform/ui/texts.h"
 #include "platform/widgets/limited_text.h"

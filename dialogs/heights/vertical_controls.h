@@ -40,11 +40,11 @@ class VerticalControls {
   /// Shows the panel of the source that is checked, and lets the grid be used if it needs one.
   void ShowSourcePanel();
   /// The kind of data whose radio button is checked; none if neither is enabled.
-  [[nodiscard]] HeightDataKind CheckedData() const;
+  [[nodiscard]] std::optional<HeightKind> CheckedData() const;
   /// Enables what can be made of the source as it stands.
   void EnableData(const HeightCreation& heights);
   /// Shows which kind of data there is; the tip tells why there is none.
-  void ShowState(HeightDataKind kind, const QString& why);
+  void ShowState(std::optional<HeightKind> kind, const QString& why);
 
   /// Puts a control on the colour of a refusal; its tip says why.
   void Refuse(QWidget* control, const QColor& colour, const QString& why);

@@ -19,6 +19,7 @@
 #include "platform/widgets/file_dialogs.h"
 #include "platform/widgets/limited_text.h"
 #include "platform/widgets/qt_text.h"
+#include "vertical/linear_unit_texts.h"
 
 namespace QvRefSystem {
 
@@ -163,7 +164,7 @@ bool TformQvRfVerticalRefSystemEdit::RunFilled(HeightRefusal loading) {
   edDataSourceParamsVertOffsetValue->setText(ToQt(heights_.Source().Offset));
   ShowGrid();
   UpdateCreateControls();
-  if (heights_.MadeData().Kind() == HeightDataKind::kOffset) radiobtnDataOffset->setChecked(true);
+  if (heights_.MadeData().Kind() == HeightKind::kOffset) radiobtnDataOffset->setChecked(true);
   RefreshDataState(loading);
   if (loading != HeightRefusal::kNone) {
     TellFile(Processor->DataSet->FieldByName("VDATA_FILENAME").AsString(), loading);
@@ -194,7 +195,7 @@ void TformQvRfVerticalRefSystemEdit::UpdateCreateControls() {
 void TformQvRfVerticalRefSystemEdit::RefreshDataState(HeightRefusal refusal) {
   const HeightData& made = heights_.MadeData();
   const std::optional<UnitTexts> unit = LinearUnitTexts(Data(), made.OffsetUnit);
-  if (made.Kind() == HeightDataKind::kOffset && unit) {
+  if (made.Kind() == HeightKind::kOffset && unit) {
     edDataOffset->setText(ToQt(made.Offset + " " + unit->Label()));
   }
   ShowState(made.Kind(),
@@ -364,7 +365,7 @@ void TformQvRfVerticalRefSystemEdit::btnDataViewClick() {
 }
 
 bool TformQvRfVerticalRefSystemEdit::ConfirmData() {
-  if (heights_.MadeData().Kind() == HeightDataKind::kNone) {
+  if (!heights_.MadeData().Kind()) {
     Data().Ui().ShowMessage(MessageKind::kError, SystemText(TextId::kNoHeights),
                             MessageButtons::kOk);
     return false;

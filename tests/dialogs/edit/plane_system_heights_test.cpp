@@ -1,5 +1,6 @@
 // The heights of geodetic and projected systems: kept, replaced, given up, or made here.
 
+#include "platform/geocore/geoids.h"
 #include "tests/dialogs/edit/plane_system_fixture.h"
 
 namespace refframe_tests {

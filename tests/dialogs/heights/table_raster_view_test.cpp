@@ -16,6 +16,7 @@
 #include "dialogs/heights/big_image_scroll.h"
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
 #include "tests/support/sample_trees.h"
+#include "vertical/bitmap_file.h"
 
 namespace refframe_tests {
 namespace {
