@@ -46,8 +46,8 @@ class RecordLock {
     const auto lock = std::ranges::find(processor_.EditKeys, key_);
     if (lock != processor_.EditKeys.end()) processor_.EditKeys.erase(lock);
   }
-  RecordLock(const EditLock&) = delete;
-  RecordLock& operator=(const EditLock&) = delete;
+  RecordLock(const RecordLock&) = delete;
+  RecordLock& operator=(const RecordLock&) = delete;
 
  private:
   TQvRfDataProcessor& processor_;

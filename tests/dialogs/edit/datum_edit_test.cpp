@@ -7,6 +7,7 @@
 namespace refframe_tests {
 namespace {
 
+using QvRefSystem::FormDescription;
 using QvRefSystem::GetSelectorFor;
 using QvRefSystem::kBursaWolfForm;
 using QvRefSystem::kDatumForm;
@@ -77,12 +78,16 @@ TEST_F(DatumEdit, TheTypeOfAShiftPicksItsDialogAndStays) {
   }
 }
 
-TEST_F(DatumEdit, AMolodenskyShiftKeepsWhatItsDialogDoesNotShow) {
-  AddValid(kBursaWolfForm, "Seven");
-  SetField(Table(kMolodenskyForm), "TYPE", "1");
-  EXPECT_TRUE(Change(kMolodenskyForm, Save));
-  EXPECT_EQ(Record(kMolodenskyForm, {"TX", "RX", "S", "SCALE_UNIT_AUTOKEY", "TYPE"}),
-            "TX=old TX RX=old RX S=old S SCALE_UNIT_AUTOKEY=1 TYPE=1");
+TEST_F(DatumEdit, AShiftKeepsItsTypeAndWhatItsDialogDoesNotShow) {
+  const std::pair<const FormDescription*, const char*> rows[] = {{&kMolodenskyForm, "1"},
+                                                                 {&kBursaWolfForm, "3"}};
+  for (const auto& [form, type] : rows) {
+    AddValid(kBursaWolfForm, "Seven");
+    SetField(Table(*form), "TYPE", type);
+    EXPECT_TRUE(Change(*form, Save));
+    EXPECT_EQ(Record(*form, {"TX", "RX", "S", "SCALE_UNIT_AUTOKEY", "TYPE"}),
+              std::string("TX=old TX RX=old RX S=old S SCALE_UNIT_AUTOKEY=1 TYPE=") + type);
+  }
 }
 
 TEST_F(DatumEdit, InFullModeAShiftIsChosenFromTheList) {

@@ -5,10 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QFileDialog>
-#include <QLabel>
-#include <QLineEdit>
 #include <QProgressBar>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
 #include <QSpinBox>
@@ -17,7 +14,7 @@
 #include <fstream>
 
 #include "dialogs/heights/big_image_scroll.h"
-#include "tests/dialogs/dialog_fixture.h"
+#include "tests/dialogs/edit/edit_dialog_fixture.h"
 #include "tests/support/sample_trees.h"
 #include "vertical/bitmap_file.h"
 
@@ -50,7 +47,7 @@ class TableRasterView : public DialogTest {
     ScreenUser user;
     user.In<TformQvRfTableRasterView>([&](QWidget& form) {
       act(form);
-      Click(form, "bitbtnClose");
+      Close(form);
     });
     view.Show(&raster_, system);
     for (const char* image : {"MainImage", "LenseImage"})
@@ -88,13 +85,11 @@ class TableRasterView : public DialogTest {
       QTest::keyClick(&image, factor() > wanted ? Qt::Key_Minus : Qt::Key_Plus);
     EXPECT_EQ(factor(), wanted);
   }
-  static void Choose(QWidget& form, const char* mode) {
+  static void ChooseMode(QWidget& form, const char* mode) {
     for (auto* button : Child(form, "radiogrViewMode").findChildren<QRadioButton*>()) {
       // A radio button is hit at its mark and its text.
-      const QPoint mark(button->height() / 2, button->height() / 2);
-      if (button->text() == QLatin1String(mode)) {
-        QTest::mouseClick(button, Qt::LeftButton, {}, mark);
-      }
+      if (button->text() == QLatin1String(mode))
+        QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
     }
   }
   static std::string Content(const std::string& path) {
@@ -204,7 +199,7 @@ TEST_F(TableRasterView, AnotherZoomOfTheDataKeepsTheMarkersPlace) {
     QTest::keyClick(&Image(form), Qt::Key_Up);
     auto& slider = Child<QSlider>(form, "trackbarInterpolationScale");
     QTest::keyClick(&slider, Qt::Key_PageUp);
-    EXPECT_EQ(Child<QLabel>(form, "pnlInterpolationZoom").text(), "5:1");
+    EXPECT_EQ(TextOf(form, "pnlInterpolationZoom"), "5:1");
     EXPECT_EQ(Reading(form), "(    25.000,    10.000)  [255 x 130]   (110.000, 56.000, 35.000)");
     EXPECT_EQ(Status(form).substr(0, 4),
               QString::asprintf(" %3d", Image(form).Zoom().Numerator * 5).toStdString());
@@ -242,13 +237,13 @@ TEST_F(TableRasterView, TheViewModeKeepsMarkerAndView) {
     const QPoint corner = image.PlaceOf({0, 5}).toPoint();
     const QColor lowest = image.viewport()->grab().toImage().pixelColor(corner);
     EXPECT_NE(lowest.green(), lowest.red());
-    Choose(form, "Grayscale");
+    ChooseMode(form, "Grayscale");
     EXPECT_TRUE(raster_.Grayscale);
     EXPECT_TRUE(raster_.FlipRows);
     EXPECT_EQ(Status(form), status);
     EXPECT_EQ(image.PlaceOf({0, 5}).toPoint(), corner);
     EXPECT_EQ(image.viewport()->grab().toImage().pixelColor(corner), QColor(0, 0, 0));
-    Choose(form, "Color");
+    ChooseMode(form, "Color");
     EXPECT_EQ(image.viewport()->grab().toImage().pixelColor(corner), lowest);
   });
 }
@@ -303,17 +298,14 @@ TEST_F(TableRasterView, SavesTheColourImageFromTheHiddenPanel) {
         Press(form, "bitbtnOk", Qt::Key_F12, kHidden);
         EXPECT_TRUE(IsShown(form, "grboxSaveImageToFile"));
         EXPECT_FALSE(IsShown(form, "pnlImageAdjustment"));
-        auto& spin = Child<QSpinBox>(form, "SpinSubsample");
-        EXPECT_EQ(spin.minimum(), 1);
-        EXPECT_EQ(spin.maximum(), 10);
-        spin.setValue(2);
+        Child<QSpinBox>(form, "SpinSubsample").setValue(2);
         Click(form, "BtnRun");
         EXPECT_EQ(Child<QProgressBar>(form, "ProgressBar1").value(), 0);
         EXPECT_EQ(QApplication::overrideCursor(), nullptr);
         Press(form, "BtnRun", Qt::Key_F12, kHidden);
         EXPECT_FALSE(IsShown(form, "grboxSaveImageToFile"));
         EXPECT_TRUE(IsShown(form, "pnlImageAdjustment"));
-        Click(form, "bitbtnOk");
+        Ok(form);
       })
       .In<QFileDialog>([&](QFileDialog& dialog) {
         auto& name = Child<QLineEdit>(dialog, "fileNameEdit");
@@ -343,7 +335,7 @@ TEST_F(TableRasterView, AnImageErrorDropsTheImages) {
     EXPECT_FALSE(IsEnabled(form, "BtnRun"));
     const std::string status = Status(form);
     QTest::keyClick(&Image(form), Qt::Key_Right);
-    Choose(form, "Grayscale");
+    ChooseMode(form, "Grayscale");
     Child<QSlider>(form, "trackbarInterpolationScale").setValue(7);
     ClickAt(Image(form), {9, 9});
     (void)form.grab();
