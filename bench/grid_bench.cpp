@@ -17,7 +17,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/geocore/shell_definition.h"
+#include "platform/geocore/definition_from_model.h"
 
 namespace {
 
@@ -82,7 +82,7 @@ SystemModel Shifted(SystemModel system) {
 }
 
 TShellReferenceSystem Shell(SystemModel model) {
-  return TShellReferenceSystem(TShellReferenceSystem::Definition::Make(std::move(model)));
+  return TShellReferenceSystem(QvRefSystem::DefinitionFromModel(std::move(model)));
 }
 
 double HeightAt(int i, int j) {

@@ -1,12 +1,12 @@
-// Bringing an older reference system table up to date. The old table keeps its place until the new
-// one stands whole beside it and takes that place in one step, so that a stop at any moment leaves
-// one of the two under the table's name, and the next opening goes on from there.
+#include "database/conversion.h"
 
-#include <algorithm>
 #include <stdexcept>
+#include <string_view>
 #include <vector>
 
-#include "database/data_module.h"
+#include "database/storage_files.h"
+#include "database/table_catalogue.h"
+#include "database/table_files.h"
 #include "platform/dbset/write_group.h"
 #include "platform/ui/texts.h"
 
@@ -115,32 +115,27 @@ class OpenedTables {
 
 }  // namespace
 
-std::string TdatamoduleQvRfData::BackupTable(const std::string& name, bool resourceForm) const {
-  try {
-    const std::string target = MakeUniqueStorageName(
-        GetBackupPrefix() + StorageShortName(name, resourceForm), resourceForm);
-    return CopyStorageFile(name, resourceForm, target, resourceForm) ? target : std::string();
-  } catch (const std::exception&) {
-    return {};
-  }
+RefSystemConversion::RefSystemConversion(TQvDataSet& table, TQvDataSet& scratch,
+                                         QvPlatform::TUserInterface& ui)
+    : table_(table), scratch_(scratch), ui_(ui) {
+  CloseTable(table_);
 }
 
-void TdatamoduleQvRfData::FillFrom(const std::string& backup) {
-  TQvDataBuffer& source = databufInternalService;
-  CloseTable(datasetInternalService);
-  source.SetDataBufferType(databufRefSystem.GetDataBufferType());
+void RefSystemConversion::FillFrom(const std::string& backup) {
+  TQvDataBuffer& source = *scratch_.DataBuff;
+  CloseTable(scratch_);
+  source.SetDataBufferType(table_.DataBuff->GetDataBufferType());
   source.StreamName = backup;
   source.SetSortField(0, false, true);
-  const OpenedTables tables(datasetInternalService, datasetRefSystem);
+  const OpenedTables tables(scratch_, table_);
   if (!tables.Active()) throw std::runtime_error("the tables of the conversion did not open");
 
   const auto progress = ui_.StartProgress(kConversionProgress,
                                           QvPlatform::SystemText(QvPlatform::TextId::kConversion),
-                                          datasetInternalService.RecordCount());
-  QvPlatform::TQvWriteGroup group({&datasetRefSystem});
-  ConvertedRecords records(datasetInternalService, datasetRefSystem);
-  for (datasetInternalService.First(); !datasetInternalService.Eof();
-       datasetInternalService.Next()) {
+                                          scratch_.RecordCount());
+  QvPlatform::TQvWriteGroup group({&table_});
+  ConvertedRecords records(scratch_, table_);
+  for (scratch_.First(); !scratch_.Eof(); scratch_.Next()) {
     records.Append();
     // There is no half converted database to stop at.
     if (progress != nullptr) (void)progress->Next();
@@ -148,34 +143,32 @@ void TdatamoduleQvRfData::FillFrom(const std::string& backup) {
   group.Commit();
 }
 
-bool TdatamoduleQvRfData::ConvertDatabase() {
-  CloseTable(datasetRefSystem);
-  const std::string name = databufRefSystem.StreamName;
-  const std::string backup = BackupTable(name, ResourceForm);
-  if (backup.empty()) return false;
-  const std::string unfinished =
-      GetBackupPrefix() + StorageShortName(name, ResourceForm) + std::string(kUnfinished);
-  if (!CreateTable(unfinished, ResourceForm, TableOf(TableId::kRefSystem).tag, ui_)) return false;
+bool RefSystemConversion::Run(const std::string& backup, const std::string& place) {
+  TQvDataBuffer& buffer = *table_.DataBuff;
+  const bool resourceForm = buffer.GetDataBufferType() == QvPlatform::QvDataBufferType::kResource;
+  const std::string name = buffer.StreamName;
+  const std::string unfinished = place + std::string(kUnfinished);
+  if (!CreateTable(unfinished, resourceForm, TableOf(TableId::kRefSystem).tag, ui_)) return false;
 
-  databufRefSystem.StreamName = unfinished;
-  databufRefSystem.SetSortField(-1, false, true);
+  buffer.StreamName = unfinished;
+  buffer.SetSortField(-1, false, true);
   const auto restore = [&] {
-    databufRefSystem.StreamName = name;
-    databufRefSystem.SetSortField(TableOf(TableId::kRefSystem).sortField, false, true);
+    buffer.StreamName = name;
+    buffer.SetSortField(TableOf(TableId::kRefSystem).sortField, false, true);
   };
   try {
     FillFrom(backup);
   } catch (...) {
     restore();
-    DeleteStorageFile(unfinished, ResourceForm);
+    DeleteStorageFile(unfinished, resourceForm);
     throw;
   }
   restore();
-  const bool inPlace = CopyStorageFile(unfinished, ResourceForm, name, ResourceForm);
-  DeleteStorageFile(unfinished, ResourceForm);
+  const bool inPlace = CopyStorageFile(unfinished, resourceForm, name, resourceForm);
+  DeleteStorageFile(unfinished, resourceForm);
   if (!inPlace) return false;
-  datasetRefSystem.Open();
-  return datasetRefSystem.GetActive();
+  table_.Open();
+  return table_.GetActive();
 }
 
 }  // namespace QvRefSystem

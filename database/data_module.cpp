@@ -4,7 +4,8 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "platform/dbset/fixed_record_file.h"
+#include "database/conversion.h"
+#include "database/table_files.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 
@@ -40,8 +41,8 @@ std::string NormalisedPath(const std::string& path, bool resourceForm) {
 }
 
 // A file under a table's name that is another table is refused here, not met later at a field that
-// it lacks. Of the reference systems an older layout, without heights and what follows them, is
-// told apart from a foreign table.
+// it lacks. An older layout of the reference systems, without heights and what follows them, is no
+// foreign table.
 void RequireFields(const TableSpec& table, TQvDataSet& dataSet) {
   for (const FieldSpec& field : table.fields) {
     if (table.id == TableId::kRefSystem && field.name == "VERT_SYSTEM_AUTOKEY") return;
@@ -115,7 +116,7 @@ bool TdatamoduleQvRfData::OpenTables(std::string* currentTable) {
     if (buffer.Tag == kUnopenedTag) continue;
     buffer.SetDataBufferType(ResourceForm ? QvDataBufferType::kResource
                                           : QvDataBufferType::dtFileStream);
-    // Of a container's resource name the part behind the last "." is the table's.
+    // A container knows a table by the part of its name behind the last ".".
     const std::string name =
         ExtractTableBaseName(StorageShortName(std::string(table.streamName), false));
     *currentTable = ResourceForm ? name : name + ".dat";
@@ -206,49 +207,22 @@ bool TdatamoduleQvRfData::HasVerticalFields() {
          datasetRefSystem.FindField("VERT_SYSTEM_CODE") != nullptr;
 }
 
-namespace {
-
-// The layout that CreateTable makes under a tag; null for tables that are only ever delivered.
-const TableSpec* CreatableTable(int tag) {
-  switch (tag) {
-    case 1:
-      return &TableOf(TableId::kRefSystem);
-    case 16:
-      return &TableOf(TableId::kVerticalRefSystem);
-    case kTransformCreateTag:
-      return &TableOf(TableId::kRefsystemTransform);
-    default:
-      return nullptr;
+std::string TdatamoduleQvRfData::BackupTable(const std::string& name, bool resourceForm) const {
+  try {
+    const std::string target = MakeUniqueStorageName(
+        GetBackupPrefix() + StorageShortName(name, resourceForm), resourceForm);
+    return CopyStorageFile(name, resourceForm, target, resourceForm) ? target : std::string();
+  } catch (const std::exception&) {
+    return {};
   }
 }
 
-// A null table still tries the target, so that an unwritable place is told; nothing is left there.
-bool CreateFrom(const std::string& name, bool resourceForm, const TableSpec* table,
-                QvPlatform::TUserInterface& ui) {
-  auto stream = MakeStream(resourceForm);
-  if (!stream->Open(name, QvPlatform::QvOpenMode::kCreate)) {
-    TellCannotCreate(name, resourceForm, ui);
-    return false;
-  }
-  if (table == nullptr) return false;
-  const QvPlatform::TQvDbHeader header = HeaderOf(*table);
-  QvPlatform::TFixedRecordFile file(header, header.GetRecordSize());
-  if (!file.CreateNew(stream.get(), true)) return false;
-  (void)stream.release();  // now the file's
-  file.Close();
-  return true;
-}
-
-}  // namespace
-
-bool CreateCatalogueTable(const std::string& name, bool resourceForm, const TableSpec& table,
-                          QvPlatform::TUserInterface& ui) {
-  return CreateFrom(name, resourceForm, &table, ui);
-}
-
-bool CreateTable(const std::string& name, bool resourceForm, int tag,
-                 QvPlatform::TUserInterface& ui) {
-  return CreateFrom(name, resourceForm, CreatableTable(tag), ui);
+bool TdatamoduleQvRfData::ConvertDatabase() {
+  const std::string name = databufRefSystem.StreamName;
+  RefSystemConversion conversion(datasetRefSystem, datasetInternalService, ui_);
+  const std::string backup = BackupTable(name, ResourceForm);
+  return !backup.empty() &&
+         conversion.Run(backup, GetBackupPrefix() + StorageShortName(name, ResourceForm));
 }
 
 }  // namespace QvRefSystem

@@ -26,7 +26,12 @@ class TdatamoduleQvRfData;
 using ProcessorMaker = std::function<std::shared_ptr<void>(TdatamoduleQvRfData&)>;
 
 /// Values of DialogMode.
-enum : signed char { kSimpleMode = 1, kFullMode = 2 };
+enum : signed char {
+  /// Lists for choosing change nothing, and what one object alone uses is made and goes with it.
+  kSimpleMode = 1,
+  /// Each object is made, changed and removed by itself.
+  kFullMode = 2
+};
 
 /// Owns all tables of one database and the processors over them. It opens and closes them and
 /// knows where they lie; it holds no rules of what they mean.
@@ -34,12 +39,13 @@ enum : signed char { kSimpleMode = 1, kFullMode = 2 };
 /// Not thread-safe: one thread works on a database.
 class TdatamoduleQvRfData : public QvPlatform::TComponent {
  public:
+  /// Opens nothing. `ui`, by which failures are told, must outlive this.
   TdatamoduleQvRfData(QvPlatform::TUserInterface& ui, ProcessorMaker makeProcessors);
   ~TdatamoduleQvRfData() override;
   TdatamoduleQvRfData(const TdatamoduleQvRfData&) = delete;
   TdatamoduleQvRfData& operator=(const TdatamoduleQvRfData&) = delete;
 
-// Of each table: its buffer, its data set and a source for grids, named by the table's stem.
+// Each table has a buffer, a data set and a source for grids, named by the table's stem.
 #define REFFRAME_TABLE_MEMBERS(stem)                   \
   QvPlatform::TQvDataBuffer databuf##stem;             \
   QvPlatform::TQvDataSet dataset##stem{databuf##stem}; \
@@ -47,7 +53,7 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
   REFFRAME_TABLES(REFFRAME_TABLE_MEMBERS)
 #undef REFFRAME_TABLE_MEMBERS
 
-  /// True: the database is a resource container.
+  /// Whether the database is a resource container.
   bool ResourceForm = false;
 // The processor of each object type, named by the type's stem. Owned through the processor maker's
 // result; null while closed.
@@ -56,8 +62,9 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
 #undef REFFRAME_PROCESSOR_MEMBER
   /// The same processors by the codes of their object types; null for a code that is none.
   std::array<TQvRfDataProcessor*, kObjectTypeCodes> Processors{};
-  /// 1 simple, 2 full.
+  /// kSimpleMode or kFullMode, as OpenDatabase was told.
   signed char DialogMode = kFullMode;
+  /// Whether the lists offer the exchange of objects with files.
   bool ShowImportExport = false;
   /// Folder with trailing separator, or container name ending in ".".
   std::string DatabasePath;
@@ -70,10 +77,14 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
   /// told to the user, but for an empty DatabasePath and a missing table that is never made.
   [[nodiscard]] bool OpenDatabase(const std::string& path, signed char dialogMode,
                                   bool resourceForm);
+  /// Closes all tables; the processors are gone, and their pointers null. Closing twice is no
+  /// fault.
   void CloseDatabase();
-  /// Where the tables lie, with the separator behind.
+  /// Where the tables lie, with the separator behind. The database must be open or have been.
   [[nodiscard]] std::string GetDatabaseRoot() const;
+  /// Where height files lie, with the separator behind.
   [[nodiscard]] std::string GetHeightsPrefix() const;
+  /// Where copies of tables go, with the separator behind.
   [[nodiscard]] std::string GetBackupPrefix() const;
   /// Whether the reference system table has the fields for heights.
   [[nodiscard]] bool HasVerticalFields();
@@ -85,9 +96,13 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
   /// it could not be made.
   [[nodiscard]] std::string BackupTable(const std::string& name, bool resourceForm) const;
 
+  /// The data set of a table. Throws std::out_of_range for kNone.
   [[nodiscard]] QvPlatform::TQvDataSet& DataSet(TableId id);
+  /// The buffer of a table. Throws std::out_of_range for kNone.
   [[nodiscard]] QvPlatform::TQvDataBuffer& DataBuffer(TableId id);
+  /// The source of a table for grids. Throws std::out_of_range for kNone.
   [[nodiscard]] QvPlatform::TDataSource& Source(TableId id);
+  /// The user to whom failures are told and who is asked.
   [[nodiscard]] QvPlatform::TUserInterface& Ui() {
     return ui_;
   }
@@ -101,8 +116,6 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
 
  private:
   [[nodiscard]] bool OpenTables(std::string* currentTable);
-  /// Fills the empty reference system table that its buffer names from an older one.
-  void FillFrom(const std::string& backup);
   void ReportOpening(const std::string& path, const std::string& currentTable, const char* reason);
   void DropProcessors();
 
@@ -115,13 +128,5 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
 /// The one data module of the process between start and stop of the editor; null while there is
 /// none. For the outer edge (editor, dialogs, hosts): core code gets its data module by reference.
 extern TdatamoduleQvRfData* datamoduleQvRfData;
-
-/// Makes an empty table: tag 1 reference systems, 16 vertical systems, 17 transformations. Any
-/// other tag gives false. A target that cannot be opened is told to the user.
-[[nodiscard]] bool CreateTable(const std::string& name, bool resourceForm, int tag,
-                               QvPlatform::TUserInterface& ui);
-/// The same for any table of the catalogue, for those who deliver a database.
-[[nodiscard]] bool CreateCatalogueTable(const std::string& name, bool resourceForm,
-                                        const TableSpec& table, QvPlatform::TUserInterface& ui);
 
 }  // namespace QvRefSystem

@@ -19,7 +19,7 @@ bool IsControl(char c) {
   return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
 }
 
-/// Also those of systems to which the database may be carried.
+/// The separators of all systems to which the database may be carried.
 bool IsSeparator(char c) {
   return c == '/' || c == '\\' || c == ':';
 }

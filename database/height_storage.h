@@ -14,7 +14,7 @@ namespace QvRefSystem {
 enum class HeightNaming {
   /// Through MakeFileName: for heights that are made here.
   kReplaced,
-  /// As the object is named, for what a tree or a copy brings: only what could lead to another
+  /// The name of the object, for what a tree or a copy brings: only what could lead to another
   /// place becomes a blank, that is separators of folders and drives, control characters, and in
   /// the resource form the dot, behind which a short name would begin anew.
   kAsNamed,

@@ -25,11 +25,11 @@ void TellCannotCreate(const std::string& name, bool resourceForm, QvPlatform::TU
 
 /// The file name part of a path, trimmed, without the extension "dat" in any case.
 [[nodiscard]] std::string ExtractTableBaseName(std::string_view name);
-/// True if the stream opens for reading.
+/// Whether the stream opens for reading.
 [[nodiscard]] bool StorageFileOpens(const std::string& name, bool resourceForm);
-/// Asks the file system or the container; opens nothing.
+/// Whether something stands under the name. Asks the file system or the container; opens nothing.
 [[nodiscard]] bool StorageFileExists(const std::string& name, bool resourceForm);
-/// True if the file or resource was there and is gone.
+/// Removes a file or a resource. True if it was there and is gone.
 bool DeleteStorageFile(const std::string& name, bool resourceForm);
 /// Reads the whole stream; reading nothing counts as failure. `content` is unchanged on failure.
 [[nodiscard]] bool LoadStorageFile(const std::string& name, bool resourceForm,
@@ -38,6 +38,8 @@ bool DeleteStorageFile(const std::string& name, bool resourceForm);
 /// what stood under the name still stands.
 [[nodiscard]] bool SaveStorageFile(const std::string& name, bool resourceForm,
                                    std::string_view content);
+/// Copies a whole stream, also from one form to the other. On failure, an empty stream among them,
+/// what stood under `to` still stands.
 [[nodiscard]] bool CopyStorageFile(const std::string& from, bool fromResourceForm,
                                    const std::string& to, bool toResourceForm);
 /// Names of the files that stand in a folder, or of the resources whose names begin with the

@@ -194,14 +194,6 @@ const TableSpec& TableOf(TableId id) {
   return kCatalogue.at(static_cast<std::size_t>(id));
 }
 
-const TableSpec* TableByTag(int tag) {
-  if (tag == kUnopenedTag) return nullptr;
-  for (const TableSpec& table : kCatalogue) {
-    if (table.tag == tag) return &table;
-  }
-  return nullptr;
-}
-
 QvPlatform::TQvDbHeader HeaderOf(const TableSpec& table) {
   QvPlatform::TQvDbHeader header;
   header.ClearFields();

@@ -27,32 +27,49 @@ enum class RowKind : unsigned char {
 
 /// What stands in front of a control. The control of an unchecked lead is not in use: it cannot be
 /// changed and is not checked.
-enum class LeadKind : unsigned char { kLabel, kRadio, kCheck };
+enum class LeadKind : unsigned char {
+  kLabel,  ///< a text; the control is always in use
+  kRadio,  ///< a radio button
+  kCheck   ///< a check box
+};
 
 /// When a control is refused.
 enum class Rule : unsigned char {
-  kNone,
+  kNone,      ///< never
   kNotEmpty,  ///< text: empty
   kNotZero,   ///< number: 0, or no number
   kChosen     ///< reference: key 0; list: nothing chosen
 };
 
 /// The key of a reference in a new record.
-enum class NewKey : unsigned char { kNone, kLastUsed };
+enum class NewKey : unsigned char {
+  kNone,     ///< 0: nothing is chosen yet
+  kLastUsed  ///< the object of that type which was used last
+};
 
+/// A row of an edit dialog. What its kind does not need stays empty; IsSound tells what it needs.
 struct FormRow {
+  /// What the row is, and so what its control holds.
   RowKind kind;
+  /// The name of the control.
   const char* control = "";
+  /// The name of what stands in front of the control.
   const char* lead = "";
+  /// The text of the lead, of a heading or of a frame, untranslated.
   const char* caption = "";
+  /// The field of the record that the control is filled from and written to.
   const char* column = "";
+  /// What of its content is refused.
   Rule rule = Rule::kNone;
+  /// What the lead is.
   LeadKind leadKind = LeadKind::kLabel;
-  /// Radio buttons of one number exclude one another.
+  /// A number above 0: radio buttons of one number exclude one another.
   int choice = 0;
-  /// kReference: what is referred to, and the "..." button.
+  /// kReference: the type of the object referred to.
   TObjectType object = TObjectType::kNone;
+  /// kReference: the name of the "..." button.
   const char* button = "";
+  /// kReference: what a new record refers to.
   NewKey newKey = NewKey::kNone;
   /// kReference: a key whose object is not there stays, and shows no name; else it becomes 0.
   bool keepsKey = false;
@@ -69,6 +86,7 @@ struct FormRow {
   bool enteringClears = true;
 };
 
+/// A line of text, bound to a column.
 constexpr FormRow TextRow(const char* control, const char* lead, const char* caption,
                           const char* column, Rule rule = Rule::kNone) {
   return {.kind = RowKind::kText,
@@ -78,17 +96,27 @@ constexpr FormRow TextRow(const char* control, const char* lead, const char* cap
           .column = column,
           .rule = rule};
 }
-constexpr FormRow ReferenceRow(const char* control, const char* button, const char* lead,
-                               const char* caption, const char* column, TObjectType object,
+/// The controls of a reference, by name.
+struct ReferenceControls {
+  /// The name of the object referred to.
+  const char* control;
+  /// The "..." that chooses another object.
+  const char* button;
+  /// What stands in front of them.
+  const char* lead;
+};
+/// The key of another object, bound to a column.
+constexpr FormRow ReferenceRow(const ReferenceControls& controls, const char* caption,
+                               const char* column, TObjectType object,
                                NewKey newKey = NewKey::kNone, Rule rule = Rule::kChosen) {
   return {.kind = RowKind::kReference,
-          .control = control,
-          .lead = lead,
+          .control = controls.control,
+          .lead = controls.lead,
           .caption = caption,
           .column = column,
           .rule = rule,
           .object = object,
-          .button = button,
+          .button = controls.button,
           .newKey = newKey,
           .enteringClears = false};
 }
@@ -98,10 +126,12 @@ constexpr FormRow Led(FormRow row, LeadKind kind, int choice = 0) {
   row.choice = choice;
   return row;
 }
+/// The same row, whose mark of a refusal stays when the control is entered.
 constexpr FormRow Unmarked(FormRow row) {
   row.enteringClears = false;
   return row;
 }
+/// A drop-down list of which an item must be chosen. It is bound to no column.
 constexpr FormRow ListRow(const char* control, const char* lead, const char* caption,
                           std::span<const char* const> items) {
   return {.kind = RowKind::kList,
@@ -111,12 +141,15 @@ constexpr FormRow ListRow(const char* control, const char* lead, const char* cap
           .rule = Rule::kChosen,
           .items = items};
 }
+/// The begin of a column, with a heading or without one.
 constexpr FormRow ColumnRow(const char* lead = "", const char* caption = "") {
   return {.kind = RowKind::kColumn, .lead = lead, .caption = caption};
 }
+/// The begin of a frame round a column.
 constexpr FormRow BoxRow(const char* control, const char* caption) {
   return {.kind = RowKind::kBox, .control = control, .caption = caption};
 }
+/// A place for what the dialog's own code makes.
 constexpr FormRow PanelRow(const char* control, const char* lead = "", const char* caption = "",
                            int stretch = 0) {
   return {.kind = RowKind::kPanel,
@@ -125,10 +158,12 @@ constexpr FormRow PanelRow(const char* control, const char* lead = "", const cha
           .caption = caption,
           .stretch = stretch};
 }
+/// The end of all columns that were begun.
 inline constexpr FormRow kEndColumns{.kind = RowKind::kEndColumns};
 
-/// The rows that every dialog has.
+/// The name, which every dialog has.
 inline constexpr FormRow kNameRow = TextRow("edName", "lblName", "Name", "NAME", Rule::kNotEmpty);
+/// The description, which every dialog has.
 inline constexpr FormRow kDescriptionRow{.kind = RowKind::kMemo,
                                          .control = "memoDescription",
                                          .lead = "lblDescription",
@@ -141,32 +176,45 @@ inline constexpr FormRow kSpacedDescriptionRow = [] {
   row.caption = "Description   ";
   return row;
 }();
+/// The abbreviation, which the objects of most dialogs have.
 inline constexpr FormRow kAbbreviationRow =
     TextRow("edAbbreviation", "lblAbbreviation", "Abbreviation", "ABBREVIATION");
 
 /// An integer that the dialog writes without asking.
 struct FixedValue {
+  /// The integer field that gets it.
   const char* column;
+  /// What the field gets.
   int value;
-  /// False: a new record alone gets it.
+  /// Whether an edited record gets it, too; a new one always does.
   bool always = false;
 };
 
 /// What LAST_USE of an edited record becomes; of a new one it is always the current moment.
-enum class EditStamp : unsigned char { kNow, kZero };
+enum class EditStamp : unsigned char {
+  kNow,  ///< the current moment
+  kZero  ///< 0, as of a record that was never used
+};
 
+/// An edit dialog as data. Its texts and spans live as long as the program.
 struct FormDescription {
+  /// The type of the objects that the dialog edits.
   TObjectType object;
   /// TYPE of the objects, where those of different types have different dialogs; 0 for all.
   int type = 0;
+  /// The dialog's title, untranslated.
   const char* caption;
+  /// The rows from top to bottom.
   std::span<const FormRow> rows;
+  /// What is written beside the rows.
   std::span<const FixedValue> fixed = {};
-  /// The dialog's share of the screen, when it is first shown.
+  /// The dialog's share of the screen's width, 0 to 1, when it is first shown.
   double width = 1.0 / 4;
+  /// Its share of the screen's height, 0 to 1; 0: as high as what it holds.
   double height = 1.0 / 2;
+  /// What becomes of LAST_USE of an edited record.
   EditStamp stamp = EditStamp::kNow;
-  /// False: the table's records are fixed, and only edited.
+  /// Whether the dialog makes new records; else the table's records are fixed, and only edited.
   bool makesRecords = true;
 };
 

@@ -54,14 +54,14 @@ constexpr std::array kEllipsoidRows{
             .caption = "Spheroid",
             .leadKind = LeadKind::kRadio,
             .choice = kEllipsoidShape},
-    ReferenceRow("edUnit", "btnUnit", "lblUnit", "Units", "UNIT_AUTOKEY", kLinearUnit,
+    ReferenceRow({"edUnit", "btnUnit", "lblUnit"}, "Units", "UNIT_AUTOKEY", kLinearUnit,
                  NewKey::kLastUsed),
     kDescriptionRow};
 static_assert(IsSound(kEllipsoidRows));
 
 constexpr std::array kPrimeMeridianRows{
     kNameRow, TextRow("edLongitude", "lblLongitude", "Longitude", "LONGITUDE", Rule::kNotEmpty),
-    ReferenceRow("edUnit", "btnUnit", "lblUnit", "Units", "UNIT_AUTOKEY", kAngularUnit,
+    ReferenceRow({"edUnit", "btnUnit", "lblUnit"}, "Units", "UNIT_AUTOKEY", kAngularUnit,
                  NewKey::kLastUsed),
     kDescriptionRow};
 static_assert(IsSound(kPrimeMeridianRows));
@@ -69,9 +69,9 @@ static_assert(IsSound(kPrimeMeridianRows));
 // Datums and their shifts.
 
 constexpr std::array kDatumRows{kNameRow, kAbbreviationRow,
-                                ReferenceRow("edDatumShift", "btnDatumShift", "lblDatumShift",
+                                ReferenceRow({"edDatumShift", "btnDatumShift", "lblDatumShift"},
                                              "Datum shift", "DATUM_SHIFT_AUTOKEY", kDatumShift),
-                                ReferenceRow("edEllipsoid", "btnEllipsoid", "lblEllipsoid",
+                                ReferenceRow({"edEllipsoid", "btnEllipsoid", "lblEllipsoid"},
                                              "Ellipsoid", "ELLIPSOID_AUTOKEY", kEllipsoid),
                                 kDescriptionRow};
 static_assert(IsSound(kDatumRows));
@@ -86,7 +86,7 @@ constexpr std::array kMolodenskyRows{
     kTxRow,
     kTyRow,
     kTzRow,
-    ReferenceRow("edUnit", "btnUnit", "lblUnit", "Units", "LINEAR_UNIT_AUTOKEY", kLinearUnit,
+    ReferenceRow({"edUnit", "btnUnit", "lblUnit"}, "Units", "LINEAR_UNIT_AUTOKEY", kLinearUnit,
                  NewKey::kLastUsed),
     kDescriptionRow};
 static_assert(IsSound(kMolodenskyRows));
@@ -100,17 +100,17 @@ constexpr std::array kBursaWolfRows{
     kTxRow,
     kTyRow,
     kTzRow,
-    ReferenceRow("edLinearUnit", "btnLinearUnit", "lblLinearUnit", "Units", "LINEAR_UNIT_AUTOKEY",
+    ReferenceRow({"edLinearUnit", "btnLinearUnit", "lblLinearUnit"}, "Units", "LINEAR_UNIT_AUTOKEY",
                  kLinearUnit, NewKey::kLastUsed),
     ColumnRow("lblRotation", "Rotation"),
     TextRow("edRx", "lblRx", "Rx", "RX", Rule::kNotEmpty),
     TextRow("edRy", "lblRy", "Ry", "RY", Rule::kNotEmpty),
     TextRow("edRz", "lblRz", "Rz", "RZ", Rule::kNotEmpty),
-    ReferenceRow("edAngularUnit", "btnAngularUnit", "lblAngularUnit", "Units",
+    ReferenceRow({"edAngularUnit", "btnAngularUnit", "lblAngularUnit"}, "Units",
                  "ANGULAR_UNIT_AUTOKEY", kAngularUnit, NewKey::kLastUsed),
     ColumnRow("lblScale", "Scale"),
     TextRow("edS", "lblS", "S", "S", Rule::kNotEmpty),
-    ReferenceRow("edScaleUnit", "btnScaleUnit", "lblScaleUnit", "Units", "SCALE_UNIT_AUTOKEY",
+    ReferenceRow({"edScaleUnit", "btnScaleUnit", "lblScaleUnit"}, "Units", "SCALE_UNIT_AUTOKEY",
                  kScaleUnit, NewKey::kLastUsed),
     kEndColumns,
     kDescriptionRow};
@@ -121,18 +121,18 @@ static_assert(IsSound(kBursaWolfRows));
 constexpr std::array kMapProjRows{
     kNameRow,
     [] {
-      FormRow row = ReferenceRow("edProjectionType", "btnProjectionType", "lblProjectionType",
+      FormRow row = ReferenceRow({"edProjectionType", "btnProjectionType", "lblProjectionType"},
                                  "Projection type", "TYPE", kMapProjectionType);
       row.keepsKey = true;
       return row;
     }(),
     ColumnRow(),
-    ReferenceRow("edLinearUnit", "btnLinearUnit", "lblLinearUnit", "Linear units",
+    ReferenceRow({"edLinearUnit", "btnLinearUnit", "lblLinearUnit"}, "Linear units",
                  "LINEAR_UNIT_AUTOKEY", kLinearUnit),
-    ReferenceRow("edAngularUnit", "btnAngularUnit", "lblAngularUnit", "Angular units",
+    ReferenceRow({"edAngularUnit", "btnAngularUnit", "lblAngularUnit"}, "Angular units",
                  "ANGULAR_UNIT_AUTOKEY", kAngularUnit),
-    ReferenceRow("edScaleUnit", "btnScaleUnit", "lblScaleUnit", "Scale units", "SCALE_UNIT_AUTOKEY",
-                 kScaleUnit),
+    ReferenceRow({"edScaleUnit", "btnScaleUnit", "lblScaleUnit"}, "Scale units",
+                 "SCALE_UNIT_AUTOKEY", kScaleUnit),
     ColumnRow(),
     TextRow("edFirstAxisName", "lblFirstAxisName", "First axis name", "COORD1_ABBR",
             Rule::kNotEmpty),

@@ -11,15 +11,23 @@
 namespace QvRefSystem {
 
 /// Why a control's content is refused.
-enum class FormRefusal : unsigned char { kEmpty, kNoNumber, kZero, kNotChosen };
+enum class FormRefusal : unsigned char {
+  kEmpty,     ///< a text is empty
+  kNoNumber,  ///< what was typed is no number
+  kZero,      ///< a number is 0
+  kNotChosen  ///< a reference has no object, or a list no chosen item
+};
 
 /// What a row of a form holds, by its kind: text; number; a reference's key, with the object's name
 /// as text; the place in a list.
 struct FormValue {
+  /// kText and kMemo: the content; kReference: the name of the object.
   std::string text;
+  /// kNumber: the number.
   double number = 0;
   /// kNumber: whether the text that was typed is one.
   bool isNumber = true;
+  /// kReference: the key of the object, 0 for none; kList: the place of the item, -1 for none.
   int key = 0;
 };
 
@@ -27,6 +35,7 @@ struct FormValue {
 /// the defaults of a new one, checked by the rules of the form, and written back.
 class FormRecord {
  public:
+  /// Both must outlive this. The processor is that of the objects that the form edits.
   FormRecord(TQvRfDataProcessor& processor, const FormDescription& form);
 
   /// Copies the current record. A reference is located on its processor; one that is not there
@@ -43,11 +52,14 @@ class FormRecord {
   /// Gives a reference that has no key that of the object last used.
   void NeedKey(std::size_t row);
 
+  /// What the row of that place holds. Throws std::out_of_range for a place behind the last row.
   [[nodiscard]] FormValue& At(std::size_t row) { return values_.at(row); }
-  /// Throws std::out_of_range for a control that the form does not have.
+  /// What the row of that control holds. Throws std::out_of_range for a control that the form does
+  /// not have.
   [[nodiscard]] FormValue& At(std::string_view control) {
     return values_.at(RowOf(form_, control));
   }
+  /// Why the row's rule refuses what it holds; nothing if it does not.
   [[nodiscard]] std::optional<FormRefusal> Check(std::size_t row) const;
 
   /// What a store does beside the form's own rows. All may be empty.
@@ -63,6 +75,7 @@ class FormRecord {
   /// failure cancels, undoes what `beside` has written, and throws.
   void Store(bool append, const Extras& extras);
 
+  /// The form whose content this is.
   [[nodiscard]] const FormDescription& Form() const { return form_; }
   /// The processor of the objects that a row refers to. Throws InvalidTypeError if there is none.
   [[nodiscard]] TQvRfDataProcessor& ReferredProcessor(const FormRow& row) const;

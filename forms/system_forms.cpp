@@ -17,7 +17,7 @@ constexpr FormRow kZRow =
     TextRow("edZname", "lblZname", "Z axis name", "COORD3_ABBR", Rule::kNotEmpty);
 
 constexpr FormRow kLinearUnitRow =
-    ReferenceRow("edLinearUnit", "btnLinearUnit", "lblLinearUnit", "Linear units",
+    ReferenceRow({"edLinearUnit", "btnLinearUnit", "lblLinearUnit"}, "Linear units",
                  "LINEAR_UNIT_AUTOKEY", kLinearUnit, NewKey::kLastUsed);
 
 constexpr FormRow HandRow(const char* radio, const char* caption) {
@@ -71,9 +71,9 @@ constexpr std::array kGeocRows{
     kYRow,
     kZRow,
     kLinearUnitRow,
-    ReferenceRow("edPrimeMeridian", "btnPrimeMeridian", "lblPrimeMeridian", "Prime meridian",
+    ReferenceRow({"edPrimeMeridian", "btnPrimeMeridian", "lblPrimeMeridian"}, "Prime meridian",
                  "PRIME_MERIDIAN_AUTOKEY", kPrimeMeridian, NewKey::kLastUsed),
-    Led(ReferenceRow("edDatum", "btnDatum", "chboxDatum", "Datum", "DATUM_AUTOKEY", kDatum,
+    Led(ReferenceRow({"edDatum", "btnDatum", "chboxDatum"}, "Datum", "DATUM_AUTOKEY", kDatum,
                      NewKey::kNone, Rule::kNone),
         LeadKind::kCheck),
     kDescriptionRow};
@@ -88,7 +88,7 @@ constexpr std::array kLocalRows{kNameRow,
                                 HandRow("radiobtnLeft", "Left-handed"),
                                 HandRow("radiobtnRight", "Right-handed"),
                                 kLinearUnitRow,
-                                ReferenceRow("edEllipsoid", "btnEllipsoid", "lblEllipsoid",
+                                ReferenceRow({"edEllipsoid", "btnEllipsoid", "lblEllipsoid"},
                                              "Spheroid", "ELLIPSOID_AUTOKEY", kEllipsoid),
                                 kOrigin1Row,
                                 kOrigin2Row,
@@ -107,7 +107,7 @@ constexpr std::array kTopoRows{
     HandRow("radiobtnLeft", "Left-handed"),
     HandRow("radiobtnRight", "Right-handed"),
     kLinearUnitRow,
-    ReferenceRow("edOriginRefSystem", "btnOriginRefSystem", "lblOriginRefSystem",
+    ReferenceRow({"edOriginRefSystem", "btnOriginRefSystem", "lblOriginRefSystem"},
                  "Primary Reference System", "PRIMARY_REFSYSTEM_AUTOKEY", kReferenceSystem),
     kOrigin1Row,
     kOrigin2Row,
@@ -130,14 +130,14 @@ constexpr FormRow PlaneAxis(const char* control, const char* lead, const char* c
   return TextRow(control, lead, caption, column, Rule::kNotEmpty);
 }
 constexpr FormRow kDatumRow =
-    Led(ReferenceRow("edDatum", "btnDatum", "radiobtnDatum", "Datum", "DATUM_AUTOKEY", kDatum),
+    Led(ReferenceRow({"edDatum", "btnDatum", "radiobtnDatum"}, "Datum", "DATUM_AUTOKEY", kDatum),
         LeadKind::kRadio, kGround);
 constexpr FormRow kEllipsoidRow =
-    Led(ReferenceRow("edEllipsoid", "btnEllipsoid", "radiobtnEllipsoid", "Ellipsoid",
+    Led(ReferenceRow({"edEllipsoid", "btnEllipsoid", "radiobtnEllipsoid"}, "Ellipsoid",
                      "ELLIPSOID_AUTOKEY", kEllipsoid),
         LeadKind::kRadio, kGround);
 constexpr FormRow kMeridianRow =
-    ReferenceRow("edPrimeMeridian", "btnPrimeMeridian", "lblPrimeMeridian", "Prime meridian",
+    ReferenceRow({"edPrimeMeridian", "btnPrimeMeridian", "lblPrimeMeridian"}, "Prime meridian",
                  "PRIME_MERIDIAN_AUTOKEY", kPrimeMeridian, NewKey::kLastUsed);
 
 constexpr FormRow kHeightBox = BoxRow("grboxHeightSystem", " Height System ");
@@ -147,7 +147,7 @@ constexpr FormRow kHeightEllipsoidRow{.kind = RowKind::kChoice,
                                       .leadKind = LeadKind::kRadio,
                                       .choice = kHeightSurface};
 constexpr FormRow kGeoidRow =
-    Led(ReferenceRow("Edit1", "Button1", "radiobtnHeightGeoid", "User-defined geoid",
+    Led(ReferenceRow({"Edit1", "Button1", "radiobtnHeightGeoid"}, "User-defined geoid",
                      "VERT_SYSTEM_AUTOKEY", kVerticalReferenceSystem),
         LeadKind::kRadio, kHeightSurface);
 /// The geoids of the machine are its items; the dialog itself refuses that none is chosen.
@@ -164,7 +164,7 @@ constexpr std::array kGeodRows{
     kEllipsoidRow,
     kMeridianRow,
     BoxRow("grboxLatLon", " Latitude/Longitude "),
-    ReferenceRow("edAngularUnit", "btnAngularUnit", "lblAngularUnit", "Unit",
+    ReferenceRow({"edAngularUnit", "btnAngularUnit", "lblAngularUnit"}, "Unit",
                  "ANGULAR_UNIT_AUTOKEY", kAngularUnit, NewKey::kLastUsed),
     PlaneAxis("edLatitudeAbbr", "lblLatitudeAbbr", "Latitude Abbreviation", "COORD1_ABBR"),
     PlaneAxis("edLongitudeAbbr", "lblLongitudeAbbr", "Longitude Abbreviation", "COORD2_ABBR"),
@@ -173,7 +173,7 @@ constexpr std::array kGeodRows{
             .caption = "Positive Longitude",
             .leadKind = LeadKind::kCheck},
     BoxRow("grboxHeight", " Height "),
-    ReferenceRow("edLinearUnit", "btnLinearUnit", "lblLinearUnit", "Unit", "LINEAR_UNIT_AUTOKEY",
+    ReferenceRow({"edLinearUnit", "btnLinearUnit", "lblLinearUnit"}, "Unit", "LINEAR_UNIT_AUTOKEY",
                  kLinearUnit, NewKey::kLastUsed),
     PlaneAxis("edHeightAbbr", "lblHeightAbbr", "Abbreviation", "COORD3_ABBR"),
     kEndColumns,
@@ -193,7 +193,7 @@ constexpr std::array kProjRows{
     kEllipsoidRow,
     kLinearUnitRow,
     kMeridianRow,
-    ReferenceRow("edMapProjection", "btnMapProjection", "lblMapProjection", "Map projection",
+    ReferenceRow({"edMapProjection", "btnMapProjection", "lblMapProjection"}, "Map projection",
                  "MAP_PROJ_AUTOKEY", kMapProjection),
     PlaneAxis("edFirstCoordName", "lblFirstCoordName", "First plane axis name", "COORD1_ABBR"),
     PlaneAxis("edSecondCoordName", "lblSecondCoordName", "Second plane axis name", "COORD2_ABBR"),
@@ -234,7 +234,7 @@ constexpr FormDescription kLocalSystemForm =
 constexpr FormDescription kTopoSystemForm =
     SystemForm(SystemKind::kTopocentric, "Edit Topocentric Horizontal Reference System", kTopoRows,
                kTopoFixed, kThird);
-// These two are as large as what they hold.
+// The next two dialogs are as large as what they hold.
 constexpr FormDescription kGeodSystemForm =
     SystemForm(SystemKind::kGeodetic, "Edit geodetic reference system", kGeodRows, kGeodFixed, 0);
 constexpr FormDescription kProjSystemForm =

@@ -1,12 +1,12 @@
 #include "processors/data_processor.h"
 
 #include <algorithm>
-#include <atomic>
-#include <functional>
+#include <string>
 
 #include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
+#include "processors/record_equality.h"
 
 namespace QvRefSystem {
 
@@ -16,21 +16,12 @@ using QvPlatform::MessageButtons;
 using QvPlatform::MessageKind;
 using QvPlatform::RowMatch;
 using QvPlatform::RowView;
+using QvPlatform::StorageError;
 using QvPlatform::SystemText;
 using QvPlatform::TextId;
 using QvPlatform::TQvDataSet;
 using QvPlatform::TQvWriteGroup;
 using QvPlatform::UsedByRow;
-
-namespace {
-
-// A file may hold its fields in an order of its own; one that it lacks fails when it is used.
-int FieldNumber(TQvDataSet& dataSet, std::string_view name) {
-  const QvPlatform::TField* field = dataSet.FindField(name);
-  return field != nullptr ? field->GetIndex() : -1;
-}
-
-}  // namespace
 
 TQvRfDataProcessor::TQvRfDataProcessor(TdatamoduleQvRfData& data,
                                        const ObjectDescriptor& descriptor)
@@ -39,34 +30,13 @@ TQvRfDataProcessor::TQvRfDataProcessor(TdatamoduleQvRfData& data,
       DataSet(&data.DataSet(descriptor.table)),
       DataBuffer(DataSet->DataBuff),
       data_(data),
-      descriptor_(descriptor) {
-  for (const FieldSpec& spec : TableOf(descriptor.table).fields) {
-    columns_.emplace_back(spec.name, FieldNumber(*DataSet, spec.name));
-  }
-  for (const FieldSpec& spec : TableOf(TableId::kParamValue).fields) {
-    paramFields_.push_back(FieldNumber(data.datasetParamValue, spec.name));
-  }
-  for (const TreeItem& item : descriptor.items) {
-    itemColumns_.push_back(item.column.empty() ? -1 : Column(item.column));
-  }
-  keyField_ = Column(TableOf(descriptor.table).keyField);
-  nameField_ = Column("NAME");
-}
-
-int TQvRfDataProcessor::Column(std::string_view name) const {
-  for (const auto& [column, number] : columns_) {
-    if (column == name && number >= 0) return number;
-  }
-  throw DataSetError("the table of " + TypeName + " has no field " + std::string(name));
-}
-
-int TQvRfDataProcessor::ItemColumn(const TreeItem& item) const {
-  const auto items = descriptor_.items;
-  const bool ofDescriptor =
-      !std::less<>()(&item, items.data()) && std::less<>()(&item, items.data() + items.size());
-  if (ofDescriptor) return itemColumns_[static_cast<std::size_t>(&item - items.data())];
-  return Column(item.column);
-}
+      columns_(*DataSet, descriptor),
+      codes_(data.datasetParamValue),
+      writer_(descriptor.type, columns_, codes_, *this),
+      reader_(columns_, *this),
+      descriptor_(descriptor),
+      keyField_(Column(TableOf(descriptor.table).keyField)),
+      nameField_(Column("NAME")) {}
 
 const TreeItem& TQvRfDataProcessor::ItemOf(int id) const {
   return *std::ranges::find(descriptor_.items, id, &TreeItem::id);
@@ -191,19 +161,6 @@ void TQvRfDataProcessor::Reopen() {
   LocateKey(key);
 }
 
-void TQvRfDataProcessor::PushEditKey() {
-  EditKeys.push_back(GetCurrentKey());
-}
-
-void TQvRfDataProcessor::PopEditKey() {
-  const auto at = std::ranges::find(EditKeys, GetCurrentKey());
-  if (at != EditKeys.end()) EditKeys.erase(at);
-}
-
-bool TQvRfDataProcessor::IsUnderEditing() const {
-  return std::ranges::find(EditKeys, GetCurrentKey()) != EditKeys.end();
-}
-
 void TQvRfDataProcessor::ReleaseControls() {
   while (DataSet->ControlsDisabled()) {
     DataSet->EnableControls();
@@ -321,30 +278,6 @@ void TQvRfDataProcessor::DeleteIfUsedOnce(TObjectType object, std::string_view c
 
 // Records to tree.
 
-namespace {
-
-// The tree that is being written on this thread: WriteToTree calls itself for sub-objects, and all
-// they write stays where it is until the outermost call returns. No two trees have one number,
-// whichever threads wrote them: processors remember it.
-struct Writing {
-  int depth = 0;
-  unsigned long number = 0;
-};
-thread_local Writing currentWriting;
-
-class WritingScope {
- public:
-  WritingScope() {
-    static std::atomic<unsigned long> last = 0;
-    if (currentWriting.depth++ == 0) currentWriting.number = ++last;
-  }
-  ~WritingScope() { --currentWriting.depth; }
-  WritingScope(const WritingScope&) = delete;
-  WritingScope& operator=(const WritingScope&) = delete;
-};
-
-}  // namespace
-
 bool TQvRfDataProcessor::WriteToTree(TStringTree* tree, int id, int index) {
   if (tree == nullptr) return false;
   const WritingScope scope;
@@ -360,100 +293,149 @@ bool TQvRfDataProcessor::WriteToTree(TStringTree* tree, int id, int index) {
       !EnterSubtree(&cursor, id, index) || !WriteContent(cursor)) {
     return false;
   }
-  written_ = {currentWriting.number, key, cursor};
+  written_.Remember(key, cursor);
   return true;
 }
 
 bool TQvRfDataProcessor::WriteContent(TStringTree* tree) {
-  return WriteItems(tree, descriptor_.items);
-}
-
-bool TQvRfDataProcessor::WriteItems(TStringTree* tree, std::span<const TreeItem> items) {
   // Rows stay where they are while a tree is written.
   const RowView row = DataSet->CurrentRow();
-  return row && std::ranges::all_of(
-                    items, [&](const TreeItem& item) { return WriteItem(tree, item, row); });
+  return row && writer_.WriteItems(tree, descriptor_.items, row);
 }
 
-bool TQvRfDataProcessor::WriteItem(TStringTree* tree, const TreeItem& item, RowView row) {
-  switch (item.kind) {
-    case TreeItem::Kind::kField: {
-      const int column = ItemColumn(item);
-      // An integer without content is 0: who reads the tree finds a number.
-      if (item.form == ValueForm::kInteger) {
-        return EnsureField(tree, item.id, item.index, std::to_string(row.GetInteger(column)),
-                           item.label);
-      }
-      const std::string& text = row.GetText(column);
-      // Only text fields have a text of their own; the others are put into words.
-      if (!text.empty()) return EnsureField(tree, item.id, item.index, text, item.label);
-      return EnsureField(tree, item.id, item.index, row.GetString(column), item.label);
-    }
-    case TreeItem::Kind::kSubobject: {
-      const int key = row.GetInteger(ItemColumn(item));
-      return (item.optional && key == 0) || WriteSubobject(tree, item.object, key, item.id);
-    }
-    case TreeItem::Kind::kCode: {
-      const int key = row.GetInteger(keyField_);
-      const std::string* code = item.blank == BlankRule::kSkipBlank
-                                    ? FindFilledCode(ObjectType, key, item.tag)
-                                    : FindCode(ObjectType, key, item.tag);
-      // A code is an addition: what becomes of it does not touch the result.
-      if (code != nullptr) EnsureField(tree, item.id, item.index, *code, item.label);
-      return true;
-    }
-    case TreeItem::Kind::kOwn:
-      return WriteOwnItem(tree, item);
-  }
-  return false;
+bool TQvRfDataProcessor::WriteOwnItem(TStringTree* /*tree*/, const TreeItem& /*item*/,
+                                      const RecordView& /*record*/) {
+  return true;
 }
 
 bool TQvRfDataProcessor::WriteSubobject(TStringTree* tree, TObjectType object, int key, int id) {
   TQvRfDataProcessor& processor = ProcessorOf(object);
-  const Written& written = processor.written_;
-  const bool repeats = currentWriting.depth > 0 && key != 0 && written.key == key &&
-                       written.writing == currentWriting.number;
-  if (!repeats) return processor.LocateKey(key) && processor.WriteToTree(tree, id, 0);
-  if (!EnsureSubtree(tree, id, 0, written.subtree->Label)) return false;
-  MergeTree(written.subtree, FindSubtree(tree, id, 0));
+  const TStringTree* written = processor.written_.Find(key);
+  if (written == nullptr) return processor.LocateKey(key) && processor.WriteToTree(tree, id, 0);
+  if (!EnsureSubtree(tree, id, 0, written->Label)) return false;
+  MergeTree(written, FindSubtree(tree, id, 0));
   return true;
 }
 
-// Codes and values beside the records.
+// A tree to records.
 
-const std::string* TQvRfDataProcessor::FindCode(int ownerContent, int ownerId, ParamTag tag) const {
-  const RowView row = data_.datasetParamValue.FindFirst(
-      {ParamMatch(kOwnerContent, ownerContent), ParamMatch(kOwnerId, ownerId),
-       ParamMatch(kParamTag, static_cast<int>(tag))});
-  return row ? &row.GetText(ParamField(kValue)) : nullptr;
-}
-
-const std::string* TQvRfDataProcessor::FindFilledCode(int ownerContent, int ownerId,
-                                                      ParamTag tag) const {
-  const std::string* value = FindCode(ownerContent, ownerId, tag);
-  return value != nullptr && !QvPlatform::IsBlank(*value) ? value : nullptr;
-}
-
-void TQvRfDataProcessor::AppendParamValue(int ownerContent, int ownerId, ParamTag tag, int group,
-                                          int code, std::string_view value) {
-  TQvDataSet& values = data_.datasetParamValue;
-  values.Append();
-  values.Fields(ParamField(kOwnerContent)).SetInteger(ownerContent);
-  values.Fields(ParamField(kOwnerId)).SetInteger(ownerId);
-  values.Fields(ParamField(kParamTag)).SetInteger(static_cast<int>(tag));
-  values.Fields(ParamField(kParamGroup)).SetInteger(group);
-  values.Fields(ParamField(kParamCode)).SetInteger(code);
-  values.Fields(ParamField(kValue)).SetString(value);
-  values.Post();
-}
-
-void TQvRfDataProcessor::DeleteParamValues(std::initializer_list<RowMatch> matches, bool all) {
-  TQvDataSet& values = data_.datasetParamValue;
-  while (const RowView row = values.FindFirst(matches)) {
-    values.MoveTo(row);
-    values.Delete();
-    if (!all) return;
+int TQvRfDataProcessor::InsertFromTree(TStringTree* tree) {
+  if (tree == nullptr) return 0;
+  try {
+    TQvWriteGroup group(data_.WritableTables());
+    int key = 0;
+    try {
+      key = StoreFromTree(tree);
+    } catch (const InvalidTypeError&) {
+      // What the sub-objects have added stays, as with any other refusal.
+      group.Commit();
+      throw;
+    }
+    group.Commit();
+    return key;
+  } catch (const ToldStorageError&) {
+    return 0;
+  } catch (const StorageError& error) {
+    ReportStorage(error);
+  } catch (const DataSetError& error) {
+    ReportStorage(error);
   }
+  return 0;
+}
+
+int TQvRfDataProcessor::StoreFromTree(TStringTree* tree) {
+  const ControlsGuard guard(*DataSet);
+  RecordImage image;
+  if (!ReadContent(tree, &image)) return 0;
+  const RowView found = FindEqual(image);
+  const bool inserted = !found;
+  int key = 0;
+  if (found) {
+    key = KeyOf(found);
+    DropBeside(image);
+  } else if (CanAppend()) {
+    key = AppendRecord(image);
+    AppendBeside(tree, image, key);
+  }
+  if (!descriptor_.equality.empty()) WriteResultNotes(tree, key, inserted);
+  if (key != 0) LocateKey(key);
+  return key;
+}
+
+bool TQvRfDataProcessor::ReadContent(TStringTree* tree, RecordImage* image) {
+  return reader_.ReadItems(tree, descriptor_.items, image);
+}
+
+bool TQvRfDataProcessor::ReadOwnItem(TStringTree* /*tree*/, const TreeItem& /*item*/,
+                                     RecordImage* /*image*/) {
+  return true;
+}
+
+bool TQvRfDataProcessor::StoreSubobject(TStringTree* tree, const TreeItem& item, int* key) {
+  TStringTree* cursor = tree;
+  if (!EnterSubtree(&cursor, item.id, 0)) {
+    *key = 0;
+    return item.optional;
+  }
+  *key = ProcessorOf(item.object).StoreFromTree(cursor);
+  return *key != 0;
+}
+
+RowView TQvRfDataProcessor::FindEqual(const RecordImage& image) const {
+  if (descriptor_.equality.empty()) return {};
+  const EqualityColumn& first = descriptor_.equality.front();
+  const int column = Column(first.column);
+  const RowMatch match = first.compare == Compare::kFoldedName
+                             ? RowMatch::Folded(column, QvPlatform::FoldName(image.Text(column)))
+                             : RowMatch::Integer(column, image.Integer(column));
+  for (const RowView row : DataSet->FindAll({match}, QvPlatform::RowScope::kAll)) {
+    if (HasEqualColumns(descriptor_.equality.subspan(1), columns_, image, row) &&
+        IsEqualBeside(image, row)) {
+      return row;
+    }
+  }
+  return {};
+}
+
+std::string TQvRfDataProcessor::ComparableRecord(RowView row) const {
+  return ComparableText(descriptor_.equality, columns_, row) + ComparableBeside(row);
+}
+
+int TQvRfDataProcessor::AppendRecord(const RecordImage& image) {
+  DataSet->Append();
+  DataSet->FieldByName("FAVOUR").SetInteger(0);
+  DataSet->FieldByName("LAST_USE").SetFloat(QvPlatform::CurrentMoment());
+  image.Store(*DataSet);
+  return KeyOf(DataSet->Post());
+}
+
+void TQvRfDataProcessor::AppendBeside(TStringTree* tree, const RecordImage& /*image*/, int key) {
+  AppendCodes(*tree, descriptor_.items, key);
+}
+
+void TQvRfDataProcessor::AppendCodes(const TStringTree& tree, std::span<const TreeItem> items,
+                                     int key) {
+  for (const TreeItem& item : items) {
+    if (item.kind != TreeItem::Kind::kCode || item.reading != Reading::kRequired) continue;
+    int number = 0;
+    std::string text;
+    if (item.form == ValueForm::kInteger) {
+      if (!tree.GetInteger(item.id, item.index, &number)) continue;
+      text = std::to_string(number);
+    } else if (!tree.GetString(item.id, item.index, &text)) {
+      continue;
+    }
+    codes_.Append({.ownerContent = ObjectType, .ownerId = key, .tag = item.tag}, text);
+  }
+}
+
+void TQvRfDataProcessor::WriteResultNotes(TStringTree* tree, int key, bool inserted) const {
+  const TreeIds::Item& keyNote = inserted ? TreeIds::kInsertedKeyNote : TreeIds::kFoundKeyNote;
+  for (const TreeIds::Item& note : {keyNote, TreeIds::kContentNote, TreeIds::kInsertedNote})
+    RemoveField(tree, note.id, note.index);
+  EnsureField(tree, keyNote, std::to_string(key));
+  EnsureField(tree, TreeIds::kInsertedNote, inserted ? "1" : "0");
+  EnsureField(tree, TreeIds::kContentNote, std::to_string(ObjectType));
 }
 
 TQvRfDataProcessor* ProcessorFor(TdatamoduleQvRfData& data, int objectType) {

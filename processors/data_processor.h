@@ -1,21 +1,24 @@
 #pragma once
 
-#include <deque>
-#include <initializer_list>
-#include <map>
 #include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <variant>
 #include <vector>
 
 #include "database/data_module.h"
 #include "platform/data/tree_members.h"
 #include "platform/dbset/data_set.h"
 #include "platform/ui/user_interface.h"
+#include "processors/code_rows.h"
+#include "processors/edit_lock.h"
 #include "processors/object_descriptor.h"
+#include "processors/own_members.h"
+#include "processors/record_image.h"
+#include "processors/record_reader.h"
+#include "processors/record_writer.h"
+#include "processors/table_columns.h"
+#include "processors/written_subtree.h"
 
 namespace QvRefSystem {
 
@@ -36,41 +39,18 @@ class ToldStorageError : public QvPlatform::StorageError {
   using QvPlatform::StorageError::StorageError;
 };
 
-/// What InsertFromTree has read for a record: values by field number, in reading order.
-class RecordImage {
- public:
-  void SetInteger(int field, int value);
-  void SetDouble(int field, double value);
-  void SetText(int field, std::string value);
-  [[nodiscard]] bool Has(int field) const { return Find(field) != nullptr; }
-  /// 0 or "" for a field that was not set.
-  [[nodiscard]] int Integer(int field) const;
-  [[nodiscard]] double Double(int field) const;
-  [[nodiscard]] const std::string& Text(int field) const;
-  /// Writes all values into the data set's pending record.
-  void Store(QvPlatform::TQvDataSet& dataSet) const;
-  /// Values that belong to the object but not to its record, by code, in the order of the codes.
-  std::map<int, std::string> Beside;
-
- private:
-  using Value = std::variant<int, double, std::string>;
-  [[nodiscard]] const Value* Find(int field) const;
-  Value& Slot(int field);
-  std::vector<std::pair<int, Value>> values_;
-};
-
 /// Stands between one table and everything above it: locating, describing, writing to a tree,
 /// finding or adding from a tree, and deleting. Its state is the table's current record; it keeps
 /// no copy of any record. One processor exists for each object type while a database is open.
 ///
 /// The frames of WriteToTree, InsertFromTree, CheckNotUsed and DeleteRecord work over the object's
 /// descriptor; a subclass overrides only the steps where its object differs.
-class TQvRfDataProcessor {
+class TQvRfDataProcessor : public EditLock, protected OwnMembers {
  public:
   TQvRfDataProcessor(TdatamoduleQvRfData& data, const ObjectDescriptor& descriptor);
   TQvRfDataProcessor(const TQvRfDataProcessor&) = delete;
   TQvRfDataProcessor& operator=(const TQvRfDataProcessor&) = delete;
-  virtual ~TQvRfDataProcessor() = default;
+  ~TQvRfDataProcessor() override = default;
 
   /// Key of a record of this table, 0 for none.
   [[nodiscard]] int KeyOf(QvPlatform::RowView row) const { return row.GetInteger(keyField_); }
@@ -117,14 +97,19 @@ class TQvRfDataProcessor {
   int GetLastUsedKey();
   /// Closes and opens the table, back to the current record.
   void Reopen();
-  void PushEditKey();
-  void PopEditKey();
-  [[nodiscard]] bool IsUnderEditing() const;
+  /// Lock and unlock the current record for editing. Who locks twice unlocks twice.
+  void PushEditKey() { Lock(GetCurrentKey()); }
+  void PopEditKey() { Unlock(GetCurrentKey()); }
+  [[nodiscard]] bool IsUnderEditing() const { return IsLocked(GetCurrentKey()); }
   /// Takes off all levels of disabled controls, so that a dialog over the table is live; the other
   /// puts them back.
   void ReleaseControls();
   void RestoreControls();
   [[nodiscard]] bool IsFileDatabase() const;
+
+  /// A text in which two records of this type agree where they are equal: storing the tree of the
+  /// one finds the other.
+  [[nodiscard]] std::string ComparableRecord(QvPlatform::RowView row) const;
 
   [[nodiscard]] const ObjectDescriptor& Descriptor() const { return descriptor_; }
   [[nodiscard]] TdatamoduleQvRfData& Data() const { return data_; }
@@ -133,24 +118,33 @@ class TQvRfDataProcessor {
   std::string TypeName;
   QvPlatform::TQvDataSet* DataSet;
   QvPlatform::TQvDataBuffer* DataBuffer;
-  /// Keys of the records now open in edit dialogs: the editing lock. A key may stand twice.
-  std::deque<int> EditKeys;
+  /// How many levels of disabled controls ReleaseControls took off.
   int SuspendedControls = 0;
 
  protected:
   /// Writes the record's members into `tree`; the default walks the descriptor's items.
   [[nodiscard]] virtual bool WriteContent(TStringTree* tree);
-  /// Writes a kOwn item.
-  [[nodiscard]] virtual bool WriteOwnItem(TStringTree* /*tree*/, const TreeItem& /*item*/) {
-    return true;
-  }
+  /// Nothing, unless a type has such items.
+  [[nodiscard]] bool WriteOwnItem(TStringTree* tree, const TreeItem& item,
+                                  const RecordView& record) override;
+  [[nodiscard]] bool ReadOwnItem(TStringTree* tree, const TreeItem& item,
+                                 RecordImage* image) override;
+  /// Locates the record and has its processor write it.
+  [[nodiscard]] bool WriteSubobject(TStringTree* tree, TObjectType object, int key,
+                                    int id) override;
+  [[nodiscard]] bool StoreSubobject(TStringTree* tree, const TreeItem& item, int* key) override;
   /// Reads what the tree must hold into the image, storing the sub-objects. False if it is not
-  /// whole. The default walks the descriptor's items, fields ahead of sub-objects.
+  /// whole. The default walks the descriptor's items.
   [[nodiscard]] virtual bool ReadContent(TStringTree* tree, RecordImage* image);
   /// Whether a row that equals the image in the descriptor's columns equals it in all else.
   [[nodiscard]] virtual bool IsEqualBeside(const RecordImage& /*image*/,
                                            QvPlatform::RowView /*row*/) const {
     return true;
+  }
+  /// A text in which two rows agree where IsEqualBeside finds what they say equal. The integrity
+  /// check finds duplicates by it.
+  [[nodiscard]] virtual std::string ComparableBeside(QvPlatform::RowView /*row*/) const {
+    return {};
   }
   /// Whether objects of this type may be added; the type tables are closed.
   [[nodiscard]] virtual bool CanAppend() const { return true; }
@@ -167,77 +161,46 @@ class TQvRfDataProcessor {
 
   /// The descriptor's item of that id, the first of several.
   [[nodiscard]] const TreeItem& ItemOf(int id) const;
-  /// Walks the items and writes each.
-  [[nodiscard]] bool WriteItems(TStringTree* tree, std::span<const TreeItem> items);
-  [[nodiscard]] bool WriteItem(TStringTree* tree, const TreeItem& item, QvPlatform::RowView row);
-  [[nodiscard]] bool ReadItems(TStringTree* tree, std::span<const TreeItem> items,
-                               RecordImage* image);
-  [[nodiscard]] bool ReadItem(TStringTree* tree, const TreeItem& item, RecordImage* image);
-  /// Locates the record of another type by key and has it write the subtree.
-  [[nodiscard]] bool WriteSubobject(TStringTree* tree, TObjectType object, int key, int id);
-  /// Stores the subtree (id, 0) with the processor of that type. False if it is missing (an
-  /// optional one reads as key 0) or its processor returns 0.
-  [[nodiscard]] bool StoreSubobject(TStringTree* tree, TObjectType object, int id, bool optional,
-                                    int* key);
+  [[nodiscard]] bool WriteItem(TStringTree* tree, const TreeItem& item, const RecordView& record) {
+    return writer_.WriteItem(tree, item, record);
+  }
+  [[nodiscard]] bool ReadItem(TStringTree* tree, const TreeItem& item, RecordImage* image) {
+    return reader_.ReadItem(tree, item, image);
+  }
+  /// Adds the rows of the codes that the tree holds for a new record of that key.
+  void AppendCodes(const TStringTree& tree, std::span<const TreeItem> items, int key);
+  /// Throws InvalidTypeError for a code that is no object type.
   [[nodiscard]] TQvRfDataProcessor& ProcessorOf(TObjectType type) const;
   /// Tells the user that the database could not be written.
   void ReportStorage(const std::exception& error);
 
-  /// Field numbers in the file of param_value, by its fields as the catalogue states them.
-  enum ParamColumn { kOwnerContent, kOwnerId, kParamTag, kParamGroup, kParamCode, kValue };
-  [[nodiscard]] int ParamField(ParamColumn field) const {
-    return paramFields_[static_cast<std::size_t>(field)];
-  }
-  [[nodiscard]] QvPlatform::RowMatch ParamMatch(ParamColumn field, int value) const {
-    return QvPlatform::RowMatch::Integer(ParamField(field), value);
-  }
   /// Field number of a column of this table; throws DataSetError if it has none.
-  [[nodiscard]] int Column(std::string_view name) const;
+  [[nodiscard]] int Column(std::string_view name) const { return columns_.Of(name); }
   [[nodiscard]] int CurrentInteger(std::string_view column) const;
   [[nodiscard]] const std::string& CurrentText(std::string_view column) const;
+  [[nodiscard]] int KeyColumn() const { return keyField_; }
   [[nodiscard]] int NameColumn() const { return nameField_; }
-  /// VALUE of the first code row of an owner; null if there is none.
-  [[nodiscard]] const std::string* FindCode(int ownerContent, int ownerId, ParamTag tag) const;
-  /// The same where a blank VALUE counts as none.
-  [[nodiscard]] const std::string* FindFilledCode(int ownerContent, int ownerId,
-                                                  ParamTag tag) const;
-  void AppendParamValue(int ownerContent, int ownerId, ParamTag tag, int group, int code,
-                        std::string_view value);
   /// Removes the record of another type that the current record's column refers to, if no other
   /// record of this table refers to it. Nobody is asked.
   void DeleteIfUsedOnce(TObjectType object, std::string_view column);
-  /// Removes the rows of param_value that meet the conditions, all or the first.
-  void DeleteParamValues(std::initializer_list<QvPlatform::RowMatch> matches, bool all);
 
   TdatamoduleQvRfData& data_;
+  TableColumns columns_;
+  CodeRows codes_;
+  RecordWriter writer_;
+  RecordReader reader_;
 
  private:
   int StoreFromTree(TStringTree* tree);
   [[nodiscard]] QvPlatform::RowView FindEqual(const RecordImage& image) const;
-  [[nodiscard]] bool IsEqualRow(const RecordImage& image, QvPlatform::RowView row) const;
   [[nodiscard]] int AppendRecord(const RecordImage& image);
   void WriteResultNotes(TStringTree* tree, int key, bool inserted) const;
   [[nodiscard]] bool ConfirmDelete();
   [[nodiscard]] bool FindByName(std::string_view text, int step);
   [[nodiscard]] std::vector<QvPlatform::UsedByRow> CollectUsers(int key) const;
 
-  [[nodiscard]] int ItemColumn(const TreeItem& item) const;
-
-  /// The subtree that this processor has written last, in the tree that is being written now. The
-  /// units and the datum of a system stand in its tree several times: a copy spares the look-ups.
-  struct Written {
-    unsigned long writing = 0;
-    int key = 0;
-    const TStringTree* subtree = nullptr;
-  };
-  Written written_;
-
+  WrittenSubtree written_;
   const ObjectDescriptor& descriptor_;
-  // Field numbers in the file, found once: a search by name for each field of each record would
-  // cost more than the rest of an export.
-  std::vector<std::pair<std::string_view, int>> columns_;
-  std::vector<int> itemColumns_;
-  std::vector<int> paramFields_;
   int keyField_ = -1;
   int nameField_ = -1;
 };

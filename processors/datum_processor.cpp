@@ -9,8 +9,8 @@ void TQvRfDatumDataProcessor::DeleteBeside(int /*key*/) {
 }
 
 bool TQvRfDatumDataProcessor::WriteMifUserDatumEllipsoid(TStringTree* tree) {
-  const std::string* code = FindFilledCode(static_cast<int>(TObjectType::kEllipsoid),
-                                           CurrentInteger("ELLIPSOID_AUTOKEY"), ParamTag::kMif);
+  const std::string* code = codes_.FindFilled(static_cast<int>(TObjectType::kEllipsoid),
+                                              CurrentInteger("ELLIPSOID_AUTOKEY"), ParamTag::kMif);
   return code != nullptr && EnsureField(tree, TreeIds::kMifExportEllipsoid, *code);
 }
 

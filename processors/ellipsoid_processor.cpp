@@ -1,5 +1,7 @@
 #include "processors/ellipsoid_processor.h"
 
+#include "platform/text/text.h"
+
 namespace QvRefSystem {
 
 bool TQvRfEllipsoidDataProcessor::ReadContent(TStringTree* tree, RecordImage* image) {
@@ -25,6 +27,13 @@ bool TQvRfEllipsoidDataProcessor::IsEqualBeside(const RecordImage& image,
            row.GetFloat(flattening) == image.Double(flattening);
   }
   return row.GetText(minorAxis) == image.Text(minorAxis);
+}
+
+std::string TQvRfEllipsoidDataProcessor::ComparableBeside(QvPlatform::RowView row) const {
+  if (row.GetInteger(Column("SPHEROID")) != 0) return "sphere";
+  return row.GetInteger(Column("USE_F")) != 0
+             ? "f " + QvPlatform::DoubleToText(row.GetFloat(Column("F")))
+             : "b " + row.GetText(Column("B"));
 }
 
 }  // namespace QvRefSystem

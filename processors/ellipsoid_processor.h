@@ -15,6 +15,7 @@ class TQvRfEllipsoidDataProcessor final : public TQvRfDataProcessor {
   [[nodiscard]] bool ReadContent(TStringTree* tree, RecordImage* image) override;
   [[nodiscard]] bool IsEqualBeside(const RecordImage& image,
                                    QvPlatform::RowView row) const override;
+  [[nodiscard]] std::string ComparableBeside(QvPlatform::RowView row) const override;
 };
 
 }  // namespace QvRefSystem

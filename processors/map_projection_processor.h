@@ -28,10 +28,13 @@ class TQvRfMapProjDataProcessor final : public TQvRfDataProcessor {
   [[nodiscard]] std::vector<std::string> AllowedValues(int type, int code) const;
 
  protected:
-  [[nodiscard]] bool WriteOwnItem(TStringTree* tree, const TreeItem& item) override;
-  [[nodiscard]] bool ReadContent(TStringTree* tree, RecordImage* image) override;
+  [[nodiscard]] bool WriteOwnItem(TStringTree* tree, const TreeItem& item,
+                                  const RecordView& record) override;
+  [[nodiscard]] bool ReadOwnItem(TStringTree* tree, const TreeItem& item,
+                                 RecordImage* image) override;
   [[nodiscard]] bool IsEqualBeside(const RecordImage& image,
                                    QvPlatform::RowView row) const override;
+  [[nodiscard]] std::string ComparableBeside(QvPlatform::RowView row) const override;
   void AppendBeside(TStringTree* tree, const RecordImage& image, int key) override;
   void DeleteBeside(int key) override;
 
@@ -39,6 +42,7 @@ class TQvRfMapProjDataProcessor final : public TQvRfDataProcessor {
   /// The values of a projection's parameters. Where a code has several rows the first counts.
   class Values;
   [[nodiscard]] Values ValuesOf(int key, int type) const;
+  void AppendParameter(int key, int type, int code, std::string_view value);
 
   ProjectionParameters parameters_;
 };

@@ -9,18 +9,6 @@ using QvPlatform::TextId;
 using enum TObjectType;
 using enum Reading;
 
-template <std::size_t... Sizes>
-constexpr auto Items(const std::array<TreeItem, Sizes>&... parts) {
-  std::array<TreeItem, (Sizes + ...)> joined{};
-  std::size_t next = 0;
-  const auto append = [&](const auto& part) {
-    for (const TreeItem& item : part)
-      joined[next++] = item;
-  };
-  (append(parts), ...);
-  return joined;
-}
-
 constexpr EqualityColumn kByFoldedName{"NAME", Compare::kFoldedName};
 constexpr std::array kByType{EqualityColumn{"TYPE", Compare::kInteger}};
 
@@ -150,7 +138,7 @@ constexpr std::array kMapProjectionItems{
     With(IntegerItem(TreeIds::kSwap, "SWAP_COORDS"), kWriteOnly),
     With(IntegerItem(TreeIds::kSign, "COORD1_SIGN", 0), kWriteOnly),
     With(IntegerItem(TreeIds::kSign, "COORD2_SIGN", 1), kWriteOnly),
-    OwnItem(TreeIds::kProjectionParameters),
+    InTurn(kLastTurn, OwnItem(TreeIds::kProjectionParameters)),
     SubobjectItem(TreeIds::kProjectionLinearUnit, kLinearUnit, "LINEAR_UNIT_AUTOKEY", true),
     SubobjectItem(TreeIds::kProjectionAngularUnit, kAngularUnit, "ANGULAR_UNIT_AUTOKEY", true),
     SubobjectItem(TreeIds::kProjectionScaleUnit, kScaleUnit, "SCALE_UNIT_AUTOKEY", true),
@@ -182,8 +170,8 @@ constexpr std::array kReferenceSystemTypeItems{
     TextItem(TreeIds::kSystemTypeAxis, "COORD3_ABBR", 2),
     IntegerItem(TreeIds::kSystemTypeSwap, "SWAP_COORDS")};
 
-// Reference systems. This is the head that all kinds share; the kinds' bodies stand with the
-// processor. Each kind compares the columns that it has, and its heights beside them.
+// Reference systems. This is the head that all kinds share; the kinds' bodies stand in
+// system_bodies. Each kind compares the columns that it has, and its heights beside them.
 constexpr std::array kReferenceSystemItems{
     TextItem(TreeIds::kName, "NAME"), TextItem(TreeIds::kDescription, "DESCRIPTION"),
     TextItem(TreeIds::kAbbreviation, "ABBREVIATION"), IntegerItem(TreeIds::kKind, "TYPE"),

@@ -35,18 +35,39 @@ enum class Reading : unsigned char { kRequired, kByRule, kWriteOnly };
 /// When an exchange code's value counts as none: never when its row exists, or when blank.
 enum class BlankRule : unsigned char { kWriteBlank, kSkipBlank };
 
-/// One member of an object's tree, in writing order. kOwn stands where the object's processor
-/// writes and reads members that depend on data.
+/// The last turn of reading.
+inline constexpr int kLastTurn = 6;
+
+/// One member of an object's tree. The rows of a list stand in writing order.
 struct TreeItem {
-  enum class Kind : unsigned char { kField, kSubobject, kCode, kOwn };
+  /// What the member is made of.
+  enum class Kind : unsigned char {
+    /// A field with the value of a column.
+    kField,
+    /// A subtree with the object whose key stands in a column.
+    kSubobject,
+    /// An empty subtree, for members that name it as what they stand within.
+    kSubtree,
+    /// A field with a code that lies in a row beside the record.
+    kCode,
+    /// What depends on more than a column: the object's processor writes and reads it.
+    kOwn
+  };
   Kind kind = Kind::kField;
+  /// Address and label, from tree_ids.h.
   int id = 0;
   int index = 0;
   std::string_view label = {};
-  /// kField: the column; kSubobject: the column with its key.
+  /// The id of the subtree that the member stands in, 0 for the level of the record.
+  int within = 0;
+  /// kField: the column; kSubobject: the column with its key; kOwn: what its processor takes from
+  /// here.
   std::string_view column = {};
   ValueForm form = ValueForm::kText;
   Reading reading = Reading::kRequired;
+  /// When the member is read, from 0 to kLastTurn: fields are read in turn 0, sub-objects later.
+  /// Those of one turn are read in the order of the list.
+  int turn = 0;
   /// kSubobject: whose processor writes and stores it.
   TObjectType object = TObjectType::kNone;
   /// kSubobject: a key of 0 writes nothing, and an absent subtree reads as 0.
@@ -80,8 +101,13 @@ constexpr TreeItem SubobjectItem(const TreeIds::Item& member, TObjectType object
           .id = member.id,
           .label = member.label,
           .column = column,
+          .turn = 1,
           .object = object,
           .optional = optional};
+}
+/// A subtree that other items of the list stand within.
+constexpr TreeItem SubtreeItem(const TreeIds::Item& member) {
+  return {.kind = TreeItem::Kind::kSubtree, .id = member.id, .label = member.label};
 }
 /// A field with a code of the object, which lies in a row beside the record.
 constexpr TreeItem CodeItem(const TreeIds::Item& member, ParamTag tag,
@@ -98,9 +124,37 @@ constexpr TreeItem CodeItem(const TreeIds::Item& member, ParamTag tag,
 constexpr TreeItem OwnItem(const TreeIds::Item& member) {
   return {.kind = TreeItem::Kind::kOwn, .id = member.id, .label = member.label};
 }
+/// The item for the processor's own code, with its column and object.
+constexpr TreeItem AsOwn(TreeItem item) {
+  item.kind = TreeItem::Kind::kOwn;
+  return item;
+}
+/// The item with another rule of reading.
 constexpr TreeItem With(TreeItem item, Reading reading) {
   item.reading = reading;
   return item;
+}
+/// The item inside a subtree of the level.
+constexpr TreeItem Within(const TreeIds::Item& subtree, TreeItem item) {
+  item.within = subtree.id;
+  return item;
+}
+/// The item read in that turn.
+constexpr TreeItem InTurn(int turn, TreeItem item) {
+  item.turn = turn;
+  return item;
+}
+/// Lists joined into one.
+template <std::size_t... Sizes>
+constexpr auto Items(const std::array<TreeItem, Sizes>&... parts) {
+  std::array<TreeItem, (Sizes + ...)> joined{};
+  std::size_t next = 0;
+  const auto append = [&](const auto& part) {
+    for (const TreeItem& item : part)
+      joined[next++] = item;
+  };
+  (append(parts), ...);
+  return joined;
 }
 
 /// How two records compare in one column. Names fold case and outer blanks; there is no tolerance.

@@ -1,4 +1,4 @@
-#include "processors/data_processor.h"
+#include "processors/record_image.h"
 
 namespace QvRefSystem {
 

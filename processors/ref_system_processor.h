@@ -1,21 +1,23 @@
 #pragma once
 
 #include <set>
+#include <string>
+#include <string_view>
 
 #include "processors/data_processor.h"
+#include "processors/ref_system_unstored.h"
 
 namespace QvRefSystem {
 
-class TQvRfMapProjDataProcessor;
 class VerticalRecords;
-struct UnstoredSystem;
 
 /// Reference systems: the object that hosts ask for. The six kinds share a head and differ in the
-/// members of their bodies, which stand as lists of steps.
+/// members of their bodies, which stand as rows in system_bodies.
 class TQvRfRefSystemDataProcessor final : public TQvRfDataProcessor {
  public:
   explicit TQvRfRefSystemDataProcessor(TdatamoduleQvRfData& data);
 
+  /// The lines of all objects, and those of the units of the system.
   bool GetInfoLines(TStrings* lines) override;
   /// A null tree writes nothing and answers whether the current record can be located again.
   bool WriteToTree(TStringTree* tree, int id, int index) override;
@@ -26,79 +28,50 @@ class TQvRfRefSystemDataProcessor final : public TQvRfDataProcessor {
   /// Whether the longitudes of the geodetic system with that key run from 0 to 360 degrees; the
   /// first row beside the record that tells it decides.
   [[nodiscard]] bool IsPositiveLongitude(int key) const;
-  /// Writes that row, or removes it; one that tells the same is left as it is.
+  /// Writes that row, or removes it; one that tells the same is left as it is. Throws what the
+  /// table throws.
   void StorePositiveLongitude(int key, bool on);
 
  protected:
   [[nodiscard]] bool WriteContent(TStringTree* tree) override;
+  [[nodiscard]] bool WriteOwnItem(TStringTree* tree, const TreeItem& item,
+                                  const RecordView& record) override;
   [[nodiscard]] bool ReadContent(TStringTree* tree, RecordImage* image) override;
+  [[nodiscard]] bool ReadOwnItem(TStringTree* tree, const TreeItem& item,
+                                 RecordImage* image) override;
   [[nodiscard]] bool IsEqualBeside(const RecordImage& image,
                                    QvPlatform::RowView row) const override;
+  [[nodiscard]] std::string ComparableBeside(QvPlatform::RowView row) const override;
   void AppendBeside(TStringTree* tree, const RecordImage& image, int key) override;
   void DropBeside(const RecordImage& image) override;
   void DeleteBeside(int key) override;
 
  private:
-  enum class Step : unsigned char;
-  /// What the steps of one record need to know of it.
-  struct Record {
-    int key = 0;
-    int kind = 0;
-    int linearUnit = 0;
-    int angularUnit = 0;
-    int ellipsoid = 0;
-    int datum = 0;
-    int primeMeridian = 0;
-    int mapProjection = 0;
-    int primary = 0;
-    int verticalSystem = 0;
-    int verticalCode = 0;
-  };
-  struct Kind;
-  [[nodiscard]] static const Kind* KindOf(int type);
-
-  [[nodiscard]] Record CurrentRecord() const;
-  [[nodiscard]] bool WriteStep(TStringTree* tree, Step step, const Record& record);
-  [[nodiscard]] bool WriteColumns(TStringTree* tree, const TreeIds::Item& member,
-                                  std::span<const int> columns);
-  [[nodiscard]] bool WriteDatumOrEllipsoid(TStringTree* tree, const Record& record);
-  [[nodiscard]] bool WriteUnitInHeights(TStringTree* tree, const Record& record, bool addSubtree);
-  [[nodiscard]] bool WritePrimary(TStringTree* tree, const Record& record);
-  [[nodiscard]] bool WriteGeneratedPrimary(TStringTree* tree, const Record& record);
-  [[nodiscard]] bool WriteGeneratedRadian(TStringTree* primary);
-  [[nodiscard]] bool WriteSystemGeoid(TStringTree* tree, int code);
-  [[nodiscard]] TQvRfMapProjDataProcessor& MapProjections() const;
   [[nodiscard]] VerticalRecords& VerticalSystems() const;
-  [[nodiscard]] bool WriteVertical(TStringTree* tree, const Record& record);
-  void WriteCode(TStringTree* tree, const TreeIds::Item& member, const std::string* code);
-  void WriteGeoTiffCodes(TStringTree* tree, int kind, int owner);
-  [[nodiscard]] bool WritePositiveLongitude(TStringTree* tree);
-  [[nodiscard]] bool WriteHead(TStringTree* tree, const UnstoredSystem& system);
+  [[nodiscard]] int KeyIn(const RecordView& record) const;
+  /// The head and the axes of an image, whose columns it finds by the rows.
+  void SetHead(RecordImage* image, const UnstoredSystem& system) const;
 
-  void WriteMifExport(TStringTree* tree, const Record& record);
-  [[nodiscard]] bool FillMifExport(TStringTree* tree, TStringTree* exported, const Record& record);
-  [[nodiscard]] bool WriteMifUnit(TStringTree* exported, const Record& record);
-  [[nodiscard]] bool WriteMifGeodeticType(TStringTree* tree, TStringTree* exported);
-  [[nodiscard]] bool WriteMifDatum(TStringTree* exported, const Record& record);
+  [[nodiscard]] bool WriteDatumOrEllipsoid(TStringTree* tree, const RecordView& record);
+  [[nodiscard]] bool WritePrimary(TStringTree* tree, const RecordView& record);
+  [[nodiscard]] bool WriteGeneratedPrimary(TStringTree* tree, const RecordView& record);
+  [[nodiscard]] bool WriteMifProjectionType(TStringTree* tree, const RecordView& record) const;
+  [[nodiscard]] bool WriteVertical(TStringTree* tree, const RecordView& record);
+  void WriteMifExport(TStringTree* tree, const RecordView& record) const;
+  void WriteSystemType(TStringTree* tree, int kind) const;
 
-  [[nodiscard]] bool ReadStep(TStringTree* tree, Step step, RecordImage* image);
-  [[nodiscard]] bool ReadColumns(TStringTree* tree, int id, std::span<const int> columns,
-                                 RecordImage* image);
-  [[nodiscard]] bool StoreInto(TStringTree* tree, TObjectType object, int id, bool optional,
-                               int column, RecordImage* image);
   [[nodiscard]] bool ReadDatumOrEllipsoid(TStringTree* tree, RecordImage* image);
-  [[nodiscard]] bool ReadOptionalPrimary(TStringTree* tree, RecordImage* image);
-  [[nodiscard]] bool ReadVertical(TStringTree* tree, RecordImage* image);
+  [[nodiscard]] bool ReadPrimary(TStringTree* tree, const TreeItem& item, RecordImage* image);
+  [[nodiscard]] bool ReadVertical(TStringTree* tree, const TreeItem& item, RecordImage* image);
+  void AppendPositiveLongitude(int key);
   [[nodiscard]] bool HasSameHeights(const RecordImage& image, QvPlatform::RowView row) const;
 
   // Field numbers in the file.
   struct Columns {
-    int type, swap, azimuth, linearUnit, angularUnit, ellipsoid, datum, primeMeridian,
-        mapProjection, primary, verticalSystem, verticalCode;
-    int axes[3];
-    int origin[3];
+    int type, azimuth, linearUnit, angularUnit, ellipsoid, datum, primeMeridian, mapProjection,
+        primary, verticalSystem, verticalCode;
   };
-  Columns columns_;
+  Columns fields_;
   // Keys of the records that are being written: a primary that is one of them has no end.
   std::set<int> writing_;
 };

@@ -27,8 +27,10 @@ std::vector<ProjectionParameterRow> ProjectionParameters::OfType(int type) const
   return parameters;
 }
 
-bool TQvRfMapProjTypeDataProcessor::WriteOwnItem(TStringTree* tree, const TreeItem& item) {
-  for (const ProjectionParameterRow& parameter : parameters_.OfType(CurrentInteger("TYPE"))) {
+bool TQvRfMapProjTypeDataProcessor::WriteOwnItem(TStringTree* tree, const TreeItem& item,
+                                                 const RecordView& record) {
+  for (const ProjectionParameterRow& parameter :
+       parameters_.OfType(record.Integer(Column("TYPE")))) {
     if (!EnsureField(tree, item.id, parameter.tag, parameter.name, item.label)) {
       return false;
     }

@@ -57,7 +57,8 @@ class TQvRfMapProjTypeDataProcessor final : public TypeTableProcessor {
         parameters_(data.datasetMapProjParam) {}
 
  protected:
-  [[nodiscard]] bool WriteOwnItem(TStringTree* tree, const TreeItem& item) override;
+  [[nodiscard]] bool WriteOwnItem(TStringTree* tree, const TreeItem& item,
+                                  const RecordView& record) override;
   [[nodiscard]] bool ReadContent(TStringTree* tree, RecordImage* image) override;
 
  private:

@@ -4,6 +4,8 @@
 #include <array>
 #include <string>
 
+#include "processors/record_equality.h"
+
 namespace QvRefSystem {
 
 using QvPlatform::RowMatch;
@@ -47,15 +49,20 @@ bool VerticalRecords::IsStoredKind(int kind) {
 bool VerticalRecords::IsSameRecord(int otherKey) const {
   const RowView row = DataSet->CurrentRow();
   if (!row || otherKey < 1) return false;
-  const RowView other = DataSet->FindFirst({RowMatch::Integer(Column("AUTOKEY"), otherKey)});
+  const RowView other = DataSet->FindFirst({RowMatch::Integer(KeyColumn(), otherKey)});
   if (!other) return false;
-  return std::ranges::all_of(VerticalEqualityOf(CurrentInteger("VDATA_TYPE")),
-                             [&](const EqualityColumn& equality) {
-                               const int column = Column(equality.column);
-                               return equality.compare == Compare::kInteger
-                                          ? row.GetInteger(column) == other.GetInteger(column)
-                                          : row.GetText(column) == other.GetText(column);
-                             });
+  const auto equality = VerticalEqualityOf(CurrentInteger("VDATA_TYPE"));
+  return std::ranges::all_of(equality, [&](const EqualityColumn& one) {
+    const int column = Column(one.column);
+    return one.compare == Compare::kInteger ? row.GetInteger(column) == other.GetInteger(column)
+                                            : row.GetText(column) == other.GetText(column);
+  });
+}
+
+std::string VerticalRecords::ComparableHeights(int key) const {
+  const RowView row = DataSet->FindFirst({RowMatch::Integer(KeyColumn(), key)});
+  if (!row) return "key " + std::to_string(key) + '\n';
+  return ComparableText(VerticalEqualityOf(row.GetInteger(Column("VDATA_TYPE"))), columns_, row);
 }
 
 void VerticalRecords::Remove(int key) {

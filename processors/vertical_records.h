@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 
 #include "platform/data/height_kind.h"
 #include "processors/data_processor.h"
@@ -21,6 +22,9 @@ class VerticalRecords : public TQvRfDataProcessor {
   /// Whether the current record and that of the other key say the same. False for a key that is not
   /// there.
   [[nodiscard]] bool IsSameRecord(int otherKey) const;
+  /// A text in which two height systems agree where IsSameRecord finds them equal; for a key that
+  /// is not there, one that no other key has.
+  [[nodiscard]] std::string ComparableHeights(int key) const;
   /// Removes the record of that key with its height file, if it is there. Nobody is asked. Throws
   /// StorageError or DataSetError.
   void Remove(int key);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "database/data_module.h"
+#include "database/table_files.h"
 #include "platform/text/text.h"
 
 namespace QvRefSystem {

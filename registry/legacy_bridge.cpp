@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/geocore/projection_methods.h"
+#include "platform/geocore/wgs84.h"
 #include "registry/delivered_types.h"
 #include "registry/model_tree.h"
 #include "registry/proj_bridge.h"
@@ -161,12 +162,12 @@ std::optional<Json> Bound(Json system, const SQvCTUI_ProjectionInfo1& info) {
   }
   const std::string from = info.DatumName.empty() ? info.SystemName : info.DatumName;
   SQvCTUI_ProjectionInfo1 wgs84;
-  wgs84.DatumName = "World Geodetic System 1984";
-  wgs84.EllipsoidName = "WGS 84";
-  wgs84.SemiMajorAxis = 6378137;
-  wgs84.InverseFlattening = 298.257223563;
-  Json target = Geographic(wgs84, "WGS 84", true);
-  target["id"] = Id(4326);
+  wgs84.DatumName = Wgs84::kDatumName;
+  wgs84.EllipsoidName = Wgs84::kName;
+  wgs84.SemiMajorAxis = Wgs84::kSemiMajorAxis;
+  wgs84.InverseFlattening = Wgs84::kInverseFlattening;
+  Json target = Geographic(wgs84, Wgs84::kName, true);
+  target["id"] = Id(Wgs84::kGeographic2D);
   return Json{{"type", "BoundCRS"},
               {"source_crs", std::move(system)},
               {"target_crs", std::move(target)},

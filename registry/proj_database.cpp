@@ -1,7 +1,6 @@
 #include "registry/proj_database.h"
 
 #include <proj.h>
-#include <sqlite3.h>
 
 #include <functional>
 #include <memory>
@@ -9,79 +8,60 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/storage/sqlite.h"
+
 namespace QvRefSystem {
 namespace {
 
 // The layout that the queries below are written for.
 constexpr std::string_view kLayoutMajor = "1";
 
-struct CloseDatabaseHandle {
-  void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
-};
-struct FinalizeStatement {
-  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
+using QvPlatform::detail::Connection;
+using QvPlatform::detail::SqliteError;
+using QvPlatform::detail::Statement;
 
 // A row of a query's result; columns from 0.
 class Row {
  public:
-  explicit Row(sqlite3_stmt* statement) : statement_(statement) {}
+  explicit Row(const Statement& query) : query_(query) {}
   [[nodiscard]] bool Has(int column) const {
-    return sqlite3_column_type(statement_, column) != SQLITE_NULL;
+    return query_.ColumnKind(column) != Statement::Kind::kNull;
   }
-  [[nodiscard]] int Int(int column) const { return sqlite3_column_int(statement_, column); }
-  [[nodiscard]] double Real(int column) const { return sqlite3_column_double(statement_, column); }
+  // Codes are texts in some tables, and integers all the same.
+  [[nodiscard]] int Int(int column) const { return static_cast<int>(query_.ColumnInteger(column)); }
+  [[nodiscard]] double Real(int column) const { return query_.ColumnFloat(column); }
   [[nodiscard]] std::optional<double> OptionalReal(int column) const {
     return Has(column) ? std::optional(Real(column)) : std::nullopt;
   }
   [[nodiscard]] std::string Text(int column) const {
-    const void* text = sqlite3_column_text(statement_, column);
-    const int size = sqlite3_column_bytes(statement_, column);
-    return text ? std::string(static_cast<const char*>(text), static_cast<std::size_t>(size))
-                : std::string();
+    return std::string(query_.ColumnText(column));
   }
-  /// A value and, in the next column, its unit.
+  // A value and, in another column, its unit.
   [[nodiscard]] EpsgMeasure Measure(int value, int unit) const {
     return Has(value) ? EpsgMeasure{Real(value), Int(unit)} : EpsgMeasure{};
   }
 
  private:
-  sqlite3_stmt* statement_;
+  const Statement& query_;
 };
 
 class ProjDatabase {
  public:
-  explicit ProjDatabase(const std::string& path) {
-    sqlite3* handle = nullptr;
-    const int result = sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READONLY, nullptr);
-    handle_.reset(handle);
-    Check(result);
-  }
+  explicit ProjDatabase(const std::string& path) : connection_(Connection::OpenReadOnly(path)) {}
 
-  void ForEach(const std::string& sql, const std::function<void(const Row&)>& take) const {
-    sqlite3_stmt* prepared = nullptr;
-    Check(sqlite3_prepare_v2(handle_.get(), sql.c_str(), -1, &prepared, nullptr));
-    const std::unique_ptr<sqlite3_stmt, FinalizeStatement> statement(prepared);
-    for (;;) {
-      const int result = sqlite3_step(statement.get());
-      if (result == SQLITE_DONE) return;
-      if (result != SQLITE_ROW) Check(result);
-      take(Row(statement.get()));
-    }
+  void ForEach(const std::string& sql, const std::function<void(const Row&)>& take) {
+    Statement query = connection_.Prepare(sql);
+    while (query.Step())
+      take(Row(query));
   }
 
  private:
-  void Check(int result) const {
-    if (result == SQLITE_OK) return;
-    throw std::runtime_error(handle_ ? sqlite3_errmsg(handle_.get()) : sqlite3_errstr(result));
-  }
-
-  std::unique_ptr<sqlite3, CloseDatabaseHandle> handle_;
+  Connection connection_;
 };
 
 // The usages of all objects of a table, in the order of the registry.
 template <typename Objects>
-void ReadUsages(const ProjDatabase& database, const std::string& table, Objects* objects) {
+void ReadUsages(ProjDatabase& database, const std::string& table, Objects* objects) {
   database.ForEach(
       "SELECT u.object_code, e.name, s.scope, e.south_lat, e.north_lat, e.west_lon, e.east_lon "
       "FROM usage u "
@@ -102,7 +82,7 @@ void ReadUsages(const ProjDatabase& database, const std::string& table, Objects*
       });
 }
 
-void ReadMetadata(const ProjDatabase& database, EpsgDataset* dataset) {
+void ReadMetadata(ProjDatabase& database, EpsgDataset* dataset) {
   std::string layout;
   database.ForEach("SELECT key, value FROM metadata", [&](const Row& row) {
     if (row.Text(0) == "EPSG.VERSION") dataset->version = row.Text(1);
@@ -113,7 +93,7 @@ void ReadMetadata(const ProjDatabase& database, EpsgDataset* dataset) {
   }
 }
 
-void ReadEllipsoids(const ProjDatabase& database, EpsgDataset* dataset) {
+void ReadEllipsoids(ProjDatabase& database, EpsgDataset* dataset) {
   database.ForEach(
       "SELECT code, name, semi_major_axis, uom_code, inv_flattening, semi_minor_axis "
       "FROM ellipsoid WHERE auth_name = 'EPSG' AND deprecated = 0",
@@ -123,7 +103,7 @@ void ReadEllipsoids(const ProjDatabase& database, EpsgDataset* dataset) {
       });
 }
 
-void ReadPrimeMeridians(const ProjDatabase& database, EpsgDataset* dataset) {
+void ReadPrimeMeridians(ProjDatabase& database, EpsgDataset* dataset) {
   database.ForEach(
       "SELECT code, name, longitude, uom_code FROM prime_meridian "
       "WHERE auth_name = 'EPSG' AND deprecated = 0",
@@ -132,7 +112,7 @@ void ReadPrimeMeridians(const ProjDatabase& database, EpsgDataset* dataset) {
       });
 }
 
-void ReadDatums(const ProjDatabase& database, EpsgDataset* dataset) {
+void ReadDatums(ProjDatabase& database, EpsgDataset* dataset) {
   database.ForEach(
       "SELECT code, name, ellipsoid_code, prime_meridian_code, ensemble_accuracy "
       "FROM geodetic_datum WHERE auth_name = 'EPSG' AND deprecated = 0",
@@ -155,7 +135,7 @@ void ReadDatums(const ProjDatabase& database, EpsgDataset* dataset) {
   ReadUsages(database, "geodetic_datum", &dataset->datums);
 }
 
-void ReadCoordinateSystems(const ProjDatabase& database, EpsgDataset* dataset) {
+void ReadCoordinateSystems(ProjDatabase& database, EpsgDataset* dataset) {
   database.ForEach(
       "SELECT coordinate_system_code, name, abbrev, orientation, uom_code FROM axis "
       "WHERE auth_name = 'EPSG' AND coordinate_system_auth_name = 'EPSG' "
@@ -166,7 +146,7 @@ void ReadCoordinateSystems(const ProjDatabase& database, EpsgDataset* dataset) {
       });
 }
 
-void ReadSystems(const ProjDatabase& database, EpsgDataset* dataset) {
+void ReadSystems(ProjDatabase& database, EpsgDataset* dataset) {
   database.ForEach(
       "SELECT code, name, type, datum_code, coordinate_system_code FROM geodetic_crs "
       "WHERE auth_name = 'EPSG' AND deprecated = 0 AND datum_auth_name = 'EPSG' "
@@ -192,7 +172,7 @@ void ReadSystems(const ProjDatabase& database, EpsgDataset* dataset) {
 }
 
 // A conversion's row holds up to seven parameters side by side.
-void ReadConversions(const ProjDatabase& database, EpsgDataset* dataset) {
+void ReadConversions(ProjDatabase& database, EpsgDataset* dataset) {
   constexpr int kParameters = 7;
   std::string columns;
   for (int i = 1; i <= kParameters; ++i) {
@@ -244,7 +224,7 @@ EpsgShiftOperation& AddOperation(const Row& row, EpsgDataset* dataset) {
   return operation;
 }
 
-void ReadHelmertOperations(const ProjDatabase& database, EpsgDataset* dataset) {
+void ReadHelmertOperations(ProjDatabase& database, EpsgDataset* dataset) {
   database.ForEach(
       OperationQuery(
           std::string(kHeadColumns) +
@@ -284,7 +264,7 @@ void ReadHelmertOperations(const ProjDatabase& database, EpsgDataset* dataset) {
       });
 }
 
-void ReadLongitudeRotations(const ProjDatabase& database, EpsgDataset* dataset) {
+void ReadLongitudeRotations(ProjDatabase& database, EpsgDataset* dataset) {
   EpsgDataset collected;
   database.ForEach(
       OperationQuery(std::string(kHeadColumns) + "o.param1_value, o.param1_uom_code",
@@ -295,7 +275,7 @@ void ReadLongitudeRotations(const ProjDatabase& database, EpsgDataset* dataset) 
   dataset->shiftOperations.merge(collected.shiftOperations);
 }
 
-void ReadOtherRoads(const ProjDatabase& database, EpsgDataset* dataset) {
+void ReadOtherRoads(ProjDatabase& database, EpsgDataset* dataset) {
   const auto note = [&](const std::string& table, const std::string& condition,
                         EpsgOtherRoad road) {
     database.ForEach(OperationQuery("s.datum_code, t.datum_code", table, condition),
@@ -308,7 +288,8 @@ void ReadOtherRoads(const ProjDatabase& database, EpsgDataset* dataset) {
   note("other_transformation", " AND o.method_code IN (9618, 9619)", EpsgOtherRoad::kOffsets);
 }
 
-EpsgDataset ReadAll(const ProjDatabase& database) {
+EpsgDataset ReadAll(const std::string& path) {
+  ProjDatabase database(path);
   EpsgDataset dataset;
   ReadMetadata(database, &dataset);
   ReadEllipsoids(database, &dataset);
@@ -333,13 +314,18 @@ std::string ProjDatabasePath() {
 }
 
 bool ReadEpsgDataset(const std::string& path, EpsgDataset* dataset, std::string* error) {
+  std::string reason;
   try {
-    *dataset = ReadAll(ProjDatabase(path));
+    *dataset = ReadAll(path);
     return true;
+  } catch (const SqliteError& failure) {
+    // The message names the path in full already.
+    reason = failure.Reason();
   } catch (const std::exception& failure) {
-    *error = "PROJ's database \"" + path + "\" cannot be read: " + failure.what();
-    return false;
+    reason = failure.what();
   }
+  *error = "PROJ's database \"" + path + "\" cannot be read: " + reason;
+  return false;
 }
 
 const EpsgDataset* InstalledEpsgDataset(std::string* error) {

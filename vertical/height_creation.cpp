@@ -1,12 +1,12 @@
 #include "vertical/height_creation.h"
 
-#include "database/storage_files.h"
 #include "platform/data/grid_extents.h"
 #include "platform/data/height_table_reader.h"
 #include "platform/text/text.h"
 #include "platform/ui/progress_display.h"
 #include "platform/ui/texts.h"
 #include "processors/ref_system_processor.h"
+#include "vertical/linear_unit_texts.h"
 
 namespace QvRefSystem {
 
@@ -15,52 +15,11 @@ using QvPlatform::TextId;
 
 namespace {
 
-// Reads a height file with a progress display.
-HeightRefusal ReadTable(const std::string& path, bool useResource, THeightTable* table,
-                        QvPlatform::TUserInterface& ui) {
-  std::string text;
-  try {
-    if (!LoadStorageFile(path, useResource, &text)) {
-      if (StorageFileOpens(path, useResource)) return HeightRefusal::kNotRead;
-      TellCannotCreate(path, useResource, ui);
-      return HeightRefusal::kNotOpened;
-    }
-  } catch (const std::exception&) {
-    return HeightRefusal::kNotRead;
-  }
-  ProgressDisplay progress(ui, ProgressDisplay::kCounted, SystemText(TextId::kLoadingHeights));
-  if (ParseHeightTable(table, text, progress.Interface())) return HeightRefusal::kNone;
-  if (progress.Cancelled()) return HeightRefusal::kCancelled;
-  HeightTableHeader header;
-  return ReadHeightTableHeader(text, &header) ? HeightRefusal::kNoValues : HeightRefusal::kNoGrid;
-}
-
 std::unique_ptr<TShellReferenceSystem> CopyOf(const std::unique_ptr<TShellReferenceSystem>& from) {
   return from == nullptr ? nullptr : from->CreateCopy();
 }
 
-bool IsNumber(const std::string& text) {
-  double value = 0;
-  return QvPlatform::TextToDouble(text, &value);
-}
-
 }  // namespace
-
-HeightDataKind HeightData::Kind() const {
-  if (Table != nullptr) return HeightDataKind::kTable;
-  return !Offset.empty() && OffsetUnit != 0 ? HeightDataKind::kOffset : HeightDataKind::kNone;
-}
-
-std::optional<UnitTexts> LinearUnitTexts(TdatamoduleQvRfData& data, int key) {
-  QvPlatform::TQvDataSet& units = data.datasetLinearUnit;
-  const auto column = [&](std::string_view name) { return units.FieldByName(name).GetIndex(); };
-  const auto rows = units.FindAll(
-      {QvPlatform::RowMatch::Integer(column(TableOf(TableId::kLinearUnit).keyField), key)},
-      QvPlatform::RowScope::kAll);
-  if (key == 0 || rows.empty()) return std::nullopt;
-  return UnitTexts{rows.front().GetText(column("NAME")),
-                   rows.front().GetText(column("ABBREVIATION"))};
-}
 
 HeightCreation::HeightCreation(TdatamoduleQvRfData& data)
     : data_(data), processor_(*data.VerticalRefSystemProcessor) {}
@@ -173,8 +132,8 @@ HeightRefusal HeightCreation::LoadData() {
   }
   if (made_.Table != nullptr) made_.Grid = grid_;
   // A table has no unit of its own: under another one its heights would be other heights.
-  isCurrent_ = made_.Kind() == HeightDataKind::kOffset ||
-               (made_.Kind() == HeightDataKind::kTable && sameUnit);
+  isCurrent_ =
+      made_.Kind() == HeightKind::kOffset || (made_.Kind() == HeightKind::kTable && sameUnit);
   return refusal;
 }
 
@@ -182,7 +141,7 @@ HeightRefusal HeightCreation::LoadTable() {
   const std::optional<std::string> path = processor_.CurrentHeightFile();
   if (!path) return HeightRefusal::kNoFile;
   auto table = std::make_unique<THeightTable>();
-  const HeightRefusal refusal = ReadTable(*path, data_.ResourceForm, table.get(), data_.Ui());
+  const HeightRefusal refusal = ReadHeightTable(*path, data_.ResourceForm, table.get(), data_.Ui());
   if (refusal == HeightRefusal::kNone) made_.Table = std::move(table);
   return refusal;
 }
@@ -231,7 +190,7 @@ HeightRefusal HeightCreation::TakeSystem(TStringTree* tree) {
 
 HeightRefusal HeightCreation::TakeFile(const std::string& path) {
   auto table = std::make_unique<THeightTable>();
-  const HeightRefusal refusal = ReadTable(path, false, table.get(), data_.Ui());
+  const HeightRefusal refusal = ReadHeightTable(path, false, table.get(), data_.Ui());
   if (refusal == HeightRefusal::kNotOpened || refusal == HeightRefusal::kNotRead) return refusal;
   isCurrent_ = false;
   if (refusal != HeightRefusal::kNone) {
@@ -286,7 +245,8 @@ void HeightCreation::TakeGridOfFile() {
 }
 
 HeightRefusal HeightCreation::TakeOffset(const std::string& text) {
-  const bool isNumber = IsNumber(text);
+  double number = 0;
+  const bool isNumber = QvPlatform::TextToDouble(text, &number);
   source_.Offset = isNumber ? text : std::string();
   return isNumber ? HeightRefusal::kNone : HeightRefusal::kNoNumber;
 }
@@ -296,30 +256,52 @@ void HeightCreation::TakeOffsetUnit(int key) {
   isCurrent_ = false;
 }
 
-HeightDataKind HeightCreation::UsualKind() const {
-  switch (source_.Kind) {
-    case HeightSourceKind::kSystem:
-      if (source_.System != nullptr) return HeightDataKind::kTable;
-      break;
-    case HeightSourceKind::kFile:
-      if (source_.FileTable != nullptr && source_.FilePlaneSystem != nullptr) {
-        return HeightDataKind::kTable;
-      }
-      break;
-    case HeightSourceKind::kOffset:
-      if (source_.OffsetUnit != 0 && IsNumber(source_.Offset)) return HeightDataKind::kOffset;
-      break;
-    case HeightSourceKind::kNone:
-      break;
-  }
-  return HeightDataKind::kNone;
+// Data.
+
+HeightRefusal HeightCreation::Create(std::optional<HeightKind> kind,
+                                     const OffsetAcceptance& accept) {
+  ClearData();
+  HeightMaker maker(data_, source_, {target_.get(), heightUnitKey_, grid_});
+  MadeHeights made = maker.Make(kind, accept);
+  made_ = std::move(made.Data);
+  isCurrent_ = made.IsDone;
+  failure_ = std::move(made.Failure);
+  return made.Refusal;
 }
 
-bool HeightCreation::CanMake(HeightDataKind kind) const {
-  const HeightDataKind usual = UsualKind();
-  // Heights can be taken for an offset, but an offset gives no table.
-  return kind != HeightDataKind::kNone && usual != HeightDataKind::kNone &&
-         (kind == HeightDataKind::kOffset || usual == HeightDataKind::kTable);
+bool HeightCreation::Store(const HeightRecord& texts, bool append) {
+  HeightRecord record = texts;
+  record.Table = made_.Table.get();
+  record.Grid = made_.Grid;
+  record.Offset = made_.Offset;
+  record.OffsetUnit = made_.OffsetUnit;
+  if (!processor_.Store(record, append)) return false;
+  storedTarget_ = std::move(target_);
+  KeepSource();
+  storedTable_ = std::move(made_.Table);
+  return true;
+}
+
+void HeightCreation::KeepSource() {
+  HeightSource kept;
+  switch (kept.Kind = source_.Kind) {
+    case HeightSourceKind::kNone:
+      // The data were loaded: what they were once made from is still what is known of them.
+      return;
+    case HeightSourceKind::kSystem:
+      kept.System = std::move(source_.System);
+      break;
+    case HeightSourceKind::kFile:
+      kept.FileName = source_.FileName;
+      kept.FileTable = std::move(source_.FileTable);
+      kept.FilePlaneSystem = std::move(source_.FilePlaneSystem);
+      break;
+    case HeightSourceKind::kOffset:
+      kept.Offset = source_.Offset;
+      kept.OffsetUnit = source_.OffsetUnit;
+      break;
+  }
+  kept_ = std::move(kept);
 }
 
 }  // namespace QvRefSystem

@@ -1,79 +1,19 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "platform/geocore/shell_reference_system.h"
+#include "vertical/height_data.h"
+#include "vertical/height_maker.h"
+#include "vertical/height_record.h"
+#include "vertical/height_refusal.h"
+#include "vertical/height_source.h"
 #include "vertical/vertical_processor.h"
 
 namespace QvRefSystem {
-
-/// What heights are made from.
-enum class HeightSourceKind : unsigned char { kNone, kSystem, kFile, kOffset };
-/// What becomes of them.
-enum class HeightDataKind : unsigned char { kNone, kTable, kOffset };
-
-/// Why a part of a source, a file or a wish cannot be used.
-enum class HeightRefusal : unsigned char {
-  kNone,
-  /// A source system must have a height system, and the plane system of a file none.
-  kNoHeights,
-  kHasHeights,
-  /// A chosen system cannot be computed; the failure tells why.
-  kNoSystem,
-  /// The ground of the heights has no image in the plane.
-  kNoImage,
-  /// An offset is no number in the C notation.
-  kNoNumber,
-  /// A file is none that the record names; cannot be opened, which the user was told; cannot be
-  /// read or is empty; begins with no grid; has too few values, or one that is no number.
-  kNoFile,
-  kNotOpened,
-  kNotRead,
-  kNoGrid,
-  kNoValues,
-  /// The user has cancelled.
-  kCancelled,
-  /// A new grid has less than two nodes along an axis, or is none at all.
-  kCellTooGreat,
-  kUnusableGrid,
-};
-
-/// All sources that were chosen in a run; which one counts, its kind says.
-struct HeightSource {
-  HeightSourceKind Kind = HeightSourceKind::kNone;
-  std::unique_ptr<TShellReferenceSystem> System;
-  std::string FileName;
-  std::unique_ptr<THeightTable> FileTable;
-  /// The plane in which the grid of the file lies.
-  std::unique_ptr<TShellReferenceSystem> FilePlaneSystem;
-  /// A decimal number in the C notation, and the key of its linear unit.
-  std::string Offset;
-  int OffsetUnit = 0;
-};
-
-/// Heights as they are stored: a table on its grid, or an offset.
-struct HeightData {
-  std::unique_ptr<THeightTable> Table;
-  TShell2DTableExtents Grid;
-  std::string Offset;
-  int OffsetUnit = 0;
-
-  [[nodiscard]] HeightDataKind Kind() const;
-};
-
-/// How well a constant offset stands in for heights; texts as ApproximateHeights gives them.
-struct HeightApproximation {
-  std::string Offset;
-  std::string Rms;
-  std::string Max;
-  std::string UnitLabel;
-  std::string SourceName;
-  THeightTable Errors;
-};
 
 /// The making of heights for one reference system, in whose plane they lie: what they are made
 /// from, the grid, and what became of it. The dialog of height systems shows it and drives it.
@@ -82,6 +22,7 @@ struct HeightApproximation {
 /// an owner that is not stored itself yet can show its last work again.
 class HeightCreation {
  public:
+  /// Over an open database, which must outlive this.
   explicit HeightCreation(TdatamoduleQvRfData& data);
   HeightCreation(const HeightCreation&) = delete;
   HeightCreation& operator=(const HeightCreation&) = delete;
@@ -106,11 +47,15 @@ class HeightCreation {
   /// the result.
   [[nodiscard]] HeightRefusal StartEdit();
 
-  // What there is. The plane is null after a store, until it is set anew.
+  // What there is.
 
+  /// The plane in which the heights lie; null after a store, until it is set anew.
   [[nodiscard]] TShellReferenceSystem* Target() const { return target_.get(); }
+  /// What was chosen as the source.
   [[nodiscard]] const HeightSource& Source() const { return source_; }
+  /// The grid for the next table, as decimal texts in the C notation.
   [[nodiscard]] const TShell2DTableExtents& Grid() const { return grid_; }
+  /// The heights that were made or loaded last, on the grid of their making.
   [[nodiscard]] const HeightData& MadeData() const { return made_; }
   /// Whether the data agree with the source and the grid.
   [[nodiscard]] bool IsCurrent() const { return isCurrent_; }
@@ -118,35 +63,35 @@ class HeightCreation {
   /// may be empty.
   [[nodiscard]] const std::string& Failure() const { return failure_; }
 
-  // Changes of the source and the grid; after each of them the data are not current.
+  // Changes of the source and the grid. After each of them the data are not current.
 
-  /// The kind that is chosen already is no change.
+  /// Has a source of that kind count. The kind that counts already is no change.
   void ChooseKind(HeightSourceKind kind);
+  /// Takes a grid as typed; whether it is one, Create finds.
   void SetGrid(const TShell2DTableExtents& grid);
-  /// Takes the system of a tree, and its grid as seen in the plane.
+  /// Takes the system of a tree, and its grid as seen in the plane. Refuses what cannot be computed
+  /// (kNoSystem) and a system without heights of its own (kNoHeights).
   [[nodiscard]] HeightRefusal TakeSystem(TStringTree* tree);
-  /// Reads a plain file. One that cannot be read leaves the old table.
+  /// Reads a plain file, and takes its grid as seen in the plane. The results are those of
+  /// ReadHeightTable, and kNoImage. A file that cannot be opened or read leaves the old table.
   [[nodiscard]] HeightRefusal TakeFile(const std::string& path);
+  /// Takes the system of a tree as the plane of the file. Refuses what cannot be computed
+  /// (kNoSystem) and a system with heights of its own (kHasHeights); then there is no such plane.
   [[nodiscard]] HeightRefusal TakeFilePlane(TStringTree* tree);
-  /// The text as typed; one that is no number empties the offset.
+  /// Takes an offset as typed; one that is no number (kNoNumber) empties it.
   [[nodiscard]] HeightRefusal TakeOffset(const std::string& text);
+  /// Takes the linear unit of the offset by its key; one that is not there counts as none.
   void TakeOffsetUnit(int key);
-  /// The offset is being typed.
+  /// Says that the offset is being typed, so that the data are not current any more.
   void Outdate() { isCurrent_ = false; }
-
-  /// Whether the source is whole, so that data of that kind can be made from it.
-  [[nodiscard]] bool CanMake(HeightDataKind kind) const;
-  /// What would be made without another wish.
-  [[nodiscard]] HeightDataKind UsualKind() const;
 
   // Data.
 
-  /// Whether the user accepts an offset in place of the heights.
-  using OffsetAcceptance = std::function<bool(HeightApproximation&)>;
-  /// Makes data of that kind from the source, with a progress display. What was made before is
-  /// gone in any case. Refuses a grid (kCellTooGreat, kUnusableGrid); whatever else went wrong,
-  /// Failure tells, and no data are there.
-  [[nodiscard]] HeightRefusal Create(HeightDataKind kind, const OffsetAcceptance& accept);
+  /// Makes heights of that kind from the source, as HeightMaker does. What was made before is gone
+  /// in any case. Refuses a grid (kCellTooGreat, kUnusableGrid); whatever else went wrong, Failure
+  /// tells, and no data are there.
+  [[nodiscard]] HeightRefusal Create(std::optional<HeightKind> kind,
+                                     const OffsetAcceptance& accept);
 
   /// Writes a record with the three texts and the data: a new one, or the current one anew with its
   /// old height file gone. The data and the source are kept in mind, and the plane is used up.
@@ -154,12 +99,6 @@ class HeightCreation {
   [[nodiscard]] bool Store(const HeightRecord& texts, bool append);
 
  private:
-  /// Where heights come from while they are made: their plane, and the table or the system's own.
-  struct HeightMaking {
-    const TShellReferenceSystem* System;
-    const THeightTable* Heights;
-    std::string Name;
-  };
   [[nodiscard]] std::unique_ptr<TShellReferenceSystem> SystemOf(TStringTree* tree);
   void RestoreSource();
   [[nodiscard]] bool LoadGrid();
@@ -170,13 +109,6 @@ class HeightCreation {
   /// The grid of the file as it is, where its plane is not known or has no image in the target.
   void TakeGridOfFile();
   [[nodiscard]] bool TakeGridFrom(const TShellReferenceSystem& system, const THeightTable* heights);
-  [[nodiscard]] std::optional<HeightMaking> MakingOf() const;
-  void InitializeGrid(THeightTable* table) const;
-  // Each tells whether the work was done; an offset that is rejected is work done as well.
-  [[nodiscard]] bool MakeTable(const HeightMaking& making, HeightRefusal* refusal);
-  [[nodiscard]] bool MakeOffset(const HeightMaking& making, const OffsetAcceptance& accept,
-                                HeightRefusal* refusal);
-  [[nodiscard]] bool CopyOffset();
   void KeepSource();
 
   [[nodiscard]] std::string FieldText(const char* field) const;
@@ -197,14 +129,5 @@ class HeightCreation {
   std::unique_ptr<TShellReferenceSystem> storedTarget_;
   std::unique_ptr<THeightTable> storedTable_;
 };
-
-/// A linear unit as it is shown; nothing if there is none of that key. Moves no cursor.
-struct UnitTexts {
-  std::string Name;
-  std::string Abbreviation;
-  /// "metre (m)".
-  [[nodiscard]] std::string Label() const { return Name + " (" + Abbreviation + ")"; }
-};
-[[nodiscard]] std::optional<UnitTexts> LinearUnitTexts(TdatamoduleQvRfData& data, int key);
 
 }  // namespace QvRefSystem

@@ -17,8 +17,8 @@ namespace QvRefSystem {
 /// the whole text is on the disk. `crc`, which may be null, takes the CRC-32 of the text as zlib
 /// computes it, and is unchanged on failure.
 ///
-/// False without a message: a cancelling user, or a table that could not be read back, since it has
-/// no nodes, numbers that are not finite, or cells too small for the digits of the text.
+/// False without a message if the user cancels, or for a table that could not be read back, since
+/// it has no nodes, numbers that are not finite, or cells too small for the digits of the text.
 [[nodiscard]] bool SaveHeightTable(const QvCommonUtils::T2DTable<double>* table,
                                    const std::string& path, bool useResource, unsigned* crc,
                                    QvPlatform::TUserInterface& ui);
@@ -33,10 +33,11 @@ namespace QvRefSystem {
 [[nodiscard]] bool LoadHeightTable(QvCommonUtils::T2DTable<double>* table, const std::string& path,
                                    bool useResource, QvPlatform::TUserInterface& ui);
 
-/// The text alone, as it goes into trees and comes out of them; nobody looks into it. An empty one
-/// cannot be loaded. `text` is unchanged on failure.
+/// Reads the text alone, as it goes into trees; nobody looks into it. An empty one cannot be
+/// loaded. `text` is unchanged on failure.
 [[nodiscard]] bool LoadHeightText(const std::string& path, bool useResource, std::string* text,
                                   QvPlatform::TUserInterface& ui);
+/// Writes a text as it is, all or nothing, without a progress display.
 [[nodiscard]] bool SaveHeightText(const std::string& path, bool useResource, std::string_view text,
                                   QvPlatform::TUserInterface& ui);
 

@@ -1,14 +1,12 @@
 #include "vertical/table_raster.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstring>
 #include <limits>
 #include <span>
 #include <stdexcept>
-
-#include "platform/storage/file_stream.h"
-#include "platform/storage/stream.h"
 
 namespace QvCommonUtils {
 
@@ -16,52 +14,33 @@ using Raster = TTableDibData<double>;
 
 namespace {
 
-// A channel of the colour palette for t from 0 to 1: a t (t - 1) + b on either side of a limit.
-struct Channel {
-  double limit;
-  double belowA, belowB;
-  double aboveA, aboveB;
-
-  [[nodiscard]] std::uint8_t At(double t) const {
-    const double value = t < limit ? belowA * t * (t - 1) + belowB : aboveA * t * (t - 1) + aboveB;
-    return static_cast<std::uint8_t>(value * 256);
-  }
+// The nodes at the corners of a cell of a table.
+struct CellCorners {
+  double WestLow = 0;
+  double WestHigh = 0;
+  double EastLow = 0;
+  double EastHigh = 0;
 };
-constexpr Channel kRed{0.5, -3.92, 0, -1.56, 0.59};
-constexpr Channel kGreen{0.5, -3.0, 0.23, -3.67, 0.063};
 
-// The third one falls in a straight line.
-std::uint8_t Blue(double t) {
-  return static_cast<std::uint8_t>((t < 0.25 ? 0.16 - 0.64 * t : 0.0) * 256);
-}
-
-template <typename ColourOf>
-RasterPalette MakePalette(ColourOf colourOf) {
-  RasterPalette palette;
-  for (std::size_t n = 0; n < palette.size(); ++n)
-    palette[n] = colourOf(n);
-  return palette;
-}
-
-// Bilinear in a cell, term by term as T2DTable::Interpolate has it, so that both round alike.
+// Interpolates in a cell, term by term as T2DTable::Interpolate does, so that both round alike.
 inline double Blend(const CellCorners& nodes, double fx, double fy) {
   return (1 - fx) * (1 - fy) * nodes.WestLow + (1 - fx) * fy * nodes.WestHigh +
          fx * (1 - fy) * nodes.EastLow + fx * fy * nodes.EastHigh;
 }
 
-// From heights to levels.
+// Turns heights into levels.
 struct Scale {
   double base;
   double step;
 
-  // Also for a height that is no number.
+  // A height that is no number has level 0.
   [[nodiscard]] std::uint8_t LevelOf(double height) const {
     const double level = (height - base) / step;
     return level > 0 ? static_cast<std::uint8_t>(std::min(level, 255.0)) : std::uint8_t{0};
   }
 };
 
-// What a row of pixels lies between, for columns side by side.
+// The nodes that a row of pixels lies between, for columns side by side.
 struct CornerRow {
   explicit CornerRow(std::size_t count)
       : fx(count), westLow(count), westHigh(count), eastLow(count), eastHigh(count) {}
@@ -91,41 +70,10 @@ struct CornerRow {
   }
 };
 
-std::size_t RowBytes(int width) {
-  return (static_cast<std::size_t>(width) + 3) / 4 * 4;
-}
-
-int PixelsAlong(std::uint32_t count, int zoom) {
-  if (count == 0) return 0;
-  const std::int64_t pixels = (std::int64_t{count} - 1) * zoom + 1;
-  if (pixels > std::numeric_limits<int>::max()) {
-    throw std::length_error("an image of that size cannot be shown");
-  }
-  return static_cast<int>(pixels);
-}
-
-}  // namespace
-
-const RasterPalette& ColourPalette() {
-  static const RasterPalette palette = MakePalette([](std::size_t n) {
-    const double t = static_cast<double>(n) / 255;
-    return PaletteColour{kRed.At(t), kGreen.At(t), Blue(t)};
-  });
-  return palette;
-}
-
-const RasterPalette& GrayscalePalette() {
-  static const RasterPalette palette = MakePalette([](std::size_t n) {
-    const auto level = static_cast<std::uint8_t>(n);
-    return PaletteColour{level, level, level};
-  });
-  return palette;
-}
-
 // The places along one axis of the pixels of a read, in the order of the read.
-class Raster::Axis {
+class PixelAxis {
  public:
-  Axis(std::uint32_t count, int pixels) : count_(count) {
+  PixelAxis(std::uint32_t count, int pixels) : count_(count) {
     low_.reserve(static_cast<std::size_t>(pixels));
     fraction_.reserve(static_cast<std::size_t>(pixels));
   }
@@ -148,12 +96,28 @@ class Raster::Axis {
   std::vector<double> fraction_;
 };
 
-CellCorners Raster::CornersAt(const Axis& columns, std::size_t column, const Axis& rows,
-                              std::size_t row) const {
-  const double* west = Table->Data[columns.Low(column)];
-  const double* east = Table->Data[columns.High(column)];
-  return {west[rows.Low(row)], west[rows.High(row)], east[rows.Low(row)], east[rows.High(row)]};
+// The nodes round the first place of each axis.
+CellCorners CornersAt(const T2DTable<double>& table, const PixelAxis& columns,
+                      const PixelAxis& rows) {
+  const double* west = table.Data[columns.Low(0)];
+  const double* east = table.Data[columns.High(0)];
+  return {west[rows.Low(0)], west[rows.High(0)], east[rows.Low(0)], east[rows.High(0)]};
 }
+
+std::size_t RowBytes(int width) {
+  return (static_cast<std::size_t>(width) + 3) / 4 * 4;
+}
+
+int PixelsAlong(std::uint32_t count, int zoom) {
+  if (count == 0) return 0;
+  const std::int64_t pixels = (std::int64_t{count} - 1) * zoom + 1;
+  if (pixels > std::numeric_limits<int>::max()) {
+    throw std::length_error("an image of that size cannot be shown");
+  }
+  return static_cast<int>(pixels);
+}
+
+}  // namespace
 
 void Raster::Setup(const T2DTable<double>* table, bool ownsTable, bool grayscale, bool flipRows,
                    int zoom) {
@@ -200,11 +164,11 @@ double Raster::HeightAt(int px, int py, double* x, double* y) const {
   if (Zoom == 1) {
     return Table->Get(static_cast<std::uint32_t>(px), static_cast<std::uint32_t>(RowOf(py)));
   }
-  Axis columns(Table->CountX, 1);
-  Axis rows(Table->CountY, 1);
+  PixelAxis columns(Table->CountX, 1);
+  PixelAxis rows(Table->CountY, 1);
   columns.Add(*x, Table->OriginX, Table->CellX);
   rows.Add(*y, Table->OriginY, Table->CellY);
-  return Blend(CornersAt(columns, 0, rows, 0), columns.Fraction(0), rows.Fraction(0));
+  return Blend(CornersAt(*Table, columns, rows), columns.Fraction(0), rows.Fraction(0));
 }
 
 // A column of the table lies in one piece of memory while a row of the image does, too: tiles of
@@ -231,8 +195,8 @@ void Raster::ReadCells(PixelPair origin, PixelPair step, PixelPair size,
 
 void Raster::ReadInterpolated(PixelPair origin, PixelPair step, PixelPair size,
                               std::uint8_t* levels) const {
-  Axis columns(Table->CountX, size.X);
-  Axis rows(Table->CountY, size.Y);
+  PixelAxis columns(Table->CountX, size.X);
+  PixelAxis rows(Table->CountY, size.Y);
   double x = 0;
   double y = 0;
   for (int n = 0; n < size.X; ++n) {
@@ -291,7 +255,7 @@ void Raster::Read(const PixelRectangle& rectangle, BitmapHeader* header,
       header->BitCount = 8;
       const std::size_t rowBytes = RowBytes(header->Width);
       pixels->assign(rowBytes * static_cast<std::size_t>(header->Height), 0);
-      // Of the pixels asked for, those whose place in the whole image is there.
+      // Counts the pixels asked for whose place in the whole image is there.
       const auto inside = [step](int first, int count, int limit) {
         if (first < 0 || limit <= 0) return 0;
         const std::int64_t last = (std::int64_t{limit} - 1) / step;
@@ -315,73 +279,8 @@ void Raster::Read(const PixelRectangle& rectangle, BitmapHeader* header,
       failed = true;
     }
   }
-  // The value by which the readers of images know a failed read.
+  // Readers of images know a failed read by this value.
   if (failed) throw 0;  // NOLINT(hicpp-exception-baseclass)
-}
-
-namespace {
-
-constexpr int kStripeRows = 128;
-constexpr std::uint32_t kHeaderBytes = 54;
-
-void Put16(std::string* out, std::uint32_t value) {
-  out->push_back(static_cast<char>(value & 0xFF));
-  out->push_back(static_cast<char>(value >> 8 & 0xFF));
-}
-
-void Put32(std::string* out, std::uint32_t value) {
-  Put16(out, value & 0xFFFF);
-  Put16(out, value >> 16);
-}
-
-// The two headers and the palette of the file.
-std::string BitmapHead(int width, int height) {
-  std::string head = "BM";
-  Put32(&head, 0);
-  Put32(&head, 0);
-  Put32(&head, kHeaderBytes + 4 * static_cast<std::uint32_t>(ColourPalette().size()));
-  Put32(&head, 40);
-  Put32(&head, static_cast<std::uint32_t>(width));
-  Put32(&head, static_cast<std::uint32_t>(height));
-  Put16(&head, 1);
-  Put16(&head, 8);
-  head.append(kHeaderBytes - head.size(), '\0');
-  for (const PaletteColour& colour : ColourPalette()) {
-    Put32(&head, colour.Blue | static_cast<std::uint32_t>(colour.Green) << 8 |
-                     static_cast<std::uint32_t>(colour.Red) << 16);
-  }
-  return head;
-}
-
-}  // namespace
-
-bool SaveBitmapFile(const Raster& raster, int subsample, const std::string& path,
-                    QvRefSystem::TProgressInterface* progress) {
-  const int step = std::max(subsample, 1);
-  const int width = raster.Width() / step;
-  const int height = raster.Height() / step;
-  const int stripes = (height + kStripeRows - 1) / kStripeRows;
-  if (progress != nullptr && progress->SetMax != nullptr) progress->SetMax(stripes);
-  try {
-    QvPlatform::TQvFileStream file;
-    if (!file.Open(path, QvPlatform::QvOpenMode::kCreate)) return false;
-    const std::string head = BitmapHead(width, height);
-    file.Write(head.data(), head.size());
-    BitmapHeader header;
-    std::vector<std::uint8_t> pixels;
-    for (int stripe = stripes - 1; stripe >= 0; --stripe) {
-      const int top = stripe * kStripeRows;
-      raster.Read({0, top, width, std::min(top + kStripeRows, height)}, &header, &pixels, step);
-      file.Write(pixels.data(), pixels.size());
-      if (progress != nullptr && progress->Next != nullptr && progress->Next() != 0) return false;
-    }
-    file.Commit();
-    return true;
-  } catch (const std::exception&) {
-    return false;
-  } catch (int) {
-    return false;
-  }
 }
 
 }  // namespace QvCommonUtils

@@ -1,100 +1,70 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <mutex>
-#include <string>
 #include <vector>
 
 #include "platform/data/height_table.h"
-#include "platform/ui/progress_interface.h"
+#include "vertical/pixels.h"
+#include "vertical/raster_palette.h"
 
 /// A table of heights as an image of 256 levels.
 namespace QvCommonUtils {
 
-struct PixelPair {
-  int X = 0;
-  int Y = 0;
-};
-
-/// Pixels left <= x < right, top <= y < bottom.
-struct PixelRectangle {
-  int Left = 0;
-  int Top = 0;
-  int Right = 0;
-  int Bottom = 0;
-};
-
-/// The nodes at the corners of a cell of a table.
-struct CellCorners {
-  double WestLow = 0;
-  double WestHigh = 0;
-  double EastLow = 0;
-  double EastHigh = 0;
-};
-
-/// What a bitmap says of itself.
-struct BitmapHeader {
-  int Width = 0;
-  int Height = 0;
-  int BitCount = 8;
-};
-
-struct PaletteColour {
-  std::uint8_t Red = 0;
-  std::uint8_t Green = 0;
-  std::uint8_t Blue = 0;
-  bool operator==(const PaletteColour&) const = default;
-};
-using RasterPalette = std::array<PaletteColour, 256>;
-
-/// From dark blue-green over light tones to red; of saved images always.
-[[nodiscard]] const RasterPalette& ColourPalette();
-[[nodiscard]] const RasterPalette& GrayscalePalette();
+/// The image of a table of such values; there is one for heights alone.
+template <typename T>
+class TTableDibData;
 
 /// The image of a table, made pixel by pixel on request: however much it is enlarged, nothing but
 /// the table and what was asked for last is held. Level 0 is the table's MinValue, 255 its
 /// MaxValue.
 ///
 /// Reads may come from several threads; setting up may not run beside them.
-template <typename T>
-class TTableDibData;
-
 template <>
 class TTableDibData<double> {
  public:
+  /// The greatest zoom; a greater one counts as this.
   static constexpr int kMaxZoom = 25;
 
+  /// An image of nothing, until Setup.
   TTableDibData() = default;
   ~TTableDibData() { Reset(); }
   TTableDibData(const TTableDibData&) = delete;
   TTableDibData& operator=(const TTableDibData&) = delete;
 
+  /// The table that is shown; null where there is none.
   const T2DTable<double>* Table = nullptr;
+  /// Whether the table goes with this.
   bool OwnsTable = false;
   /// Height of one level; 0 in a table of equal values, all of which have level 0.
   double LevelStep = 0;
+  /// Height of level 0, in the unit of the table.
   double LevelBase = 0;
   /// Pixels for each cell of the table, 1 to 25.
   int Zoom = 0;
-  /// Size of a pixel in the table's plane.
+  /// Width of a pixel in the unit of the table's plane.
   double PixelX = 0;
+  /// Height of a pixel in the unit of the table's plane.
   double PixelY = 0;
   /// Whether row 0 of the image is the north.
   bool FlipRows = false;
+  /// Whether the levels show as grey tones.
   bool Grayscale = false;
 
   /// Shows `table`, which must outlive this unless it is given away with `ownsTable`. Throws
   /// std::length_error for an image of more pixels along an axis than an int counts.
   void Setup(const T2DTable<double>* table, bool ownsTable, bool grayscale, bool flipRows,
              int zoom);
+  /// Lets the table go; the image is one of nothing.
   void Reset();
   /// Another look at the same table; a zoom of 0 keeps the size. Throws as Setup does.
   void ChangeView(bool grayscale, bool flipRows, int zoom);
 
-  /// (count - 1) * Zoom + 1 along each axis.
+  /// Pixels along x: (count - 1) * Zoom + 1.
   [[nodiscard]] int Width() const { return width_; }
+  /// Pixels along y: (count - 1) * Zoom + 1.
   [[nodiscard]] int Height() const { return height_; }
+  /// The colours in which the levels show.
   [[nodiscard]] const RasterPalette& Palette() const {
     return Grayscale ? GrayscalePalette() : ColourPalette();
   }
@@ -114,9 +84,6 @@ class TTableDibData<double> {
             std::vector<std::uint8_t>* pixels, int subsample) const;
 
  private:
-  class Axis;
-  [[nodiscard]] CellCorners CornersAt(const Axis& columns, std::size_t column, const Axis& rows,
-                                      std::size_t row) const;
   void ReadCells(PixelPair origin, PixelPair step, PixelPair size, std::uint8_t* levels) const;
   void ReadInterpolated(PixelPair origin, PixelPair step, PixelPair size,
                         std::uint8_t* levels) const;
@@ -128,12 +95,5 @@ class TTableDibData<double> {
   // Grows only, and is shared by all reads.
   mutable std::vector<std::uint8_t> buffer_;
 };
-
-/// Saves the image, every `subsample`th pixel of it, as an uncompressed bitmap file of 256 colours
-/// in the colour palette. It is read and written in stripes of 128 rows; `progress`, which may be
-/// null, counts them. False, and no file is left, if it cannot be written or is cancelled.
-[[nodiscard]] bool SaveBitmapFile(const TTableDibData<double>& raster, int subsample,
-                                  const std::string& path,
-                                  QvRefSystem::TProgressInterface* progress);
 
 }  // namespace QvCommonUtils

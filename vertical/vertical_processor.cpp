@@ -207,7 +207,7 @@ bool TQvRfVerticalRefSystemDataProcessor::Store(const HeightRecord& record, bool
   std::string text;
   std::string fileName;
   if (record.Table != nullptr) {
-    // Ahead of the transaction: it takes its time, and the user may cancel it.
+    // The text is made ahead of the transaction: it takes its time, and the user may cancel it.
     if (!MakeHeightText(record.Table, &text, data_.Ui())) return false;
     fileName = NewFileName(record.Name, HeightNaming::kReplaced);
     image.SetText(Column("VDATA_FILENAME"), fileName);

@@ -5,23 +5,12 @@
 #include <string_view>
 
 #include "database/height_storage.h"
-#include "platform/data/height_table.h"
+#include "platform/data/height_kind.h"
 #include "platform/dbset/write_group.h"
 #include "processors/vertical_records.h"
+#include "vertical/height_record.h"
 
 namespace QvRefSystem {
-
-/// A height system that is made here: a table on its grid or, without one, an offset in a linear
-/// unit. Grid and offset are decimal texts in the C notation.
-struct HeightRecord {
-  std::string Name;
-  std::string Abbreviation;
-  std::string Description;
-  const QvCommonUtils::T2DTable<double>* Table = nullptr;
-  QvCommonUtils::T2DTableExtents<std::string> Grid;
-  std::string Offset;
-  int OffsetUnit = 0;
-};
 
 /// Height systems: how the heights of a reference system lie over its ellipsoid, as a table of
 /// undulations in a file of its own (kind 1) or as one offset (kind 2). Each belongs to the one
@@ -33,6 +22,7 @@ struct HeightRecord {
 /// record without its file.
 class TQvRfVerticalRefSystemDataProcessor final : public VerticalRecords {
  public:
+  /// Over an open database, which must outlive this.
   explicit TQvRfVerticalRefSystemDataProcessor(TdatamoduleQvRfData& data)
       : VerticalRecords(data, DescriptorOf(TObjectType::kVerticalReferenceSystem)) {}
 
@@ -76,7 +66,7 @@ class TQvRfVerticalRefSystemDataProcessor final : public VerticalRecords {
   [[nodiscard]] std::optional<std::string> OwnHeightFile() const;
   /// Removes a height file with the group, or once it is committed.
   void DeleteFile(QvPlatform::TQvWriteGroup& group, const std::string& path) const;
-  /// False, after telling the user, if the current record's file cannot be read.
+  /// Reads the current record's file. False, after telling the user, if it cannot be read.
   [[nodiscard]] bool LoadTable(std::string* text);
   /// Writes the file of a record that was just added, inside the group of its changes. Throws
   /// ToldStorageError.

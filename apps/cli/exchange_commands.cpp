@@ -7,6 +7,7 @@
 #include "apps/cli/commands.h"
 #include "apps/cli/open_database.h"
 #include "platform/data/tree_members.h"
+#include "platform/geocore/model_from_tree.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 #include "registry/equivalence.h"

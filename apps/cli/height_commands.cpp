@@ -9,6 +9,7 @@
 #include "apps/cli/command_error.h"
 #include "apps/cli/open_database.h"
 #include "platform/data/height_table_reader.h"
+#include "platform/geocore/model_from_tree.h"
 #include "platform/geocore/shell_reference_system.h"
 #include "platform/text/text.h"
 #include "platform/ui/progress_display.h"

@@ -6,6 +6,7 @@
 #include "apps/cli/command_error.h"
 #include "apps/cli/object_types.h"
 #include "database/storage_files.h"
+#include "platform/geocore/wkt2.h"
 #include "platform/storage/file_stream.h"
 #include "platform/storage/stream.h"
 #include "platform/text/text.h"

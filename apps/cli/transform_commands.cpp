@@ -1,4 +1,3 @@
-#include <cmath>
 #include <istream>
 #include <map>
 #include <ostream>
@@ -96,7 +95,7 @@ class PointStream {
   }
 
   void WritePoint(const TShellPoint& origin, const TShellPoint& point, bool hasThird) {
-    if (point.First == HUGE_VAL) {
+    if (IsFailed(point)) {
       text_ += "* " + from_.ExplainFailure(to_, origin);
       failed_ = true;
     } else if (notation_) {

@@ -6,9 +6,11 @@
 
 #include "platform/data/tree_members.h"
 #include "platform/geocore/geoids.h"
+#include "platform/geocore/model_from_tree.h"
 #include "platform/geocore/projection_methods.h"
 #include "platform/geocore/projjson.h"
 #include "platform/geocore/system_model.h"
+#include "platform/geocore/wkt2.h"
 #include "platform/widgets/qt_text.h"
 
 namespace QvRefSystem {

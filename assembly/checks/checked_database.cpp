@@ -14,10 +14,6 @@ const std::string& CheckedRow::Text(std::string_view field) const {
   return row_.GetText(table_->Column(field));
 }
 
-std::string CheckedRow::AsText(std::string_view field) const {
-  return row_.GetString(table_->Column(field));
-}
-
 int CheckedRow::Key() const {
   return table_->HasKeys() ? Integer(table_->Spec().keyField) : 0;
 }
@@ -26,11 +22,6 @@ CheckedTable::CheckedTable(TdatamoduleQvRfData& data, TableId id)
     : spec_(&TableOf(id)), dataSet_(&data.DataSet(id)) {
   for (const FieldSpec& field : spec_->fields)
     columns_[field.name] = dataSet_->FieldByName(field.name).GetIndex();
-}
-
-CheckedRow CheckedTable::WithKey(int key) const {
-  const auto match = QvPlatform::RowMatch::Integer(Column(spec_->keyField), key);
-  return {*this, dataSet_->FindFirst({match})};
 }
 
 CheckedDatabase::CheckedDatabase(TdatamoduleQvRfData& data) : data_(data) {

@@ -18,10 +18,9 @@ class CheckedTable;
 /// std::out_of_range.
 class CheckedRow {
  public:
+  /// A row of the table, which must outlive this.
   CheckedRow(const CheckedTable& table, QvPlatform::RowView row) : table_(&table), row_(row) {}
 
-  /// False for the row of a key that is not there; such a row may not be read.
-  explicit operator bool() const { return static_cast<bool>(row_); }
   /// The table in which the record stands.
   [[nodiscard]] const CheckedTable& Table() const { return *table_; }
   /// The content of an integer field.
@@ -30,9 +29,9 @@ class CheckedRow {
   [[nodiscard]] double Float(std::string_view field) const;
   /// The content of a text field, as it is stored.
   [[nodiscard]] const std::string& Text(std::string_view field) const;
-  /// The content of a field of any type as text.
-  [[nodiscard]] std::string AsText(std::string_view field) const;
-  /// By what the record is known; 0 in the service tables, whose records have no key.
+  /// The record as the processor of its type takes it.
+  [[nodiscard]] QvPlatform::RowView Row() const { return row_; }
+  /// The number by which the record is known; 0 in the service tables, whose records have no key.
   [[nodiscard]] int Key() const;
 
  private:
@@ -43,6 +42,7 @@ class CheckedRow {
 /// One open table, which gives its records to a range-for.
 class CheckedTable {
  public:
+  /// Throws DataSetError if the open table lacks a field of the catalogue.
   CheckedTable(TdatamoduleQvRfData& data, TableId id);
 
   /// What the catalogue states of the table.
@@ -51,12 +51,11 @@ class CheckedTable {
   [[nodiscard]] bool HasKeys() const { return !spec_->keyField.empty(); }
   /// The place of a field in the open table.
   [[nodiscard]] int Column(std::string_view field) const { return columns_.at(field); }
-  /// The first record of that key; one that is false where there is none.
-  [[nodiscard]] CheckedRow WithKey(int key) const;
 
   /// Walks over the records by their position.
   class Iterator {
    public:
+    /// Stands at a position from 0 to the number of records.
     Iterator(const CheckedTable& table, int position) : table_(&table), position_(position) {}
     CheckedRow operator*() const { return {*table_, table_->dataSet_->Row(position_)}; }
     Iterator& operator++() {
@@ -69,7 +68,9 @@ class CheckedTable {
     const CheckedTable* table_;
     int position_;
   };
+  /// The first record, in the order of the table's sort field.
   [[nodiscard]] Iterator begin() const { return {*this, 0}; }
+  /// The place behind the last record.
   [[nodiscard]] Iterator end() const { return {*this, dataSet_->RecordCount()}; }
 
  private:
@@ -84,8 +85,8 @@ class CheckedDatabase {
   /// Throws DataSetError for a table that lacks a field of the catalogue.
   explicit CheckedDatabase(TdatamoduleQvRfData& data);
 
-  /// The data module, for what lies beside the tables.
-  [[nodiscard]] const TdatamoduleQvRfData& Data() const { return data_; }
+  /// The data module, for what lies beside the tables and for the rules of its processors.
+  [[nodiscard]] TdatamoduleQvRfData& Data() const { return data_; }
   /// The tables in the order of the catalogue.
   [[nodiscard]] const std::map<TableId, CheckedTable>& Tables() const { return tables_; }
   /// Throws std::out_of_range for a table that is not opened with the others.

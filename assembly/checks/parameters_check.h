@@ -11,7 +11,7 @@ namespace QvRefSystem {
 struct CheckedParameter {
   /// 1 length, 2 angle, 3 scale; a spoiled table may hold any number.
   int unitType = 0;
-  /// As the table names it.
+  /// The name of the parameter, as the table has it.
   std::string name;
 };
 

@@ -37,7 +37,7 @@ constexpr CodeForm kCodeForms[] = {
 
 constexpr int kMifGroupOfGeodetic = 4;
 
-// A row of the table of values. Its VALUE stands in the row itself.
+// A row of the table of values, read once. The value stays in the table.
 struct ValueRow {
   CheckedRow row;
   int content = row.Integer("OWNER_CONTENT");
@@ -47,7 +47,7 @@ struct ValueRow {
   int code = row.Integer("PARAM_CODE");
   const std::string& value = row.Text("VALUE");
 
-  // How a find tells the row apart.
+  // The words by which a find tells the row apart.
   [[nodiscard]] std::string Which() const {
     return "row of tag " + std::to_string(tag) + " of owner " + std::to_string(content) + "/" +
            std::to_string(owner);

@@ -33,12 +33,12 @@ Place& PlaceOf(const TformQvRfEdit& form) {
 
 // Locks a record while its dialog runs. Afterwards the record is current again, if it is still
 // there, and the lock is gone in any case.
-class EditLock {
+class RecordLock {
  public:
-  EditLock(TQvRfDataProcessor& processor, int key) : processor_(processor), key_(key) {
+  RecordLock(TQvRfDataProcessor& processor, int key) : processor_(processor), key_(key) {
     processor_.PushEditKey();
   }
-  ~EditLock() {
+  ~RecordLock() {
     if (processor_.LocateKey(key_)) {
       processor_.PopEditKey();
       return;
@@ -46,8 +46,8 @@ class EditLock {
     const auto lock = std::ranges::find(processor_.EditKeys, key_);
     if (lock != processor_.EditKeys.end()) processor_.EditKeys.erase(lock);
   }
-  EditLock(const EditLock&) = delete;
-  EditLock& operator=(const EditLock&) = delete;
+  RecordLock(const RecordLock&) = delete;
+  RecordLock& operator=(const RecordLock&) = delete;
 
  private:
   TQvRfDataProcessor& processor_;
@@ -79,7 +79,7 @@ bool TformQvRfEdit::EditCurrent() {
   if (key == 0 || IsRunning()) return false;
   // The owner shows again once the record is current.
   const HiddenForm hidden(Owner());
-  const EditLock lock(*Processor, key);
+  const RecordLock lock(*Processor, key);
   return EditRecord();
 }
 

@@ -17,8 +17,4 @@ bool TformQvRfDatumEdit::Choose(const FormRow& row) {
   return shifts.EditByType();
 }
 
-void TformQvRfDatumShiftBursaWolfEdit::WriteMore(QvPlatform::TQvDataSet& dataSet) {
-  if (EditMode == 0) dataSet.FieldByName("TYPE").SetInteger(shiftType_);
-}
-
 }  // namespace QvRefSystem

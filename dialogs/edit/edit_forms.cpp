@@ -3,12 +3,16 @@
 #include <algorithm>
 #include <array>
 
+#include "dialogs/edit/bursa_wolf_edit.h"
 #include "dialogs/edit/datum_edit.h"
 #include "dialogs/edit/ellipsoid_edit.h"
+#include "dialogs/edit/geocentric_system_edit.h"
+#include "dialogs/edit/geodetic_system_edit.h"
+#include "dialogs/edit/local_system_edit.h"
 #include "dialogs/edit/map_proj_edit.h"
-#include "dialogs/edit/origin_edit.h"
-#include "dialogs/edit/plane_system_edit.h"
+#include "dialogs/edit/projected_system_edit.h"
 #include "dialogs/edit/simple_edits.h"
+#include "dialogs/edit/topocentric_system_edit.h"
 #include "dialogs/edit/unit_edit.h"
 #include "platform/geocore/system_model.h"
 

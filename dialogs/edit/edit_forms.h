@@ -8,8 +8,9 @@ namespace QvRefSystem {
 /// Whether objects of that type have an edit dialog.
 [[nodiscard]] bool HasEditForm(TObjectType object);
 
-/// The edit dialog of an object, told apart by TYPE where there are several: the owner's, if it has
-/// made it before, else a new one. Null if there is none.
+/// The edit dialog for objects of that type, and of that TYPE where there is a dialog for each. It
+/// is the one that the owner has already, or else a new one, which the owner owns. Null if objects
+/// of that type have no dialog.
 [[nodiscard]] TformQvRfEdit* GetEditForm(QWidget* owner, const Chooser& chooser, TObjectType object,
                                          int type = 0);
 

@@ -5,11 +5,12 @@
 
 namespace QvRefSystem {
 
-/// The dialog of ellipsoids. One of the minor semi-axis, the flattening and "sphere" tells the
+/// The dialog of ellipsoids. The minor semi-axis, the flattening or the word "sphere" tells the
 /// shape; the values of the others are kept as they are, but for a sphere's minor semi-axis, which
 /// is its major one.
 class TformQvRfEllipsoidEdit final : public DescribedEdit {
  public:
+  /// The owner owns the dialog, and hides while it runs; `chooser` must outlive it.
   TformQvRfEllipsoidEdit(QWidget* owner, const Chooser& chooser)
       : DescribedEdit(owner, chooser, kEllipsoidForm) {}
 

@@ -14,10 +14,11 @@ namespace QvRefSystem {
 
 class ParamGrid;
 
-/// The dialog of map projections. Its parameters, and which units it needs, are what the tables say
-/// of the chosen type; the values are rows beside the record.
+/// The dialog of map projections. The tables say of the chosen type which parameters and which
+/// units it has; the values are rows beside the record, and are stored with it or not at all.
 class TformQvRfMapProjEdit final : public DescribedEdit {
  public:
+  /// The owner owns the dialog, and hides while it runs; `chooser` must outlive it.
   TformQvRfMapProjEdit(QWidget* owner, const Chooser& chooser);
   ~TformQvRfMapProjEdit() override;
 

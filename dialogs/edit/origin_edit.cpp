@@ -1,24 +1,12 @@
 #include "dialogs/edit/origin_edit.h"
 
 #include <QLabel>
-#include <QScopedValueRollback>
+#include <QLineEdit>
 
 #include "dialogs/edit/origin_grid.h"
-#include "platform/geocore/system_model.h"
-#include "platform/text/text.h"
 #include "platform/widgets/limited_text.h"
-#include "platform/widgets/qt_text.h"
 
 namespace QvRefSystem {
-
-using QvPlatform::RowView;
-using QvPlatform::ToQt;
-
-namespace {
-
-constexpr const char* kAxisColumns[] = {"COORD1_ABBR", "COORD2_ABBR", "COORD3_ABBR"};
-
-}  // namespace
 
 OriginEdit::OriginEdit(QWidget* owner, const Chooser& chooser, const FormDescription& form)
     : SystemEdit(owner, chooser, form) {
@@ -35,80 +23,6 @@ OriginEdit::OriginEdit(QWidget* owner, const Chooser& chooser, const FormDescrip
 
 void OriginEdit::SetOriginHint(const QString& units) {
   strgridOrigin_->setToolTip(TipOf(units));
-}
-
-TformQvRfRefSystemLocalEdit::TformQvRfRefSystemLocalEdit(QWidget* owner, const Chooser& chooser)
-    : OriginEdit(owner, chooser, kLocalSystemForm) {
-  const auto follow = [this](const char* control, auto&& show) {
-    connect(RowOf(control).Line(), &QLineEdit::textChanged, this, show);
-  };
-  follow("edXname", [this](const QString& name) { Origin().SetAxisName(0, name); });
-  follow("edYname", [this](const QString& name) { Origin().SetAxisName(1, name); });
-  follow("edLinearUnit", [this](const QString& name) { SetOriginHint(name); });
-  if (!Data().ShowImportExport) return;
-  // Systems that travel have no origin. The cells keep what an edited record has there.
-  Origin().setFixedHeight(0);
-  Origin().hide();
-  RowOf("pnlOrigin").Control()->hide();
-  RowOf("pnlOrigin").Lead()->hide();
-}
-
-bool TformQvRfRefSystemLocalEdit::Choose(const FormRow& row) {
-  if (row.object != TObjectType::kEllipsoid) return OriginEdit::Choose(row);
-  return ListOf(row.object).SelectWhere(kSpheres, {});
-}
-
-TformQvRfRefSystemTopoEdit::TformQvRfRefSystemTopoEdit(QWidget* owner, const Chooser& chooser)
-    : OriginEdit(owner, chooser, kTopoSystemForm) {
-  // Further down the primary system may have been removed or renamed.
-  connect(RowOf("edOriginRefSystem").Line(), &QLineEdit::textChanged, this,
-          [this] { ShowPrimary(); });
-}
-
-void TformQvRfRefSystemTopoEdit::OnNewRecord() {
-  OriginEdit::OnNewRecord();
-  ShowPrimary();
-}
-
-void TformQvRfRefSystemTopoEdit::OnEditRecord() {
-  OriginEdit::OnEditRecord();
-  ShowPrimary();
-}
-
-void TformQvRfRefSystemTopoEdit::OnRead() {
-  std::string& azimuth = ValueOf("edAzimuth").text;
-  azimuth = QvPlatform::Trim(azimuth);
-}
-
-bool TformQvRfRefSystemTopoEdit::Choose(const FormRow& row) {
-  if (row.object != TObjectType::kReferenceSystem) return OriginEdit::Choose(row);
-  // The list offers neither New nor Edit nor Remove.
-  const QScopedValueRollback<signed char> mode(Data().DialogMode, kSimpleMode);
-  return ListOf(row.object).SelectWhere(OfType(static_cast<int>(SystemKind::kGeodetic)), {});
-}
-
-void TformQvRfRefSystemTopoEdit::OnChosen(const FormRow& row) {
-  if (row.object == TObjectType::kReferenceSystem) ShowPrimary();
-}
-
-void TformQvRfRefSystemTopoEdit::ShowPrimary() {
-  const RowView primary = Processor->RowOfKey(ValueOf("edOriginRefSystem").key);
-  const auto column = [this](const char* name) {
-    return Processor->DataSet->FieldByName(name).GetIndex();
-  };
-  int axis = 0;
-  for (const char* name : kAxisColumns) {
-    Origin().SetAxisName(axis++, primary ? ToQt(primary.GetText(column(name))) : QString());
-  }
-  QString angular;
-  QString linear;
-  if (primary) {
-    angular = NameOf(TObjectType::kAngularUnit, primary.GetInteger(column("ANGULAR_UNIT_AUTOKEY")));
-    linear = NameOf(TObjectType::kLinearUnit, primary.GetInteger(column("LINEAR_UNIT_AUTOKEY")));
-  }
-  const bool both = !angular.isEmpty() && !linear.isEmpty();
-  SetOriginHint(both ? angular + "/" + linear : QString());
-  RowOf("edAzimuth").SetHint(both ? angular : QString());
 }
 
 }  // namespace QvRefSystem

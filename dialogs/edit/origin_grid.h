@@ -13,9 +13,11 @@ class OriginGrid final : public QTableWidget {
   Q_OBJECT
 
  public:
-  /// The lines become the cells of column 1; the grid owns them from then on.
+  /// Makes a grid of as many rows as there are lines, at least one. The lines become the cells of
+  /// column 1, and the grid owns them from then on.
   OriginGrid(QWidget* parent, const std::vector<QLineEdit*>& cells);
 
+  /// Names the axis of a row, which counts from 0 and must be there.
   void SetAxisName(int row, const QString& name);
 
  protected:

@@ -1,11 +1,11 @@
 #include "dialogs/edit/plane_system_edit.h"
 
 #include <QComboBox>
-#include <QLayout>
 #include <algorithm>
 
 #include "dialogs/base/processor_of.h"
 #include "dialogs/heights/vertical_edit.h"
+#include "platform/geocore/geoids.h"
 #include "platform/geocore/shell_reference_system.h"
 #include "platform/ui/texts.h"
 #include "platform/widgets/limited_text.h"
@@ -29,7 +29,6 @@ constexpr char kGeoidRadio[] = "radiobtnHeightGeoid";
 constexpr char kSystemGeoidRadio[] = "radiobtnHeightSystemGeoid";
 constexpr char kGeoid[] = "Edit1";
 constexpr char kSystemGeoids[] = "comboSystemGeoids";
-constexpr char kPositiveLongitude[] = "chboxPositiveLongitude";
 
 }  // namespace
 
@@ -282,77 +281,6 @@ void PlaneSystemEdit::CancelEdit() {
   TQvRfDataProcessor& heights = *Data().VerticalRefSystemProcessor;
   const int key = ValueOf(kGeoid).key;
   if (key != 0 && heights.LocateKey(key)) (void)heights.DeleteRecord(nullptr);
-}
-
-// Geodetic systems.
-
-TformQvRfRefSystemGeodEdit::TformQvRfRefSystemGeodEdit(QWidget* owner, const Chooser& chooser)
-    : PlaneSystemEdit(owner, chooser, kGeodSystemForm) {
-  // The splitter between the boxes keeps these widths on its left and on its right.
-  constexpr std::pair<const char*, int> kLeast[] = {{"grboxLatLon", 181}, {"grboxHeight", 251}};
-  for (const auto& [name, width] : kLeast) {
-    QWidget* box = RowOf(name).Control();
-    // A least width of its own would take the place of the one that its content needs.
-    box->setMinimumWidth(std::max(width, box->layout()->totalMinimumSize().width()));
-  }
-}
-
-std::vector<const char*> TformQvRfRefSystemGeodEdit::AxesOfType() const {
-  return {"edLatitudeAbbr", "edLongitudeAbbr", "edHeightAbbr"};
-}
-
-void TformQvRfRefSystemGeodEdit::OnNewRecord() {
-  LeadOf(kPositiveLongitude).setChecked(false);
-  PlaneSystemEdit::OnNewRecord();
-}
-
-void TformQvRfRefSystemGeodEdit::OnEditRecord() {
-  LeadOf(kPositiveLongitude).setChecked(Data().RefSystemProcessor->IsPositiveLongitude(Key));
-  PlaneSystemEdit::OnEditRecord();
-}
-
-void TformQvRfRefSystemGeodEdit::StoreBeside(int key) {
-  PlaneSystemEdit::StoreBeside(key);
-  Data().RefSystemProcessor->StorePositiveLongitude(key, LeadOf(kPositiveLongitude).isChecked());
-}
-
-void TformQvRfRefSystemGeodEdit::FillSystem(UnstoredSystem* system) {
-  PlaneSystemEdit::FillSystem(system);
-  system->angularUnit = ValueOf("edAngularUnit").key;
-  system->positiveLongitude = LeadOf(kPositiveLongitude).isChecked();
-}
-
-// Projected systems.
-
-std::vector<const char*> TformQvRfRefSystemProjEdit::AxesOfType() const {
-  return {"edHeightAbbr"};
-}
-
-bool TformQvRfRefSystemProjEdit::Choose(const FormRow& row) {
-  if (row.object != kMapProjection || Data().DialogMode != kSimpleMode) {
-    return PlaneSystemEdit::Choose(row);
-  }
-  TformQvRfEdit* projection = GetChooser().FormFor(this, kMapProjection, 0);
-  if (projection == nullptr) return false;
-  const int key = ValueOf(row.control).key;
-  if (EditMode == 0 || key == 0) return projection->CreateNew();
-  return projection->Processor->LocateKey(key) && projection->EditCurrent();
-}
-
-void TformQvRfRefSystemProjEdit::OnChosen(const FormRow& row) {
-  PlaneSystemEdit::OnChosen(row);
-  if (row.object != kMapProjection) return;
-  TQvDataSet& projections = Data().datasetMapProj;
-  for (const char* control : {"edFirstCoordName", "edSecondCoordName"}) {
-    ValueOf(control).text = projections.FieldByName(RowOf(control).Row().column).AsString();
-    RowOf(control).ClearMark();
-    Show(control);
-  }
-}
-
-void TformQvRfRefSystemProjEdit::FillSystem(UnstoredSystem* system) {
-  PlaneSystemEdit::FillSystem(system);
-  system->mapProjection = ValueOf("edMapProjection").key;
 }
 
 }  // namespace QvRefSystem

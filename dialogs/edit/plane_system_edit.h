@@ -20,10 +20,11 @@ class TformQvRfVerticalRefSystemEdit;
 /// heights do without; Close removes it and leaves the stored one as it was.
 class PlaneSystemEdit : public SystemEdit {
  public:
+  /// The owner owns the dialog, and hides while it runs; `chooser` and `form` must outlive it.
   PlaneSystemEdit(QWidget* owner, const Chooser& chooser, const FormDescription& form);
 
   /// Assembles the system as it stands in the dialog, in the tree itself (id 0) or in a new subtree
-  /// (id, index). False, with the controls marked that stand in the way, if it is not whole.
+  /// (id, index). Returns false, and marks the controls that stand in the way, if it is not whole.
   [[nodiscard]] bool BuildSystemTree(TStringTree* tree, int id, int index);
 
  protected:
@@ -37,7 +38,8 @@ class PlaneSystemEdit : public SystemEdit {
   [[nodiscard]] bool Choose(const FormRow& row) override;
   void OnChosen(const FormRow& row) override;
   void CancelEdit() override;
-  /// What the rows hold for the tree; all that both kinds have is filled in by the base.
+  /// Fills in what the dialog holds of a system. This class fills in what both kinds have; a
+  /// subclass calls it, and adds what its kind alone has.
   virtual void FillSystem(UnstoredSystem* system);
 
  private:
@@ -62,31 +64,6 @@ class PlaneSystemEdit : public SystemEdit {
   int OldVerticalKey = 0;
   /// Codes of the built-in geoids by their places in the list.
   std::map<int, int> SystemGeoids;
-};
-
-class TformQvRfRefSystemGeodEdit final : public PlaneSystemEdit {
- public:
-  TformQvRfRefSystemGeodEdit(QWidget* owner, const Chooser& chooser);
-
- protected:
-  void OnNewRecord() override;
-  void OnEditRecord() override;
-  void StoreBeside(int key) override;
-  void FillSystem(UnstoredSystem* system) override;
-  [[nodiscard]] std::vector<const char*> AxesOfType() const override;
-};
-
-/// A projected system. In simple mode its projection is made and edited from here without a list.
-class TformQvRfRefSystemProjEdit final : public PlaneSystemEdit {
- public:
-  TformQvRfRefSystemProjEdit(QWidget* owner, const Chooser& chooser)
-      : PlaneSystemEdit(owner, chooser, kProjSystemForm) {}
-
- protected:
-  [[nodiscard]] bool Choose(const FormRow& row) override;
-  void OnChosen(const FormRow& row) override;
-  void FillSystem(UnstoredSystem* system) override;
-  [[nodiscard]] std::vector<const char*> AxesOfType() const override;
 };
 
 }  // namespace QvRefSystem

@@ -57,16 +57,4 @@ QString SystemEdit::NameOf(TObjectType object, int key) const {
   return QvPlatform::ToQt(row.GetText(processor->DataSet->FieldByName("NAME").GetIndex()));
 }
 
-void TformQvRfRefSystemGeocEdit::OnEditRecord() {
-  SystemEdit::OnEditRecord();
-  LeadOf("chboxDatum").setChecked(ValueOf("edDatum").key != 0);
-  UpdateLeads();
-}
-
-// The datum of an unchecked box is kept in the dialog, in case the user checks it again.
-void TformQvRfRefSystemGeocEdit::WriteMore(TQvDataSet& dataSet) {
-  SystemEdit::WriteMore(dataSet);
-  if (!LeadOf("chboxDatum").isChecked()) dataSet.FieldByName("DATUM_AUTOKEY").SetInteger(0);
-}
-
 }  // namespace QvRefSystem

@@ -9,39 +9,24 @@ namespace QvRefSystem {
 /// type tells.
 class SystemEdit : public DescribedEdit {
  public:
+  /// The owner owns the dialog, and hides while it runs; `chooser` and `form` must outlive it.
   SystemEdit(QWidget* owner, const Chooser& chooser, const FormDescription& form);
 
  protected:
   void OnNewRecord() override;
   void OnEditRecord() override;
   void WriteMore(QvPlatform::TQvDataSet& dataSet) override;
-  /// The controls of the axes that the type names.
+  /// The controls that a new record fills with the names that its type gives the axes.
   [[nodiscard]] virtual std::vector<const char*> AxesOfType() const {
     return {"edXname", "edYname", "edZname"};
   }
-  /// NAME of the object with that key; "" if there is none. Moves no cursor.
+  /// The NAME of the object with that key, or an empty text if there is none. The call moves no
+  /// cursor.
   [[nodiscard]] QString NameOf(TObjectType object, int key) const;
 
  private:
   const int type_;
   const bool hasHandedness_;
-};
-
-class TformQvRfRefSystemCartEdit final : public SystemEdit {
- public:
-  TformQvRfRefSystemCartEdit(QWidget* owner, const Chooser& chooser)
-      : SystemEdit(owner, chooser, kCartSystemForm) {}
-};
-
-/// A geocentric system may stand on a datum, and need not.
-class TformQvRfRefSystemGeocEdit final : public SystemEdit {
- public:
-  TformQvRfRefSystemGeocEdit(QWidget* owner, const Chooser& chooser)
-      : SystemEdit(owner, chooser, kGeocSystemForm) {}
-
- protected:
-  void OnEditRecord() override;
-  void WriteMore(QvPlatform::TQvDataSet& dataSet) override;
 };
 
 }  // namespace QvRefSystem

@@ -52,12 +52,6 @@ constexpr int kWheelStep = 120;  // eighths of a degree
 
 }  // namespace
 
-void TMarker::MoveTo(const QPointF& position) {
-  if (position == position_) return;
-  position_ = position;
-  emit OnMarkerMove();
-}
-
 TBigImageScroll::TBigImageScroll(QWidget* parent)
     : QAbstractScrollArea(parent), level_(LevelOfOneToOne()) {
   setFocusPolicy(Qt::StrongFocus);

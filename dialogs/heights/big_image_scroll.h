@@ -9,32 +9,19 @@
 #include <cstdint>
 #include <vector>
 
+#include "dialogs/heights/image_marker.h"
 #include "vertical/table_raster.h"
 
 namespace QvRefSystem {
 
+/// A table of heights as the pixels of an image.
 using HeightRaster = QvCommonUtils::TTableDibData<double>;
 
-/// A place in an image, counted in its pixels: whole numbers are the pixels themselves, (0, 0) the
-/// top left one. The windows of one image share it.
-class TMarker : public QObject {
-  Q_OBJECT
-
- public:
-  using QObject::QObject;
-  [[nodiscard]] const QPointF& Position() const { return position_; }
-  void MoveTo(const QPointF& position);
-
- signals:
-  void OnMarkerMove();
-
- private:
-  QPointF position_;
-};
-
-/// Pixels of the screen for pixels of the image; one of the two is 1.
+/// How many pixels of the screen stand for how many pixels of the image. One of the two is 1.
 struct ImageZoom {
+  /// Pixels of the screen.
   int Numerator = 1;
+  /// Pixels of the image.
   int Denominator = 1;
 };
 
@@ -48,41 +35,51 @@ class TBigImageScroll : public QAbstractScrollArea {
   Q_OBJECT
 
  public:
+  /// Makes a window without an image.
   explicit TBigImageScroll(QWidget* parent);
 
   /// Takes another image, or with null none; nothing is drawn until StartRasterShow. The raster
   /// must stay as it is, and alive, until it is taken off.
   void SetDibData(const HeightRaster* raster);
+  /// Begins to draw the image that was set.
   void StartRasterShow();
+  /// Whether the window has an image, drawn or not.
   [[nodiscard]] bool HasRaster() const { return raster_ != nullptr; }
 
+  /// Shows a marker, which other windows may show as well and which must outlive this one.
   void SetMarker(TMarker* marker);
-  /// The windows show each other's view as a frame.
+  /// Takes the other window over the same image, whose view this one shows as a frame. It must
+  /// outlive this one.
   void SetSister(TBigImageScroll* sister);
-  /// Whether the marker is always in the middle, as it is in a lens.
+  /// Tells whether the marker is always in the middle, as it is in a lens.
   void SetFollowsMarker(bool follows) { followsMarker_ = follows; }
 
+  /// The zoom at which the image shows.
   [[nodiscard]] ImageZoom Zoom() const;
-  /// One step closer (1) or farther (-1), about the middle of the view.
+  /// Goes closer by so many steps, or farther by a negative number of them, about the middle of the
+  /// view; no further than to the last zoom.
   void ZoomBy(int steps);
-  /// As close as the image still fits whole.
+  /// Goes as close as the image still fits whole.
   void ZoomToFit();
-  /// `steps` closer than another window.
+  /// Goes so many steps closer than another window is.
   void ZoomCloserThan(const TBigImageScroll& other, int steps);
 
   /// Brings a pixel of the image to the middle, as far as the image reaches.
   void CentreOn(const QPointF& pixel);
-  /// Pixels of the image in sight.
+  /// The part of the image that is in sight, in pixels of the image.
   [[nodiscard]] QRectF VisiblePixels() const;
-  /// The place of a pixel's middle in the viewport, and the pixel at a place there.
+  /// The place of a pixel's middle in the viewport, in the viewport's units.
   [[nodiscard]] QPointF PlaceOf(const QPointF& pixel) const;
+  /// The pixel at a place in the viewport; beside the image it is the nearest one.
   [[nodiscard]] QPoint PixelAt(const QPointF& place) const;
 
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override;
 
  signals:
+  /// The image shows at another zoom.
   void OnZoomChange();
+  /// Another part of the image is in sight.
   void OnViewChange();
   /// A read has failed; the image is not drawn any more.
   void OnImageError();
@@ -127,7 +124,7 @@ class TBigImageScroll : public QAbstractScrollArea {
   TBigImageScroll* sister_ = nullptr;
   bool followsMarker_ = false;
   int level_;
-  /// The middle of the view in the image; it stays when the window changes its size.
+  /// The middle of the view, in pixels of the image; it stays when the window changes its size.
   QPointF centre_;
   int wheel_ = 0;
 
@@ -135,7 +132,7 @@ class TBigImageScroll : public QAbstractScrollArea {
   QPointF pressedAt_;
   QPoint scrolledAtPress_;
 
-  /// What was drawn last, and which part of the image at which zoom that is.
+  /// What was drawn last; the fields below tell which part of the image it is, and at which zoom.
   QImage frame_;
   QRect framePlace_;
   int frameLevel_ = 0;

@@ -19,9 +19,9 @@ namespace {
 struct PartRow {
   GridControls::Part part;
   const char* objectName;
-  /// What a part is called; of a side its axis stands beside it.
+  /// What a part is called. The name of its axis stands beside a side.
   const char* name;
-  /// Stands over a step.
+  /// The caption over a step; empty for a side.
   const char* caption;
   std::string TShell2DTableExtents::*field;
   int row;
@@ -44,7 +44,7 @@ constexpr PartRow kParts[] = {
      Translatable("Step N-S"), &TShell2DTableExtents::CellNorthSouth, 3, 2},
 };
 
-// Which of the first two axes runs through a side.
+// The index of the one of the first two axes that runs through a side.
 int AxisOf(GridControls::Part side, bool firstIsNorth) {
   const bool northSouth = side == GridControls::kNorth || side == GridControls::kSouth;
   return northSouth == firstIsNorth ? 0 : 1;

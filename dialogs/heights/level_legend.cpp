@@ -37,7 +37,7 @@ void LevelLegend::PointAt(double value) {
   update();
 }
 
-// As many as tell a hundredth of the way between two neighbours.
+// The decimals tell a hundredth of the way between two neighbours.
 int LevelLegend::DecimalsNeeded() const {
   const double step = raster_->LevelStep * 255 / kSteps;
   if (!(step > 0)) return kMostDecimals;

@@ -10,10 +10,14 @@ namespace QvRefSystem {
 /// values beside it and a pointer at one of them.
 class LevelLegend : public QWidget {
  public:
+  /// Makes a legend of no raster.
   explicit LevelLegend(QWidget* parent);
 
-  /// Null shows nothing. The raster must stay alive until another one is shown.
+  /// Shows the colours of a raster, or with null nothing. The raster must stay alive until another
+  /// one is shown.
   void ShowRaster(const QvCommonUtils::TTableDibData<double>* raster);
+  /// Puts the pointer at a height, in the unit of the table; one outside the raster's range stands
+  /// at the end of the bar, and with NaN there is no pointer.
   void PointAt(double value);
 
   [[nodiscard]] QSize sizeHint() const override;

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScopedValueRollback>
 
 #include "assembly/processor_set.h"
 #include "dialogs/base/guarded.h"
@@ -132,28 +133,39 @@ bool TformQvRfOffsetApproximationReport::Run(const std::string& offset,
                                              const std::string& unitLabel, std::string* text,
                                              TShellReferenceSystem* target, THeightTable* errors,
                                              const std::string& max, const std::string& rms) {
-  edOffsetValue->setText(ToQt(offset));
-  edAccuracyRms->setText(ToQt(rms));
-  edAccuracyMax->setText(ToQt(max));
-  const QString unit = ToQt(unitLabel);
+  return Run({.Offset = offset,
+              .UnitLabel = unitLabel,
+              .Max = max,
+              .Rms = rms,
+              .Target = target,
+              .Errors = errors},
+             text);
+}
+
+bool TformQvRfOffsetApproximationReport::Run(const OffsetApproximation& result, std::string* text) {
+  const QScopedValueRollback shown(result_, &result);
+  ShowResult(*text);
+  const bool accepted = RunModal() == QDialog::Accepted;
+  *text = accepted && chboxInfoInsert->isChecked() ? FromQt(memoInfoText->toPlainText())
+                                                   : std::string();
+  return accepted;
+}
+
+void TformQvRfOffsetApproximationReport::ShowResult(const std::string& source) {
+  edOffsetValue->setText(ToQt(result_->Offset));
+  edAccuracyRms->setText(ToQt(result_->Rms));
+  edAccuracyMax->setText(ToQt(result_->Max));
+  const QString unit = ToQt(result_->UnitLabel);
   for (QLabel* label : {lblOffsetUnit, lblAccuracyRmsUnit, lblAccuracyMaxUnit})
     label->setText(unit);
   const auto error = [&unit](const char* what, const std::string& value) {
     return Translated(what) + QLatin1Char(' ') + ToQt(value) + QLatin1Char(' ') + unit;
   };
-  memoInfoText->setPlainText(Translated("Approximation of") + QLatin1Char(' ') + ToQt(*text) +
-                             QStringLiteral(": ") + error(Translatable("RMS error"), rms) +
-                             QStringLiteral("; ") + error(Translatable("Max error"), max) +
+  memoInfoText->setPlainText(Translated("Approximation of") + QLatin1Char(' ') + ToQt(source) +
+                             QStringLiteral(": ") + error(Translatable("RMS error"), result_->Rms) +
+                             QStringLiteral("; ") + error(Translatable("Max error"), result_->Max) +
                              QLatin1Char('.'));
   chboxInfoInsert->setChecked(false);
-  errors_ = errors;
-  target_ = target;
-  const bool accepted = RunModal() == QDialog::Accepted;
-  *text = accepted && chboxInfoInsert->isChecked() ? FromQt(memoInfoText->toPlainText())
-                                                   : std::string();
-  errors_ = nullptr;
-  target_ = nullptr;
-  return accepted;
 }
 
 void TformQvRfOffsetApproximationReport::FormShow(bool first) {
@@ -162,7 +174,8 @@ void TformQvRfOffsetApproximationReport::FormShow(bool first) {
 }
 
 void TformQvRfOffsetApproximationReport::btnAccuracyViewRasterClick() {
-  Guarded(datamoduleQvRfData->Ui(), [this] { ViewHeightTable(this, errors_, target_); });
+  Guarded(datamoduleQvRfData->Ui(),
+          [this] { ViewHeightTable(this, result_->Errors, result_->Target); });
 }
 
 }  // namespace QvRefSystem

@@ -20,19 +20,20 @@ class Chooser;
 /// that covers the same ground in another. It changes nothing by itself.
 class TformQvRfRecalculateGridParams final : public QvPlatform::ModalForm {
  public:
+  /// Makes a dialog that the owner owns; `chooser` must outlive it.
   TformQvRfRecalculateGridParams(QWidget* owner, const Chooser& chooser);
   ~TformQvRfRecalculateGridParams() override;
 
-  /// Lets the user find a grid of `target`. True if it is to be applied; `result` is then that grid
-  /// as texts, all empty if none was computed. Without a target or a result, and for one that
-  /// cannot tell its axes, nothing is shown.
+  /// Lets the user find a grid of `target`. Returns true if it is to be applied; `result` is then
+  /// that grid as texts, all empty if none was computed. Nothing is shown, and `result` stays,
+  /// without a target or a result, and for a target that cannot tell its axes.
   [[nodiscard]] bool Run(TShellReferenceSystem* target, TShell2DTableExtents* result);
 
  protected:
   void FormShow(bool first) override;
 
  private:
-  /// What either side shows: a grid, and the system in which it lies.
+  /// What a side shows: a grid, and the system in which it lies.
   struct Side {
     std::optional<GridControls> grid;
     QLineEdit* edRefSystemName = nullptr;

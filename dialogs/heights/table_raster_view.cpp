@@ -20,6 +20,7 @@
 #include "dialogs/heights/level_legend.h"
 #include "platform/widgets/file_dialogs.h"
 #include "platform/widgets/qt_text.h"
+#include "vertical/bitmap_file.h"
 
 namespace QvRefSystem {
 

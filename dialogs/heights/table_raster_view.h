@@ -11,9 +11,10 @@ namespace QvRefSystem {
 /// coordinates can be read.
 class TformQvRfTableRasterView final : public QvPlatform::ModalForm, protected TableRasterControls {
  public:
+  /// Makes a view that the owner owns.
   explicit TformQvRfTableRasterView(QWidget* owner);
 
-  /// Runs the form over a raster that holds a table. The coordinates are told in the notation of
+  /// Runs the view over a raster that holds a table. The coordinates are told in the notation of
   /// `system`, in whose plane the table lies, or without it as plain numbers. Both stay the
   /// caller's; the view changes the look and the zoom of the raster.
   void Show(QvCommonUtils::TTableDibData<double>* raster, TShellReferenceSystem* system);

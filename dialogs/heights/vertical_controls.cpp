@@ -261,29 +261,30 @@ void VerticalControls::ShowSourcePanel() {
   PaintControls();
 }
 
-HeightDataKind VerticalControls::CheckedData() const {
-  if (radiobtnDataTable->isChecked()) return HeightDataKind::kTable;
-  return radiobtnDataOffset->isChecked() ? HeightDataKind::kOffset : HeightDataKind::kNone;
+std::optional<HeightKind> VerticalControls::CheckedData() const {
+  if (radiobtnDataTable->isChecked()) return HeightKind::kTable;
+  if (radiobtnDataOffset->isChecked()) return HeightKind::kOffset;
+  return std::nullopt;
 }
 
 void VerticalControls::EnableData(const HeightCreation& heights) {
-  const HeightDataKind usual = heights.UsualKind();
-  radiobtnDataTable->setEnabled(heights.CanMake(HeightDataKind::kTable));
-  radiobtnDataOffset->setEnabled(heights.CanMake(HeightDataKind::kOffset));
-  btnDataCreate->setEnabled(usual != HeightDataKind::kNone);
-  if (usual == HeightDataKind::kTable) radiobtnDataTable->setChecked(true);
-  if (usual == HeightDataKind::kOffset) radiobtnDataOffset->setChecked(true);
+  const std::optional<HeightKind> usual = heights.Source().UsualKind();
+  radiobtnDataTable->setEnabled(heights.Source().CanMake(HeightKind::kTable));
+  radiobtnDataOffset->setEnabled(heights.Source().CanMake(HeightKind::kOffset));
+  btnDataCreate->setEnabled(usual.has_value());
+  if (usual == HeightKind::kTable) radiobtnDataTable->setChecked(true);
+  if (usual == HeightKind::kOffset) radiobtnDataOffset->setChecked(true);
 }
 
-void VerticalControls::ShowState(HeightDataKind kind, const QString& why) {
-  btnDataView->setVisible(kind == HeightDataKind::kTable);
-  edDataOffset->setVisible(kind == HeightDataKind::kOffset);
-  if (kind == HeightDataKind::kNone) {
+void VerticalControls::ShowState(std::optional<HeightKind> kind, const QString& why) {
+  btnDataView->setVisible(kind == HeightKind::kTable);
+  edDataOffset->setVisible(kind == HeightKind::kOffset);
+  if (!kind) {
     pnlDataType->setText(Translated("No data"));
     Refuse(pnlDataType, errorColour_, why);
     return;
   }
-  pnlDataType->setText(kind == HeightDataKind::kTable ? Translated("Table") : Translated("Offset"));
+  pnlDataType->setText(kind == HeightKind::kTable ? Translated("Table") : Translated("Offset"));
   ClearMark(pnlDataType);
 }
 

@@ -30,21 +30,27 @@ namespace QvRefSystem {
 /// they are told, the dialog decides.
 class VerticalControls {
  protected:
-  /// `errorColour` is that of a state without data.
+  /// Makes all controls as children of the form. `errorColour` is that of a state without data.
   void BuildControls(QDialog* form, const QColor& errorColour);
 
+  /// The kind of source whose radio button is checked.
   [[nodiscard]] HeightSourceKind CheckedSource() const;
+  /// Checks the radio button of a kind of source, and shows its panel.
   void CheckSource(HeightSourceKind kind);
   /// Shows the panel of the source that is checked, and lets the grid be used if it needs one.
   void ShowSourcePanel();
-  /// None if neither is enabled.
-  [[nodiscard]] HeightDataKind CheckedData() const;
+  /// The kind of data whose radio button is checked; none if neither is enabled.
+  [[nodiscard]] std::optional<HeightKind> CheckedData() const;
+  /// Enables what can be made of the source as it stands.
   void EnableData(const HeightCreation& heights);
-  void ShowState(HeightDataKind kind, const QString& why);
+  /// Shows which kind of data there is; the tip tells why there is none.
+  void ShowState(std::optional<HeightKind> kind, const QString& why);
 
   /// Puts a control on the colour of a refusal; its tip says why.
   void Refuse(QWidget* control, const QColor& colour, const QString& why);
+  /// Takes the mark of a refusal off a control.
   void ClearMark(QWidget* control);
+  /// Takes all marks off.
   void ClearMarks();
   /// Sets the colours anew, after a change of the desktop's.
   void PaintControls();

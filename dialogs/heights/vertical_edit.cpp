@@ -19,6 +19,7 @@
 #include "platform/widgets/file_dialogs.h"
 #include "platform/widgets/limited_text.h"
 #include "platform/widgets/qt_text.h"
+#include "vertical/linear_unit_texts.h"
 
 namespace QvRefSystem {
 
@@ -33,7 +34,7 @@ using QvPlatform::Translated;
 
 namespace {
 
-/// Of what is refused, but for a missing name and missing data.
+/// The colour of everything that is refused but a missing name and missing data.
 const QColor kRefusalColour = Qt::red;
 
 QString NameOf(const TShellReferenceSystem* system) {
@@ -163,7 +164,7 @@ bool TformQvRfVerticalRefSystemEdit::RunFilled(HeightRefusal loading) {
   edDataSourceParamsVertOffsetValue->setText(ToQt(heights_.Source().Offset));
   ShowGrid();
   UpdateCreateControls();
-  if (heights_.MadeData().Kind() == HeightDataKind::kOffset) radiobtnDataOffset->setChecked(true);
+  if (heights_.MadeData().Kind() == HeightKind::kOffset) radiobtnDataOffset->setChecked(true);
   RefreshDataState(loading);
   if (loading != HeightRefusal::kNone) {
     TellFile(Processor->DataSet->FieldByName("VDATA_FILENAME").AsString(), loading);
@@ -194,7 +195,7 @@ void TformQvRfVerticalRefSystemEdit::UpdateCreateControls() {
 void TformQvRfVerticalRefSystemEdit::RefreshDataState(HeightRefusal refusal) {
   const HeightData& made = heights_.MadeData();
   const std::optional<UnitTexts> unit = LinearUnitTexts(Data(), made.OffsetUnit);
-  if (made.Kind() == HeightDataKind::kOffset && unit) {
+  if (made.Kind() == HeightKind::kOffset && unit) {
     edDataOffset->setText(ToQt(made.Offset + " " + unit->Label()));
   }
   ShowState(made.Kind(),
@@ -346,8 +347,13 @@ bool TformQvRfVerticalRefSystemEdit::AcceptOffset(HeightApproximation& result) {
   edDataOffset->setText(ToQt(result.Offset + " " + result.UnitLabel));
   std::string text = result.SourceName;
   TformQvRfOffsetApproximationReport report(this);
-  if (!report.Run(result.Offset, result.UnitLabel, &text, heights_.Target(), &result.Errors,
-                  result.Max, result.Rms)) {
+  if (!report.Run({.Offset = result.Offset,
+                   .UnitLabel = result.UnitLabel,
+                   .Max = result.Max,
+                   .Rms = result.Rms,
+                   .Target = heights_.Target(),
+                   .Errors = &result.Errors},
+                  &text)) {
     return false;
   }
   memoDescription->SetText(memoDescription->Text() + " " + text);
@@ -359,7 +365,7 @@ void TformQvRfVerticalRefSystemEdit::btnDataViewClick() {
 }
 
 bool TformQvRfVerticalRefSystemEdit::ConfirmData() {
-  if (heights_.MadeData().Kind() == HeightDataKind::kNone) {
+  if (!heights_.MadeData().Kind()) {
     Data().Ui().ShowMessage(MessageKind::kError, SystemText(TextId::kNoHeights),
                             MessageButtons::kOk);
     return false;
@@ -404,7 +410,7 @@ void TformQvRfVerticalRefSystemEdit::FormShow(bool first) {
   PlaceAndSize(size());
 }
 
-// At its owner, or as far above as it needs to end on the screen.
+// The form stands at its owner, or as far above as it needs to end on the screen.
 void TformQvRfVerticalRefSystemEdit::PlaceUsually() {
   TformQvRfEdit::PlaceUsually();
   constexpr int kBottomMargin = 30;

@@ -17,15 +17,16 @@ class TformQvRfVerticalRefSystemEdit final : public TformQvRfEdit, protected Ver
   Q_OBJECT
 
  public:
+  /// The owner owns the dialog, and hides while it runs; `chooser` must outlive it.
   TformQvRfVerticalRefSystemEdit(QWidget* owner, const Chooser& chooser);
   ~TformQvRfVerticalRefSystemEdit() override;
 
-  /// Called ahead of each opening; without a plane the dialog does not open. `treeText` is the
-  /// text of the reference system's tree, `unitKey` the linear unit of its heights. False if there
-  /// is no such system, or no unit.
+  /// Sets the plane of the heights. The owner calls it ahead of each opening; without a plane the
+  /// dialog does not open. `treeText` is the text of the reference system's tree, `unitKey` the key
+  /// of the linear unit of its heights. Returns false if there is no such system, or no unit.
   [[nodiscard]] bool SetPlaneSystem(const std::string& treeText, int unitKey);
-  /// Called when the owner starts on a reference system, with key 0 on a new one. False if the
-  /// plane of its stored heights cannot be computed.
+  /// Takes the plane of the stored heights of a reference system. The owner calls it when it starts
+  /// on a system, with key 0 on a new one. Returns false if that plane cannot be computed.
   [[nodiscard]] bool LoadForReferenceSystem(int refSystemKey);
   /// Whether the stored heights lie in the plane of that system.
   [[nodiscard]] bool IsStoredPlaneSame(const TShellReferenceSystem* system) const;

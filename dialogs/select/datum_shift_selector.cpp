@@ -1,6 +1,6 @@
 #include "dialogs/select/datum_shift_selector.h"
 
-#include "dialogs/edit/datum_edit.h"
+#include "dialogs/edit/bursa_wolf_edit.h"
 
 namespace QvRefSystem {
 

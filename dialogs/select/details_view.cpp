@@ -15,6 +15,7 @@
 #include "dialogs/select/area_map.h"
 #include "platform/data/tree_ids.h"
 #include "platform/geocore/projjson.h"
+#include "platform/geocore/wkt2.h"
 #include "platform/widgets/qt_text.h"
 #include "registry/area_of_use.h"
 

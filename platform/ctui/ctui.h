@@ -12,11 +12,13 @@ namespace QvPlatform {
 
 /// Bytes that somebody else owns.
 struct TBinaryBlock {
+  /// The first byte; null for a block without bytes.
   const void* Data = nullptr;
+  /// Number of bytes.
   std::size_t Size = 0;
 };
 
-/// What the flag word tells; its other bits are 0. One of the three kinds is set.
+/// What the flag word tells; its other bits are 0. One of the first three, the kinds, is set.
 enum LegacyFlags : std::uint32_t {
   kLegacyGeodetic = 1,
   kLegacyProjected = 2,
@@ -28,6 +30,7 @@ enum LegacyFlags : std::uint32_t {
   kLegacyZones = 16,
 };
 
+/// One parameter of a projection.
 struct LegacyParameter {
   /// EPSG parameter code.
   std::int32_t Code = 0;
@@ -37,20 +40,27 @@ struct LegacyParameter {
 
 /// A system as its block holds it.
 struct TProjectionInfo311 {
+  /// Name of the system. Texts are UTF-8 without control characters, of 255 bytes at most.
   std::string SystemName;
+  /// Name of the projection; may be empty.
   std::string ProjectionName;
   /// Not 0: the first coordinate is the northing or the latitude.
   std::int32_t NorthingFirst = 0;
   /// EPSG method code of the projection.
   std::int32_t Method = 0;
+  /// Name of the ellipsoid.
   std::string EllipsoidName;
-  /// Of lengths, with its size in metres.
+  /// Name of the unit of length.
   std::string UnitName;
+  /// Metres in one unit of length.
   double UnitFactor = 0;
-  /// Semi-major axis in metres, and 1/f; 0 is a sphere.
+  /// Semi-major axis of the ellipsoid in metres.
   double SemiMajorAxis = 0;
+  /// 1/f of the ellipsoid; 0 is a sphere.
   double InverseFlattening = 0;
+  /// Name of the datum.
   std::string DatumName;
+  /// Name of the prime meridian.
   std::string MeridianName;
   /// Degrees east of Greenwich.
   double MeridianLongitude = 0;
@@ -60,20 +70,27 @@ struct TProjectionInfo311 {
   double Shift[7] = {};
   /// Degrees from one zone's central meridian to the next one's.
   double ZoneWidth = 0;
+  /// Parameters of the projection, 32 at most.
   std::vector<LegacyParameter> Parameters;
 };
 
 /// The same for whoever makes a system of it, with the flags one for one.
 struct SQvCTUI_ProjectionInfo1 : TProjectionInfo311 {
+  /// Coordinates are latitude and longitude.
   bool Geodetic = false;
+  /// Coordinates are those of a plane.
   bool Projected = false;
+  /// Coordinates are geocentric.
   bool Geocentric = false;
+  /// Shift and its type count.
   bool HasShift = false;
+  /// The projection is one zone of many.
   bool HasZones = false;
   /// Number of the zone in which the data lies.
   std::int32_t Zone = 0;
 };
 
+/// Reads one block.
 class TCTUI {
  public:
   virtual ~TCTUI() = default;
@@ -85,11 +102,11 @@ class TCTUI {
 /// A reader over bytes that must outlive it; null for a block without bytes.
 [[nodiscard]] std::unique_ptr<TCTUI> CreateCTUI(const TBinaryBlock& block);
 
-/// The record of a system that was read. `averageX` and `averageY` are the mean coordinates of the
-/// data in units of the system: the zone is the number of whole millions of metres in the easting,
-/// 0 where that is no 32-bit number.
+/// The record of a system that was read, with its flags; the zone is left at 0.
 [[nodiscard]] SQvCTUI_ProjectionInfo1 MakeProjectionInfo1(const TProjectionInfo311& info,
                                                           std::uint32_t flags);
+/// Number of the zone in which data lies whose mean coordinates, in units of the system, are these:
+/// the whole millions of metres in the easting, 0 where that is no 32-bit number.
 [[nodiscard]] std::int32_t LegacyZone(const SQvCTUI_ProjectionInfo1& info, double averageX,
                                       double averageY);
 

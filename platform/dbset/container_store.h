@@ -12,6 +12,7 @@ namespace QvPlatform::detail {
 /// A record table of a container.
 class ContainerStore final : public SqliteStore {
  public:
+  /// Opens by the full name of the resource. Throws StorageError where there is no such container.
   explicit ContainerStore(const std::string& name);
   ~ContainerStore() override;
 
@@ -23,6 +24,7 @@ class ContainerStore final : public SqliteStore {
   void OnCommitted() override {}
   void OnRolledBack() noexcept override;
 
+  /// The container, whose connection all of its tables share.
   [[nodiscard]] const std::shared_ptr<Container>& Owner() const { return container_; }
 
  protected:

@@ -22,6 +22,7 @@ class TQvDataBuffer {
   /// Path of the table file, or full name of the resource.
   std::string StreamName;
 
+  /// A buffer of no table yet, in the order of making and without a filter.
   TQvDataBuffer();
   ~TQvDataBuffer();
   TQvDataBuffer(const TQvDataBuffer&) = delete;

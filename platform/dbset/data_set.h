@@ -31,59 +31,90 @@ class Notices;
 /// hash indexes made on first use and kept up since.
 class TQvDataSet {
  public:
+  /// The data set is closed. The buffer has to outlive it.
   explicit TQvDataSet(TQvDataBuffer& buffer);
   ~TQvDataSet();
   TQvDataSet(const TQvDataSet&) = delete;
   TQvDataSet& operator=(const TQvDataSet&) = delete;
 
+  /// The buffer that the data set was made over.
   TQvDataBuffer* const DataBuff;
 
-  /// Loads the table. Throws StorageError if the stream is missing or not a sound table.
+  /// Loads the table and stands on its first row. Throws StorageError if the stream is missing or
+  /// not a sound table. Does nothing for an open data set.
   void Open();
+  /// Drops a pending change and gives the store up; the rows are left to the buffer. Does nothing
+  /// for a closed data set.
   void Close();
+  /// Whether the data set is open.
   [[nodiscard]] bool GetActive() const;
+  /// What the data set is doing.
   [[nodiscard]] DataSetState State() const;
 
+  /// Moves to the first row and sets Bof. This and all moves drop a pending change, and throw
+  /// DataSetError where the data set is closed.
   void First();
+  /// Moves to the last row and sets Eof.
   void Last();
+  /// Moves to the next row, or sets Eof on the last one.
   void Next();
+  /// Moves to the row before, or sets Bof on the first one.
   void Prior();
+  /// Whether the last move ran against the end of the rows; true in an empty table.
   [[nodiscard]] bool Eof() const;
+  /// Whether the last move ran against the start of the rows; true in an empty table.
   [[nodiscard]] bool Bof() const;
   /// Number of rows that show under the filter.
   [[nodiscard]] int RecordCount() const;
   /// Place of the current row in the order, from 0; -1 in an empty table.
   [[nodiscard]] int Position() const;
+  /// Moves to the row at this place, from 0. Throws DataSetError where there is none.
   void MoveTo(int position);
-  /// As a failed walk leaves the cursor: on the last row with Eof set.
+  /// Leaves the cursor as a walk that found nothing does: on the last row, with Eof set.
   void MoveBehindLast();
 
+  /// Begins a new record; Post writes it. Throws DataSetError where the data set is closed.
   void Append();
+  /// Begins a change of the current record; Post writes it. Throws DataSetError in an empty table.
+  /// Does nothing while a change is under way.
   void Edit();
   /// Durable when it returns, unless a TQvWriteGroup is open. On failure throws DataSetError (or
   /// StorageError), with the pending change still pending, or cancelled for StaleRecordError. Gives
   /// the row that was written: one that the filter hides is not current afterwards.
   RowView Post();
+  /// Drops a pending change.
   void Cancel();
   /// Removes the current row; the next one becomes current, or the last one.
   void Delete();
 
+  /// Holds all notices to observers back, until as many calls of EnableControls.
   void DisableControls();
+  /// Lets notices go out again, first what the observers have missed. One call too many does
+  /// nothing.
   void EnableControls();
+  /// Whether notices are held back.
   [[nodiscard]] bool ControlsDisabled() const;
 
+  /// Number of the fields of the open table; 0 for a closed one.
   [[nodiscard]] int FieldCount() const;
+  /// The field of this name, whatever the case of its letters; null if there is none or the data
+  /// set is closed. Fields stay where they are as long as the table has as many of them.
   [[nodiscard]] TField* FindField(std::string_view name);
   /// Throws DataSetError for a name that the table does not have.
   [[nodiscard]] TField& FieldByName(std::string_view name);
+  /// The field of this number, from 0. Throws DataSetError for a number that the table does not
+  /// have.
   [[nodiscard]] TField& Fields(int index);
+  /// The declaration of the table that was opened last.
   [[nodiscard]] const TQvDbHeader& Header() const;
 
   /// The current row (or the pending one in edit and append state); empty in an empty table.
   [[nodiscard]] RowView CurrentRow() const;
+  /// The row at this place, from 0; empty where there is none.
   [[nodiscard]] RowView Row(int position) const;
   /// The first row in table order that meets all conditions (at least one); empty if none.
   [[nodiscard]] RowView FindFirst(std::span<const RowMatch> matches) const;
+  /// The same, for conditions written out in the call.
   [[nodiscard]] RowView FindFirst(std::initializer_list<RowMatch> matches) const;
   /// All such rows in table order; kAll also gives those that the filter hides.
   [[nodiscard]] std::vector<RowView> FindAll(std::initializer_list<RowMatch> matches,

@@ -23,53 +23,86 @@ namespace QvPlatform {
 /// The cursor and the states of one data set, over its rows and its store.
 class DataSetImpl final : public detail::CurrentRecord, public detail::GroupMember {
  public:
+  /// The buffer has to outlive the data set.
   explicit DataSetImpl(TQvDataBuffer& buffer) : buffer_(buffer) {}
   ~DataSetImpl();
   DataSetImpl(const DataSetImpl&) = delete;
   DataSetImpl& operator=(const DataSetImpl&) = delete;
 
+  /// Loads the rows, or takes over what the buffer has kept. Throws StorageError; the data set is
+  /// then closed.
   void Open();
+  /// Leaves the rows to the buffer, at once or, inside a group of changes, when that is over.
   void Close();
+  /// Whether the data set is open.
   [[nodiscard]] bool Active() const { return state_ != DataSetState::kInactive; }
+  /// What the data set is doing.
   [[nodiscard]] DataSetState State() const { return state_; }
 
+  /// Moves to the first row. This and all moves drop a pending change first.
   void First();
+  /// Moves to the last row, and sets Eof.
   void Last();
+  /// Moves to the next row, or sets Eof on the last one.
   void Next();
+  /// Moves to the row before, or sets Bof on the first one.
   void Prior();
+  /// Moves to a place, from 0. Throws DataSetError where no row stands there.
   void MoveTo(int position);
+  /// Leaves the cursor on the last row, with Eof set.
   void MoveBehindLast();
+  /// Whether the last move ran against the end.
   [[nodiscard]] bool Eof() const { return eof_; }
+  /// Whether the last move ran against the start.
   [[nodiscard]] bool Bof() const { return bof_; }
+  /// Number of rows that show; 0 for a closed data set.
   [[nodiscard]] int Count() const { return Active() ? rows_->Count() : 0; }
+  /// Place of the cursor, from 0; -1 in an empty or closed table.
   [[nodiscard]] int Position() const { return position_; }
 
+  /// Makes an empty record the pending one.
   void Append();
+  /// Makes a copy of the current row the pending record, unless there is one.
   void Edit();
+  /// Writes the pending record to the store first and to the rows in memory after it.
   RowView Post();
+  /// Forgets the pending record.
   void Cancel();
+  /// Removes the current row from the store first and from memory after it; of a new record nothing
+  /// but the pending one goes.
   void Delete();
 
+  /// Where observers are told what happens here.
   [[nodiscard]] detail::Notices& Notices() { return notices_; }
 
+  /// The fields of the table that was opened last.
   [[nodiscard]] std::vector<TField>& Fields() { return fields_; }
+  /// Null for a name that the open table does not have.
   [[nodiscard]] TField* FindField(std::string_view name);
-  /// That of the last Open.
+  /// The declaration of the table that was opened last.
   [[nodiscard]] const TQvDbHeader& Header() const { return header_; }
 
+  /// The pending record, the row under the cursor, or an empty view.
   [[nodiscard]] RowView CurrentRow() const { return View(Current()); }
+  /// The row at a place, from 0; empty where there is none.
   [[nodiscard]] RowView RowAt(int position) const;
+  /// The first row that shows and meets all conditions; empty if none does.
   [[nodiscard]] RowView FindFirst(std::span<const RowMatch> matches) const;
+  /// All such rows, in table order.
   [[nodiscard]] std::vector<RowView> FindAll(std::span<const RowMatch> matches,
                                              RowScope scope) const;
+  /// Place of a row; -1 for one that does not show, and for a new record.
   [[nodiscard]] int PositionOf(RowView row) const;
 
   [[nodiscard]] const TQvDbField& Definition(int field) const override;
   [[nodiscard]] const detail::Cell& Content(int field) const override;
   void SetContent(int field, detail::Cell content) override;
 
+  /// The group of changes that the data set is in; null outside of any.
   [[nodiscard]] const std::shared_ptr<detail::WriteGroupState>& Group() const { return group_; }
+  /// What keeps the rows; null for a closed data set that is in no group.
   [[nodiscard]] const std::shared_ptr<detail::TableStore>& Store() const { return store_; }
+  /// Writes go into the transaction of this group from now on, until LeaveGroup.
   void EnterGroup(std::shared_ptr<detail::WriteGroupState> group) { group_ = std::move(group); }
   /// Also lets go of what a closing inside of the group had kept.
   void LeaveGroup() override;

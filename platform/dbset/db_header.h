@@ -13,8 +13,11 @@ enum class FieldNeed : unsigned char { kOptional = 0, kMandatory = 1, kGenerated
 
 /// One field of a record as the table itself declares it.
 struct TQvDbField {
+  /// Letters, digits and "_", no digit in front; case does not tell two names apart.
   std::string name;
+  /// What the field holds.
   FieldType type = FieldType::kText;
+  /// Whether the field may be empty.
   FieldNeed need = FieldNeed::kOptional;
   /// Characters that a user may type into a text field, else 255. Never a limit of what is stored.
   int length = 255;
@@ -24,12 +27,16 @@ struct TQvDbField {
 /// Describes a table: its fields, numbered from 0 in the order in which they were added.
 class TQvDbHeader {
  public:
+  /// Takes all fields away.
   void ClearFields() { fields_.clear(); }
-  /// Codes as of FieldType and FieldNeed. Throws std::invalid_argument on others, on a name that
-  /// is not an identifier (letters, digits, "_") and on a name that is there already.
+  /// Adds a field, whose type and need are given by the codes of FieldType and FieldNeed. Throws
+  /// std::invalid_argument on other codes, on a name that is not an identifier (letters, digits,
+  /// "_"), is there already or is one that stores need, and on a generated key that is no integer
+  /// or a second one; the header is then unchanged.
   void AddField(const char* name, unsigned char type, unsigned char required, unsigned char length);
   /// Nominal size in bytes of one record: text fields with their width, numbers with 8.
   [[nodiscard]] int GetRecordSize() const;
+  /// The fields in the order of their numbers.
   [[nodiscard]] const std::vector<TQvDbField>& Fields() const { return fields_; }
   bool operator==(const TQvDbHeader&) const = default;
 

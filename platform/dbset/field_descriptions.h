@@ -7,7 +7,7 @@
 
 namespace QvPlatform::detail {
 
-/// The declaration of a table in the form in which it is stored, and back.
+/// The declaration of a table in the form in which it is stored.
 [[nodiscard]] inline std::vector<FieldDescription> Describe(const TQvDbHeader& header) {
   std::vector<FieldDescription> fields;
   for (const TQvDbField& field : header.Fields()) {
@@ -17,6 +17,7 @@ namespace QvPlatform::detail {
   return fields;
 }
 
+/// A stored declaration as a header. Throws std::invalid_argument for one that AddField refuses.
 [[nodiscard]] inline TQvDbHeader HeaderOf(const std::vector<FieldDescription>& fields) {
   TQvDbHeader header;
   for (const FieldDescription& field : fields) {

@@ -12,11 +12,16 @@ namespace QvPlatform::detail {
 /// One connection to several table files, so that SQLite writes them in one transaction.
 class FileGroup {
  public:
-  /// `paths` sorted and without doubles, so that all processes lock the files in one order.
+  /// `paths` have to be sorted and without doubles, so that all processes lock the files in one
+  /// order. Throws std::logic_error for more files than SQLite takes together, StorageError where
+  /// one cannot be opened.
   explicit FileGroup(const std::vector<std::string>& paths);
 
+  /// Whether the group is open and spans just these paths, which are sorted.
   [[nodiscard]] bool IsFor(const std::vector<std::string>& paths) const;
+  /// The connection, which is there until Close.
   [[nodiscard]] Session& Transactions() { return *session_; }
+  /// The table in the file of this path, which has to be one of the group's; valid until Close.
   [[nodiscard]] TableLink* LinkTo(const std::string& path);
   /// Gives up the connection, since one of the files is being closed.
   void Close();

@@ -13,6 +13,7 @@ class FileGroup;
 /// A table file.
 class FileStore final : public SqliteStore {
  public:
+  /// Throws StorageError where there is no file or one of another kind.
   explicit FileStore(const std::string& path);
   ~FileStore() override;
 
@@ -21,8 +22,11 @@ class FileStore final : public SqliteStore {
   void OnCommitted() override;
   void OnRolledBack() noexcept override;
 
+  /// The one name of the file.
   [[nodiscard]] const std::string& Path() const { return path_; }
+  /// The connection of this store alone.
   [[nodiscard]] Session& Own() { return own_; }
+  /// The shared connection of the last group of several files; null if there was none.
   [[nodiscard]] const std::shared_ptr<FileGroup>& Group() const { return group_; }
   /// Keeps the connection that the files of a group share, for the next such group.
   void SetGroup(std::shared_ptr<FileGroup> group);

@@ -11,6 +11,7 @@ namespace QvPlatform {
 /// Makes empty table files.
 class TFixedRecordFile {
  public:
+  /// Throws std::invalid_argument unless the size is the header's GetRecordSize.
   TFixedRecordFile(const TQvDbHeader& header, int recordSize);
   ~TFixedRecordFile();
   TFixedRecordFile(const TFixedRecordFile&) = delete;
@@ -19,6 +20,7 @@ class TFixedRecordFile {
   /// Writes an empty table to a stream that is open for writing and commits it. On success the
   /// stream belongs to this object; on failure it stays the caller's.
   [[nodiscard]] bool CreateNew(TQvStream* stream, bool overwrite);
+  /// Closes the stream that CreateNew has taken over.
   void Close();
 
  private:

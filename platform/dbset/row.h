@@ -14,17 +14,23 @@ namespace QvPlatform::detail {
 /// Content of one field. Without content it reads as 0 or "".
 using Cell = std::variant<std::monostate, std::int64_t, double, std::string>;
 
+/// What is read where there is no field or no row.
 inline const Cell kNoContent;
+/// What is read as text where there is none.
 inline const std::string kNoText;
 
 /// One record in memory. Its address stays the same as long as the record exists.
 struct Row {
+  /// The contents of the fields, in their order.
   std::vector<Cell> cells;
   /// Identity in the store, in the order of making.
   std::int64_t id = 0;
+  /// How often the record has been changed in the store, from 1; a change of another version is
+  /// refused.
   std::int64_t version = 0;
-  /// What the row is sorted by: collation bytes of a text, or the value of a number.
+  /// The collation bytes that the row is sorted by in an order of texts.
   std::string sortText;
+  /// The value that the row is sorted by in an order of numbers.
   double sortNumber = 0;
   /// Folded contents of the fields that are looked up so, in the order of the row set's list.
   std::vector<std::string> folded;
@@ -40,17 +46,20 @@ struct Row {
   }
 };
 
-/// 0 for what is no number; other numbers are rounded, and 0 if they do not fit.
+/// The content as an integer: numbers are rounded. 0 for what is no number or does not fit.
 [[nodiscard]] int CellInteger(const Cell& cell);
+/// The number, or the one that a text says; 0 for what is none.
 [[nodiscard]] double CellFloat(const Cell& cell);
+/// Integers in decimal, floats in the shortest form that reads back the same.
 [[nodiscard]] std::string CellString(const Cell& cell);
-/// "" for what is no text.
+/// The text, valid as long as the cell; "" for what is no text.
 [[nodiscard]] inline const std::string& CellText(const Cell& cell) {
   const auto* text = std::get_if<std::string>(&cell);
   return text != nullptr ? *text : kNoText;
 }
 
-/// The nearest integer; false if the value is not finite or out of range.
+/// Gives the nearest integer. False, with `out` unchanged, if the value is not finite or does not
+/// fit.
 [[nodiscard]] bool RoundToInteger(double value, int* out);
 
 /// What a mandatory field holds as long as nothing was written into it.

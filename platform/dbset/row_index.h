@@ -14,9 +14,11 @@ namespace QvPlatform::detail {
 
 /// Which fields a look-up compares, and how.
 struct IndexPart {
+  /// Number of the field, from 0.
   int field = -1;
+  /// How its content is compared.
   RowMatch::Kind kind = RowMatch::Kind::kInteger;
-  /// Where Row::folded holds the folded content; only for folded parts.
+  /// Where Row::folded holds the folded content; it counts for folded parts only.
   std::size_t foldSlot = 0;
   /// What sets the hash of this part apart from that of equal contents in others.
   std::uint64_t seed = 0;
@@ -26,15 +28,19 @@ struct IndexPart {
 /// of one hash stand in table order.
 class RowIndex {
  public:
+  /// The order has to outlive the index, which is empty at first.
   RowIndex(std::vector<IndexPart> parts, const RowOrder& order);
 
   /// Whether the index serves these conditions, whatever their order. None may come twice.
   [[nodiscard]] bool Serves(std::span<const RowMatch> matches) const;
+  /// Takes in a row, which must not change while it is in.
   void Add(Row* row);
-  /// Has to be called while the row is still as it was when it was added.
+  /// Takes a row out, which has to be as it was when it was added.
   void Remove(const Row* row);
-  /// Of the rows that show.
+  /// The first row in table order that shows and meets all conditions, which the index has to
+  /// serve; null if none does.
   [[nodiscard]] const Row* FindFirst(std::span<const RowMatch> matches) const;
+  /// Appends the rows that meet all conditions, which the index has to serve, in table order.
   void FindAll(std::span<const RowMatch> matches, RowScope scope,
                std::vector<const Row*>* found) const;
 

@@ -15,9 +15,13 @@ namespace QvPlatform::detail {
 
 /// Which rows show, and in which order.
 struct Arrangement {
+  /// Number of the field that the rows are sorted by; -1 for the order of making.
   int sortField = -1;
+  /// Whether greater values come first; equals stay in the order of making.
   bool descending = false;
+  /// Number of the integer field that decides what shows; -1 where all rows do.
   int filterField = -1;
+  /// What that field holds in the rows that show.
   int filterValue = 0;
   /// UserLocaleVersion under which texts are sorted and folded.
   unsigned locale = 0;
@@ -28,11 +32,14 @@ struct Arrangement {
 /// indexes over all of them.
 class RowSet {
  public:
+  /// A table without rows.
   RowSet(TQvDbHeader header, const Arrangement& arrangement);
   RowSet(const RowSet&) = delete;
   RowSet& operator=(const RowSet&) = delete;
 
+  /// How the table is declared.
   [[nodiscard]] const TQvDbHeader& Header() const { return header_; }
+  /// The filter and the order of the last Arrange.
   [[nodiscard]] const Arrangement& Arranged() const { return arrangement_; }
 
   /// Takes rows in any order; Arrange has to follow.
@@ -40,21 +47,26 @@ class RowSet {
   /// Filters and sorts anew.
   void Arrange(const Arrangement& arrangement);
 
+  /// Number of rows that show.
   [[nodiscard]] int Count() const { return static_cast<int>(shown_.size()); }
+  /// The row at this place, which has to be one, from 0.
   [[nodiscard]] Row* At(int position) const { return shown_[static_cast<std::size_t>(position)]; }
-  /// -1 for a row that does not show.
+  /// Place of a row of the set; -1 for one that does not show.
   [[nodiscard]] int PositionOf(const Row* row) const;
   /// The row of this identity, whether it shows or not; null if there is none.
   [[nodiscard]] Row* FindById(std::int64_t id) const;
 
-  /// The new row's position, -1 if it does not show.
+  /// Takes in a new row and gives its place; -1 if it does not show.
   int Insert(std::unique_ptr<Row> row);
-  /// Gives a row the content, identity and version of another.
+  /// Gives a row the content, identity and version of another, and tells how it moved.
   RowMove Change(Row* row, Row content);
-  /// The position that the row had.
+  /// Drops a row and gives the place that it had; -1 if it did not show.
   int Remove(Row* row);
 
+  /// The first row in table order that shows and meets all conditions; null if none does, and for
+  /// no conditions.
   [[nodiscard]] const Row* FindFirst(std::span<const RowMatch> matches);
+  /// All such rows in table order; `scope` may add those that do not show.
   [[nodiscard]] std::vector<const Row*> FindAll(std::span<const RowMatch> matches, RowScope scope);
 
  private:

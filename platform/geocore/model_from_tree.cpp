@@ -1,7 +1,8 @@
+#include "platform/geocore/model_from_tree.h"
+
 #include <utility>
 
 #include "platform/geocore/projection_methods.h"
-#include "platform/geocore/projjson.h"
 #include "platform/geocore/tree_reader.h"
 
 namespace QvRefSystem {

@@ -20,7 +20,7 @@ std::string_view TakeWord(std::string_view* line) {
 }
 
 // Metres on the Earth of one unit of the plane's coordinates.
-double GroundUnit(const TShellReferenceSystem::Definition& system) {
+double GroundUnit(const ShellDefinition& system) {
   constexpr double kEarthRadius = 6.4e6;
   const double unit = system.PlaneUnit();
   return system.Kind() == SystemKind::kGeodetic ? unit * kEarthRadius : unit;
@@ -66,7 +66,7 @@ void AppendPoint(const TShellReferenceSystem& system, const TShellPoint& point, 
   *line += PlainDecimals(point.Second, ground, kResolution);
   if (!withThird) return;
   *line += ' ';
-  *line += PlainDecimals(point.Third, system.Core().HeightUnit(), kResolution);
+  *line += PlainDecimals(point.Third, system.Core().heightUnit, kResolution);
 }
 
 }  // namespace QvRefSystem

@@ -7,8 +7,10 @@
 #include <span>
 #include <stdexcept>
 
+#include "platform/geocore/model_from_tree.h"
 #include "platform/geocore/polar_axes.h"
 #include "platform/geocore/projection_methods.h"
+#include "platform/geocore/wgs84.h"
 #include "platform/text/text.h"
 
 namespace QvRefSystem {
@@ -345,16 +347,16 @@ Json ShiftJson(const DatumShiftModel& shift, int domain) {
 
 Json Wgs84Json(bool geocentric, Dimension dimension) {
   const UnitModel metre;
-  const Json ellipsoid{
-      {"name", "WGS 84"}, {"semi_major_axis", 6378137}, {"inverse_flattening", 298.257223563}};
-  return {{"type", geocentric ? "GeodeticCRS" : "GeographicCRS"},
-          {"name", "WGS 84"},
-          {"datum",
-           {{"type", "GeodeticReferenceFrame"},
-            {"name", "World Geodetic System 1984"},
-            {"ellipsoid", ellipsoid}}},
-          {"coordinate_system",
-           geocentric ? GeocentricAxes(metre) : GeographicAxes(Degree(), metre, dimension)}};
+  const Json ellipsoid{{"name", Wgs84::kName},
+                       {"semi_major_axis", Wgs84::kSemiMajorAxis},
+                       {"inverse_flattening", Wgs84::kInverseFlattening}};
+  return {
+      {"type", geocentric ? "GeodeticCRS" : "GeographicCRS"},
+      {"name", Wgs84::kName},
+      {"datum",
+       {{"type", "GeodeticReferenceFrame"}, {"name", Wgs84::kDatumName}, {"ellipsoid", ellipsoid}}},
+      {"coordinate_system",
+       geocentric ? GeocentricAxes(metre) : GeographicAxes(Degree(), metre, dimension)}};
 }
 
 Json BoundJson(SystemModel system, Dimension dimension, std::string_view datumName) {

@@ -6,16 +6,10 @@
 #include "platform/data/string_tree.h"
 #include "platform/geocore/system_model.h"
 
-/// Bridges between a reference system's tree, its model and its PROJJSON.
+/// The bridge from a reference system's tree and its model to PROJJSON.
 namespace QvRefSystem {
 
 enum class Dimension { kTwo = 2, kThree = 3 };
-
-/// Reads the model out of a reference system's tree. A generated primary system reads as none; the
-/// values of a height table are left aside. False, with `model` unchanged and
-/// `error` telling what is missing where, if the tree does not hold a whole system.
-[[nodiscard]] bool ModelFromTree(const QvCommonUtils::TStringTree* tree, SystemModel* model,
-                                 std::string* error);
 
 /// The PROJJSON of a system of kind 3, 4 or 5 (`dimension` counts for kind 4 alone). False, and
 /// `error` says why, for a system that PROJJSON cannot tell. The datum's shift and heights over a
@@ -32,10 +26,6 @@ enum class Dimension { kTwo = 2, kThree = 3 };
                                         std::string* error);
 [[nodiscard]] bool TreeToProjJson(const QvCommonUtils::TStringTree* tree, Dimension dimension,
                                   std::string* json, std::string* error);
-/// WKT2:2019 of the same, over several lines.
-[[nodiscard]] bool TreeToWkt2(const QvCommonUtils::TStringTree* tree, Dimension dimension,
-                              std::string* wkt, std::string* error);
-
 /// The name by which a datum stands in a model and in PROJJSON: the registry's name without the
 /// word "ensemble", by which PROJ knows a datum and the ensemble of its realizations as one.
 [[nodiscard]] std::string DatumNameWithoutEnsemble(std::string_view name);

@@ -3,185 +3,55 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <utility>
 
-#include "platform/geocore/geoids.h"
-#include "platform/geocore/projection_methods.h"
-#include "platform/geocore/shell_machine.h"
 #include "platform/text/text.h"
 
 namespace QvRefSystem {
 
-using Definition = TShellReferenceSystem::Definition;
-
-namespace {
-
-constexpr int kEquidistantCylindrical = 1028;
-
-}  // namespace
-
-std::shared_ptr<const Definition> Definition::Make(SystemModel model,
-                                                   std::shared_ptr<const THeightTable> table) {
-  std::shared_ptr<Definition> definition(new Definition(std::move(model)));
-  switch (definition->Kind()) {
-    case SystemKind::kGeodetic:
-      definition->ReadGeodetic();
-      break;
-    case SystemKind::kProjected:
-      definition->ReadProjected();
-      break;
-    case SystemKind::kGeocentric:
-      definition->ReadGeocentric();
-      break;
-    case SystemKind::kTopocentric:
-      definition->ReadTopocentric(table);
-      break;
-    case SystemKind::kLocal:
-      definition->shape_ = ShapeOf(definition->model_.ellipsoid.value());
-      [[fallthrough]];
-    case SystemKind::kLocalCartesian:
-      definition->northFirst_ = definition->model_.swap;
-      break;
-  }
-  if (definition->HasLatitude()) definition->ReadHeights(std::move(table));
-  return definition;
-}
-
-Definition::Definition(SystemModel model)
-    : model_(std::move(model)), linear_(FactorOf(model_.linearUnit)) {}
-
-Definition::~Definition() = default;
-
-bool Definition::IsOnEarth() const {
+bool ShellDefinition::IsOnEarth() const {
   return Kind() != SystemKind::kLocal && Kind() != SystemKind::kLocalCartesian;
 }
 
-bool Definition::HasLatitude() const {
+bool ShellDefinition::HasLatitude() const {
   return Kind() == SystemKind::kGeodetic || Kind() == SystemKind::kProjected;
 }
 
-// Datum or ellipsoid and prime meridian.
-void Definition::ReadBase(const SystemModel& base) {
-  if (base.datum) {
-    shape_ = ShapeOf(base.datum->ellipsoid);
-    frame_ = FrameOf(base.datum->shift);
-  } else if (base.ellipsoid) {
-    shape_ = ShapeOf(*base.ellipsoid);
-  } else if (HasLatitude()) {
-    throw GeodesyError(model_.name + " has neither a datum nor an ellipsoid");
-  }
-  const PrimeMeridianModel& meridian = base.primeMeridian;
-  meridian_ = NumberOf(meridian.longitude, "the longitude of the prime meridian " + meridian.name) *
-              FactorOf(meridian.unit);
+TShellPoint ShellDefinition::FromPlane(double x, double y, double h) const {
+  return isNorthFirst ? TShellPoint{y, x, h} : TShellPoint{x, y, h};
 }
 
-void Definition::ReadGeodetic() {
-  ReadBase(model_);
-  angular_ = FactorOf(model_.angularUnit);
-  northFirst_ = true;
-}
-
-void Definition::ReadProjected() {
-  if (!model_.projection) throw GeodesyError(model_.name + " has no map projection");
-  const ProjectionModel& projection = *model_.projection;
-  // The same base as the one of exchange formats: the primary system where there is one.
-  ReadBase(model_.primary ? *model_.primary : model_);
-  northFirst_ = projection.swap;
-  if (const ProjectionMethod* method = FindProjectionMethod(projection.method)) {
-    for (const int code : method->parameters)
-      parameters_.push_back(ProjectionParameterValue(projection, code));
-  }
-  if (projection.method == kEquidistantCylindrical) {
-    equidistant_.emplace(projection, shape_);
-    return;
-  }
-  projection_ = ProjectionOperation(projection, shape_);
-  // PROJ refuses some parameters only when it makes the operation.
-  TShellPoint probe{0, 0, 0};
-  QvRefSystem::Project(projection_, {&probe, 1});
-}
-
-void Definition::ReadGeocentric() {
-  ReadBase(model_);
-}
-
-void Definition::ReadTopocentric(std::shared_ptr<const THeightTable> primaryTable) {
-  if (!model_.primary || model_.primary->kind != SystemKind::kGeodetic) {
-    throw GeodesyError(model_.name + " has no geodetic primary system");
-  }
-  const auto primary = Make(*model_.primary, std::move(primaryTable));
-  TShellPoint origin{NumberOf(model_.origin[0], "the first coordinate of the origin"),
-                     NumberOf(model_.origin[1], "the second coordinate of the origin"),
-                     NumberOf(model_.origin[2], "the third coordinate of the origin")};
-  primary->Enter({&origin, 1}, Third::kHeight);
-  if (origin.First == HUGE_VAL) throw GeodesyError("the origin of " + model_.name + " is no place");
-  double azimuth = 0;
-  if (!QvPlatform::IsBlank(model_.azimuth)) {
-    azimuth = NumberOf(model_.azimuth, "the azimuth") * primary->angular_;
-  }
-  shape_ = primary->shape_;
-  frame_ = primary->frame_;
-  northFirst_ = model_.swap;
-  horizon_ = HorizonAt(shape_, origin, azimuth, model_.swap);
-}
-
-void Definition::ReadHeights(std::shared_ptr<const THeightTable> table) {
-  if (model_.geoidCode != 0) {
-    geoid_ = FindSystemGeoid(model_.geoidCode);
-    if (!geoid_) {
-      throw GeodesyError("the geoid " + std::to_string(model_.geoidCode) +
-                         " is not known on this machine");
-    }
-    surface_ = HeightSurface::kGeoid;
-  } else if (model_.heights && model_.heights->kind == HeightKind::kOffset) {
-    offset_ = NumberOf(model_.heights->offset, "the offset of the heights") *
-              FactorOf(model_.heights->offsetUnit) / linear_;
-    surface_ = HeightSurface::kOffset;
-  } else if (model_.heights) {
-    if (!table || table->CountX == 0 || table->CountY == 0) {
-      throw GeodesyError("the height table of " + model_.name + " is empty");
-    }
-    table_ = std::move(table);
-    surface_ = HeightSurface::kTable;
-  }
-}
-
-TShellPoint Definition::FromPlane(double x, double y, double h) const {
-  return northFirst_ ? TShellPoint{y, x, h} : TShellPoint{x, y, h};
-}
-
-TShellPoint Definition::ToPlane(const TShellPoint& point) const {
+TShellPoint ShellDefinition::ToPlane(const TShellPoint& point) const {
   return FromPlane(point.First, point.Second, point.Third);
 }
 
-double Definition::PlaneUnit() const {
-  return Kind() == SystemKind::kGeodetic ? angular_ : linear_;
+double ShellDefinition::PlaneUnit() const {
+  return Kind() == SystemKind::kGeodetic ? angularUnit : heightUnit;
 }
 
-double Definition::FullTurn() const {
-  return Kind() == SystemKind::kGeodetic ? 2 * std::numbers::pi / angular_ : 0;
+double ShellDefinition::FullTurn() const {
+  return Kind() == SystemKind::kGeodetic ? 2 * std::numbers::pi / angularUnit : 0;
 }
 
-bool Definition::HasSameDatum(const Definition& other) const {
-  return SameShape(shape_, other.shape_) && SameFrame(frame_, other.frame_);
+bool ShellDefinition::HasSameDatum(const ShellDefinition& other) const {
+  return SameShape(shape, other.shape) && SameFrame(frame, other.frame);
 }
 
-bool Definition::HasSameProjection(const Definition& other) const {
-  const ProjectionModel& a = *model_.projection;
-  const ProjectionModel& b = *other.model_.projection;
+bool ShellDefinition::HasSameProjection(const ShellDefinition& other) const {
+  const ProjectionModel& a = *model.projection;
+  const ProjectionModel& b = *other.model.projection;
   if (a.method != b.method || a.swap != b.swap || a.axisSign[0] != b.axisSign[0] ||
       a.axisSign[1] != b.axisSign[1]) {
     return false;
   }
-  return std::ranges::equal(parameters_, other.parameters_, SameNumber);
+  return std::ranges::equal(parameters, other.parameters, SameNumber);
 }
 
-bool Definition::HasSameOrigin(const Definition& other) const {
+bool ShellDefinition::HasSameOrigin(const ShellDefinition& other) const {
   for (int i = 0; i < 3; ++i) {
     // A tenth of a micrometre and the angle that it spans on the Earth.
-    if (std::abs(horizon_.origin[i] - other.horizon_.origin[i]) > 1e-7) return false;
+    if (std::abs(horizon.origin[i] - other.horizon.origin[i]) > 1e-7) return false;
     for (int j = 0; j < 3; ++j) {
-      if (std::abs(horizon_.axes[i][j] - other.horizon_.axes[i][j]) > 1e-14) return false;
+      if (std::abs(horizon.axes[i][j] - other.horizon.axes[i][j]) > 1e-14) return false;
     }
   }
   return true;
@@ -202,42 +72,41 @@ bool SameText(const std::string& a, const std::string& b) {
 
 }  // namespace
 
-bool Definition::HasSamePlane(const Definition& other) const {
-  if (Kind() != other.Kind() || northFirst_ != other.northFirst_) return false;
+bool ShellDefinition::HasSamePlane(const ShellDefinition& other) const {
+  if (Kind() != other.Kind() || isNorthFirst != other.isNorthFirst) return false;
   if (!SameNumber(PlaneUnit(), other.PlaneUnit())) return false;
   switch (Kind()) {
     case SystemKind::kGeodetic:
-      return SameNumber(meridian_, other.meridian_) && HasSameDatum(other) &&
-             model_.positiveLongitude == other.model_.positiveLongitude;
+      return SameNumber(primeMeridian, other.primeMeridian) && HasSameDatum(other) &&
+             model.positiveLongitude == other.model.positiveLongitude;
     case SystemKind::kProjected:
-      return SameNumber(meridian_, other.meridian_) && HasSameDatum(other) &&
+      return SameNumber(primeMeridian, other.primeMeridian) && HasSameDatum(other) &&
              HasSameProjection(other);
     case SystemKind::kGeocentric:
-      return SameNumber(meridian_, other.meridian_) && SameFrame(frame_, other.frame_);
+      return SameNumber(primeMeridian, other.primeMeridian) && SameFrame(frame, other.frame);
     case SystemKind::kTopocentric:
-      return SameFrame(frame_, other.frame_) && HasSameOrigin(other);
+      return SameFrame(frame, other.frame) && HasSameOrigin(other);
     case SystemKind::kLocal:
-      return SameShape(shape_, other.shape_) &&
-             SameText(model_.origin[0], other.model_.origin[0]) &&
-             SameText(model_.origin[1], other.model_.origin[1]);
+      return SameShape(shape, other.shape) && SameText(model.origin[0], other.model.origin[0]) &&
+             SameText(model.origin[1], other.model.origin[1]);
     case SystemKind::kLocalCartesian:
       break;
   }
   return true;
 }
 
-bool Definition::HasSameHeights(const Definition& other) const {
-  if (!SameNumber(linear_, other.linear_) || surface_ != other.surface_) return false;
-  switch (surface_) {
+bool ShellDefinition::HasSameHeights(const ShellDefinition& other) const {
+  if (!SameNumber(heightUnit, other.heightUnit) || surface != other.surface) return false;
+  switch (surface) {
     case HeightSurface::kEllipsoid:
       return true;
     case HeightSurface::kOffset:
-      return SameNumber(offset_, other.offset_);
+      return SameNumber(offset, other.offset);
     case HeightSurface::kGeoid:
-      return geoid_ == other.geoid_;
+      return geoid == other.geoid;
     case HeightSurface::kTable:
       // Two tables of the same values are rare enough to be treated as two.
-      return table_ == other.table_;
+      return table == other.table;
   }
   return false;
 }

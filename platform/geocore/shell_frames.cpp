@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/geocore/geodesy_error.h"
 #include "platform/text/text.h"
 
 namespace QvRefSystem {
@@ -52,14 +53,15 @@ struct Direction {
 
 }  // namespace
 
-TShellPoint FailedPoint() {
-  return {HUGE_VAL, HUGE_VAL, HUGE_VAL};
+double EllipsoidShape::ParallelRatio(double latitude) const {
+  const double sine = std::sin(latitude);
+  return std::cos(latitude) / std::sqrt(1 - EccentricitySquared() * sine * sine);
 }
 
-void EllipsoidShape::ToCartesian(std::span<TShellPoint> points) const {
+Points<Geocentric> EllipsoidShape::ToCartesian(Points<Geographic> points) const {
   const double e2 = EccentricitySquared();
   for (TShellPoint& point : points) {
-    if (point.First == HUGE_VAL) continue;
+    if (IsFailed(point)) continue;
     const double sine = std::sin(point.Second);
     const double cosine = std::cos(point.Second);
     const double normal = a / std::sqrt(1 - e2 * sine * sine);
@@ -67,19 +69,20 @@ void EllipsoidShape::ToCartesian(std::span<TShellPoint> points) const {
     point = {out * std::cos(point.First), out * std::sin(point.First),
              (normal * (1 - e2) + point.Third) * sine};
   }
+  return points.As<Geocentric>();
 }
 
 // Bowring, "The accuracy of geodetic latitude and height equations", Survey Review 28 (1985): the
 // start is good to a nano-arc-second for any height in use; two rounds more reach the rounding from
 // the deep interior on.
-void EllipsoidShape::ToGeodetic(std::span<TShellPoint> points) const {
+Points<Geographic> EllipsoidShape::ToGeodetic(Points<Geocentric> points) const {
   constexpr double kLeastRadius = 100e3;
   constexpr int kRounds = 2;
   const double e2 = EccentricitySquared();
   const double b = a * (1 - f);
   const double secondE2 = e2 / (1 - e2);
   for (TShellPoint& point : points) {
-    if (point.First == HUGE_VAL) continue;
+    if (IsFailed(point)) continue;
     const auto [x, y, z] = point;
     const double out = std::sqrt(x * x + y * y);
     const double radius = std::sqrt(out * out + z * z);
@@ -100,15 +103,16 @@ void EllipsoidShape::ToGeodetic(std::span<TShellPoint> points) const {
     point = {std::atan2(y, x), std::atan2(latitude.sine, latitude.cosine),
              out * latitude.cosine + z * latitude.sine - depth};
   }
+  return points.As<Geographic>();
 }
 
 bool DatumFrame::IsUnshifted() const {
   return translation == Vector3{} && matrix == DatumFrame{}.matrix;
 }
 
-void DatumFrame::ToCommon(std::span<TShellPoint> points) const {
+void DatumFrame::ToCommon(Points<Geocentric> points) const {
   for (TShellPoint& point : points) {
-    if (point.First == HUGE_VAL) continue;
+    if (IsFailed(point)) continue;
     Vector3 x = Times(matrix, {point.First, point.Second, point.Third});
     for (int i = 0; i < 3; ++i)
       x[i] += translation[i];
@@ -116,32 +120,34 @@ void DatumFrame::ToCommon(std::span<TShellPoint> points) const {
   }
 }
 
-void DatumFrame::FromCommon(std::span<TShellPoint> points) const {
+void DatumFrame::FromCommon(Points<Geocentric> points) const {
   for (TShellPoint& point : points) {
-    if (point.First == HUGE_VAL) continue;
+    if (IsFailed(point)) continue;
     Put(Times(inverse, {point.First - translation[0], point.Second - translation[1],
                         point.Third - translation[2]}),
         &point);
   }
 }
 
-void HorizonFrame::ToCartesian(std::span<TShellPoint> points) const {
+Points<Geocentric> HorizonFrame::ToCartesian(Points<Axes> points) const {
   for (TShellPoint& point : points) {
-    if (point.First == HUGE_VAL) continue;
+    if (IsFailed(point)) continue;
     Vector3 x = origin;
     for (int i = 0; i < 3; ++i) {
       x[i] += axes[0][i] * point.First + axes[1][i] * point.Second + axes[2][i] * point.Third;
     }
     Put(x, &point);
   }
+  return points.As<Geocentric>();
 }
 
-void HorizonFrame::FromCartesian(std::span<TShellPoint> points) const {
+Points<Axes> HorizonFrame::FromCartesian(Points<Geocentric> points) const {
   for (TShellPoint& point : points) {
-    if (point.First == HUGE_VAL) continue;
+    if (IsFailed(point)) continue;
     Put(Times(axes, {point.First - origin[0], point.Second - origin[1], point.Third - origin[2]}),
         &point);
   }
+  return points.As<Axes>();
 }
 
 double FactorOf(const UnitModel& unit) {
@@ -221,17 +227,17 @@ HorizonFrame HorizonAt(const EllipsoidShape& shape, const TShellPoint& place, do
     frame.axes[1][i] = leftHanded ? across : along;
   }
   TShellPoint origin = place;
-  shape.ToCartesian({&origin, 1});
+  (void)shape.ToCartesian(Points<Geographic>(&origin));
   frame.origin = {origin.First, origin.Second, origin.Third};
   return frame;
 }
 
-void TurnAboutAxis(std::span<TShellPoint> points, double angle) {
+void TurnAboutAxis(Points<Geocentric> points, double angle) {
   if (angle == 0) return;
   const double sine = std::sin(angle);
   const double cosine = std::cos(angle);
   for (TShellPoint& point : points) {
-    if (point.First == HUGE_VAL) continue;
+    if (IsFailed(point)) continue;
     point = {cosine * point.First - sine * point.Second, sine * point.First + cosine * point.Second,
              point.Third};
   }

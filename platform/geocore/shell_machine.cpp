@@ -7,9 +7,10 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/geocore/geodesy_error.h"
 #include "platform/geocore/geoids.h"
 #include "platform/geocore/proj_handles.h"
-#include "platform/geocore/shell_frames.h"
+#include "platform/geocore/wgs84.h"
 
 namespace QvRefSystem {
 namespace {
@@ -70,27 +71,23 @@ PJ* OperationOf(const std::string& definition) {
 
 // The exact way between two systems of the registry, in longitude, latitude (degrees) and height.
 PJ* WayToBase(const SystemGeoid& geoid) {
-  constexpr const char* kWgs84Geographic3D = "EPSG:4979";
+  const std::string wgs84 = "EPSG:" + std::to_string(Wgs84::kGeographic3D);
   const std::string base = "EPSG:" + std::to_string(geoid.baseSystem);
-  return ThreadOperations().Get(
-      std::string(kWgs84Geographic3D) + ">" + base, [&](const std::string&) -> ProjObject {
-        PJ_CONTEXT* context = ThreadProjContext();
-        const ProjObject from(proj_create(context, kWgs84Geographic3D));
-        const ProjObject to(proj_create(context, base.c_str()));
-        const char* options[] = {"ALLOW_BALLPARK=NO", nullptr};
-        if (!from || !to) return nullptr;
-        const ProjObject way(
-            proj_create_crs_to_crs_from_pj(context, from.get(), to.get(), nullptr, options));
-        return ProjObject(way ? proj_normalize_for_visualization(context, way.get()) : nullptr);
-      });
+  return ThreadOperations().Get(wgs84 + ">" + base, [&](const std::string&) -> ProjObject {
+    PJ_CONTEXT* context = ThreadProjContext();
+    const ProjObject from(proj_create(context, wgs84.c_str()));
+    const ProjObject to(proj_create(context, base.c_str()));
+    const char* options[] = {"ALLOW_BALLPARK=NO", nullptr};
+    if (!from || !to) return nullptr;
+    const ProjObject way(
+        proj_create_crs_to_crs_from_pj(context, from.get(), to.get(), nullptr, options));
+    return ProjObject(way ? proj_normalize_for_visualization(context, way.get()) : nullptr);
+  });
 }
 
 void FailWhatIsNotFinite(std::span<TShellPoint> points) {
   for (TShellPoint& point : points) {
-    if (!std::isfinite(point.First) || !std::isfinite(point.Second) ||
-        !std::isfinite(point.Third)) {
-      point = FailedPoint();
-    }
+    if (!IsFinite(point)) point = FailedPoint();
   }
 }
 
@@ -115,20 +112,19 @@ void TransformSpace(PJ* operation, std::span<TShellPoint> points) {
 
 // One step of Newton's method for the places that project to `planes`. A place whose derivatives
 // are not to be had, as at a pole, or that the step takes further away, stays.
-void ImprovePlaces(const std::string& operation, std::span<const TShellPoint> planes,
-                   std::span<TShellPoint> places) {
+void ImprovePlaces(const std::string& operation, ConstPoints<Plane> planes,
+                   Points<Geographic> places) {
   constexpr double kStep = 1e-6;  // radians: 6 m on the Earth
   std::vector<TShellPoint> image(places.begin(), places.end());
   std::vector<TShellPoint> east(image);
   std::vector<TShellPoint> poleward(image);
   for (std::size_t i = 0; i < places.size(); ++i) {
-    if (places[i].First == HUGE_VAL) continue;
+    if (IsFailed(places[i])) continue;
     east[i].First += kStep;
     poleward[i].Second -= std::copysign(kStep, places[i].Second);
   }
-  Project(operation, image);
-  Project(operation, east);
-  Project(operation, poleward);
+  for (auto* moved : {&image, &east, &poleward})
+    Project(operation, Points<Geographic>(*moved));
   std::vector<TShellPoint> improved(places.begin(), places.end());
   for (std::size_t i = 0; i < places.size(); ++i) {
     const double sense = std::copysign(kStep, -places[i].Second);
@@ -143,7 +139,7 @@ void ImprovePlaces(const std::string& operation, std::span<const TShellPoint> pl
     improved[i].Second += (dy * xEast - dx * yEast) / determinant;
   }
   std::vector<TShellPoint> check(improved);
-  Project(operation, check);
+  Project(operation, Points<Geographic>(check));
   for (std::size_t i = 0; i < places.size(); ++i) {
     const double before =
         std::hypot(planes[i].First - image[i].First, planes[i].Second - image[i].Second);
@@ -153,52 +149,12 @@ void ImprovePlaces(const std::string& operation, std::span<const TShellPoint> pl
   }
 }
 
-}  // namespace
-
-void Project(const std::string& operation, std::span<TShellPoint> points) {
-  if (!points.empty()) TransformPlane(OperationOf(operation), PJ_FWD, points);
-}
-
-void Unproject(const std::string& operation, std::span<TShellPoint> points) {
-  if (!points.empty()) TransformPlane(OperationOf(operation), PJ_INV, points);
-}
-
-void UnprojectExactly(const std::string& operation, std::span<TShellPoint> points) {
-  constexpr int kSteps = 2;
-  const std::vector<TShellPoint> planes(points.begin(), points.end());
-  Unproject(operation, points);
-  for (int step = 0; step < kSteps; ++step)
-    ImprovePlaces(operation, planes, points);
-}
-
-void PutGridUndulations(const SystemGeoid& geoid, std::span<TShellPoint> points) {
-  if (points.empty()) return;
-  for (TShellPoint& point : points)
-    point.Third = point.First == HUGE_VAL ? HUGE_VAL : 0;
-  TransformSpace(OperationOf("+proj=vgridshift +multiplier=1 +grids=" + geoid.grid), points);
-}
-
-void MoveToGeoidBase(const SystemGeoid& geoid, std::span<TShellPoint> points) {
-  constexpr int kWgs84Geographic3D = 4979;
-  if (points.empty() || geoid.baseSystem == kWgs84Geographic3D) return;
-  PJ* way = WayToBase(geoid);
-  constexpr double kDegree = 180 / std::numbers::pi;
-  for (TShellPoint& point : points) {
-    point.First *= kDegree;
-    point.Second *= kDegree;
-  }
-  TransformSpace(way, points);
-  for (TShellPoint& point : points) {
-    point.First /= kDegree;
-    point.Second /= kDegree;
-  }
-}
-
-std::string WhyNotProjected(const std::string& operation, const TShellPoint& point, bool inverse) {
+std::string WhyNotMoved(const std::string& operation, const TShellPoint& point,
+                        PJ_DIRECTION direction) {
   PJ* object = OperationOf(operation);
   proj_errno_reset(object);
   const PJ_COORD result =
-      proj_trans(object, inverse ? PJ_INV : PJ_FWD, proj_coord(point.First, point.Second, 0, 0));
+      proj_trans(object, direction, proj_coord(point.First, point.Second, 0, 0));
   const int error = proj_errno(object);
   std::string reason;
   if (error != 0) {
@@ -208,6 +164,57 @@ std::string WhyNotProjected(const std::string& operation, const TShellPoint& poi
   }
   proj_errno_reset(object);
   return reason;
+}
+
+}  // namespace
+
+Points<Plane> Project(const std::string& operation, Points<Geographic> points) {
+  if (!points.empty()) TransformPlane(OperationOf(operation), PJ_FWD, points.Raw());
+  return points.As<Plane>();
+}
+
+Points<Geographic> Unproject(const std::string& operation, Points<Plane> points) {
+  if (!points.empty()) TransformPlane(OperationOf(operation), PJ_INV, points.Raw());
+  return points.As<Geographic>();
+}
+
+Points<Geographic> UnprojectExactly(const std::string& operation, Points<Plane> points) {
+  constexpr int kSteps = 2;
+  const std::vector<TShellPoint> planes(points.begin(), points.end());
+  const Points<Geographic> places = Unproject(operation, points);
+  for (int step = 0; step < kSteps; ++step)
+    ImprovePlaces(operation, ConstPoints<Plane>(planes), places);
+  return places;
+}
+
+void PutGridUndulations(const SystemGeoid& geoid, Points<Geographic> points) {
+  if (points.empty()) return;
+  for (TShellPoint& point : points)
+    point.Third = IsFailed(point) ? kFailed : 0;
+  TransformSpace(OperationOf("+proj=vgridshift +multiplier=1 +grids=" + geoid.grid), points.Raw());
+}
+
+void MoveToGeoidBase(const SystemGeoid& geoid, Points<Geographic> points) {
+  if (points.empty() || geoid.baseSystem == Wgs84::kGeographic3D) return;
+  PJ* way = WayToBase(geoid);
+  constexpr double kDegree = 180 / std::numbers::pi;
+  for (TShellPoint& point : points) {
+    point.First *= kDegree;
+    point.Second *= kDegree;
+  }
+  TransformSpace(way, points.Raw());
+  for (TShellPoint& point : points) {
+    point.First /= kDegree;
+    point.Second /= kDegree;
+  }
+}
+
+std::string WhyNotProjected(const std::string& operation, const TShellPoint& point) {
+  return WhyNotMoved(operation, point, PJ_FWD);
+}
+
+std::string WhyNotUnprojected(const std::string& operation, const TShellPoint& point) {
+  return WhyNotMoved(operation, point, PJ_INV);
 }
 
 }  // namespace QvRefSystem

@@ -6,9 +6,11 @@
 #include <numbers>
 #include <sstream>
 
+#include "platform/geocore/geodesy_error.h"
 #include "platform/geocore/proj_handles.h"
 #include "platform/geocore/projection_methods.h"
 #include "platform/geocore/projjson.h"
+#include "platform/geocore/wgs84.h"
 #include "platform/text/text.h"
 
 namespace QvRefSystem {
@@ -67,12 +69,6 @@ class OperationText {
  private:
   std::string text_;
 };
-
-// The ratio of the radius of a parallel to the semi-major axis.
-double ParallelRatio(double latitude, const EllipsoidShape& shape) {
-  const double sine = std::sin(latitude);
-  return std::cos(latitude) / std::sqrt(1 - shape.EccentricitySquared() * sine * sine);
-}
 
 // Isometric latitude as a factor: exp of minus it.
 double IsometricFactor(double latitude, const EllipsoidShape& shape) {
@@ -138,7 +134,7 @@ std::string SouthWestKrovak(const Parameters& p) {
 std::string PolarStereographicC(const Parameters& p) {
   const double parallel = p[kStandardParallel];
   const bool north = parallel > 0;
-  const double radius = p.Shape().a * ParallelRatio(parallel, p.Shape());
+  const double radius = p.Shape().a * p.Shape().ParallelRatio(parallel);
   return OperationText("stere")
       .Radians("lat_0", north ? std::numbers::pi / 2 : -std::numbers::pi / 2)
       .Radians("lat_ts", parallel)
@@ -157,7 +153,7 @@ std::string BelgianLambertConic(const Parameters& p) {
   const double cone =
       std::abs(first - second) < 1e-10
           ? std::sin(first)
-          : (std::log(ParallelRatio(first, shape)) - std::log(ParallelRatio(second, shape))) /
+          : (std::log(shape.ParallelRatio(first)) - std::log(shape.ParallelRatio(second))) /
                 (std::log(IsometricFactor(first, shape)) -
                  std::log(IsometricFactor(second, shape)));
   return OperationText("lcc")
@@ -214,11 +210,7 @@ std::string AskProj(const ProjectionModel& projection) {
   plain.primeMeridian.unit.factorB = std::numbers::pi;
   plain.primeMeridian.unit.factorC = 180;
   // The ellipsoid's own parameters are put in by the caller with all their digits.
-  plain.ellipsoid.emplace();
-  plain.ellipsoid->name = "ellipsoid";
-  plain.ellipsoid->a = "6378137";
-  plain.ellipsoid->useF = true;
-  plain.ellipsoid->f = 1 / 298.257;
+  plain.ellipsoid = Wgs84::Ellipsoid();
   plain.projection = projection;
   plain.projection->axisSign[0] = plain.projection->axisSign[1] = 1;
   plain.projection->swap = false;
@@ -310,66 +302,6 @@ std::string ProjectionOperation(const ProjectionModel& projection, const Ellipso
   const std::string step = own != std::end(kOwnMethods) ? own->write(Parameters(projection, shape))
                                                         : ProjectingStep(AskProj(projection));
   return step + EllipsoidText(shape);
-}
-
-// The meridian's length as a series in the third flattening n up to n^6, after Helmert: Karney,
-// "Transverse Mercator with an accuracy of a few nanometers", Journal of Geodesy 85 (2011).
-EquidistantCylindrical::EquidistantCylindrical(const ProjectionModel& projection,
-                                               const EllipsoidShape& shape)
-    : parallelRadius_(shape.a *
-                      ParallelRatio(ProjectionParameterValue(projection, kFirstParallel), shape)),
-      longitude_(ProjectionParameterValue(projection, kNaturalLongitude)),
-      falseEasting_(ProjectionParameterValue(projection, kFalseEasting)),
-      falseNorthing_(ProjectionParameterValue(projection, kFalseNorthing)) {
-  const double n = shape.f / (2 - shape.f);
-  const double n2 = n * n;
-  rectifyingRadius_ = shape.a / (1 + n) * (1 + n2 * (1.0 / 4 + n2 * (1.0 / 64 + n2 / 256)));
-  terms_[0] = n * (-3.0 / 2 + n2 * (9.0 / 16 - n2 * 3 / 32));
-  terms_[1] = n2 * (15.0 / 16 + n2 * (-15.0 / 32 + n2 * 135 / 2048));
-  terms_[2] = n2 * n * (-35.0 / 48 + n2 * 105 / 256);
-  terms_[3] = n2 * n2 * (315.0 / 512 - n2 * 189 / 512);
-  terms_[4] = -n2 * n2 * n * 693 / 1280;
-  terms_[5] = n2 * n2 * n2 * 1001 / 2048;
-}
-
-double EquidistantCylindrical::Rectifying(double latitude) const {
-  double sum = latitude;
-  for (int i = 0; i < 6; ++i)
-    sum += terms_[i] * std::sin(2 * (i + 1) * latitude);
-  return sum;
-}
-
-void EquidistantCylindrical::Project(std::span<TShellPoint> points) const {
-  constexpr double kTurn = 2 * std::numbers::pi;
-  for (TShellPoint& point : points) {
-    if (point.First == HUGE_VAL) continue;
-    const double east = std::remainder(point.First - longitude_, kTurn);
-    point.First = falseEasting_ + parallelRadius_ * east;
-    point.Second = falseNorthing_ + rectifyingRadius_ * Rectifying(point.Second);
-  }
-}
-
-void EquidistantCylindrical::Unproject(std::span<TShellPoint> points) const {
-  // Rectifying and geodetic latitude differ by a slope of 3 n at most: each round gains more than
-  // two digits.
-  constexpr int kRounds = 8;
-  for (TShellPoint& point : points) {
-    if (point.First == HUGE_VAL) continue;
-    const double rectifying = (point.Second - falseNorthing_) / rectifyingRadius_;
-    const double east = (point.First - falseEasting_) / parallelRadius_;
-    // Behind the poles and beyond the half turn there is nothing.
-    constexpr double kRounding = 1e-12;
-    if (!(std::abs(rectifying) <= std::numbers::pi / 2 + kRounding) ||
-        !(std::abs(east) <= std::numbers::pi + kRounding)) {
-      point = FailedPoint();
-      continue;
-    }
-    double latitude = rectifying;
-    for (int round = 0; round < kRounds; ++round)
-      latitude += rectifying - Rectifying(latitude);
-    point.First = east + longitude_;
-    point.Second = latitude;
-  }
 }
 
 }  // namespace QvRefSystem

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/geocore/shell_frames.h"
+#include "platform/geocore/system_model.h"
 
 namespace QvRefSystem {
 
@@ -23,28 +24,5 @@ namespace QvRefSystem {
 /// A parameter by its EPSG code, in radians, metres or unity. Throws GeodesyError if it is missing
 /// or no number.
 [[nodiscard]] double ProjectionParameterValue(const ProjectionModel& projection, int code);
-
-/// The ellipsoidal equidistant cylindrical projection (EPSG method 1028), for which PROJ 9.1 takes
-/// the spherical one: E = FE + nu1 cos(phi1) (lambda - lambda0), N = FN + M(phi), where M is the
-/// meridian's length from the equator. Exact to rounding for any ellipsoid in use.
-class EquidistantCylindrical {
- public:
-  EquidistantCylindrical(const ProjectionModel& projection, const EllipsoidShape& shape);
-  /// As Project and Unproject.
-  void Project(std::span<TShellPoint> points) const;
-  void Unproject(std::span<TShellPoint> points) const;
-
- private:
-  double parallelRadius_;
-  double longitude_;
-  double falseEasting_;
-  double falseNorthing_;
-  // Radius of the sphere with a meridian of the same length, and the terms of the rectifying
-  // latitude.
-  double rectifyingRadius_;
-  double terms_[6];
-
-  [[nodiscard]] double Rectifying(double latitude) const;
-};
 
 }  // namespace QvRefSystem

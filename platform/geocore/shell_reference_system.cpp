@@ -1,44 +1,35 @@
 #include "platform/geocore/shell_reference_system.h"
 
+#include <optional>
 #include <utility>
 
 #include "platform/data/height_table_reader.h"
 #include "platform/data/tree_ids.h"
-#include "platform/geocore/projjson.h"
-#include "platform/geocore/shell_definition.h"
-#include "platform/geocore/shell_machine.h"
+#include "platform/geocore/definition_from_model.h"
+#include "platform/geocore/model_from_tree.h"
+#include "platform/geocore/shell_grids.h"
 #include "platform/geocore/shell_notation.h"
+#include "platform/geocore/shell_transform.h"
+#include "platform/geocore/shell_undulations.h"
 
 namespace QvRefSystem {
 
-void TShellCoords::Get(std::string* x, std::string* y, std::string* z) const {
-  *x = texts_[0];
-  *y = texts_[1];
-  *z = texts_[2];
-}
-
-void TShellCoords::Set(std::string x, std::string y, std::string z) {
-  texts_[0] = std::move(x);
-  texts_[1] = std::move(y);
-  texts_[2] = std::move(z);
-}
-
-TShellReferenceSystem::TShellReferenceSystem(std::shared_ptr<const Definition> definition)
+TShellReferenceSystem::TShellReferenceSystem(std::shared_ptr<const ShellDefinition> definition)
     : definition_(std::move(definition)) {}
 
 TShellReferenceSystem::TShellReferenceSystem(const TShellReferenceSystem& other) = default;
 TShellReferenceSystem::~TShellReferenceSystem() = default;
 
 const std::string& TShellReferenceSystem::Name() const {
-  return definition_->Model().name;
+  return definition_->model.name;
 }
 
 const std::string& TShellReferenceSystem::Description() const {
-  return definition_->Model().description;
+  return definition_->model.description;
 }
 
 const std::string& TShellReferenceSystem::AxisName(int axis) const {
-  const SystemModel& model = definition_->Model();
+  const SystemModel& model = definition_->model;
   const std::string& own = model.axisAbbreviation[axis];
   // A projected system may leave the names of its plane to the projection.
   if (axis < 2 && own.empty() && model.projection) return model.projection->axisAbbreviation[axis];
@@ -46,11 +37,11 @@ const std::string& TShellReferenceSystem::AxisName(int axis) const {
 }
 
 bool TShellReferenceSystem::HasHeightSystem() const {
-  return definition_->Heights() != HeightSurface::kEllipsoid;
+  return definition_->surface != HeightSurface::kEllipsoid;
 }
 
 bool TShellReferenceSystem::IsFirstAxisNorth() const {
-  return definition_->IsNorthFirst();
+  return definition_->isNorthFirst;
 }
 
 bool TShellReferenceSystem::IsSameAs(const TShellReferenceSystem* system) const {
@@ -58,7 +49,7 @@ bool TShellReferenceSystem::IsSameAs(const TShellReferenceSystem* system) const 
 }
 
 bool TShellReferenceSystem::operator^(const TShellReferenceSystem& other) const {
-  return IsSameAs(&other) && SameNumber(definition_->HeightUnit(), other.definition_->HeightUnit());
+  return IsSameAs(&other) && SameNumber(definition_->heightUnit, other.definition_->heightUnit);
 }
 
 std::unique_ptr<TShellReferenceSystem> TShellReferenceSystem::CreateCopy() const {
@@ -76,7 +67,7 @@ void TShellReferenceSystem::GetCoords(TShellCoords* coords) const {
 }
 
 void TShellReferenceSystem::WriteNotation(const TShellPoint& point, TShellCoords* coords) const {
-  const double metres = definition_->HeightUnit();
+  const double metres = definition_->heightUnit;
   const std::string height = PlainDecimals(point.Third, metres);
   if (definition_->Kind() == SystemKind::kGeodetic) {
     const double radians = definition_->PlaneUnit();
@@ -89,14 +80,134 @@ void TShellReferenceSystem::WriteNotation(const TShellPoint& point, TShellCoords
 
 std::size_t TShellReferenceSystem::Transform(const TShellReferenceSystem& target,
                                              std::span<TShellPoint> points) const {
-  using Third = Definition::Third;
-  return Definition::Move(*definition_, Third::kHeight, *target.definition_, Third::kHeight,
-                          points);
+  return MovePoints({*definition_}, {*target.definition_}, Points<Axes>(points));
 }
 
 std::string TShellReferenceSystem::ExplainFailure(const TShellReferenceSystem& target,
                                                   const TShellPoint& point) const {
-  return Definition::WhyFailed(*definition_, *target.definition_, point);
+  return WhyFailed(*definition_, *target.definition_, point);
+}
+
+void TShellReferenceSystem::InitializeHeightTableGrid(
+    const std::string& north, const std::string& south, const std::string& east,
+    const std::string& west, const std::string& cellNS, const std::string& cellEW,
+    THeightTable* table) const {
+  SizeTable({west, east, south, north, cellEW, cellNS}, table);
+}
+
+bool TShellReferenceSystem::RecalculateTableGrid(const TShell2DTableExtents* source,
+                                                 const TShellReferenceSystem* target,
+                                                 TShell2DTableExtents* result) const {
+  if (source == nullptr || target == nullptr) return false;
+  auto cover = CoverTable(Core(), *source, target->Core());
+  if (cover) *result = std::move(*cover);
+  return cover.has_value();
+}
+
+namespace {
+
+/// Six texts of the caller in which a grid comes out.
+struct GridTexts {
+  std::string* north;
+  std::string* south;
+  std::string* east;
+  std::string* west;
+  std::string* cellNS;
+  std::string* cellEW;
+
+  // Whether there is a grid; nothing changes without one.
+  [[nodiscard]] bool Take(std::optional<TShell2DTableExtents> texts) const {
+    if (!texts) return false;
+    *north = std::move(texts->North);
+    *south = std::move(texts->South);
+    *east = std::move(texts->East);
+    *west = std::move(texts->West);
+    *cellNS = std::move(texts->CellNorthSouth);
+    *cellEW = std::move(texts->CellEastWest);
+    return true;
+  }
+};
+
+/// Three texts of the caller in which a constant and its errors come out.
+struct FitTexts {
+  std::string* offset;
+  std::string* rms;
+  std::string* max;
+};
+
+// Whether there is a constant; `texts` are unchanged without one.
+bool Approximate(const UndulationWay& way, const FitTexts& texts, THeightTable* errors,
+                 TProgressInterface* progress) {
+  if (errors == nullptr || errors->Data == nullptr) return false;
+  try {
+    auto fit = FitOffset(way, errors, progress);
+    if (!fit) return false;
+    *texts.offset = std::move(fit->offset);
+    *texts.rms = std::move(fit->rms);
+    *texts.max = std::move(fit->max);
+    return true;
+  } catch (const GeodesyError&) {
+    return false;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+}
+
+void Interpolate(const ShellDefinition& from, const THeightTable* table,
+                 const TShellReferenceSystem* target, THeightTable* result, int (*next)()) {
+  if (target == nullptr || result == nullptr) throw GeodesyError("there is no grid to fill");
+  InterpolateUndulations({from, table, target->Core()}, result, next);
+}
+
+}  // namespace
+
+bool TShellReferenceSystem::RecalculateHeightTableGrid(const THeightTable* heights,
+                                                       const TShellReferenceSystem* target,
+                                                       std::string* north, std::string* south,
+                                                       std::string* east, std::string* west,
+                                                       std::string* cellNS,
+                                                       std::string* cellEW) const {
+  return heights != nullptr && heights->Data != nullptr && target != nullptr &&
+         GridTexts{north, south, east, west, cellNS, cellEW}.Take(
+             CoverTable(Core(), *heights, target->Core()));
+}
+
+bool TShellReferenceSystem::RecalculateHeightTableGrid(const TShellReferenceSystem* target,
+                                                       std::string* north, std::string* south,
+                                                       std::string* east, std::string* west,
+                                                       std::string* cellNS,
+                                                       std::string* cellEW) const {
+  return target != nullptr && GridTexts{north, south, east, west, cellNS, cellEW}.Take(
+                                  CoverOwnHeights(Core(), target->Core()));
+}
+
+void TShellReferenceSystem::InterpolateHeights(const THeightTable* source,
+                                               const TShellReferenceSystem* target,
+                                               THeightTable* result, int (*next)()) const {
+  if (source == nullptr) throw GeodesyError("there is no table of heights");
+  Interpolate(Core(), source, target, result, next);
+}
+
+void TShellReferenceSystem::InterpolateHeights(const TShellReferenceSystem* target,
+                                               THeightTable* result, int (*next)()) const {
+  Interpolate(Core(), nullptr, target, result, next);
+}
+
+bool TShellReferenceSystem::ApproximateHeights(const THeightTable* source,
+                                               const TShellReferenceSystem* target,
+                                               std::string* offset, std::string* rms,
+                                               std::string* max, THeightTable* errors,
+                                               TProgressInterface* progress) const {
+  return source != nullptr && target != nullptr &&
+         Approximate({Core(), source, target->Core()}, {offset, rms, max}, errors, progress);
+}
+
+bool TShellReferenceSystem::ApproximateHeights(const TShellReferenceSystem* target,
+                                               std::string* offset, std::string* rms,
+                                               std::string* max, THeightTable* errors,
+                                               TProgressInterface* progress) const {
+  return target != nullptr &&
+         Approximate({Core(), nullptr, target->Core()}, {offset, rms, max}, errors, progress);
 }
 
 namespace {
@@ -140,7 +251,7 @@ std::unique_ptr<TShellReferenceSystem> CreateShellReferenceSystem(TStringTree* t
     if (ModelFromTree(tree, &model, &reason)) {
       auto table = ReadTable(tree, model, progress);
       return std::make_unique<TShellReferenceSystem>(
-          TShellReferenceSystem::Definition::Make(std::move(model), std::move(table)));
+          DefinitionFromModel(std::move(model), std::move(table)));
     }
   } catch (const std::exception& failure) {
     reason = failure.what();

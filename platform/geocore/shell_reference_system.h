@@ -1,46 +1,22 @@
 #pragma once
 
-#include <map>
+#include <cstddef>
 #include <memory>
 #include <span>
-#include <stdexcept>
 #include <string>
-#include <string_view>
 
 #include "platform/data/grid_extents.h"
 #include "platform/data/string_tree.h"
-#include "platform/geocore/geoids.h"
+#include "platform/geocore/geodesy_error.h"
+#include "platform/geocore/shell_coords.h"
+#include "platform/geocore/shell_point.h"
 #include "platform/ui/progress_interface.h"
 
 namespace QvRefSystem {
 
 using QvCommonUtils::TStringTree;
 
-/// A computation is not possible; the message tells why in words for the user.
-class GeodesyError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
-/// A point in a system's own notation, one text for each axis, in the order of the axes.
-class TShellCoords {
- public:
-  void Get(std::string* x, std::string* y, std::string* z) const;
-  void Set(std::string x, std::string y, std::string z);
-
- private:
-  std::string texts_[3];
-};
-
-/// A point by the system's own axes: first, second and third axis in their order, sign and unit
-/// (degrees or grads as the system's angular unit says; heights in its height unit). Longitudes
-/// come out from -180 to 180 degrees from the system's prime meridian, or from 0 up to 360 in a
-/// system of positive longitudes.
-struct TShellPoint {
-  double First = 0;
-  double Second = 0;
-  double Third = 0;
-};
+struct ShellDefinition;
 
 /// A reference system that computes: what a tree describes, made ready for coordinates.
 ///
@@ -58,15 +34,20 @@ struct TShellPoint {
 /// from its ellipsoid. Extents, cells and offsets cross as decimal texts in C notation, since they
 /// are stored that way.
 ///
-/// An object may be used by one thread at a time; copies are independent.
+/// An object may be used by one thread at a time; copies are independent. What is passed to a
+/// function by pointer or reference is used until it returns, and no longer.
 class TShellReferenceSystem {
  public:
+  /// A system of numbers that are ready, which must not be null; copies share them.
+  explicit TShellReferenceSystem(std::shared_ptr<const ShellDefinition> definition);
   virtual ~TShellReferenceSystem();
   TShellReferenceSystem& operator=(const TShellReferenceSystem&) = delete;
 
+  /// The name in the tree; it lives as long as the system or a copy.
   [[nodiscard]] const std::string& Name() const;
+  /// The description in the tree, for as long.
   [[nodiscard]] const std::string& Description() const;
-  /// Abbreviation of axis 0, 1 or 2.
+  /// Abbreviation of axis 0, 1 or 2, for as long.
   [[nodiscard]] const std::string& AxisName(int axis) const;
   /// Whether heights count from a table, an offset or a built-in geoid instead of the ellipsoid.
   [[nodiscard]] bool HasHeightSystem() const;
@@ -82,6 +63,7 @@ class TShellReferenceSystem {
   /// nothing is asked of names, descriptions and heights. False for null.
   [[nodiscard]] virtual bool IsSameAs(const TShellReferenceSystem* system) const;
 
+  /// A system that computes the same; the point of set_core_coords is copied as well.
   [[nodiscard]] std::unique_ptr<TShellReferenceSystem> CreateCopy() const;
   /// Whether heights stored for one serve the other: same plane and same unit of heights.
   [[nodiscard]] bool operator^(const TShellReferenceSystem& other) const;
@@ -90,11 +72,11 @@ class TShellReferenceSystem {
 
   /// Moves points from this system into `target`, in place. Heights move as well: over the height
   /// system of each, or over its ellipsoid. A point that cannot be computed (no finite number,
-  /// a latitude beyond a pole, a longitude beyond two turns, no image) becomes three times
-  /// HUGE_VAL; the result is the number of those. Throws GeodesyError if the two systems cannot
+  /// a latitude beyond a pole, a longitude beyond two turns, no image) becomes
+  /// FailedPoint; the result is the number of those. Throws GeodesyError if the two systems cannot
   /// meet at all.
   std::size_t Transform(const TShellReferenceSystem& target, std::span<TShellPoint> points) const;
-  /// Why a point of this system came back as HUGE_VAL: PROJ's or our own words. Empty for a point
+  /// Why a point of this system came back as failed: PROJ's or our own words. Empty for a point
   /// that can be computed. Throws as Transform does.
   [[nodiscard]] std::string ExplainFailure(const TShellReferenceSystem& target,
                                            const TShellPoint& point) const;
@@ -113,51 +95,55 @@ class TShellReferenceSystem {
   [[nodiscard]] bool RecalculateTableGrid(const TShell2DTableExtents* source,
                                           const TShellReferenceSystem* target,
                                           TShell2DTableExtents* result) const;
-  /// The same for the grid of `heights`, or without it for that of this system's own height system;
-  /// false if it has none with a grid of its own or known limits.
+  /// The same for the grid of `heights`, which lies in the plane of this system, as six texts. They
+  /// are unchanged if the result is false, as it is for a table that is null or empty.
   [[nodiscard]] bool RecalculateHeightTableGrid(const THeightTable* heights,
                                                 const TShellReferenceSystem* target,
                                                 std::string* north, std::string* south,
                                                 std::string* east, std::string* west,
                                                 std::string* cellNS, std::string* cellEW) const;
+  /// The same for the grid of this system's own height system; false if it has none with a grid of
+  /// its own or known limits.
   [[nodiscard]] bool RecalculateHeightTableGrid(const TShellReferenceSystem* target,
                                                 std::string* north, std::string* south,
                                                 std::string* east, std::string* west,
                                                 std::string* cellNS, std::string* cellEW) const;
 
-  /// Fills the grid of `result`, which lies in `target`, with the undulations of `source` (a table
-  /// in the plane of this system) or else of this system's own height system. Points of the geoid
+  /// Fills the grid of `result`, which lies in `target`, with the undulations of `source`, a table
+  /// in the plane of this system. Points of the geoid
   /// move in three dimensions, so that a datum shift changes the undulation; a node whose place in
   /// the source lies outside takes the nearest edge. `next` may be null; a result other than 0
   /// cancels. Throws GeodesyError if it is cancelled or cannot be computed.
   void InterpolateHeights(const THeightTable* source, const TShellReferenceSystem* target,
                           THeightTable* result, int (*next)()) const;
+  /// The same with the undulations of this system's own height system; GeodesyError tells that it
+  /// has none.
   void InterpolateHeights(const TShellReferenceSystem* target, THeightTable* result,
                           int (*next)()) const;
 
-  /// The constant that, in place of the undulations on the grid of `errors` in `target`, minimises
-  /// the sum of squared errors; with it their root mean square and greatest magnitude, in the
-  /// height unit of `target` and rounded to a millimetre, and in `errors` undulation less constant
-  /// at each node. False, with
-  /// the three texts unchanged, if it is cancelled or cannot be computed. `progress` may be null.
+  /// The constant that, in place of the undulations of `source` on the grid of `errors` in
+  /// `target`, minimises the sum of squared errors; with it their root mean square and greatest
+  /// magnitude, in the height unit of `target` and rounded to a millimetre, and in `errors`
+  /// undulation less constant at each node. False, with the three texts unchanged, if it is
+  /// cancelled or cannot be computed. `progress` may be null.
   [[nodiscard]] bool ApproximateHeights(const THeightTable* source,
                                         const TShellReferenceSystem* target, std::string* offset,
                                         std::string* rms, std::string* max, THeightTable* errors,
                                         TProgressInterface* progress) const;
+  /// The same with the undulations of this system's own height system; false if it has none.
   [[nodiscard]] bool ApproximateHeights(const TShellReferenceSystem* target, std::string* offset,
                                         std::string* rms, std::string* max, THeightTable* errors,
                                         TProgressInterface* progress) const;
 
-  /// What a system computes with; shared by its copies.
-  class Definition;
-  explicit TShellReferenceSystem(std::shared_ptr<const Definition> definition);
-  [[nodiscard]] const Definition& Core() const { return *definition_; }
+  /// What the system computes with, for as long as the system or a copy lives.
+  [[nodiscard]] const ShellDefinition& Core() const { return *definition_; }
 
  protected:
+  /// As CreateCopy, for derived classes.
   TShellReferenceSystem(const TShellReferenceSystem& other);
 
  private:
-  std::shared_ptr<const Definition> definition_;
+  std::shared_ptr<const ShellDefinition> definition_;
   double coords_[3] = {0, 0, 0};
 };
 

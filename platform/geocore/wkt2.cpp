@@ -1,7 +1,9 @@
+#include "platform/geocore/wkt2.h"
+
 #include <nlohmann/json.hpp>
 
+#include "platform/geocore/model_from_tree.h"
 #include "platform/geocore/proj_handles.h"
-#include "platform/geocore/projjson.h"
 
 namespace QvRefSystem {
 namespace {

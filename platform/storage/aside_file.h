@@ -6,9 +6,12 @@
 namespace QvPlatform::detail {
 
 /// A file that is written under a name of its own and then takes its place at once, so that a
-/// reader sees the old content or the new, whatever happens on the way. Dropped without Publish.
+/// reader sees the old content or the new, whatever happens on the way. Without Publish it is
+/// dropped.
 class AsideFile {
  public:
+  /// What may stand under the path when the file takes its place: anything that is replaced, or
+  /// nothing.
   enum class Place { kReplace, kMustBeFree };
 
   /// Throws StorageError where the file could not be put: its folder is missing or closed to
@@ -18,8 +21,10 @@ class AsideFile {
   AsideFile(const AsideFile&) = delete;
   AsideFile& operator=(const AsideFile&) = delete;
 
+  /// Appends bytes to the file aside. Throws StorageError where the medium takes no more.
   void Write(const void* data, std::size_t size);
-  /// The content is on the medium under the path when this returns. Throws StorageError.
+  /// Ends the writing: the content is on the medium under the path when this returns. Throws
+  /// StorageError, also where the place must be free and is not; what stands there then stays.
   void Publish(Place place);
 
  private:

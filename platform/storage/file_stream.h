@@ -10,6 +10,7 @@ namespace QvPlatform {
 /// A plain file. kCreate writes aside, flushes and renames on Commit.
 class TQvFileStream final : public TQvStream {
  public:
+  /// The stream is closed.
   TQvFileStream();
   ~TQvFileStream() override;
   [[nodiscard]] bool Open(const std::string& path, QvOpenMode mode) override;

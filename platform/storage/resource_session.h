@@ -15,6 +15,7 @@ namespace QvPlatform {
 /// in ".qvdb".
 class TQvResourceSession final : public TQvStream {
  public:
+  /// The stream is closed.
   TQvResourceSession();
   ~TQvResourceSession() override;
   [[nodiscard]] bool Open(const std::string& name, QvOpenMode mode) override;
@@ -24,6 +25,7 @@ class TQvResourceSession final : public TQvStream {
   void Commit() override;
   void Close() noexcept override;
 
+  /// Whether the container can be read and has such a resource, a blob or a record table.
   [[nodiscard]] static bool Exists(const std::string& name);
   /// What follows the prefix in the names of those resources that begin with it and are no record
   /// tables. The prefix is a container's path, "." and the beginning of the resources' own names.

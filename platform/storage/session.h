@@ -11,6 +11,7 @@ namespace QvPlatform::detail {
 class TransactionListener {
  public:
   virtual ~TransactionListener() = default;
+  /// All that it wrote is durable.
   virtual void OnCommitted() = 0;
   /// Part or all of what it wrote since the transaction began is undone.
   virtual void OnRolledBack() noexcept = 0;
@@ -25,26 +26,33 @@ class Session {
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
+  /// The connection itself.
   [[nodiscard]] Connection& Db() { return connection_; }
   /// True between Begin and the end of the transaction, also of one that SQLite has given up.
   [[nodiscard]] bool Active() const { return active_; }
 
-  /// Takes the locks of a writer at once. Throws StorageError.
+  /// Begins a transaction and takes the locks of a writer at once. Throws StorageError, also where
+  /// a file has been replaced or removed since it was opened.
   void Begin();
-  /// Throws StorageError after everything has been rolled back.
+  /// All is durable when it returns. Throws StorageError after everything has been rolled back.
   void Commit();
+  /// Undoes everything and ends the transaction.
   void Rollback() noexcept;
-  /// Marks inside the transaction, numbered from 1, to which it can be rolled back.
+  /// Sets a mark inside the transaction to which it can be rolled back; marks nest. Throws
+  /// StorageError.
   void PushMark();
+  /// Forgets the last mark and keeps what was written since. Throws StorageError.
   void ReleaseMark();
+  /// Undoes what was written since the last mark, forgets it, and tells the listeners.
   void RollbackToMark() noexcept;
-  /// The same, for a change that no listener has taken for made yet.
+  /// Does the same without telling, for a change that no listener has taken for made yet.
   void DropToMark() noexcept;
   /// Throws if SQLite has given up the transaction, as it does when a medium is full.
   void CheckAlive() const;
 
   /// The listener hears of the end of the open transaction, once.
   void Join(TransactionListener* listener);
+  /// The listener hears nothing more.
   void Leave(TransactionListener* listener) noexcept;
 
  private:
@@ -67,6 +75,8 @@ class WriteScope {
   ~WriteScope();
   WriteScope(const WriteScope&) = delete;
   WriteScope& operator=(const WriteScope&) = delete;
+  /// Makes the change last. The listener, which may be null, hears that it is committed: now, or at
+  /// the end of the transaction around. Throws StorageError after the change is undone.
   void Done(TransactionListener* listener);
 
  private:
@@ -79,6 +89,7 @@ class WriteScope {
 /// A read transaction, unless one of any kind is open already.
 class ReadScope {
  public:
+  /// Reads between here and the end of the scope see one state of the files. Throws StorageError.
   explicit ReadScope(Session& session);
   ~ReadScope();
   ReadScope(const ReadScope&) = delete;

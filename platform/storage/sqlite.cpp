@@ -78,12 +78,20 @@ Connection Connection::Open(const std::string& uri, const std::string& name, int
   return connection;
 }
 
-Connection Connection::OpenFile(const std::string& name) {
+Connection Connection::OpenShared(const std::string& name, int flags) {
   const std::string path = AbsolutePath(name);
   std::shared_ptr<void> use = RegisterFileUse(path);
-  Connection connection = Open(path, FileName(path), SQLITE_OPEN_READWRITE);
+  Connection connection = Open(path, FileName(path), flags);
   connection.uses_.push_back(std::move(use));
   return connection;
+}
+
+Connection Connection::OpenFile(const std::string& path) {
+  return OpenShared(path, SQLITE_OPEN_READWRITE);
+}
+
+Connection Connection::OpenReadOnly(const std::string& path) {
+  return OpenShared(path, SQLITE_OPEN_READONLY);
 }
 
 Connection Connection::OpenImmutable(const std::string& name) {
@@ -129,14 +137,17 @@ void Connection::Harden() {
   for (const Setting& setting : kSettings) {
     int now = -1;
     Check(sqlite3_db_config(handle, setting.option, setting.value, &now), "cannot be made safe");
-    if (now != setting.value) throw SqliteError(SQLITE_MISUSE, name_ + ": cannot be made safe");
+    if (now != setting.value) {
+      throw SqliteError(SQLITE_MISUSE, name_ + ": cannot be made safe", "a setting is refused");
+    }
   }
   Execute("PRAGMA cell_size_check=ON; PRAGMA mmap_size=0");
 }
 
 void Connection::Check(int code, std::string_view doing) const {
   if ((code & 0xFF) == SQLITE_OK) return;
-  throw SqliteError(code, Describe(code, doing, name_, sqlite3_errmsg(handle_.get())));
+  const std::string reason = sqlite3_errmsg(handle_.get());
+  throw SqliteError(code, Describe(code, doing, name_, reason), reason);
 }
 
 void Connection::Attach(const std::string& name, const std::string& schema) {

@@ -40,8 +40,9 @@ class TQvStream {
   /// Closes without commit; what was written since Open is dropped. Never throws.
   virtual void Close() noexcept = 0;
 
+  /// Why the last Open failed, for users to read; "" after one that did not.
   [[nodiscard]] const std::string& LastError() const { return lastError_; }
-  /// All bytes from the present position to the end.
+  /// All bytes from the present position to the end. Throws StorageError.
   [[nodiscard]] std::string ReadAll();
 
  protected:

@@ -12,8 +12,9 @@
 /// table of their own, whose fields a row each in `qv_fields` describes.
 namespace QvPlatform::detail {
 
-/// Marks of the two kinds of file, in SQLite's application id: "QvTb" and "QvDb".
+/// Mark of a table file in SQLite's application id: "QvTb".
 constexpr std::uint32_t kTableFileId = 0x51765462;
+/// Mark of a container in SQLite's application id: "QvDb".
 constexpr std::uint32_t kContainerId = 0x51764462;
 /// Version of both layouts, in SQLite's user version.
 constexpr int kFormatVersion = 1;
@@ -27,23 +28,31 @@ constexpr const char* kVersionColumn = "ROW_VERSION";
 
 /// One row of `qv_fields`; the numbers are those of the table's declaration.
 struct FieldDescription {
+  /// An identifier.
   std::string name;
+  /// Code of FieldType.
   int type = 0;
+  /// Code of FieldNeed.
   int need = 0;
+  /// Characters that a user may type into a text field, from 0 to 255.
   int length = 0;
   bool operator==(const FieldDescription&) const = default;
 };
 
-/// Letters, digits and "_", no digit in front, at most 64 characters.
+/// Whether the name consists of letters, digits and "_", no digit in front, 64 characters at most.
 [[nodiscard]] bool IsIdentifier(std::string_view name);
 
 /// Column that identifies a record: the generated key, or the hidden one.
 [[nodiscard]] std::string KeyColumn(const std::vector<FieldDescription>& fields);
 
+/// Makes `qv_fields`, without rows, in a new file.
 void CreateDescriptions(Connection& connection);
+/// Makes a record table without records, and describes its fields.
 void CreateRecordTable(Connection& connection, const std::string& table,
                        const std::vector<FieldDescription>& fields);
+/// Whether a table of this name is described, whatever the case of its letters.
 [[nodiscard]] bool HasRecordTable(Connection& connection, const std::string& table);
+/// Drops a record table, which has to be there, with its description.
 void DropRecordTable(Connection& connection, const std::string& table);
 /// Throws StorageError unless the description is there, sound, and that of the table's columns.
 [[nodiscard]] std::vector<FieldDescription> ReadFields(Connection& connection,

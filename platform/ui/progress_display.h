@@ -17,18 +17,22 @@ namespace QvRefSystem {
 /// Without an announcement it is told each of them.
 class ProgressDisplay {
  public:
-  /// Options of a display whose count the work announces by SetMax, and of one that runs free.
+  /// Options of a display whose count the work announces by SetMax.
   static constexpr int kCounted = 33;
+  /// Options of a display that runs free, for work that knows no count.
   static constexpr int kFree = 65;
 
+  /// Shows the display; the user has to outlive it. `options` are one of the two above.
   ProgressDisplay(QvPlatform::TUserInterface& ui, int options, const std::string& title);
   ~ProgressDisplay();
   ProgressDisplay(const ProgressDisplay&) = delete;
   ProgressDisplay& operator=(const ProgressDisplay&) = delete;
 
+  /// What computations are lent; valid as long as the display lives.
   [[nodiscard]] TProgressInterface* Interface() { return &interface_; }
   /// The Next of the interface, for operations that take it alone.
   [[nodiscard]] static int Next();
+  /// Whether the user has cancelled the operation.
   [[nodiscard]] bool Cancelled() const { return cancelled_; }
 
  private:

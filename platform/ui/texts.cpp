@@ -80,6 +80,18 @@ static_assert(std::ranges::adjacent_find(kTexts, std::ranges::greater_equal{}, &
                   kTexts.end(),
               "texts are found by binary search");
 
+constexpr bool HasAll(TextId first, TextId last) {
+  const auto from = std::ranges::lower_bound(kTexts, first, {}, &TextRow::id);
+  const auto to = std::ranges::upper_bound(kTexts, last, {}, &TextRow::id);
+  const bool named = std::ranges::none_of(from, to, &std::string_view::empty, &TextRow::text);
+  return named && to - from == static_cast<int>(last) - static_cast<int>(first) + 1;
+}
+
+static_assert(HasAll(TextId::kNotFound, TextId::kInfoLongitude) &&
+                  HasAll(TextId::kPlaneNotDefined, TextId::kCannotCreateFile) &&
+                  HasAll(TextId::kCannotOpenTable, TextId::kCannotWriteDatabase),
+              "each number has its text");
+
 std::function<std::string(std::string_view)>& Translator() {
   static std::function<std::string(std::string_view)> translator;
   return translator;

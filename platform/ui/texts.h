@@ -8,6 +8,7 @@
 /// number by which hosts know them.
 namespace QvPlatform {
 
+/// Numbers of the texts.
 enum class TextId : int {
   kNotFound = 36769,
   kConfirmDelete = 36770,

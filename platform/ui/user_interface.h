@@ -15,16 +15,24 @@ class TComponent {
   virtual ~TComponent() = default;
 };
 
+/// How grave a message is, which a window shows by a sign.
 enum class MessageKind { kPlain, kWarning, kError, kConfirmation };
+/// How a message can be answered.
 enum class MessageButtons { kOk, kYesNo };
+/// How a message was answered: kOk by the one button, else kYes or kNo.
 enum class MessageAnswer { kOk, kYes, kNo };
 
 /// One row of the used-by list: a record that refers to the object about to be deleted.
 struct UsedByRow {
+  /// Name of the record's type, in the language of the user.
   std::string typeName;
+  /// Name of the record.
   std::string name;
+  /// Description of the record; may be empty.
   std::string description;
+  /// Number of the record's object type, by which viewers find it.
   int objectType = 0;
+  /// Key of the record in its table.
   int key = 0;
 };
 
@@ -41,10 +49,12 @@ class TProgress {
   virtual void SetMax(int /*count*/) {}
 };
 
+/// The user, as the core sees him. Calls wait for the answer, and come from one thread.
 class TUserInterface {
  public:
   virtual ~TUserInterface() = default;
 
+  /// Shows a text until the user has answered.
   virtual MessageAnswer ShowMessage(MessageKind kind, const std::string& text,
                                     MessageButtons buttons) = 0;
 
@@ -53,7 +63,8 @@ class TUserInterface {
   virtual UsedByAnswer ShowUsedBy(TComponent* owner, std::span<const UsedByRow> rows,
                                   bool viewAllowed) = 0;
 
-  /// `options` as given by the operation (0: plain), `count` the number of steps.
+  /// Shows the course of an operation until the result is destroyed. `options` are those of the
+  /// operation (0: plain), `count` is the number of steps (0: unknown).
   [[nodiscard]] virtual std::unique_ptr<TProgress> StartProgress(int options,
                                                                  const std::string& title,
                                                                  int count) = 0;

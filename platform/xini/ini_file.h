@@ -22,6 +22,7 @@ class TQvIniFileManager {
   /// kLargestIniFile.
   explicit TQvIniFileManager(TQvStream* stream);
 
+  /// The value of a name in a section; nothing if there is none.
   [[nodiscard]] std::optional<std::string> ReadString(std::string_view section,
                                                       std::string_view name) const;
   /// A number in C notation; `fallback` for a value that is missing or no finite number.

@@ -22,11 +22,15 @@ class TQvXIniWriter {
   TQvXIniWriter(const TQvXIniWriter&) = delete;
   TQvXIniWriter& operator=(const TQvXIniWriter&) = delete;
 
+  /// Says whether what follows is written without line breaks.
   void SetCompact(bool compact);
-  /// An empty name makes an unnamed member, here and below.
+  /// Begins a section. An empty name makes an unnamed member, here and below.
   [[nodiscard]] bool EnterSection(std::string_view name);
+  /// Leaves the innermost section.
   [[nodiscard]] bool ExitSection();
+  /// Writes an item with a decimal number.
   [[nodiscard]] bool WriteInt(std::string_view name, int value);
+  /// Writes an item with any bytes.
   [[nodiscard]] bool WriteString(std::string_view name, std::string_view value);
   /// Closes what is open and writes the whole document to the stream. Throws StorageError.
   void Finish();

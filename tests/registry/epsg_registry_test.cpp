@@ -11,6 +11,7 @@
 
 #include "assembly/database_check.h"
 #include "assembly/processor_set.h"
+#include "platform/geocore/model_from_tree.h"
 #include "platform/geocore/projjson.h"
 #include "processors/data_processor.h"
 #include "processors/ref_system_processor.h"

@@ -5,6 +5,7 @@
 #include <functional>
 #include <limits>
 
+#include "platform/geocore/model_from_tree.h"
 #include "platform/geocore/projjson.h"
 #include "registry/epsg_models.h"
 #include "tests/support/legacy_samples.h"

@@ -5,6 +5,7 @@
 
 #include "platform/geocore/proj_handles.h"
 #include "platform/geocore/projjson.h"
+#include "platform/geocore/wkt2.h"
 #include "registry/epsg_models.h"
 #include "registry/model_tree.h"
 #include "registry/registry_units.h"

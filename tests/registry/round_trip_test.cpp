@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/geocore/model_from_tree.h"
 #include "platform/geocore/proj_handles.h"
 #include "platform/geocore/projjson.h"
 #include "registry/equivalence.h"

@@ -5,8 +5,8 @@
 #include <cmath>
 #include <numbers>
 
-#include "platform/geocore/projjson.h"
-#include "platform/geocore/shell_definition.h"
+#include "platform/geocore/definition_from_model.h"
+#include "platform/geocore/model_from_tree.h"
 #include "tests/road/delivered_copies.h"
 
 namespace refframe_tests {
@@ -127,7 +127,7 @@ SystemModel BaseOf(const SystemModel& model, SystemKind kind = SystemKind::kGeod
 }
 
 TShellReferenceSystem Shell(SystemModel model) {
-  return TShellReferenceSystem(TShellReferenceSystem::Definition::Make(std::move(model)));
+  return TShellReferenceSystem(QvRefSystem::DefinitionFromModel(std::move(model)));
 }
 
 // Methods that PROJ 9.1 computes otherwise than the registry defines them: the Belgian cone without

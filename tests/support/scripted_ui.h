@@ -40,22 +40,34 @@ class ScriptedUi : public QvPlatform::TUserInterface {
     return onUsedBy ? onUsedBy() : QvPlatform::UsedByAnswer::kClosed;
   }
 
-  /// The titles of all progress displays, and whether the user cancels each at its first step.
+  /// What a progress display was told.
+  struct Shown {
+    int options = 0;
+    int count = 0;
+    int steps = 0;
+  };
+  /// The titles of all progress displays, and what they were told.
   std::vector<std::string> progress;
+  std::vector<Shown> displays;
+  /// Whether the user cancels each display: at its first step, or at that step.
   bool cancels = false;
+  int cancelAt = -1;
 
-  std::unique_ptr<QvPlatform::TProgress> StartProgress(int, const std::string& title,
-                                                       int) override {
-    class Silent : public QvPlatform::TProgress {
+  std::unique_ptr<QvPlatform::TProgress> StartProgress(int options, const std::string& title,
+                                                       int count) override {
+    class Recorder : public QvPlatform::TProgress {
      public:
-      explicit Silent(bool goesOn) : goesOn_(goesOn) {}
-      bool Next() override { return goesOn_; }
+      explicit Recorder(ScriptedUi& ui) : ui_(ui), at_(ui.displays.size() - 1) {}
+      bool Next() override { return ++ui_.displays[at_].steps != ui_.cancelAt && !ui_.cancels; }
+      void SetMax(int max) override { ui_.displays[at_].count = max; }
 
      private:
-      bool goesOn_;
+      ScriptedUi& ui_;
+      std::size_t at_;
     };
     progress.push_back(title);
-    return std::make_unique<Silent>(!cancels);
+    displays.push_back({options, count, 0});
+    return std::make_unique<Recorder>(*this);
   }
 };
 

@@ -43,6 +43,16 @@ class TestDatabase {
   }
   /// Records of each table, in the order of the catalogue.
   [[nodiscard]] std::vector<int> Counts() const;
+  /// What the check of the database finds. Throws if its answer does not agree with its findings.
+  [[nodiscard]] std::vector<std::string> Findings() const;
+};
+
+/// Names the cases of a test that runs in both forms, true for the container.
+struct FormName {
+  template <typename Case>
+  std::string operator()(const Case& it) const {
+    return it.param ? "Container" : "Folder";
+  }
 };
 
 /// Makes the table files of an empty database; opens nothing.

@@ -3,6 +3,8 @@
 #include <atomic>
 #include <stdexcept>
 
+#include "assembly/database_check.h"
+#include "database/table_files.h"
 #include "tests/support/test_database.h"
 
 namespace refframe_tests {
@@ -149,6 +151,13 @@ TestDatabase::TestDatabase(bool resourceForm) : path(folder.Path(FileNameOf(reso
                         std::filesystem::copy_options::recursive);
   data = QvRefSystem::MakeDataModule(ui);
   Open(*data, path, resourceForm);
+}
+
+std::vector<std::string> TestDatabase::Findings() const {
+  std::vector<std::string> findings;
+  const bool isSound = CheckDatabase(*data, &findings);
+  if (isSound != findings.empty()) throw std::logic_error("the check contradicts itself");
+  return findings;
 }
 
 std::vector<int> TestDatabase::Counts() const {

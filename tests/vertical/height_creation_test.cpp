@@ -21,7 +21,6 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using Kind = HeightSourceKind;
 using enum HeightRefusal;
-using Strings = std::vector<std::string>;
 
 constexpr int kGeodetic = 4;
 constexpr int kProjected = 5;
@@ -38,42 +37,22 @@ std::string TextOf(const TShell2DTableExtents& grid) {
          grid.CellEastWest + " " + grid.CellNorthSouth;
 }
 
-class HeightCreationTest : public testing::TestWithParam<bool> {
+class HeightCreationTest : public HeightTest {
  protected:
-  HeightCreationTest() : database_(GetParam()), heights_(*database_.data) {
+  HeightCreationTest() {
     owner_ = Systems().InsertFromTree(MakeTree(SystemTree, kGeodetic).get());
     metre_ = database_.data->datasetLinearUnit.Fields(0).AsInteger();
     EXPECT_TRUE(SetPlane());
   }
   ~HeightCreationTest() override {
     // The record belongs to its owner, as after the owner's Save.
-    QvPlatform::TQvDataSet& systems = *Systems().DataSet;
     Systems().LocateKey(owner_);
-    systems.Edit();
-    systems.FieldByName("VERT_SYSTEM_AUTOKEY").SetInteger(Records().GetCurrentKey());
-    systems.Post();
-    Strings findings;
-    EXPECT_TRUE(CheckDatabase(*database_.data, &findings));
-    EXPECT_THAT(findings, IsEmpty());
-  }
-  [[nodiscard]] TQvRfDataProcessor& Systems() { return *database_.data->RefSystemProcessor; }
-  [[nodiscard]] TQvRfVerticalRefSystemDataProcessor& Records() {
-    return *database_.data->VerticalRefSystemProcessor;
+    Set(Systems(), "VERT_SYSTEM_AUTOKEY", std::to_string(Records().GetCurrentKey()));
+    EXPECT_THAT(database_.Findings(), IsEmpty());
   }
   bool SetPlane(int kind = kGeodetic, int unit = 0) {
     const TreePtr tree = MakeTree(SystemTree, kind);
     return heights_.SetPlaneSystem(WriteTreeText(tree.get()), unit == 0 ? metre_ : unit);
-  }
-  [[nodiscard]] Strings Files() {
-    return ListStorageFiles(database_.data->GetHeightsPrefix(), GetParam());
-  }
-  [[nodiscard]] std::string FileText() {
-    std::string text;
-    const auto path = Records().CurrentHeightFile();
-    return path && LoadStorageFile(*path, GetParam(), &text) ? text : "(none)";
-  }
-  [[nodiscard]] std::string Field(const char* name) {
-    return Records().DataSet->FieldByName(name).AsString();
   }
   [[nodiscard]] std::string File(const std::string& text) {
     const std::string path = database_.folder.Path("geoid.txt");
@@ -91,53 +70,51 @@ class HeightCreationTest : public testing::TestWithParam<bool> {
   }
   void CreateTable() {
     TakeSource();
-    EXPECT_EQ(heights_.Create(HeightDataKind::kTable, {}), kNone);
-    ASSERT_EQ(heights_.MadeData().Kind(), HeightDataKind::kTable);
+    EXPECT_EQ(heights_.Create(HeightKind::kTable, {}), kNone);
+    ASSERT_EQ(heights_.MadeData().Kind(), HeightKind::kTable);
   }
   bool Store(bool append, const char* name = "Alps") {
-    HeightRecord texts;
-    texts.Name = name;
-    texts.Abbreviation = "A";
-    texts.Description = "D";
-    return heights_.Store(texts, append);
+    return heights_.Store({.Name = name, .Abbreviation = "A", .Description = "D"}, append);
+  }
+  // Stores a table, and sets the plane for the next opening.
+  void StoreTable(int plane = kGeodetic) {
+    CreateTable();
+    ASSERT_TRUE(Store(true));
+    ASSERT_TRUE(SetPlane(plane));
   }
 
-  TestDatabase database_;
-  HeightCreation heights_;
+  HeightCreation heights_{*database_.data};
   int owner_ = 0;
   int metre_ = 0;
 };
 
-INSTANTIATE_TEST_SUITE_P(Forms, HeightCreationTest, testing::Bool(),
-                         [](const auto& form) { return form.param ? "Container" : "Folder"; });
+INSTANTIATE_TEST_SUITE_P(Forms, HeightCreationTest, testing::Bool(), FormName{});
 
 TEST_P(HeightCreationTest, AFileAndItsPlaneMakeATable) {
   heights_.ChooseKind(Kind::kFile);
   EXPECT_EQ(heights_.TakeFile(File(HeightText())), kNone);
   EXPECT_EQ(TextOf(heights_.Grid()), TextOf(kFileGrid));
-  EXPECT_FALSE(heights_.CanMake(HeightDataKind::kTable)) << "its plane is not known";
+  EXPECT_FALSE(heights_.Source().CanMake(HeightKind::kTable)) << "its plane is not known";
   EXPECT_EQ(TakeFilePlane(), kNone);
-  ASSERT_TRUE(heights_.CanMake(HeightDataKind::kTable));
+  ASSERT_TRUE(heights_.Source().CanMake(HeightKind::kTable));
   database_.ui.progress.clear();
-  EXPECT_EQ(heights_.Create(heights_.UsualKind(), {}), kNone);
+  EXPECT_EQ(heights_.Create(heights_.Source().UsualKind(), {}), kNone);
   EXPECT_THAT(database_.ui.progress, ElementsAre("Recalculating geoid undulation data"));
   EXPECT_TRUE(heights_.IsCurrent());
 
   ASSERT_TRUE(Store(true, "Alps: 1/2"));
   EXPECT_EQ(heights_.Target(), nullptr) << "used up";
   EXPECT_EQ(FileText(), HeightText());
-  EXPECT_EQ(Field("VDATA_CRC32"), std::to_string(HeightCrc()));
-  EXPECT_THAT(Files(), ElementsAre(Field("VDATA_FILENAME")));
-  EXPECT_EQ(Field("VDATA_FILENAME"), "Alps  1 2");
-  EXPECT_EQ(Field("VDATA_EXTENTS_WEST") + Field("VDATA_EXTENTS_NORTH"), "3655");
-  EXPECT_EQ(Field("VDATA_CELL_EAST_WEST") + Field("VDATA_UNIT_AUTOKEY"), "10");
-  EXPECT_EQ(Field("NAME") + Field("ABBREVIATION") + Field("DESCRIPTION"), "Alps: 1/2AD");
+  EXPECT_EQ(Text("VDATA_CRC32"), std::to_string(HeightCrc()));
+  EXPECT_THAT(Files(), ElementsAre(Text("VDATA_FILENAME")));
+  EXPECT_EQ(Text("VDATA_FILENAME"), "Alps  1 2");
+  EXPECT_EQ(Text("VDATA_EXTENTS_WEST") + Text("VDATA_EXTENTS_NORTH"), "3655");
+  EXPECT_EQ(Text("VDATA_CELL_EAST_WEST") + Text("VDATA_UNIT_AUTOKEY"), "10");
+  EXPECT_EQ(Text("NAME") + Text("ABBREVIATION") + Text("DESCRIPTION"), "Alps: 1/2AD");
 }
 
 TEST_P(HeightCreationTest, WhatWasStoredIsThereAtTheNextOpening) {
-  CreateTable();
-  ASSERT_TRUE(Store(true));
-  ASSERT_TRUE(SetPlane());
+  StoreTable();
   EXPECT_TRUE(heights_.IsStoredPlaneSame(heights_.Target()));
   // Not the file: the owner may not be stored yet, and what it made is at hand.
   database_.ui.progress.clear();
@@ -145,7 +122,7 @@ TEST_P(HeightCreationTest, WhatWasStoredIsThereAtTheNextOpening) {
   EXPECT_THAT(database_.ui.progress, IsEmpty());
   EXPECT_EQ(heights_.Source().Kind, Kind::kFile);
   EXPECT_EQ(heights_.Source().FilePlaneSystem->Name(), "NAD27 geodetic");
-  EXPECT_TRUE(heights_.CanMake(HeightDataKind::kTable));
+  EXPECT_TRUE(heights_.Source().CanMake(HeightKind::kTable));
   EXPECT_TRUE(heights_.IsCurrent());
   EXPECT_EQ(TextOf(heights_.MadeData().Grid), TextOf(kFileGrid));
 
@@ -160,12 +137,10 @@ TEST_P(HeightCreationTest, WhatWasStoredIsThereAtTheNextOpening) {
 }
 
 TEST_P(HeightCreationTest, AnotherPlaneKeepsTheGridAndLosesTheData) {
-  CreateTable();
-  ASSERT_TRUE(Store(true));
-  ASSERT_TRUE(SetPlane(kProjected));
+  StoreTable(kProjected);
   EXPECT_FALSE(heights_.IsStoredPlaneSame(heights_.Target()));
   EXPECT_EQ(heights_.StartEdit(), kNone);
-  EXPECT_EQ(heights_.MadeData().Kind(), HeightDataKind::kNone);
+  EXPECT_EQ(heights_.MadeData().Kind(), std::nullopt);
   EXPECT_FALSE(heights_.IsCurrent());
   TShell2DTableExtents seen;
   const auto geodetic = CreateShellReferenceSystem(MakeTree(SystemTree, kGeodetic).get(), nullptr);
@@ -177,10 +152,10 @@ TEST_P(HeightCreationTest, AStoredSystemIsLoadedFromItsFile) {
   Systems().InsertFromTree(MakeTree(GeodeticWithTable).get());
   const int key = Systems().GetCurrentKey();
   Records().LocateKey(Systems().DataSet->FieldByName("VERT_SYSTEM_AUTOKEY").AsInteger());
-  ASSERT_EQ(Field("NAME"), "Alps");
+  ASSERT_EQ(Text("NAME"), "Alps");
   ASSERT_TRUE(heights_.LoadForReferenceSystem(key));
   EXPECT_EQ(heights_.StartEdit(), kNone);
-  ASSERT_EQ(heights_.MadeData().Kind(), HeightDataKind::kTable);
+  ASSERT_EQ(heights_.MadeData().Kind(), HeightKind::kTable);
   EXPECT_EQ(heights_.MadeData().Table->Get(1, 0), -19.625);
   EXPECT_EQ(TextOf(heights_.MadeData().Grid), TextOf(kFileGrid));
   EXPECT_TRUE(heights_.IsCurrent());
@@ -192,17 +167,16 @@ TEST_P(HeightCreationTest, AStoredSystemIsLoadedFromItsFile) {
   const std::pair<const char*, HeightRefusal> kFiles[] = {
       {"54 55 36 38 1 1 7", kNoValues}, {"54 55", kNoGrid}, {"", kNotRead}};
   for (const auto& [text, refusal] : kFiles) {
-    (void)SaveStorageFile(path, GetParam(), text);
+    (void)SaveStorageFile(path, InContainer(), text);
     EXPECT_EQ(heights_.StartEdit(), refusal) << text;
-    EXPECT_EQ(heights_.MadeData().Kind(), HeightDataKind::kNone);
+    EXPECT_EQ(heights_.MadeData().Kind(), std::nullopt);
   }
   ASSERT_TRUE(SaveStorageFile(path, GetParam(), whole));
   owner_ = key;
 }
 
 TEST_P(HeightCreationTest, ATableUnderAnotherUnitIsNotCurrent) {
-  CreateTable();
-  ASSERT_TRUE(Store(true));
+  StoreTable();
   const TreePtr tree = MakeTree(SystemTree, kGeodetic);
   QvCommonUtils::TStringTree* unit = FindSubtree(FindSubtree(tree.get(), 1201, 0), 1104, 0);
   constexpr int kFactor = 5310;
@@ -210,7 +184,7 @@ TEST_P(HeightCreationTest, ATableUnderAnotherUnitIsNotCurrent) {
   TreeBuilder(unit).Field(kFactor, "0.3048");
   ASSERT_TRUE(heights_.SetPlaneSystem(WriteTreeText(tree.get()), metre_));
   EXPECT_EQ(heights_.StartEdit(), kNone);
-  EXPECT_EQ(heights_.MadeData().Kind(), HeightDataKind::kTable);
+  EXPECT_EQ(heights_.MadeData().Kind(), HeightKind::kTable);
   EXPECT_FALSE(heights_.IsCurrent()) << "metres would become feet";
 }
 
@@ -238,13 +212,13 @@ TEST_P(HeightCreationTest, RefusesWhatCannotBeASource) {
   heights_.TakeOffsetUnit(metre_);
   for (const char* text : {"", "1,5", "3 m", "nan"}) {
     EXPECT_EQ(heights_.TakeOffset(text), kNoNumber) << text;
-    EXPECT_FALSE(heights_.CanMake(HeightDataKind::kOffset)) << text;
+    EXPECT_FALSE(heights_.Source().CanMake(HeightKind::kOffset)) << text;
   }
   EXPECT_EQ(heights_.TakeOffset("-2.50"), kNone);
-  EXPECT_TRUE(heights_.CanMake(HeightDataKind::kOffset));
-  EXPECT_FALSE(heights_.CanMake(HeightDataKind::kTable)) << "an offset makes no table";
+  EXPECT_TRUE(heights_.Source().CanMake(HeightKind::kOffset));
+  EXPECT_FALSE(heights_.Source().CanMake(HeightKind::kTable)) << "an offset makes no table";
   heights_.TakeOffsetUnit(metre_ + 1);
-  EXPECT_EQ(heights_.UsualKind(), HeightDataKind::kNone) << "there is no such unit";
+  EXPECT_EQ(heights_.Source().UsualKind(), std::nullopt) << "there is no such unit";
 }
 
 TEST_P(HeightCreationTest, TheGridOfAFileNeedsTwoNodesAlongEachAxis) {
@@ -266,7 +240,7 @@ TEST_P(HeightCreationTest, TheGridOfAFileNeedsTwoNodesAlongEachAxis) {
     for (const Kind kind : {Kind::kFile, Kind::kSystem}) {
       heights_.ChooseKind(kind);
       const HeightRefusal expected = kind == Kind::kFile ? row.fromFile : row.fromSystem;
-      EXPECT_EQ(heights_.Create(HeightDataKind::kTable, {}), expected) << row.name;
+      EXPECT_EQ(heights_.Create(HeightKind::kTable, {}), expected) << row.name;
       EXPECT_EQ(heights_.IsCurrent(), expected == kNone) << row.name;
       EXPECT_EQ(heights_.MadeData().Table != nullptr, expected == kNone) << row.name;
     }
@@ -276,7 +250,7 @@ TEST_P(HeightCreationTest, TheGridOfAFileNeedsTwoNodesAlongEachAxis) {
 TEST_P(HeightCreationTest, AnOffsetStandsInForHeightsIfItIsAccepted) {
   TakeSource();
   for (const bool accepted : {false, true}) {
-    EXPECT_EQ(heights_.Create(HeightDataKind::kOffset,
+    EXPECT_EQ(heights_.Create(HeightKind::kOffset,
                               [&](const HeightApproximation& result) {
                                 // The mean of 20.125 20.25 20.375 19.5 -19.625 19.75.
                                 EXPECT_EQ(result.Offset, "13.396");
@@ -291,7 +265,7 @@ TEST_P(HeightCreationTest, AnOffsetStandsInForHeightsIfItIsAccepted) {
     EXPECT_EQ(heights_.MadeData().Offset, accepted ? "13.396" : "");
   }
   ASSERT_TRUE(Store(true));
-  EXPECT_EQ(Field("VDATA_OFFSET") + " " + Field("VDATA_TYPE"), "13.396 2");
+  EXPECT_EQ(Text("VDATA_OFFSET") + " " + Text("VDATA_TYPE"), "13.396 2");
 }
 
 TEST_P(HeightCreationTest, AnOffsetHasNoGrid) {
@@ -301,11 +275,11 @@ TEST_P(HeightCreationTest, AnOffsetHasNoGrid) {
   EXPECT_EQ(heights_.TakeOffset("-2.50"), kNone);
   EXPECT_FALSE(heights_.IsCurrent());
   EXPECT_NE(heights_.MadeData().Table, nullptr) << "what was made stays until it is made anew";
-  EXPECT_EQ(heights_.Create(HeightDataKind::kOffset, {}), kNone);
+  EXPECT_EQ(heights_.Create(HeightKind::kOffset, {}), kNone);
   ASSERT_TRUE(Store(true));
-  EXPECT_EQ(Field("VDATA_OFFSET"), "-2.50");
-  EXPECT_EQ(Field("VDATA_UNIT_AUTOKEY"), std::to_string(metre_));
-  EXPECT_EQ(Field("VDATA_EXTENTS_WEST") + Field("VDATA_FILENAME"), "");
+  EXPECT_EQ(Text("VDATA_OFFSET"), "-2.50");
+  EXPECT_EQ(Text("VDATA_UNIT_AUTOKEY"), std::to_string(metre_));
+  EXPECT_EQ(Text("VDATA_EXTENTS_WEST") + Text("VDATA_FILENAME"), "");
   EXPECT_THAT(Files(), IsEmpty());
   ASSERT_TRUE(SetPlane());
   EXPECT_EQ(heights_.StartEdit(), kNone);
@@ -321,27 +295,25 @@ TEST_P(HeightCreationTest, StaleDataAreStoredOnTheGridOfTheirMaking) {
   heights_.SetGrid({"0", "9", "0", "9", "1", "1"});
   EXPECT_FALSE(heights_.IsCurrent());
   ASSERT_TRUE(Store(true));
-  EXPECT_EQ(Field("VDATA_EXTENTS_EAST"), "38");
+  EXPECT_EQ(Text("VDATA_EXTENTS_EAST"), "38");
 }
 
 TEST_P(HeightCreationTest, ACancellingUserLosesNothing) {
-  CreateTable();
-  ASSERT_TRUE(Store(true));
-  const std::string file = Field("VDATA_FILENAME");
-  ASSERT_TRUE(SetPlane());
+  StoreTable();
+  const std::string file = Text("VDATA_FILENAME");
   ASSERT_EQ(heights_.StartEdit(), kNone);
   database_.ui.cancels = true;
   EXPECT_FALSE(Store(false));
   EXPECT_NE(heights_.Target(), nullptr) << "the run goes on";
-  EXPECT_EQ(Field("VDATA_FILENAME"), file);
+  EXPECT_EQ(Text("VDATA_FILENAME"), file);
   EXPECT_EQ(FileText(), HeightText());
   EXPECT_EQ(heights_.TakeFile(File(HeightText())), kCancelled);
   database_.ui.cancels = false;
   TakeSource();
   database_.ui.cancels = true;
-  for (const auto kind : {HeightDataKind::kTable, HeightDataKind::kOffset}) {
+  for (const auto kind : {HeightKind::kTable, HeightKind::kOffset}) {
     EXPECT_EQ(heights_.Create(kind, {}), kNone);
-    EXPECT_EQ(heights_.MadeData().Kind(), HeightDataKind::kNone);
+    EXPECT_EQ(heights_.MadeData().Kind(), std::nullopt);
     EXPECT_EQ(heights_.Failure(), "") << "he knows";
   }
 }
@@ -350,10 +322,8 @@ class HeightCreationInAFolder : public HeightCreationTest {};
 INSTANTIATE_TEST_SUITE_P(Forms, HeightCreationInAFolder, testing::Values(false));
 
 TEST_P(HeightCreationInAFolder, KeepsRecordAndFileWhereTheNewFileIsRefused) {
-  CreateTable();
-  ASSERT_TRUE(Store(true));
+  StoreTable();
   const int key = Records().GetCurrentKey();
-  ASSERT_TRUE(SetPlane());
   ASSERT_EQ(heights_.StartEdit(), kNone);
   const Strings before = Files();
   // A file stands where the folder should be.
@@ -366,7 +336,7 @@ TEST_P(HeightCreationInAFolder, KeepsRecordAndFileWhereTheNewFileIsRefused) {
   std::filesystem::remove(folder);
   std::filesystem::rename(folder.string() + ".away", folder);
   ASSERT_TRUE(Records().LocateKey(key));
-  EXPECT_EQ(Field("NAME"), "Alps");
+  EXPECT_EQ(Text("NAME"), "Alps");
   EXPECT_EQ(FileText(), HeightText());
   EXPECT_EQ(Files(), before);
   EXPECT_TRUE(Store(false, "Andes")) << "once there is room";

@@ -1,7 +1,5 @@
 // Saving and loading height files: messages, progress, and nothing half written.
 
-#include "platform/storage/crc32.h"
-#include "platform/ui/progress_display.h"
 #include "vertical/height_file.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +7,9 @@
 #include <filesystem>
 
 #include "database/storage_files.h"
+#include "platform/storage/crc32.h"
 #include "platform/storage/stream.h"
+#include "platform/ui/progress_display.h"
 #include "platform/ui/progress_interface.h"
 #include "tests/support/test_database.h"
 
@@ -21,34 +21,6 @@ using QvRefSystem::LoadHeightTable;
 using QvRefSystem::SaveHeightTable;
 using Table = QvCommonUtils::T2DTable<double>;
 using Strings = std::vector<std::string>;
-
-/// Keeps what a progress display was told, and cancels at a step.
-class ProgressUi : public ScriptedUi {
- public:
-  struct Shown {
-    int options = 0;
-    std::string title;
-    int count = 0;
-    int steps = 0;
-  };
-  std::vector<Shown> displays;
-  int cancelAt = -1;
-
-  std::unique_ptr<QvPlatform::TProgress> StartProgress(int options, const std::string& title,
-                                                       int count) override {
-    displays.push_back({options, title, count, 0});
-    class Recorder : public QvPlatform::TProgress {
-     public:
-      explicit Recorder(ProgressUi& ui) : ui_(ui) {}
-      bool Next() override { return ++ui_.displays.back().steps != ui_.cancelAt; }
-      void SetMax(int count) override { ui_.displays.back().count = count; }
-
-     private:
-      ProgressUi& ui_;
-    };
-    return std::make_unique<Recorder>(*this);
-  }
-};
 
 class HeightFile : public testing::TestWithParam<bool> {
  protected:
@@ -62,7 +34,7 @@ class HeightFile : public testing::TestWithParam<bool> {
     return SaveHeightTable(&table_, path_, GetParam(), crc, ui_);
   }
 
-  ProgressUi ui_;
+  ScriptedUi ui_;
   TemporaryFolder folder_;
   std::string path_ = folder_.Path(GetParam() ? "refs.qvdb.Heights.Alps" : "refs/Heights/Alps");
   Table table_;
@@ -81,15 +53,15 @@ TEST_P(HeightFile, ComesBackAsItWasSaved) {
   EXPECT_EQ(loaded.Get(1, 2), -12.346);
   EXPECT_EQ(loaded.East(), 37);
   EXPECT_TRUE(ui_.messages.empty());
-  ASSERT_EQ(ui_.displays.size(), 2U);
-  EXPECT_EQ(ui_.displays[0].options, 33);
-  EXPECT_EQ(ui_.displays[0].title, "Saving geoid undulation data");
-  EXPECT_EQ(ui_.displays[0].count, 3);
-  EXPECT_EQ(ui_.displays[0].steps, 2);
-  EXPECT_EQ(ui_.displays[1].options, 33);
-  EXPECT_EQ(ui_.displays[1].title, "Loading geoid undulation data");
-  EXPECT_EQ(ui_.displays[1].count, 2 * 3 + 6 + 3);
-  EXPECT_EQ(ui_.displays[1].steps, ui_.displays[1].count);
+  EXPECT_EQ(ui_.progress,
+            (Strings{"Saving geoid undulation data", "Loading geoid undulation data"}));
+  const auto expectShown = [this](std::size_t display, int count, int steps) {
+    EXPECT_EQ(ui_.displays[display].options, 33);
+    EXPECT_EQ(ui_.displays[display].count, count);
+    EXPECT_EQ(ui_.displays[display].steps, steps);
+  };
+  expectShown(0, 3, 2);
+  expectShown(1, 2 * 3 + 6 + 3, 2 * 3 + 6 + 3);
 }
 
 TEST_P(HeightFile, StaysAsItWasWhenSavingFails) {
@@ -150,12 +122,10 @@ TEST_P(HeightFile, IsRefusedWithoutAMessageIfItsTextIsNone) {
   EXPECT_EQ(ui_.messages.size(), 1U);
 }
 
-INSTANTIATE_TEST_SUITE_P(, HeightFile, testing::Bool(), [](const auto& test) {
-  return std::string(test.param ? "Container" : "Folder");
-});
+INSTANTIATE_TEST_SUITE_P(, HeightFile, testing::Bool(), FormName{});
 
 TEST(ProgressDisplay, TakesManyStepsForOneAndStaysCancelled) {
-  ProgressUi ui;
+  ScriptedUi ui;
   ui.cancelAt = 3;
   QvRefSystem::ProgressDisplay display(ui, QvRefSystem::ProgressDisplay::kCounted, "title");
   display.Interface()->SetMax(2'000'000'000);

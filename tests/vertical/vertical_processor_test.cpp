@@ -1,14 +1,11 @@
 // Height systems and their files, in both forms of a database.
 
-#include "platform/dbset/write_group.h"
 #include "vertical/vertical_processor.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "assembly/database_check.h"
-#include "tests/support/sample_trees.h"
-#include "tests/support/test_database.h"
+#include "tests/vertical/height_fixture.h"
 
 namespace refframe_tests {
 namespace {
@@ -19,37 +16,15 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
-using Strings = std::vector<std::string>;
 
-class HeightSystems : public testing::TestWithParam<bool> {
+class HeightSystems : public HeightTest {
  protected:
-  HeightSystems() : database_(GetParam()), heights_(*database_.data->VerticalRefSystemProcessor) {}
-  [[nodiscard]] bool InContainer() const { return GetParam(); }
-  [[nodiscard]] Strings Files() const {
-    return QvRefSystem::ListStorageFiles(database_.data->GetHeightsPrefix(), InContainer());
-  }
   [[nodiscard]] int Count() const { return heights_.DataSet->RecordCount(); }
-  [[nodiscard]] std::string Text(const char* field) const {
-    return heights_.DataSet->FieldByName(field).AsString();
-  }
-  [[nodiscard]] std::string FileText() const {
-    std::string text;
-    const auto path = heights_.CurrentHeightFile();
-    return path && QvRefSystem::LoadStorageFile(*path, InContainer(), &text) ? text : "(none)";
-  }
-  void SaveFile(const std::string& text) const {
-    const auto path = heights_.CurrentHeightFile();
-    ASSERT_TRUE(path && QvRefSystem::SaveStorageFile(*path, InContainer(), text));
-  }
   void DeleteFile() const {
     const auto path = heights_.CurrentHeightFile();
     ASSERT_TRUE(path && QvRefSystem::DeleteStorageFile(*path, InContainer()));
   }
-  void Set(const char* field, const std::string& value) {
-    heights_.DataSet->Edit();
-    heights_.DataSet->FieldByName(field).SetString(value);
-    heights_.DataSet->Post();
-  }
+  void Set(const char* field, const std::string& value) { HeightTest::Set(heights_, field, value); }
   int Insert(void (*sample)(TreeBuilder)) {
     return heights_.InsertFromTree(MakeTree(sample).get());
   }
@@ -71,12 +46,10 @@ class HeightSystems : public testing::TestWithParam<bool> {
     fs::copy_file(away, victim);
   }
 
-  TestDatabase database_;
-  QvRefSystem::TQvRfVerticalRefSystemDataProcessor& heights_;
+  QvRefSystem::TQvRfVerticalRefSystemDataProcessor& heights_ = Records();
 };
 
-INSTANTIATE_TEST_SUITE_P(Forms, HeightSystems, testing::Bool(),
-                         [](const auto& form) { return form.param ? "Container" : "Folder"; });
+INSTANTIATE_TEST_SUITE_P(Forms, HeightSystems, testing::Bool(), FormName{});
 
 // Ids, labels and values of a tree's fields in order.
 Strings Members(const TStringTree& tree) {
@@ -191,14 +164,6 @@ TEST_P(HeightSystems, ThatAreNotWholeAreNotTaken) {
   EXPECT_THAT(database_.ui.messages, IsEmpty());
 }
 
-TEST_P(HeightSystems, KnowWhichKindsHaveRecords) {
-  EXPECT_TRUE(heights_.IsStoredKind(1));
-  EXPECT_TRUE(heights_.IsStoredKind(2));
-  EXPECT_FALSE(heights_.IsStoredKind(3));
-  for (const int kind : {-1, 0, 4})
-    EXPECT_THROW((void)heights_.IsStoredKind(kind), QvRefSystem::InvalidTypeError) << kind;
-}
-
 TEST_P(HeightSystems, CompareWhatTheirKindHas) {
   const struct {
     void (*sample)(TreeBuilder);
@@ -241,17 +206,7 @@ TEST_P(HeightSystems, KeepTheirFilesWhereHeightsLie) {
     ASSERT_TRUE(heights_.DuplicateCurrent()) << name;
     EXPECT_THAT(FileText(), HasSubstr("20.125")) << name;
   }
-  EXPECT_EQ(Files().size(), 2 * std::size(names));
-  // Nothing came to lie anywhere else.
-  std::size_t files = 0;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(database_.folder.Path())) {
-    if (entry.is_directory()) continue;
-    const std::string name = entry.path().filename().string();
-    const bool isHeights = entry.path().parent_path() == database_.path + "/Heights";
-    EXPECT_TRUE(isHeights || name.ends_with(".dat") || name.starts_with("refs.qvdb")) << name;
-    files += isHeights ? 1 : 0;
-  }
-  EXPECT_EQ(files, InContainer() ? 0 : 2 * std::size(names));
+  EXPECT_EQ(Files().size(), 2 * std::size(names)) << "nothing came to lie anywhere else";
 }
 
 TEST_P(HeightSystems, LeaveFilesThatTheirRecordsNameElsewhere) {
@@ -385,81 +340,6 @@ TEST(HeightSystemsInAFolder, LeaveNoRecordWhereTheirFileIsRefused) {
   const std::vector<int> before = database.Counts();
   EXPECT_EQ(database.Processor(TObjectType::kReferenceSystem).InsertFromTree(system.get()), 0);
   EXPECT_EQ(database.Counts(), before);
-}
-
-class ChecksOfHeights : public HeightSystems {
- protected:
-  // Two systems, the first with a table, the second with an offset.
-  ChecksOfHeights() {
-    for (const auto sample : {HeightTableTree, HeightOffsetTree}) {
-      const TreePtr tree = MakeTree(SystemTree, 4);
-      sample(TreeBuilder(tree.get()).Sub(1500));
-      EXPECT_GT(Systems().InsertFromTree(tree.get()), 0);
-    }
-  }
-  [[nodiscard]] Strings Findings() const {
-    Strings found;
-    const bool sound = CheckDatabase(*database_.data, &found);
-    EXPECT_EQ(sound, found.empty());
-    return found;
-  }
-  [[nodiscard]] QvRefSystem::TQvRfDataProcessor& Systems() const {
-    return database_.Processor(TObjectType::kReferenceSystem);
-  }
-  void SetSystem(const char* field, int value) const {
-    Systems().DataSet->Edit();
-    Systems().DataSet->FieldByName(field).SetInteger(value);
-    Systems().DataSet->Post();
-  }
-};
-
-INSTANTIATE_TEST_SUITE_P(Forms, ChecksOfHeights, testing::Bool(),
-                         [](const auto& form) { return form.param ? "Container" : "Folder"; });
-
-TEST_P(ChecksOfHeights, LookAtTheFiles) {
-  EXPECT_THAT(Findings(), IsEmpty()) << "a table on one line has the checksum of its lines";
-  ASSERT_TRUE(heights_.LocateKey(1));
-  std::string changed = HeightText();
-  changed[changed.find("20.125")] = '3';
-  SaveFile(changed);
-  EXPECT_THAT(Findings(), ElementsAre(HasSubstr("\"Alps\" differs from VDATA_CRC32")));
-  SaveFile("no table at all");
-  EXPECT_THAT(Findings(), ElementsAre(HasSubstr("\"Alps\" differs from VDATA_CRC32")));
-  SaveFile(HeightText());
-  EXPECT_THAT(Findings(), IsEmpty());
-  DeleteFile();
-  EXPECT_THAT(Findings(), ElementsAre(HasSubstr("\"Alps\" is missing")));
-  SaveFile(HeightText());
-  const std::string left = database_.data->GetHeightsPrefix() + "left";
-  ASSERT_TRUE(QvRefSystem::SaveStorageFile(left, InContainer(), "1 2 3"));
-  EXPECT_THAT(Findings(),
-              ElementsAre("vertical_refsystem.dat: the height file \"left\" is that of no record"));
-}
-
-TEST_P(ChecksOfHeights, LookAtTheirOwners) {
-  ASSERT_TRUE(Systems().LocateKey(2));
-  SetSystem("VERT_SYSTEM_AUTOKEY", 1);
-  EXPECT_THAT(Findings(),
-              UnorderedElementsAre(HasSubstr("VERT_SYSTEM_AUTOKEY 1 is also that of key"),
-                                   HasSubstr("\"Harbour\": no reference system refers to it"),
-                                   HasSubstr("equal to key")));
-  SetSystem("VERT_SYSTEM_AUTOKEY", 2);
-  SetSystem("VERT_SYSTEM_CODE", 5773);
-  EXPECT_THAT(Findings(), ElementsAre(HasSubstr("both a height system and a built-in geoid")));
-}
-
-TEST_P(ChecksOfHeights, LookAtWhatTheirKindsNeed) {
-  ASSERT_TRUE(heights_.LocateKey(2));
-  Set("VDATA_OFFSET", "low");
-  Set("VDATA_UNIT_AUTOKEY", "0");
-  EXPECT_THAT(Findings(), UnorderedElementsAre(HasSubstr("\"low\" is no number"),
-                                               HasSubstr("VDATA_UNIT_AUTOKEY is missing")));
-  Set("VDATA_TYPE", "1");
-  Set("VDATA_FILENAME", "Alps");
-  EXPECT_THAT(Findings(), UnorderedElementsAre(HasSubstr("\"Alps\" is also that of key"),
-                                               HasSubstr("differs from VDATA_CRC32")));
-  Set("VDATA_TYPE", "7");
-  EXPECT_THAT(Findings(), ElementsAre(HasSubstr("VDATA_TYPE 7 is no kind")));
 }
 
 }  // namespace

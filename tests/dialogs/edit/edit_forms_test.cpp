@@ -11,10 +11,14 @@
 namespace refframe_tests {
 namespace {
 
+using QvPlatform::FieldType;
+using QvRefSystem::DescriptorOf;
 using QvRefSystem::EditStamp;
 using QvRefSystem::FormDescription;
 using QvRefSystem::FormDescriptions;
 using QvRefSystem::FormRow;
+using QvRefSystem::kLinearUnitForm;
+using QvRefSystem::kPrimeMeridianForm;
 using QvRefSystem::LeadKind;
 using QvRefSystem::RowKind;
 using QvRefSystem::Rule;
@@ -25,33 +29,35 @@ using enum QvRefSystem::TObjectType;
 
 class EditForms : public EditTest {
  protected:
-  /// Runs the dialog on the current record, or on a new one, with what the user does in it.
-  template <typename Act>
-  bool Run(const FormDescription& form, bool makeNew, Act act) {
-    ScreenUser user;
-    user.In<TformQvRfEdit>(act);
-    return makeNew ? FormOf(form).CreateNew() : FormOf(form).EditCurrent();
+  /// What every save does to a record beside its rows.
+  void ExpectStamps(const FormDescription& form, bool makeNew) {
+    const auto number = [&](const char* field) { return Table(form).FieldByName(field).AsFloat(); };
+    const bool now = makeNew || form.stamp == EditStamp::kNow;
+    EXPECT_NEAR(number("LAST_USE"), now ? QvPlatform::CurrentMoment() : 0, 0.01);
+    EXPECT_EQ(number("FAVOUR"), makeNew ? 0 : 7) << "an edit leaves it";
+    for (const auto& fixed : form.fixed) {
+      // The record that was edited is of the form's type from the start.
+      const bool isType = form.type != 0 && std::string_view(fixed.column) == "TYPE";
+      EXPECT_EQ(number(fixed.column), makeNew || fixed.always || isType ? fixed.value : 0)
+          << fixed.column;
+    }
   }
 };
 
 TEST_F(EditForms, DescriptionsSayWhatTheTablesHave) {
   for (const FormDescription* form : FormDescriptions()) {
-    const auto& table = TableOf(QvRefSystem::DescriptorOf(form->object).table);
+    const auto& fields = TableOf(DescriptorOf(form->object).table).fields;
     for (const FormRow& row : form->rows) {
       if (*row.column == 0) continue;
-      if (row.object == kMapProjectionType) {
-        EXPECT_STREQ(row.column, "TYPE") << "the key of a type";
-      }
-      const auto field = std::ranges::find(table.fields, std::string_view(row.column),
-                                           &QvRefSystem::FieldSpec::name);
-      ASSERT_NE(field, table.fields.end()) << form->caption << " " << row.column;
-      const auto expected = row.kind == RowKind::kNumber      ? QvPlatform::FieldType::kFloat
-                            : row.kind == RowKind::kReference ? QvPlatform::FieldType::kInteger
-                                                              : QvPlatform::FieldType::kText;
-      EXPECT_EQ(field->type, expected) << form->caption << " " << row.column;
-      if (row.kind != RowKind::kReference) continue;
-      EXPECT_EQ(field->refersTo, QvRefSystem::DescriptorOf(row.object).table)
-          << form->caption << " " << row.column;
+      SCOPED_TRACE(std::string(form->caption) + " " + row.column);
+      const auto field =
+          std::ranges::find(fields, std::string_view(row.column), &QvRefSystem::FieldSpec::name);
+      ASSERT_NE(field, fields.end());
+      const bool refers = row.kind == RowKind::kReference;
+      EXPECT_EQ(field->type, row.kind == RowKind::kNumber ? FieldType::kFloat
+                             : refers                     ? FieldType::kInteger
+                                                          : FieldType::kText);
+      EXPECT_EQ(field->refersTo, refers ? DescriptorOf(row.object).table : TableId::kNone);
     }
   }
 }
@@ -66,7 +72,24 @@ std::vector<const FormDescription*> PlainForms() {
   return forms;
 }
 
-// Everything typed, chosen, saved and shown again.
+// Types or chooses something in every row; returns what each bound row then holds.
+std::vector<std::string> FillIn(QWidget& dialog, const FormDescription& form) {
+  std::vector<std::string> texts;
+  for (const FormRow& row : form.rows) {
+    if (*row.column == 0) continue;
+    if (row.leadKind == LeadKind::kCheck && !IsChecked(dialog, row.lead)) Click(dialog, row.lead);
+    if (row.kind == RowKind::kReference) {
+      Open<TformQvRfSelector>(dialog, row.button, ChooseLast);
+      texts.push_back(TextOf(dialog, row.control));
+      EXPECT_FALSE(texts.back().empty()) << row.control;
+    } else {
+      texts.push_back(row.kind == RowKind::kNumber ? "-0.0375" : std::string(" x ") + row.column);
+      Type(dialog, row.control, texts.back());
+    }
+  }
+  return texts;
+}
+
 TEST_F(EditForms, WhatIsSavedIsShownAgain) {
   for (const FormDescription* form : PlainForms()) {
     for (const bool makeNew : {true, false}) {
@@ -75,55 +98,21 @@ TEST_F(EditForms, WhatIsSavedIsShownAgain) {
       if (!makeNew) AddValid(*form, "Before");
       const int before = Table(*form).RecordCount();
       std::vector<std::string> expected;
-      ScreenUser user;
-      user.In<TformQvRfEdit>([&](QWidget& dialog) {
-        for (const FormRow& row : form->rows) {
-          if (*row.column == 0) continue;
-          if (row.leadKind == LeadKind::kCheck) {
-            auto& box = Child<QAbstractButton>(dialog, row.lead);
-            if (!box.isChecked()) Click(dialog, row.lead);
-          }
-          if (row.kind == RowKind::kReference) {
-            Click(dialog, row.button);
-            expected.push_back(TextOf(dialog, row.control));
-            EXPECT_FALSE(expected.back().empty()) << row.control;
-          } else {
-            expected.push_back(row.kind == RowKind::kNumber ? "-0.0375"
-                                                            : std::string(" x ") + row.column);
-            Type(dialog, row.control, expected.back());
-          }
-        }
-        Click(dialog, "bitbtnSave");
-      });
-      for (const FormRow& row : form->rows) {
-        if (row.kind != RowKind::kReference) continue;
-        user.In<TformQvRfSelector>([](QWidget& selector) {
-          Press(selector, "dbgridList", Qt::Key_End);
-          Click(selector, "bitbtnOk");
-        });
-      }
-      ASSERT_TRUE(makeNew ? FormOf(*form).CreateNew() : FormOf(*form).EditCurrent());
+      const Act fill = [&](QWidget& dialog) {
+        expected = FillIn(dialog, *form);
+        Save(dialog);
+      };
+      ASSERT_TRUE(makeNew ? Make(*form, fill) : Change(*form, fill));
       EXPECT_EQ(Table(*form).RecordCount(), before + (makeNew ? 1 : 0));
       EXPECT_EQ(TextOfField(*form, "NAME"), " x NAME") << "the saved record is current";
-      const double stamp = Table(*form).FieldByName("LAST_USE").AsFloat();
-      const bool now = makeNew || form->stamp == EditStamp::kNow;
-      EXPECT_NEAR(stamp, now ? QvPlatform::CurrentMoment() : 0, 0.01);
-      EXPECT_EQ(Table(*form).FieldByName("FAVOUR").AsInteger(), makeNew ? 0 : 7)
-          << "an edit leaves it";
-      for (const auto& fixed : form->fixed) {
-        // The record that was edited is of the form's type from the start.
-        const bool isType = form->type != 0 && std::string_view(fixed.column) == "TYPE";
-        const int expectedValue = makeNew || fixed.always || isType ? fixed.value : 0;
-        EXPECT_EQ(Table(*form).FieldByName(fixed.column).AsInteger(), expectedValue)
-            << fixed.column;
-      }
-      Run(*form, false, [&](QWidget& dialog) {
-        std::size_t at = 0;
+      ExpectStamps(*form, makeNew);
+      Change(*form, [&](QWidget& dialog) {
+        auto text = expected.begin();
         for (const FormRow& row : form->rows) {
           if (*row.column == 0) continue;
-          const std::string shown = row.trimmed ? "x " + std::string(row.column) : expected[at];
-          EXPECT_EQ(TextOf(dialog, row.control), shown) << row.control;
-          ++at;
+          EXPECT_EQ(TextOf(dialog, row.control), row.trimmed ? text->substr(1) : *text)
+              << row.control;
+          ++text;
         }
         Press(dialog, form->rows.front().control, Qt::Key_Escape);
       });
@@ -135,8 +124,7 @@ TEST_F(EditForms, WhatIsSavedIsShownAgain) {
 std::string NeededControls(const QWidget& dialog, const FormDescription& form) {
   std::string needed;
   for (const FormRow& row : form.rows) {
-    const bool used =
-        row.leadKind == LeadKind::kLabel || Child<QAbstractButton>(dialog, row.lead).isChecked();
+    const bool used = row.leadKind == LeadKind::kLabel || IsChecked(dialog, row.lead);
     if (row.rule == Rule::kNone || !used || !IsEnabled(dialog, row.control)) continue;
     needed += (needed.empty() ? "" : " ") + std::string(row.control);
   }
@@ -148,28 +136,36 @@ TEST_F(EditForms, EveryFaultOfANewRecordIsMarkedAtOnce) {
     if (!form->makesRecords) continue;
     SCOPED_TRACE(form->caption);
     const int before = Table(*form).RecordCount();
-    EXPECT_FALSE(Run(*form, true, [&](QWidget& dialog) {
+    EXPECT_FALSE(Make(*form, [&](QWidget& dialog) {
       ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
-      EXPECT_EQ(RefusedControls(dialog, *form), "");
       for (const FormRow& row : form->rows) {
         // Some begin with a text.
         if (row.rule == Rule::kNotEmpty && row.leadKind == LeadKind::kLabel)
           Type(dialog, row.control, "");
       }
-      Click(dialog, "bitbtnSave");
+      Save(dialog);
       EXPECT_TRUE(dialog.isVisible());
       EXPECT_EQ(RefusedControls(dialog, *form), NeededControls(dialog, *form));
       for (const FormRow& row : form->rows) {
         if (*row.control == 0 || !IsPainted(dialog, row.control, Qt::red)) continue;
-        EXPECT_FALSE(Child(dialog, row.control).toolTip().isEmpty()) << row.control;
+        EXPECT_NE(TipOf(dialog, row.control), "") << row.control;
         Child(dialog, row.control).setFocus(Qt::TabFocusReason);
         EXPECT_EQ(IsPainted(dialog, row.control, Qt::red), !row.enteringClears)
             << "entered: " << row.control;
       }
-      Click(dialog, "bitbtnClose");
+      Press(dialog, "edName", Qt::Key_Return);
+      EXPECT_TRUE(IsPainted(dialog, "edName", Qt::red)) << "Enter saves";
+      Press(dialog, "edName", Qt::Key_X);
+      EXPECT_EQ(IsPainted(dialog, "edName", Qt::red), !form->rows.front().enteringClears)
+          << "typed into";
+      Close(dialog);
     }));
     EXPECT_EQ(Table(*form).RecordCount(), before);
   }
+  EXPECT_FALSE(Make(kLinearUnitForm, [](QWidget& dialog) {
+    EXPECT_EQ(RefusedControls(dialog, kLinearUnitForm), "") << "the next run is without marks";
+    Close(dialog);
+  }));
 }
 
 TEST_F(EditForms, EveryFaultOfAnEditedRecordIsRefusedAndWritesNothing) {
@@ -181,10 +177,10 @@ TEST_F(EditForms, EveryFaultOfAnEditedRecordIsRefusedAndWritesNothing) {
       if (row.kind != RowKind::kText && row.kind != RowKind::kNumber) continue;
       if (row.rule == Rule::kNone || row.leadKind != LeadKind::kLabel) continue;
       const std::string fault = row.kind == RowKind::kNumber ? "1 foot" : "";
-      EXPECT_FALSE(Run(*form, false, [&](QWidget& dialog) {
+      EXPECT_FALSE(Change(*form, [&](QWidget& dialog) {
         Type(dialog, "memoDescription", "typed ahead of the refusal");
         Type(dialog, row.control, fault);
-        Click(dialog, "bitbtnSave");
+        Save(dialog);
         EXPECT_EQ(RefusedControls(dialog, *form), row.control);
         EXPECT_EQ(TextOf(dialog, "memoDescription"), "typed ahead of the refusal");
         EXPECT_EQ(TextOf(dialog, row.control), fault);
@@ -195,246 +191,197 @@ TEST_F(EditForms, EveryFaultOfAnEditedRecordIsRefusedAndWritesNothing) {
   }
 }
 
-TEST_F(EditForms, AMarkGoesWhenItsControlIsEnteredOrTypedInto) {
-  const auto& form = QvRefSystem::kLinearUnitForm;
-  Run(form, true, [&](QWidget& dialog) {
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
-    Press(dialog, "edName", Qt::Key_Return);
-    EXPECT_EQ(RefusedControls(dialog, form), "edName edFactorB edFactorC");
-    Press(dialog, "edName", Qt::Key_X);
-    EXPECT_EQ(RefusedControls(dialog, form), "edFactorB edFactorC");
-    Child(dialog, "edFactorB").setFocus(Qt::TabFocusReason);
-    EXPECT_EQ(RefusedControls(dialog, form), "edFactorC");
-    Click(dialog, "bitbtnClose");
-  });
-  EXPECT_FALSE(Run(form, true, [&](QWidget& dialog) {
-    EXPECT_EQ(RefusedControls(dialog, form), "") << "the next run begins without marks";
-    Click(dialog, "bitbtnClose");
-  }));
-}
-
 TEST_F(EditForms, ClosingGoesBackToTheRecordThatWasCurrent) {
-  const std::pair<const char*, std::function<void(QWidget&)>> ways[] = {
-      {"button", [](QWidget& dialog) { Click(dialog, "bitbtnClose"); }},
+  const std::pair<const char*, Act> ways[] = {
+      {"button", Close},
       {"Esc", [](QWidget& dialog) { Press(dialog, "edName", Qt::Key_Escape); }},
       {"window frame", [](QWidget& dialog) { dialog.close(); }}};
-  const auto& form = QvRefSystem::kLinearUnitForm;
+  const auto& form = kLinearUnitForm;
   for (const auto& [name, leave] : ways) {
+    const Act giveUp = [&, &leave = leave](QWidget& dialog) {
+      Type(dialog, "edName", "given up");
+      Type(dialog, "edFactorB", "1");
+      Table(form).Last();
+      leave(dialog);
+    };
     for (const bool makeNew : {true, false}) {
       Table(form).First();
-      EXPECT_FALSE(Run(form, makeNew, [&, leave = leave](QWidget& dialog) {
-        Type(dialog, "edName", "given up");
-        Type(dialog, "edFactorB", "1");
-        Table(form).Last();
-        leave(dialog);
-      })) << name;
-      EXPECT_EQ(TextOfField(form, "NAME"), "First") << name;
-      EXPECT_EQ(Record(form, {"LAST_USE"}), "LAST_USE=0") << name;
+      EXPECT_FALSE(makeNew ? Make(form, giveUp) : Change(form, giveUp)) << name;
+      EXPECT_EQ(Record(form, {"NAME", "LAST_USE"}), "NAME=First LAST_USE=0") << name;
       EXPECT_EQ(Table(form).RecordCount(), 2) << name;
     }
   }
 }
 
 TEST_F(EditForms, AnEmptyTableStaysEmptyAndHasNothingToEdit) {
-  const auto& form = QvRefSystem::kLinearUnitForm;
-  while (Table(form).RecordCount() > 0)
-    Table(form).Delete();
-  EXPECT_FALSE(FormOf(form).EditCurrent());
-  EXPECT_FALSE(Run(form, true, [](QWidget& dialog) { Click(dialog, "bitbtnClose"); }));
-  EXPECT_EQ(Table(form).RecordCount(), 0);
+  while (Table(kLinearUnitForm).RecordCount() > 0)
+    Table(kLinearUnitForm).Delete();
+  EXPECT_FALSE(FormOf(kLinearUnitForm).EditCurrent());
+  EXPECT_FALSE(Make(kLinearUnitForm, Close));
+  EXPECT_EQ(Table(kLinearUnitForm).RecordCount(), 0);
 }
 
 TEST_F(EditForms, ARecordUnderEditingIsNeitherEditedNorRemovedFurtherDown) {
-  const auto& form = QvRefSystem::kLinearUnitForm;
+  const auto& form = kLinearUnitForm;
   auto& processor = database_.Processor(form.object);
-  QWidget second;
-  Table(form).First();
-  const bool saved = Run(form, false, [&](QWidget& dialog) {
-    auto* inner = QvRefSystem::GetEditForm(&second, QvRefSystem::DialogChooser(), form.object);
-    EXPECT_FALSE(inner->EditCurrent());
+  AddValid(form, "Locked");
+  EXPECT_TRUE(Change(form, [&](QWidget& dialog) {
+    QWidget second;
+    EXPECT_FALSE(QvRefSystem::GetEditForm(&second, QvRefSystem::DialogChooser(), form.object)
+                     ->EditCurrent());
     EXPECT_FALSE(FormOf(form).EditCurrent());
     EXPECT_FALSE(processor.DeleteRecord(nullptr));
     EXPECT_EQ(database_.ui.messages,
               std::vector<std::string>(3, "The object is under editing now!"));
     EXPECT_TRUE(dialog.isVisible());
     Type(dialog, "edName", "Renamed");
-    Type(dialog, "edFactorB", "1");
-    Type(dialog, "edFactorC", "1");
-    Click(dialog, "bitbtnSave");
-  });
-  EXPECT_TRUE(saved);
+    Save(dialog);
+  }));
   EXPECT_EQ(TextOfField(form, "NAME"), "Renamed");
   EXPECT_TRUE(processor.EditKeys.empty());
   EXPECT_FALSE(Table(form).ControlsDisabled());
 }
 
 TEST_F(EditForms, ARecordThatVanishesIsNotSavedAndLeavesNoLock) {
-  const auto& form = QvRefSystem::kLinearUnitForm;
+  const auto& form = kLinearUnitForm;
   AddValid(form, "Doomed");
-  EXPECT_FALSE(Run(form, false, [&](QWidget& dialog) {
+  EXPECT_FALSE(Change(form, [&](QWidget& dialog) {
     Table(form).Delete();
-    Click(dialog, "bitbtnSave");
+    Save(dialog);
     EXPECT_TRUE(dialog.isVisible());
-    EXPECT_NE(Child(dialog, "bitbtnSave").toolTip().indexOf("removed"), -1);
+    EXPECT_NE(TipOf(dialog, "bitbtnSave").find("removed"), std::string::npos);
     EXPECT_EQ(TextOf(dialog, "edName"), "Doomed");
-    Click(dialog, "bitbtnClose");
+    Close(dialog);
   }));
   EXPECT_EQ(Table(form).RecordCount(), 2);
   EXPECT_TRUE(database_.Processor(form.object).EditKeys.empty());
 }
 
 TEST_F(EditForms, AFailedPostIsCancelledAndTheDialogStays) {
-  const auto& form = QvRefSystem::kLinearUnitForm;
+  const auto& form = kLinearUnitForm;
   AddValid(form, "Contested");
-  EXPECT_TRUE(Run(form, false, [&](QWidget& dialog) {
-    // Somebody else changes the record in a data set of his own.
-    QvPlatform::TQvDataBuffer buffer;
-    buffer.StreamName = Table(form).DataBuff->StreamName;
-    QvPlatform::TQvDataSet other(buffer);
-    other.Open();
-    other.Last();
-    other.Edit();
-    other.FieldByName("DESCRIPTION").SetString("theirs");
-    other.Post();
-    other.Close();
+  EXPECT_TRUE(Change(form, [&](QWidget& dialog) {
+    ChangeElsewhere(Table(form), "Contested");
     Type(dialog, "edName", "Mine");
-    Click(dialog, "bitbtnSave");
+    Save(dialog);
     EXPECT_TRUE(dialog.isVisible());
     EXPECT_EQ(Table(form).State(), QvPlatform::DataSetState::kBrowse);
     EXPECT_EQ(Record(form, {"NAME", "DESCRIPTION"}), "NAME=Contested DESCRIPTION=theirs");
     EXPECT_TRUE(database_.ui.messages.empty());
-    EXPECT_FALSE(Child(dialog, "bitbtnSave").toolTip().isEmpty());
-    Click(dialog, "bitbtnSave");
+    EXPECT_NE(TipOf(dialog, "bitbtnSave"), "");
+    Save(dialog);
   }));
   EXPECT_EQ(TextOfField(form, "NAME"), "Mine") << "the user may try again";
 }
 
 TEST_F(EditForms, OwnersHideWhileTheirDialogsRunToAnyDepth) {
-  const auto& form = QvRefSystem::kPrimeMeridianForm;
-  AddValid(form, "Paris");
-  auto* meridians = QvRefSystem::GetSelectorFor(&owner_, static_cast<int>(kPrimeMeridian));
+  AddValid(kPrimeMeridianForm, "Paris");
+  const auto makeGrad = [](QWidget& unit) {
+    Type(unit, "edName", "Grad");
+    Type(unit, "edFactorB", "1");
+    Type(unit, "edFactorC", "63.66");
+    Press(unit, "edFactorC", Qt::Key_Return);
+  };
   ScreenUser user;
-  QWidget* edit = nullptr;
   user.In<TformQvRfSelector>([&](QWidget& list) {
-        Click(list, "bitbtnEdit");
-        EXPECT_TRUE(list.isVisible());
-        EXPECT_EQ(MarkedName(list), "Meridian of Paris");
-        Click(list, "bitbtnCancel");
-      })
-      .In<TformQvRfEdit>([&](QWidget& dialog) {
-        edit = &dialog;
-        EXPECT_FALSE(meridians->isVisible());
-        Click(dialog, "btnUnit");
-        EXPECT_TRUE(dialog.isVisible());
-        EXPECT_EQ(TextOf(dialog, "edUnit"), "Grad");
-        Type(dialog, "edName", "Meridian of Paris");
-        Click(dialog, "bitbtnSave");
-      })
-      .In<TformQvRfSelector>([&](QWidget& units) {
-        EXPECT_FALSE(edit->isVisible());
-        Click(units, "bitbtnNew");
+    Open<TformQvRfEdit>(list, "bitbtnEdit", [&](QWidget& dialog) {
+      EXPECT_FALSE(list.isVisible());
+      Open<TformQvRfSelector>(dialog, "btnUnit", [&](QWidget& units) {
+        EXPECT_FALSE(dialog.isVisible());
+        Open<TformQvRfEdit>(units, "bitbtnNew", makeGrad);
         EXPECT_EQ(MarkedName(units), "Grad");
-        Click(units, "bitbtnOk");
-      })
-      .In<TformQvRfEdit>([](QWidget& unit) {
-        Type(unit, "edName", "Grad");
-        Type(unit, "edFactorB", "1");
-        Type(unit, "edFactorC", "63.66");
-        Press(unit, "edFactorC", Qt::Key_Return);
+        Ok(units);
       });
-  meridians->Select(nullptr, 0, false, nullptr, 0);
-  EXPECT_EQ(TextOfField(form, "NAME"), "Meridian of Paris");
-  EXPECT_EQ(Table(form).FieldByName("UNIT_AUTOKEY").AsInteger(), KeyOf(kAngularUnit, "Grad"));
+      EXPECT_TRUE(dialog.isVisible());
+      EXPECT_EQ(TextOf(dialog, "edUnit"), "Grad");
+      Type(dialog, "edName", "Meridian of Paris");
+      Save(dialog);
+    });
+    EXPECT_TRUE(list.isVisible());
+    EXPECT_EQ(MarkedName(list), "Meridian of Paris");
+    Cancel(list);
+  });
+  QvRefSystem::GetSelectorFor(&owner_, static_cast<int>(kPrimeMeridian))
+      ->Select(nullptr, 0, false, nullptr, 0);
+  EXPECT_EQ(Record(kPrimeMeridianForm, {"NAME", "UNIT_AUTOKEY"}),
+            "NAME=Meridian of Paris UNIT_AUTOKEY=" + std::to_string(KeyOf(kAngularUnit, "Grad")));
 }
 
 TEST_F(EditForms, AReferenceThatIsGoneShowsNothingAndIsRefused) {
-  const auto& form = QvRefSystem::kPrimeMeridianForm;
+  const auto& form = kPrimeMeridianForm;
   AddValid(form, "Paris");
-  Table(form).Edit();
-  Table(form).FieldByName("UNIT_AUTOKEY").SetInteger(9999);
-  Table(form).Post();
-  ScreenUser user;
-  user.In<TformQvRfEdit>([&](QWidget& dialog) {
-        EXPECT_EQ(TextOf(dialog, "edUnit"), "");
-        Click(dialog, "bitbtnSave");
-        EXPECT_EQ(RefusedControls(dialog, form), "edUnit");
-        Click(dialog, "btnUnit");
-        EXPECT_EQ(RefusedControls(dialog, form), "") << "the button takes the mark off";
-        EXPECT_EQ(TextOf(dialog, "edUnit"), "");
-        Click(dialog, "bitbtnClose");
-      })
-      .In<TformQvRfSelector>([](QWidget& units) { Click(units, "bitbtnCancel"); });
-  EXPECT_FALSE(FormOf(form).EditCurrent());
+  SetField(Table(form), "UNIT_AUTOKEY", "9999");
+  EXPECT_FALSE(Change(form, [&](QWidget& dialog) {
+    EXPECT_EQ(TextOf(dialog, "edUnit"), "");
+    Save(dialog);
+    EXPECT_EQ(RefusedControls(dialog, form), "edUnit");
+    Open<TformQvRfSelector>(dialog, "btnUnit", Cancel);
+    EXPECT_EQ(RefusedControls(dialog, form), "") << "the button takes the mark off";
+    EXPECT_EQ(TextOf(dialog, "edUnit"), "");
+    Close(dialog);
+  }));
 }
 
 TEST_F(EditForms, LimitsHoldForTypingAndNotForWhatIsStored) {
-  const auto& form = QvRefSystem::kPrimeMeridianForm;
+  const auto& form = kPrimeMeridianForm;
   const std::string longName(80, 'n');
   const std::string longText = std::string(290, 'd') + "\r\nend";
   AddValid(form, longName);
-  Table(form).Edit();
-  Table(form).FieldByName("DESCRIPTION").SetString(longText);
-  Table(form).Post();
-  EXPECT_TRUE(Run(form, false, [&](QWidget& dialog) {
-    EXPECT_EQ(TextOf(dialog, "edName"), longName);
+  SetField(Table(form), "DESCRIPTION", longText);
+  EXPECT_TRUE(Change(form, [&](QWidget& dialog) {
     Press(dialog, "edName", Qt::Key_End);
     QTest::keyClicks(&Child(dialog, "edName"), "more");
     QTest::keyClicks(&Child(dialog, "memoDescription"), "more");
     EXPECT_EQ(TextOf(dialog, "edName"), longName);
-    Type(dialog, "edLongitude", "2");
-    Click(dialog, "bitbtnSave");
+    Save(dialog);
   }));
   EXPECT_EQ(TextOfField(form, "NAME"), longName);
   EXPECT_EQ(TextOfField(form, "DESCRIPTION"), longText) << "line ends and all";
-  Run(form, false, [&](QWidget& dialog) {
+  Change(form, [&](QWidget& dialog) {
     Type(dialog, "edName", std::string(70, 'x'));
     EXPECT_EQ(TextOf(dialog, "edName"), std::string(64, 'x'));
     Type(dialog, "memoDescription", std::string(260, 'y'));
     EXPECT_EQ(TextOf(dialog, "memoDescription"), std::string(255, 'y'));
-    Click(dialog, "bitbtnClose");
+    Close(dialog);
   });
 }
 
 TEST_F(EditForms, PlaceAndSizeStayForTheRunOfTheProgram) {
-  const auto& form = QvRefSystem::kPrimeMeridianForm;
   QRect left;
-  const auto run = [&](const std::function<void(QWidget&)>& act) {
+  for (const bool again : {false, true}) {
     QWidget owner;
     ScreenUser user;
     user.In<TformQvRfEdit>([&](QWidget& dialog) {
-      act(dialog);
-      Click(dialog, "bitbtnClose");
+      EXPECT_EQ(dialog.geometry() == left, again);
+      left = dialog.geometry().translated(31, 17).adjusted(0, 0, 53, 29);
+      dialog.setGeometry(left);
+      Close(dialog);
     });
-    EXPECT_FALSE(
-        QvRefSystem::GetEditForm(&owner, QvRefSystem::DialogChooser(), form.object)->CreateNew());
-  };
-  run([&](QWidget& dialog) {
-    left = dialog.geometry().translated(31, 17).adjusted(0, 0, 53, 29);
-    dialog.setGeometry(left);
-  });
-  run([&](QWidget& dialog) { EXPECT_EQ(dialog.geometry(), left); });
+    EXPECT_FALSE(QvRefSystem::GetEditForm(&owner, QvRefSystem::DialogChooser(), kPrimeMeridian)
+                     ->CreateNew());
+  }
 }
 
 TEST_F(EditForms, TabWalksTheRowsAsTheyStand) {
   for (const FormDescription* form : FormDescriptions()) {
+    SCOPED_TRACE(form->caption);
     AddValid(*form, "Valid");
-    Run(*form, false, [&](QDialog& dialog) {
+    Change(*form, [](QWidget& dialog) {
       std::vector<QPoint> places;
       QWidget* const first = dialog.focusWidget();
-      EXPECT_EQ(first, &Child(dialog, "edName")) << form->caption;
+      EXPECT_EQ(first, &Child(dialog, "edName"));
       do {
         QWidget* at = dialog.focusWidget();
-        EXPECT_FALSE(at->visibleRegion().isEmpty())
-            << form->caption << " " << at->objectName().toStdString();
+        EXPECT_FALSE(at->visibleRegion().isEmpty()) << at->objectName().toStdString();
         places.push_back(at->mapTo(&dialog, at->rect().center()));
         QTest::keyClick(at, Qt::Key_Tab);
       } while (dialog.focusWidget() != first && places.size() < 50);
-      EXPECT_GE(places.size(), 4U) << form->caption;
+      EXPECT_GE(places.size(), 4U);
       for (std::size_t i = 1; i < places.size(); ++i) {
-        const bool onward = places[i].y() > places[i - 1].y() || places[i].x() > places[i - 1].x();
-        EXPECT_TRUE(onward) << form->caption << ", stop " << i;
+        EXPECT_TRUE(places[i].y() > places[i - 1].y() || places[i].x() > places[i - 1].x())
+            << "stop " << i;
       }
-      dialog.reject();
+      dialog.close();
     });
   }
 }

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QRadioButton>
-
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
 
 namespace refframe_tests {
@@ -13,27 +11,24 @@ using QvRefSystem::kEllipsoidForm;
 using QvRefSystem::TformQvRfEdit;
 using QvRefSystem::TformQvRfSelector;
 
+constexpr const char* kShapes[] = {"radiobtnB", "radiobtnF", "radiobtnSpheroid"};
+
 class EllipsoidEdit : public EditTest {
  protected:
   void Store(const std::vector<std::pair<const char*, const char*>>& fields) {
     AddValid(kEllipsoidForm, "Tested");
-    Table(kEllipsoidForm).Edit();
     for (const auto& [field, value] : fields)
-      Table(kEllipsoidForm).FieldByName(field).SetString(value);
-    Table(kEllipsoidForm).Post();
+      SetField(Table(kEllipsoidForm), field, value);
   }
-  template <typename Act>
-  bool Change(Act act) {
-    ScreenUser user;
-    user.In<TformQvRfEdit>(act);
-    return FormOf(kEllipsoidForm).EditCurrent();
-  }
-  static std::string Checked(const QWidget& dialog) {
-    std::string checked;
-    for (const char* radio : {"radiobtnB", "radiobtnF", "radiobtnSpheroid"}) {
-      if (Child<QRadioButton>(dialog, radio).isChecked()) checked += radio;
+  /// The radio buttons that are checked, and "locked" if none can be.
+  static std::string Shape(const QWidget& dialog) {
+    std::string shape;
+    bool locked = true;
+    for (const char* radio : kShapes) {
+      if (IsChecked(dialog, radio)) shape += radio;
+      locked = locked && !IsEnabled(dialog, radio);
     }
-    return checked;
+    return shape + (locked ? " locked" : "");
   }
 };
 
@@ -48,8 +43,8 @@ TEST_F(EllipsoidEdit, ShowsTheShapeThatTheRecordTells) {
               {"0", "1", "radiobtnSpheroid"}};
   for (const auto& row : rows) {
     Store({{"USE_F", row.useF}, {"SPHEROID", row.spheroid}, {"B", " 6356752 "}});
-    Change([&](QWidget& dialog) {
-      EXPECT_EQ(Checked(dialog), row.checked);
+    Change(kEllipsoidForm, [&](QWidget& dialog) {
+      EXPECT_EQ(Shape(dialog), row.checked);
       const QColor face = dialog.palette().color(QPalette::Window);
       for (const auto& [control, radio] : {std::pair{"edB", "radiobtnB"}, {"edF", "radiobtnF"}}) {
         const bool used = std::string(row.checked) == radio;
@@ -57,7 +52,7 @@ TEST_F(EllipsoidEdit, ShowsTheShapeThatTheRecordTells) {
         EXPECT_EQ(IsPainted(dialog, control, face), !used) << control;
       }
       EXPECT_EQ(TextOf(dialog, "edB"), "6356752");
-      Click(dialog, "bitbtnClose");
+      Close(dialog);
     });
     EXPECT_EQ(TextOfField(kEllipsoidForm, "B"), " 6356752 ") << "shown trimmed, kept as it is";
   }
@@ -79,66 +74,49 @@ TEST_F(EllipsoidEdit, StoresTheShapeThatIsChosen) {
       {"no flattening", "radiobtnF", "90", "", "", "edF"},
       {"sphere", "radiobtnSpheroid", "90", "", "A=100 B=100 F= USE_F=0 SPHEROID=1", ""},
       {"no number", "radiobtnB", "ninety", "", "A=100 B=ninety F= USE_F=0 SPHEROID=0", ""},
+      {"click into the field", "edF", "90", "300", "A=100 B=90 F=300 USE_F=1 SPHEROID=0", ""},
   };
   for (const auto& row : rows) {
-    Store({{"USE_F", "1"}, {"B", row.b}, {"F", row.f}});
-    const bool saved = Change([&](QWidget& dialog) {
+    SCOPED_TRACE(row.name);
+    Store({{"USE_F", *row.radio == 'e' ? "0" : "1"}, {"B", row.b}, {"F", row.f}});
+    const bool saved = Change(kEllipsoidForm, [&](QWidget& dialog) {
       Type(dialog, "edA", "100");
-      Click(dialog, row.radio);
-      Click(dialog, "bitbtnSave");
+      QTest::mouseClick(&Child(dialog, row.radio), Qt::LeftButton);
+      Save(dialog);
       if (!dialog.isVisible()) return;
-      EXPECT_EQ(RefusedControls(dialog, kEllipsoidForm), row.refused) << row.name;
-      Click(dialog, "bitbtnClose");
+      EXPECT_EQ(RefusedControls(dialog, kEllipsoidForm), row.refused);
+      Close(dialog);
     });
-    EXPECT_EQ(saved, *row.stored != 0) << row.name;
+    EXPECT_EQ(saved, *row.stored != 0);
     if (!saved) continue;
-    EXPECT_EQ(Record(kEllipsoidForm, {"A", "B", "F", "USE_F", "SPHEROID"}), row.stored) << row.name;
+    EXPECT_EQ(Record(kEllipsoidForm, {"A", "B", "F", "USE_F", "SPHEROID"}), row.stored);
   }
-}
-
-TEST_F(EllipsoidEdit, AClickIntoAFieldChoosesItsParameter) {
-  Store({{"USE_F", "0"}, {"F", ""}});
-  EXPECT_TRUE(Change([&](QWidget& dialog) {
-    Type(dialog, "edF", "298.257");
-    EXPECT_EQ(Checked(dialog), "radiobtnF");
-    Click(dialog, "bitbtnSave");
-  }));
-  EXPECT_EQ(Record(kEllipsoidForm, {"F", "USE_F"}), "F=298.257 USE_F=1");
 }
 
 TEST_F(EllipsoidEdit, AmongSpheresANewOneIsASphereAndStaysOne) {
   QvRefSystem::TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
-  const auto shape = [](QWidget& dialog) {
-    EXPECT_EQ(Checked(dialog), "radiobtnSpheroid");
-    std::string enabled;
-    for (const char* radio : {"radiobtnB", "radiobtnF", "radiobtnSpheroid"})
-      enabled += IsEnabled(dialog, radio) ? "1" : "0";
-    return enabled;
+  const auto makeMoon = [](QWidget& dialog) {
+    EXPECT_EQ(Shape(dialog), "radiobtnSpheroid locked");
+    QTest::mouseClick(&Child(dialog, "edB"), Qt::LeftButton);
+    EXPECT_EQ(Shape(dialog), "radiobtnSpheroid locked") << "nor by a click into a field";
+    Type(dialog, "edName", "Moon");
+    Type(dialog, "edA", "1737400");
+    Choose(dialog, "btnUnit");
+    Save(dialog);
   };
   ScreenUser user;
-  user.In<TformQvRfSelector>([](QWidget& list) {
-        Click(list, "bitbtnNew");
+  user.In<TformQvRfSelector>([&](QWidget& list) {
+        Open<TformQvRfEdit>(list, "bitbtnNew", makeMoon);
         EXPECT_EQ(MarkedName(list), "Moon");
-        Click(list, "bitbtnOk");
+        Ok(list);
       })
-      .In<TformQvRfEdit>([&](QWidget& dialog) {
-        EXPECT_EQ(shape(dialog), "000");
-        QTest::mouseClick(&Child(dialog, "edB"), Qt::LeftButton);
-        EXPECT_EQ(shape(dialog), "000") << "nor by a click into a field";
-        Type(dialog, "edName", "Moon");
-        Type(dialog, "edA", "1737400");
-        Click(dialog, "btnUnit");
-        Click(dialog, "bitbtnSave");
-      })
-      .In<TformQvRfSelector>([](QWidget& units) { Click(units, "bitbtnOk"); })
       .In<TformQvRfSelector>([](QWidget& list) {
-        Click(list, "bitbtnNew");
-        Click(list, "bitbtnCancel");
-      })
-      .In<TformQvRfEdit>([](QWidget& dialog) {
-        EXPECT_EQ(Checked(dialog), "radiobtnB") << "elsewhere as usual";
-        EXPECT_TRUE(IsEnabled(dialog, "radiobtnSpheroid"));
-        Click(dialog, "bitbtnClose");
+        Open<TformQvRfEdit>(list, "bitbtnNew", [](QWidget& dialog) {
+          EXPECT_EQ(Shape(dialog), "radiobtnB") << "elsewhere as usual";
+          EXPECT_TRUE(IsEnabled(dialog, "radiobtnSpheroid"));
+          Close(dialog);
+        });
+        Cancel(list);
       });
   EXPECT_TRUE(selector.SelectSpheres(nullptr, 0, false, nullptr, 0));
   EXPECT_EQ(Record(kEllipsoidForm, {"NAME", "B", "SPHEROID"}), "NAME=Moon B=1737400 SPHEROID=1");

@@ -7,73 +7,65 @@ namespace refframe_tests {
 namespace {
 
 TEST_F(PlaneSystemEditTest, ANewSystemStandsOnNothingYet) {
-  const Act act = [](QWidget& dialog) {
-    for (const char* radio : {"radiobtnDatum", "radiobtnEllipsoid"})
-      EXPECT_FALSE(IsChecked(dialog, radio)) << radio;
-    for (const char* button : {"btnDatum", "btnEllipsoid", "Button1", "Edit1", "comboSystemGeoids"})
-      EXPECT_FALSE(IsEnabled(dialog, button)) << button;
-    EXPECT_TRUE(IsChecked(dialog, "radiobtnHeightEllipsoid"));
-    EXPECT_EQ(TextOf(dialog, "edLinearUnit"), "metre");
-    EXPECT_EQ(TextOf(dialog, "edPrimeMeridian"), "Greenwich");
-    EXPECT_EQ(TextOf(dialog, "edHeightAbbr"), "C") << "as its type tells";
-    Save(dialog);
-    EXPECT_TRUE(dialog.isVisible());
-  };
-  EXPECT_FALSE(Make(kGeodSystemForm, [&](QWidget& dialog) {
-    act(dialog);
-    EXPECT_EQ(TextOf(dialog, "edLatitudeAbbr"), "A");
-    EXPECT_EQ(TextOf(dialog, "edAngularUnit"), "degree");
-    EXPECT_EQ(RefusedControls(dialog, kGeodSystemForm), "edName edDatum edEllipsoid");
-    Click(dialog, "radiobtnDatum");
-    EXPECT_EQ(RefusedControls(dialog, kGeodSystemForm), "edName") << "one was chosen";
-    Close(dialog);
-  }));
-  EXPECT_FALSE(Make(kProjSystemForm, [&](QWidget& dialog) {
-    act(dialog);
-    EXPECT_EQ(RefusedControls(dialog, kProjSystemForm),
-              "edName edDatum edEllipsoid edMapProjection edFirstCoordName edSecondCoordName");
-    Close(dialog);
-  }));
+  const struct {
+    const FormDescription& form;
+    const char* refused;
+  } rows[] = {{kGeodSystemForm, "edName edDatum edEllipsoid"},
+              {kProjSystemForm,
+               "edName edDatum edEllipsoid edMapProjection edFirstCoordName edSecondCoordName"}};
+  for (const auto& [form, refused] : rows) {
+    SCOPED_TRACE(form.caption);
+    EXPECT_FALSE(Make(form, [&form = form, refused = refused](QWidget& dialog) {
+      for (const char* radio : {"radiobtnDatum", "radiobtnEllipsoid"})
+        EXPECT_FALSE(IsChecked(dialog, radio)) << radio;
+      for (const char* control :
+           {"btnDatum", "btnEllipsoid", "Button1", "Edit1", "comboSystemGeoids"})
+        EXPECT_FALSE(IsEnabled(dialog, control)) << control;
+      EXPECT_TRUE(IsChecked(dialog, "radiobtnHeightEllipsoid"));
+      EXPECT_EQ(TextOf(dialog, "edLinearUnit") + TextOf(dialog, "edPrimeMeridian"),
+                "metreGreenwich");
+      EXPECT_EQ(TextOf(dialog, "edHeightAbbr"), "C") << "as its type tells";
+      if (&form == &kGeodSystemForm) {
+        EXPECT_EQ(TextOf(dialog, "edLatitudeAbbr") + TextOf(dialog, "edAngularUnit"), "Adegree");
+      }
+      Save(dialog);
+      EXPECT_TRUE(dialog.isVisible());
+      EXPECT_EQ(RefusedControls(dialog, form), refused);
+      Click(dialog, "radiobtnDatum");
+      EXPECT_FALSE(IsPainted(dialog, "edEllipsoid", Qt::red)) << "one was chosen";
+      Close(dialog);
+    }));
+  }
 }
 
 TEST_F(PlaneSystemEditTest, AnEllipsoidAloneMakesASystem) {
-  ScreenUser user;
-  user.In<TformQvRfEdit>([](QWidget& dialog) {
-        Type(dialog, "edName", "Bare");
-        Click(dialog, "radiobtnEllipsoid");
-        EXPECT_TRUE(IsEnabled(dialog, "btnEllipsoid"));
-        EXPECT_FALSE(IsEnabled(dialog, "btnDatum"));
-        Save(dialog);
-        EXPECT_EQ(RefusedControls(dialog, kGeodSystemForm), "edEllipsoid");
-        Click(dialog, "btnEllipsoid");
-        Save(dialog);
-      })
-      .In<TformQvRfSelector>([](QWidget& list) { Click(list, "bitbtnOk"); });
-  ASSERT_TRUE(FormOf(kGeodSystemForm).CreateNew());
-  EXPECT_EQ(Systems().FieldByName("NAME").AsString(), "Bare");
-  EXPECT_EQ(Field("TYPE"), 4);
-  EXPECT_EQ(Field("DATUM_AUTOKEY"), 0);
-  EXPECT_NE(Field("ELLIPSOID_AUTOKEY"), 0);
-  EXPECT_EQ(Field("VERT_SYSTEM_AUTOKEY"), 0);
+  ASSERT_TRUE(Make(kGeodSystemForm, [](QWidget& dialog) {
+    Type(dialog, "edName", "Bare");
+    Click(dialog, "radiobtnEllipsoid");
+    EXPECT_TRUE(IsEnabled(dialog, "btnEllipsoid"));
+    EXPECT_FALSE(IsEnabled(dialog, "btnDatum"));
+    Save(dialog);
+    EXPECT_EQ(RefusedControls(dialog, kGeodSystemForm), "edEllipsoid");
+    Choose(dialog, "btnEllipsoid", "Other");
+    Save(dialog);
+  }));
+  EXPECT_EQ(Record(kGeodSystemForm, {"NAME", "TYPE", "DATUM_AUTOKEY", "VERT_SYSTEM_AUTOKEY"}),
+            "NAME=Bare TYPE=4 DATUM_AUTOKEY=0 VERT_SYSTEM_AUTOKEY=0");
+  EXPECT_EQ(Field("ELLIPSOID_AUTOKEY"), KeyOf(kEllipsoid, "Other"));
   EXPECT_EQ(PositiveRows(), 0);
 }
 
 TEST_F(PlaneSystemEditTest, ADatumBringsItsEllipsoid) {
-  const int other = KeyOf(kEllipsoid, "Other");
   const int clarke = KeyOf(kEllipsoid, "Clarke 1866");
-  const int datum = KeyOf(kDatum, "North American Datum 1927");
-  Set(kGeodetic, "ELLIPSOID_AUTOKEY", other);
-  EXPECT_TRUE(Change(
-      kGeodSystemForm, kGeodetic,
-      [](QWidget& dialog) {
-        EXPECT_TRUE(IsChecked(dialog, "radiobtnDatum")) << "a system with both shows the datum";
-        EXPECT_EQ(TextOf(dialog, "edEllipsoid"), "Other");
-        Click(dialog, "btnDatum");
-        EXPECT_EQ(TextOf(dialog, "edEllipsoid"), "Clarke 1866");
-        Save(dialog);
-      },
-      kDatum, "North American Datum 1927"));
-  EXPECT_EQ(Field("DATUM_AUTOKEY"), datum);
+  Set(kGeodetic, "ELLIPSOID_AUTOKEY", KeyOf(kEllipsoid, "Other"));
+  EXPECT_TRUE(Change(kGeodSystemForm, kGeodetic, [](QWidget& dialog) {
+    EXPECT_TRUE(IsChecked(dialog, "radiobtnDatum")) << "a system with both shows the datum";
+    EXPECT_EQ(TextOf(dialog, "edEllipsoid"), "Other");
+    Choose(dialog, "btnDatum");
+    EXPECT_EQ(TextOf(dialog, "edEllipsoid"), "Clarke 1866");
+    Save(dialog);
+  }));
+  EXPECT_EQ(Field("DATUM_AUTOKEY"), KeyOf(kDatum, "North American Datum 1927"));
   EXPECT_EQ(Field("ELLIPSOID_AUTOKEY"), clarke);
   EXPECT_TRUE(Change(kGeodSystemForm, kGeodetic, [](QWidget& dialog) {
     Click(dialog, "radiobtnEllipsoid");
@@ -85,27 +77,21 @@ TEST_F(PlaneSystemEditTest, ADatumBringsItsEllipsoid) {
 
 TEST_F(PlaneSystemEditTest, ADatumWithoutEllipsoidIsTold) {
   const int broken = Add(TableId::kDatum, "Broken", {{"ELLIPSOID_AUTOKEY", 9999}});
-  for (const auto* form : {&kGeodSystemForm, &kProjSystemForm}) {
-    SCOPED_TRACE(form->caption);
-    EXPECT_FALSE(Change(
-        *form, form->type == 4 ? kGeodetic : kProjected,
-        [&](QWidget& dialog) {
-          Click(dialog, "btnDatum");
-          EXPECT_EQ(TextOf(dialog, "edDatum"), "Broken");
-          EXPECT_EQ(TextOf(dialog, "edEllipsoid"), "");
-          EXPECT_EQ(RefusedControls(dialog, *form), "edEllipsoid") << "at once";
-          Click(dialog, "radiobtnEllipsoid");
-          Save(dialog);
-          EXPECT_EQ(RefusedControls(dialog, *form), "edEllipsoid");
-          Close(dialog);
-        },
-        kDatum, "Broken"));
+  for (const auto& [form, system] : kPlaneForms) {
+    SCOPED_TRACE(form.caption);
+    EXPECT_FALSE(Change(form, system, [&form = form](QWidget& dialog) {
+      Choose(dialog, "btnDatum", "Broken");
+      EXPECT_EQ(TextOf(dialog, "edDatum") + TextOf(dialog, "edEllipsoid"), "Broken");
+      EXPECT_EQ(RefusedControls(dialog, form), "edEllipsoid") << "at once";
+      Click(dialog, "radiobtnEllipsoid");
+      Save(dialog);
+      EXPECT_EQ(RefusedControls(dialog, form), "edEllipsoid");
+      Close(dialog);
+    }));
   }
   database_.Processor(kDatum).LocateKey(broken);
   database_.data->datasetDatum.Delete();
 }
-
-// The three fates of heights.
 
 TEST_F(PlaneSystemEditTest, PositiveLongitudeIsARowBesideTheSystem) {
   auto& values = database_.data->datasetParamValue;
@@ -122,9 +108,7 @@ TEST_F(PlaneSystemEditTest, PositiveLongitudeIsARowBesideTheSystem) {
   EXPECT_EQ(PositiveRows(), 1) << "no second one";
   const int tag = values.FieldByName("PARAM_TAG").GetIndex();
   ASSERT_TRUE(values.MoveTo(values.FindFirst({QvPlatform::RowMatch::Integer(tag, 7)})));
-  values.Edit();
-  values.FieldByName("VALUE").SetString("0");
-  values.Post();
+  SetField(values, "VALUE", "0");
   EXPECT_TRUE(Change(kGeodSystemForm, kGeodetic, [&](QWidget& dialog) {
     EXPECT_FALSE(IsChecked(dialog, "chboxPositiveLongitude"));
     toggle(dialog);
@@ -145,47 +129,36 @@ TEST_F(PlaneSystemEditTest, PositiveLongitudeIsARowBesideTheSystem) {
 }
 
 TEST_F(PlaneSystemEditTest, AProjectedSystemIsMadeFromAProjection) {
-  ScreenUser user;
-  user.In<TformQvRfEdit>([](QWidget& dialog) {
-        Type(dialog, "edName", "Made");
-        Click(dialog, "radiobtnDatum");
-        Click(dialog, "btnDatum");
-        Click(dialog, "btnMapProjection");
-        EXPECT_EQ(TextOf(dialog, "edFirstCoordName"), "E");
-        Save(dialog);
-      })
-      .In<TformQvRfSelector>([](QWidget& list) { Click(list, "bitbtnOk"); })
-      .In<TformQvRfSelector>([](QWidget& list) { Click(list, "bitbtnOk"); });
-  ASSERT_TRUE(FormOf(kProjSystemForm).CreateNew());
-  EXPECT_EQ(Field("TYPE"), 5);
-  EXPECT_EQ(Field("ANGULAR_UNIT_AUTOKEY"), 0);
+  ASSERT_TRUE(Make(kProjSystemForm, [](QWidget& dialog) {
+    Type(dialog, "edName", "Made");
+    Click(dialog, "radiobtnDatum");
+    Choose(dialog, "btnDatum");
+    Choose(dialog, "btnMapProjection");
+    EXPECT_EQ(TextOf(dialog, "edFirstCoordName"), "E");
+    Save(dialog);
+  }));
+  EXPECT_EQ(Record(kProjSystemForm,
+                   {"TYPE", "ANGULAR_UNIT_AUTOKEY", "PRIMARY_REFSYSTEM_AUTOKEY", "COORD2_ABBR"}),
+            "TYPE=5 ANGULAR_UNIT_AUTOKEY=0 PRIMARY_REFSYSTEM_AUTOKEY= COORD2_ABBR=N");
   EXPECT_EQ(Field("MAP_PROJ_AUTOKEY"), KeyOf(kMapProjection, "UTM zone 17N"));
-  EXPECT_EQ(Field("PRIMARY_REFSYSTEM_AUTOKEY"), 0);
-  EXPECT_EQ(Systems().FieldByName("COORD2_ABBR").AsString(), "N");
 }
 
 TEST_F(PlaneSystemEditTest, InSimpleModeAProjectionIsEditedInItsPlace) {
   database_.data->DialogMode = QvRefSystem::kSimpleMode;
-  Locate(kProjected);
-  ScreenUser user;
-  user.In<TformQvRfEdit>([](QWidget& dialog) {
-        Click(dialog, "btnMapProjection");
-        EXPECT_EQ(TextOf(dialog, "edMapProjection"), "Zone");
-        EXPECT_EQ(TextOf(dialog, "edFirstCoordName"), "Rechts");
-        Save(dialog);
-      })
-      .In<TformQvRfEdit>([](QWidget& projection) {
-        EXPECT_EQ(TextOf(projection, "edName"), "UTM zone 17N");
-        Type(projection, "edName", "Zone");
-        Type(projection, "edFirstAxisName", "Rechts");
-        Save(projection);
-      });
-  EXPECT_TRUE(FormOf(kProjSystemForm).EditCurrent());
+  EXPECT_TRUE(Change(kProjSystemForm, kProjected, [](QWidget& dialog) {
+    Open<TformQvRfEdit>(dialog, "btnMapProjection", [](QWidget& projection) {
+      EXPECT_EQ(TextOf(projection, "edName"), "UTM zone 17N");
+      Type(projection, "edName", "Zone");
+      Type(projection, "edFirstAxisName", "Rechts");
+      Save(projection);
+    });
+    EXPECT_EQ(TextOf(dialog, "edMapProjection"), "Zone");
+    EXPECT_EQ(TextOf(dialog, "edFirstCoordName"), "Rechts");
+    Save(dialog);
+  }));
   EXPECT_EQ(Systems().FieldByName("COORD1_ABBR").AsString(), "Rechts");
   EXPECT_EQ(database_.data->datasetMapProj.RecordCount(), 1);
 }
-
-// Trees.
 
 /// The text of a tree without what only a stored system has: codes, heights.
 std::string TextWithoutCodes(QvCommonUtils::TStringTree* tree) {
@@ -198,29 +171,36 @@ std::string TextWithoutCodes(QvCommonUtils::TStringTree* tree) {
   return WriteTreeText(tree);
 }
 
-TEST_F(PlaneSystemEditTest, AnUnstoredSystemIsTheTreeOfItsRecord) {
-  for (const char* name : {kGeodetic, kProjected}) {
-    for (const bool onDatum : {true, false}) {
-      SCOPED_TRACE(name);
-      Set(name, "PRIMARY_REFSYSTEM_AUTOKEY", 0);
-      Set(name, "ELLIPSOID_AUTOKEY", KeyOf(kEllipsoid, "Other"));
-      if (!onDatum) Set(name, "DATUM_AUTOKEY", 0);
-      auto& processor = *database_.data->RefSystemProcessor;
-      processor.StorePositiveLongitude(KeyOf(kReferenceSystem, kGeodetic), onDatum);
-      const auto text = [&](const char* field) { return Systems().FieldByName(field).AsString(); };
-      QvRefSystem::UnstoredSystem system{
-          .kind = static_cast<SystemKind>(Field("TYPE")),
+/// What a dialog would hold of the system that is current.
+QvRefSystem::UnstoredSystem Unstored(QvPlatform::TQvDataSet& systems, bool positiveLongitude) {
+  const auto text = [&](const char* field) { return systems.FieldByName(field).AsString(); };
+  const auto key = [&](const char* field) { return systems.FieldByName(field).AsInteger(); };
+  return {.kind = static_cast<SystemKind>(key("TYPE")),
           .name = text("NAME"),
           .description = text("DESCRIPTION"),
           .abbreviation = text("ABBREVIATION"),
           .axes = {text("COORD1_ABBR"), text("COORD2_ABBR"), text("COORD3_ABBR")},
-          .linearUnit = Field("LINEAR_UNIT_AUTOKEY"),
-          .angularUnit = Field("ANGULAR_UNIT_AUTOKEY"),
-          .ellipsoid = Field("ELLIPSOID_AUTOKEY"),
-          .datum = Field("DATUM_AUTOKEY"),
-          .primeMeridian = Field("PRIME_MERIDIAN_AUTOKEY"),
-          .mapProjection = Field("MAP_PROJ_AUTOKEY"),
-          .positiveLongitude = name == kGeodetic && onDatum};
+          .linearUnit = key("LINEAR_UNIT_AUTOKEY"),
+          .angularUnit = key("ANGULAR_UNIT_AUTOKEY"),
+          .ellipsoid = key("ELLIPSOID_AUTOKEY"),
+          .datum = key("DATUM_AUTOKEY"),
+          .primeMeridian = key("PRIME_MERIDIAN_AUTOKEY"),
+          .mapProjection = key("MAP_PROJ_AUTOKEY"),
+          .positiveLongitude = positiveLongitude};
+}
+
+TEST_F(PlaneSystemEditTest, AnUnstoredSystemIsTheTreeOfItsRecord) {
+  auto& processor = *database_.data->RefSystemProcessor;
+  const int datum = KeyOf(kDatum, "North American Datum 1927");
+  for (const char* name : {kGeodetic, kProjected}) {
+    Set(name, "PRIMARY_REFSYSTEM_AUTOKEY", 0);
+    Set(name, "ELLIPSOID_AUTOKEY", KeyOf(kEllipsoid, "Other"));
+    // The last one leaves the system as it was, for the check of the database.
+    for (const bool onDatum : {false, true}) {
+      SCOPED_TRACE(name);
+      Set(name, "DATUM_AUTOKEY", onDatum ? datum : 0);
+      processor.StorePositiveLongitude(KeyOf(kReferenceSystem, kGeodetic), onDatum);
+      QvRefSystem::UnstoredSystem system = Unstored(Systems(), name == kGeodetic && onDatum);
       QvCommonUtils::TStringTree stored;
       QvCommonUtils::TStringTree unstored;
       ASSERT_TRUE(processor.WriteToTree(&stored, 0, 0));
@@ -235,9 +215,6 @@ TEST_F(PlaneSystemEditTest, AnUnstoredSystemIsTheTreeOfItsRecord) {
       }
     }
   }
-  // As they were, for the check of the database.
-  for (const char* name : {kGeodetic, kProjected})
-    Set(name, "DATUM_AUTOKEY", KeyOf(kDatum, "North American Datum 1927"));
 }
 
 }  // namespace

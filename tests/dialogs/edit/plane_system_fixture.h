@@ -3,10 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QAbstractButton>
 #include <QComboBox>
 
-#include "assembly/database_check.h"
 #include "database/storage_files.h"
 #include "forms/system_forms.h"
 #include "platform/geocore/geoids.h"
@@ -31,41 +29,39 @@ using enum QvRefSystem::TObjectType;
 
 inline constexpr char kGeodetic[] = "NAD27 geodetic";
 inline constexpr char kProjected[] = "NAD27 / UTM 17N";
-inline constexpr int kEgm96 = 5773;
 
-inline constexpr char kNotDefined[] =
-    "Plane reference system must be completely defined before specifying height system";
+/// The two dialogs, with the stored system of each.
+struct PlaneForm {
+  const FormDescription& form;
+  const char* system;
+};
+inline const PlaneForm kPlaneForms[] = {{kGeodSystemForm, kGeodetic},
+                                        {kProjSystemForm, kProjected}};
 
 /// A database with one geodetic and one projected system, each whole; and again after each test.
-class PlaneSystemEditTest : public DialogTest {
+class PlaneSystemEditTest : public EditDialogTest {
  protected:
-  using Act = std::function<void(QWidget&)>;
-
   PlaneSystemEditTest() {
     while (database_.data->datasetEllipsoid.RecordCount() > 0)
       database_.data->datasetEllipsoid.Delete();
     Insert(kReferenceSystem, MakeTree(SystemTree, 4));
     Insert(kReferenceSystem, MakeTree(SystemTree, 5));
-    TreePtr ellipsoid = MakeTree(EllipsoidTree);
-    for (const int id : {5120, 5110})
-      RemoveField(ellipsoid.get(), id, 0);
-    TreeBuilder(ellipsoid.get()).Field(5120, "Other").Field(5110, "6378137");
-    Insert(kEllipsoid, ellipsoid);
-    for (const auto object : {kLinearUnit, kAngularUnit, kPrimeMeridian}) {
-      auto& table = *database_.Processor(object).DataSet;
-      table.First();
-      table.Edit();
-      table.FieldByName("LAST_USE").SetFloat(45000);
-      table.Post();
-    }
+    InsertChanged(kEllipsoid, MakeTree(EllipsoidTree), {{5120, "Other"}, {5110, "6378137"}});
+    for (const auto object : {kLinearUnit, kAngularUnit, kPrimeMeridian})
+      UseLast(object);
   }
-  void TearDown() override {
-    std::vector<std::string> findings;
-    EXPECT_TRUE(QvRefSystem::CheckDatabase(*database_.data, &findings))
-        << testing::PrintToString(findings);
-  }
+  void TearDown() override { ExpectSound(database_); }
   int Insert(QvRefSystem::TObjectType object, const TreePtr& tree) {
     return database_.Processor(object).InsertFromTree(tree.get());
+  }
+  /// The same with other texts in some fields of the tree.
+  int InsertChanged(QvRefSystem::TObjectType object, const TreePtr& tree,
+                    const std::vector<std::pair<int, const char*>>& fields) {
+    for (const auto& [id, text] : fields) {
+      RemoveField(tree.get(), id, 0);
+      TreeBuilder(tree.get()).Field(id, text);
+    }
+    return Insert(object, tree);
   }
   /// Gives a stored system heights of its own, and makes it current.
   int GiveHeights(const char* name, void (*sample)(TreeBuilder)) {
@@ -75,9 +71,7 @@ class PlaneSystemEditTest : public DialogTest {
   }
   void Set(const char* name, const char* field, int value) {
     Locate(name);
-    Systems().Edit();
-    Systems().FieldByName(field).SetInteger(value);
-    Systems().Post();
+    SetField(Systems(), field, std::to_string(value));
   }
   void Locate(const char* name) {
     ASSERT_TRUE(database_.Processor(kReferenceSystem).LocateKey(KeyOf(kReferenceSystem, name)));
@@ -90,53 +84,16 @@ class PlaneSystemEditTest : public DialogTest {
   [[nodiscard]] int HeightRecords() const {
     return database_.data->datasetVerticalRefSystem.RecordCount();
   }
-  TformQvRfEdit& FormOf(const FormDescription& form) {
-    return *QvRefSystem::GetEditForm(&owner_, QvRefSystem::DialogChooser(), form.object, form.type);
-  }
+  using EditDialogTest::Change;
   bool Change(const FormDescription& form, const char* name, const Act& act) {
     Locate(name);
-    ScreenUser user;
-    user.In<TformQvRfEdit>(act);
-    return FormOf(form).EditCurrent();
-  }
-  /// The same with one selector that opens from the dialog, in which an object is chosen.
-  bool Change(const FormDescription& form, const char* name, const Act& act,
-              QvRefSystem::TObjectType object, const char* choice) {
-    Locate(name);
-    ScreenUser user;
-    user.In<TformQvRfEdit>(act).In<TformQvRfSelector>([=, this](QWidget& list) {
-      database_.Processor(object).LocateKey(KeyOf(object, choice));
-      Click(list, "bitbtnOk");
-    });
-    return FormOf(form).EditCurrent();
-  }
-  bool Make(const FormDescription& form, const Act& act) {
-    ScreenUser user;
-    user.In<TformQvRfEdit>(act);
-    return FormOf(form).CreateNew();
+    return Change(form, act);
   }
   int PositiveRows() {
     auto& values = database_.data->datasetParamValue;
-    return static_cast<int>(
-        values
-            .FindAll({QvPlatform::RowMatch::Integer(values.FieldByName("PARAM_TAG").GetIndex(), 7)})
-            .size());
+    const int tag = values.FieldByName("PARAM_TAG").GetIndex();
+    return static_cast<int>(values.FindAll({QvPlatform::RowMatch::Integer(tag, 7)}).size());
   }
-
-  QWidget owner_;
 };
-
-inline void Save(QWidget& dialog) {
-  Click(dialog, "bitbtnSave");
-}
-inline void Close(QWidget& dialog) {
-  Click(dialog, "bitbtnClose");
-}
-inline bool IsChecked(const QWidget& dialog, const char* button) {
-  return Child<QAbstractButton>(dialog, button).isChecked();
-}
-inline QComboBox& Geoids(const QWidget& dialog) {
-  return Child<QComboBox>(dialog, "comboSystemGeoids");
-}
 
 }  // namespace refframe_tests

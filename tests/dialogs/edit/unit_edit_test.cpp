@@ -11,22 +11,15 @@ namespace {
 using QvRefSystem::kAngularUnitForm;
 using QvRefSystem::kLinearUnitForm;
 using QvRefSystem::kScaleUnitForm;
-using QvRefSystem::TformQvRfEdit;
 
 class UnitEditTest : public EditTest {
  protected:
   ~UnitEditTest() override { QvPlatform::SetUserLocale("en-US"); }
-  template <typename Act>
-  bool Make(const QvRefSystem::FormDescription& form, Act act) {
-    ScreenUser user;
-    user.In<TformQvRfEdit>(act);
-    return FormOf(form).CreateNew();
-  }
-  template <typename Act>
-  bool Change(const QvRefSystem::FormDescription& form, Act act) {
-    ScreenUser user;
-    user.In<TformQvRfEdit>(act);
-    return FormOf(form).EditCurrent();
+  static void Fill(QWidget& dialog, const std::string& name, const char* b, const char* c) {
+    Type(dialog, "edName", name);
+    Type(dialog, "edFactorB", b);
+    Type(dialog, "edFactorC", c);
+    Save(dialog);
   }
 };
 
@@ -41,13 +34,10 @@ TEST_F(UnitEditTest, NumbersAreReadInTheNotationOfTheUser) {
   for (const auto& row : rows) {
     QvPlatform::SetUserLocale(row.locale);
     const bool saved = Make(kLinearUnitForm, [&](QWidget& dialog) {
-      Type(dialog, "edName", "unit");
-      Type(dialog, "edFactorB", row.text);
-      Type(dialog, "edFactorC", "1");
-      Click(dialog, "bitbtnSave");
+      Fill(dialog, "unit", row.text, "1");
       if (!dialog.isVisible()) return;
       EXPECT_EQ(RefusedControls(dialog, kLinearUnitForm), "edFactorB") << row.text;
-      Click(dialog, "bitbtnClose");
+      Close(dialog);
     });
     EXPECT_EQ(saved, *row.stored != 0) << row.locale << " " << row.text;
     if (!saved) continue;
@@ -55,7 +45,7 @@ TEST_F(UnitEditTest, NumbersAreReadInTheNotationOfTheUser) {
     Change(kLinearUnitForm, [&](QWidget& dialog) {
       const std::string shown = std::string(row.text) == "-2e3" ? "-2000" : row.text;
       EXPECT_EQ(TextOf(dialog, "edFactorB"), shown) << row.locale;
-      Click(dialog, "bitbtnClose");
+      Close(dialog);
     });
   }
 }
@@ -66,29 +56,28 @@ TEST_F(UnitEditTest, AFactorThatIsLeftAloneKeepsItsLastBit) {
   Table(kLinearUnitForm).Edit();
   Table(kLinearUnitForm).FieldByName("FACTOR_B").SetFloat(foot);
   Table(kLinearUnitForm).Post();
-  EXPECT_TRUE(Change(kLinearUnitForm, [](QWidget& dialog) { Click(dialog, "bitbtnSave"); }));
+  EXPECT_TRUE(Change(kLinearUnitForm, Save));
   EXPECT_EQ(Table(kLinearUnitForm).FieldByName("FACTOR_B").AsFloat(), foot);
 }
 
 TEST_F(UnitEditTest, AnEmptyAbbreviationBecomesTheName) {
-  EXPECT_TRUE(Make(kScaleUnitForm, [](QWidget& dialog) {
+  const auto typeAndLeave = [](QWidget& dialog, const char* control, const char* text) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    Type(dialog, control, text);
+    Press(dialog, control, Qt::Key_Tab);
+  };
+  EXPECT_TRUE(Make(kScaleUnitForm, [&](QWidget& dialog) {
     EXPECT_EQ(TextOf(dialog, "lblBaseUnitAbbreviation"), "1");
-    Type(dialog, "edName", " per mille ");
-    QTest::keyClick(&Child(dialog, "edName"), Qt::Key_Tab);
+    typeAndLeave(dialog, "edName", " per mille ");
     EXPECT_EQ(TextOf(dialog, "lblThisUnitAbbreviation"), "per mille");
-    Type(dialog, "edFactorB", "0.001");
-    Type(dialog, "edFactorC", "1");
-    Click(dialog, "bitbtnSave");
+    Fill(dialog, " per mille ", "0.001", "1");
   }));
   EXPECT_EQ(TextOfField(kScaleUnitForm, "ABBREVIATION"), " per mille ");
-  Change(kScaleUnitForm, [](QWidget& dialog) {
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+  Change(kScaleUnitForm, [&](QWidget& dialog) {
     EXPECT_EQ(TextOf(dialog, "edAbbreviation"), " per mille ");
-    Type(dialog, "edAbbreviation", "pm");
-    QTest::keyClick(&Child(dialog, "edAbbreviation"), Qt::Key_Tab);
+    typeAndLeave(dialog, "edAbbreviation", "pm");
     EXPECT_EQ(TextOf(dialog, "lblThisUnitAbbreviation"), "pm");
-    Click(dialog, "bitbtnClose");
+    Close(dialog);
   });
 }
 
@@ -96,34 +85,24 @@ TEST_F(UnitEditTest, TheFactorsOfAnAngularUnitAreLockedByItsCode) {
   const auto enabled = [](QWidget& dialog) {
     return IsEnabled(dialog, "edFactorB") && IsEnabled(dialog, "edFactorC");
   };
-  for (const auto* form : {&kAngularUnitForm, &kLinearUnitForm}) {
-    AddValid(*form, "Delivered");
-    Table(*form).Edit();
-    Table(*form).FieldByName("CODE").SetInteger(1);
-    Table(*form).Post();
-    EXPECT_TRUE(Change(*form, [&](QWidget& dialog) {
-      EXPECT_EQ(enabled(dialog), form != &kAngularUnitForm);
-      Type(dialog, "edName", "Renamed");
-      Click(dialog, "bitbtnSave");
-    }));
-    EXPECT_EQ(Record(*form, {"NAME", "FACTOR_B", "CODE"}), "NAME=Renamed FACTOR_B=2.5 CODE=1");
+  for (const auto* form : {&kLinearUnitForm, &kAngularUnitForm}) {
+    for (const char* code : {"0", "1"}) {
+      AddValid(*form, "Delivered");
+      SetField(Table(*form), "CODE", code);
+      EXPECT_TRUE(Change(*form, [&](QWidget& dialog) {
+        EXPECT_EQ(enabled(dialog), form != &kAngularUnitForm || *code == '0');
+        Type(dialog, "edName", "Renamed");
+        Save(dialog);
+      }));
+      EXPECT_EQ(Record(*form, {"NAME", "FACTOR_B", "CODE"}),
+                std::string("NAME=Renamed FACTOR_B=2.5 CODE=") + code);
+    }
   }
   EXPECT_TRUE(Make(kAngularUnitForm, [&](QWidget& dialog) {
     EXPECT_TRUE(enabled(dialog)) << "as usual, after a locked one";
-    Type(dialog, "edName", "New");
-    Type(dialog, "edFactorB", "2");
-    Type(dialog, "edFactorC", "3");
-    Click(dialog, "bitbtnSave");
+    Fill(dialog, "New", "2", "3");
   }));
-  Change(kAngularUnitForm, [&](QWidget& dialog) {
-    EXPECT_FALSE(enabled(dialog));
-    Click(dialog, "bitbtnClose");
-  });
-  Table(kAngularUnitForm).First();  // CODE 0
-  Change(kAngularUnitForm, [&](QWidget& dialog) {
-    EXPECT_TRUE(enabled(dialog));
-    Click(dialog, "bitbtnClose");
-  });
+  EXPECT_EQ(TextOfField(kAngularUnitForm, "CODE"), "1") << "locked from now on";
 }
 
 }  // namespace

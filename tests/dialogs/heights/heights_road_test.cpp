@@ -1,16 +1,12 @@
-// The whole way of a system with heights: made in the dialogs, chosen by a host, carried to another
-// database, and computing the same there.
+// The whole way of heights: made in the dialogs, chosen by a host with their system, carried to
+// another database, and computing the same there.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QFileDialog>
-#include <QLineEdit>
 #include <cmath>
 #include <fstream>
 
-#include "assembly/database_check.h"
-#include "dialogs/heights/offset_report.h"
 #include "dialogs/heights/table_raster_view.h"
 #include "dialogs/heights/vertical_edit.h"
 #include "platform/geocore/shell_reference_system.h"
@@ -23,14 +19,12 @@ namespace {
 
 using QvCommonUtils::TStringTree;
 using QvRefSystem::TformQvRfEdit;
-using QvRefSystem::TformQvRfOffsetApproximationReport;
 using QvRefSystem::TformQvRfSelector;
 using QvRefSystem::TformQvRfTableRasterView;
 using QvRefSystem::TformQvRfVerticalRefSystemEdit;
 using QvRefSystem::TShellPoint;
 using QvRefSystem::TShellReferenceSystem;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 using enum QvRefSystem::TObjectType;
@@ -63,8 +57,8 @@ void Wgs84EllipsoidTree(TreeBuilder tree) {
   MetreTree(tree.Sub(5113));
 }
 
-void Wgs84SystemTree(TreeBuilder tree) {
-  tree.Field(1020, "WGS 84 geodetic").Field(1021, "A system").Field(1022, "WGS");
+void Wgs84SystemTree(TreeBuilder tree, const char* name) {
+  tree.Field(1020, name).Field(1021, "A system").Field(1022, "WGS");
   tree.Field(1100, "4");
   for (int axis = 0; axis < 3; ++axis)
     tree.Field(1025, std::string(1, "BLH"[axis]), axis);
@@ -74,98 +68,32 @@ void Wgs84SystemTree(TreeBuilder tree) {
   MetreTree(tree.Sub(1201).Sub(1104));
 }
 
-/// Clicks a button that opens a dialog, and does something in there.
-template <typename Dialog, typename Act>
-void Open(const QWidget& form, const char* button, Act act) {
-  ScreenUser user;
-  user.In<Dialog>(act);
-  Click(form, button);
+/// A system on a datum of its own, with a constant offset as heights.
+void HarbourTree(TreeBuilder tree) {
+  Wgs84SystemTree(tree, kMade);
+  TreeBuilder datum = tree.Sub(1107);
+  datum.Field(5620, "Harbour datum").Field(5621, "A datum").Field(5622, "HD");
+  TreeBuilder shift = datum.Sub(1102);
+  shift.Field(5420, "Harbour to WGS 84").Field(5421, "A shift").Field(5422, "HD");
+  shift.Field(5461, "-87.5").Field(5462, "-98.25").Field(5463, "-121");
+  MetreTree(shift.Sub(5440));
+  shift.Sub(5443).Field(5701, "1").Field(5702, "translation").Field(5703, "three parameters");
+  Wgs84EllipsoidTree(datum.Sub(5610));
+  HeightOffsetTree(tree.Sub(1500));
 }
 
-/// The same with a selector in which the object of that name is chosen.
-void Choose(const QWidget& form, const char* button, const char* name) {
-  Open<TformQvRfSelector>(form, button, [name](QWidget& list) {
-    Search(list, name);
-    EXPECT_EQ(MarkedName(list), name);
-    Click(list, "bitbtnOk");
-  });
-}
-
-void OpenFile(const QWidget& form, const char* button, const std::string& path) {
-  Open<QFileDialog>(form, button, [&path](QFileDialog& dialog) {
-    Child<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(path));
-    QMetaObject::invokeMethod(&dialog, "accept");
-  });
-}
-
-/// The middle of a wide radio button is no place to click.
-void Check(const QWidget& window, const char* objectName) {
-  auto& button = Child<QAbstractButton>(window, objectName);
-  QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint(8, button.height() / 2));
-  EXPECT_TRUE(button.isChecked()) << objectName;
-}
-
-void MakeShift(QWidget& shift) {
-  Type(shift, "edName", "Harbour to WGS 84");
-  for (const auto& [control, metres] :
-       {std::pair{"edTx", "-87.5"}, std::pair{"edTy", "-98.25"}, std::pair{"edTz", "-121"}})
-    Type(shift, control, metres);
-  EXPECT_EQ(TextOf(shift, "edUnit"), "metre");
-  Click(shift, "bitbtnSave");
-}
-
-void MakeDatum(QWidget& datum) {
-  Type(datum, "edName", "Harbour datum");
-  Open<TformQvRfSelector>(datum, "btnDatumShift", [](QWidget& shifts) {
-    ScreenUser user;
-    user.In<TformQvRfSelector>([](QWidget& types) {
-          Search(types, "shift 1");
-          Click(types, "bitbtnOk");
-        })
-        .In<TformQvRfEdit>(MakeShift);
-    Click(shifts, "bitbtnNew");
-    EXPECT_EQ(MarkedName(shifts), "Harbour to WGS 84");
-    Click(shifts, "bitbtnOk");
-  });
-  EXPECT_EQ(TextOf(datum, "edDatumShift"), "Harbour to WGS 84");
-  Choose(datum, "btnEllipsoid", "WGS 84");
-  Click(datum, "bitbtnSave");
-}
-
-void TakeSource(QWidget& heights, const std::string& file) {
-  Check(heights, "radiobtnDataSourceFile");
-  OpenFile(heights, "btnDataSourceParamsFileName", file);
-  Choose(heights, "btnDataSourceParamsFilePlaneRefsystem", kFilePlane);
-}
-
-/// An offset in the place of the heights of the file, after a look at its errors.
-void MakeOffset(QWidget& heights, const std::string& file) {
-  TakeSource(heights, file);
-  Check(heights, "radiobtnDataOffset");
-  Open<TformQvRfOffsetApproximationReport>(heights, "btnDataCreate", [&](QWidget& report) {
-    EXPECT_THAT(TextOf(report, "memoInfoText"), HasSubstr(file + ": RMS error"));
-    Open<TformQvRfTableRasterView>(report, "btnAccuracyViewRaster",
-                                   [](QWidget& view) { Click(view, "bitbtnOk"); });
-    EXPECT_TRUE(report.isVisible());
-    Check(report, "chboxInfoInsert");
-    Click(report, "btnAccept");
-  });
-  EXPECT_EQ(TextOf(heights, "pnlDataType"), "Offset");
-  EXPECT_THAT(TextOf(heights, "memoDescription"), HasSubstr("Approximation of " + file));
-  Type(heights, "edName", "Harbour heights");
-  Click(heights, "bitbtnSave");
-}
-
-/// The table in the place of a stored offset, which does not know any more what it was made of.
+/// Puts the table of a file in the place of a stored offset, which does not know what it was made
+/// of.
 void MakeTable(QWidget& heights, const std::string& file) {
   EXPECT_EQ(TextOf(heights, "pnlDataType"), "Offset");
-  TakeSource(heights, file);
+  Check(heights, "radiobtnDataSourceFile");
+  NameFile(heights, "btnDataSourceParamsFileName", file);
+  Choose(heights, "btnDataSourceParamsFilePlaneRefsystem", kFilePlane);
   Check(heights, "radiobtnDataTable");
   Click(heights, "btnDataCreate");
   EXPECT_EQ(TextOf(heights, "pnlDataType"), "Table");
-  Open<TformQvRfTableRasterView>(heights, "btnDataView",
-                                 [](QWidget& view) { Click(view, "bitbtnOk"); });
-  Click(heights, "bitbtnSave");
+  Type(heights, "edName", "Harbour heights");
+  Save(heights);
 }
 
 /// Looks at the heights of a stored system, and leaves all as it is.
@@ -173,11 +101,10 @@ void LookAtTable(QWidget& system) {
   Open<TformQvRfVerticalRefSystemEdit>(system, "Button1", [](QWidget& heights) {
     EXPECT_EQ(TextOf(heights, "edName"), "Harbour heights");
     EXPECT_EQ(TextOf(heights, "pnlDataType"), "Table");
-    Open<TformQvRfTableRasterView>(heights, "btnDataView",
-                                   [](QWidget& view) { Click(view, "bitbtnOk"); });
-    Click(heights, "bitbtnClose");
+    Open<TformQvRfTableRasterView>(heights, "btnDataView", Ok);
+    Close(heights);
   });
-  Click(system, "bitbtnClose");
+  Close(system);
 }
 
 std::unique_ptr<TShellReferenceSystem> Compute(TStringTree* tree) {
@@ -197,24 +124,14 @@ class HeightsRoad : public testing::TestWithParam<bool> {
  protected:
   HeightsRoad() : first_(GetParam()), second_(GetParam()) {
     WorkIn(first_);
-    EXPECT_GT(Systems().InsertFromTree(MakeTree(SystemTree, 4).get()), 0);
-    EXPECT_GT(first_.Processor(kEllipsoid).InsertFromTree(MakeTree(Wgs84EllipsoidTree).get()), 0);
-    // A new object begins with what was last used.
-    for (const auto object : {kLinearUnit, kAngularUnit, kPrimeMeridian}) {
-      auto& table = *first_.Processor(object).DataSet;
-      table.First();
-      table.Edit();
-      table.FieldByName("LAST_USE").SetFloat(45000);
-      table.Post();
-    }
+    for (const TreePtr& tree : {MakeTree(SystemTree, 4), MakeTree(HarbourTree)})
+      EXPECT_GT(first_.Processor(kReferenceSystem).InsertFromTree(tree.get()), 0);
     file_ = folder_.Path("geoid.txt");
     std::ofstream(file_) << FileText();
   }
   ~HeightsRoad() override {
     for (const TestDatabase* database : {&first_, &second_}) {
-      std::vector<std::string> findings;
-      EXPECT_TRUE(QvRefSystem::CheckDatabase(*database->data, &findings));
-      EXPECT_THAT(findings, IsEmpty());
+      ExpectSound(*database);
       EXPECT_THAT(database->ui.messages, IsEmpty());
     }
     QvRefSystem::datamoduleQvRfData = nullptr;
@@ -224,9 +141,6 @@ class HeightsRoad : public testing::TestWithParam<bool> {
     database.data->ShowImportExport = true;
     current_ = &database;
   }
-  [[nodiscard]] QvRefSystem::TQvRfDataProcessor& Systems() const {
-    return current_->Processor(kReferenceSystem);
-  }
   /// A host's question for a system, and what its user does in the list.
   template <typename Act>
   void SelectInto(TStringTree* tree, Act act) {
@@ -235,43 +149,19 @@ class HeightsRoad : public testing::TestWithParam<bool> {
     user.In<TformQvRfSelector>(act);
     EXPECT_TRUE(selector->Select(tree, 0, false, nullptr, 0));
   }
-  void MakeSystem(QWidget& system) const {
-    Type(system, "edName", kMade);
-    Click(system, "radiobtnDatum");
-    Open<TformQvRfSelector>(system, "btnDatum", [](QWidget& datums) {
-      Open<TformQvRfEdit>(datums, "bitbtnNew", MakeDatum);
-      EXPECT_EQ(MarkedName(datums), "Harbour datum");
-      Click(datums, "bitbtnOk");
-    });
-    EXPECT_EQ(TextOf(system, "edEllipsoid"), "WGS 84") << "the datum brings it";
-    Click(system, "radiobtnHeightGeoid");
-    Open<TformQvRfVerticalRefSystemEdit>(system, "Button1",
-                                         [this](QWidget& form) { MakeOffset(form, file_); });
-    EXPECT_EQ(TextOf(system, "Edit1"), "Harbour heights");
-    Click(system, "bitbtnSave");
-  }
-  /// Makes the system with an offset, gives it the table, exports it and takes it.
+  /// Gives the system the table, exports it and takes it.
   void MakeAndExport(TStringTree* tree, const std::string& exported) {
     SelectInto(tree, [&](QWidget& list) {
-      {
-        ScreenUser user;
-        user.In<TformQvRfSelector>([](QWidget& types) {
-              Search(types, "kind 4");
-              Click(types, "bitbtnOk");
-            })
-            .In<TformQvRfEdit>([this](QWidget& system) { MakeSystem(system); });
-        Click(list, "bitbtnNew");
-      }
-      EXPECT_EQ(MarkedName(list), kMade);
+      Search(list, kMade);
       EXPECT_THAT(HeightFiles(), IsEmpty()) << "an offset has none";
       Open<TformQvRfEdit>(list, "bitbtnEdit", [this](QWidget& system) {
         Open<TformQvRfVerticalRefSystemEdit>(system, "Button1",
                                              [this](QWidget& form) { MakeTable(form, file_); });
-        Click(system, "bitbtnSave");
+        Save(system);
       });
       EXPECT_EQ(MarkedName(list), kMade);
-      OpenFile(list, "bitbtnExport", exported);
-      Click(list, "bitbtnOk");
+      NameFile(list, "bitbtnExport", exported);
+      Ok(list);
     });
   }
   [[nodiscard]] std::vector<std::string> HeightFiles() const {
@@ -295,7 +185,7 @@ void ExpectUndulationsOfTheFile(const TShellReferenceSystem& made,
                                 const TShellReferenceSystem& plain) {
   const TreePtr fileTree = MakeTree(SystemTree, 4);
   const auto filePlane = Compute(fileTree.get());
-  const TreePtr wgsTree = MakeTree(Wgs84SystemTree);
+  const TreePtr wgsTree = MakeTree(Wgs84SystemTree, "WGS 84 geodetic");
   const auto wgs84 = Compute(wgsTree.get());
   for (const TShellPoint& place : kPlaces) {
     SCOPED_TRACE(place.First);
@@ -323,10 +213,10 @@ TEST_P(HeightsRoad, MadeExportedAndImportedItComputesTheSame) {
   ASSERT_EQ(second_.data->datasetDatum.RecordCount(), 0);
   TStringTree imported;
   SelectInto(&imported, [&](QWidget& list) {
-    OpenFile(list, "bitbtnImport", exported);
+    NameFile(list, "bitbtnImport", exported);
     EXPECT_EQ(ListedNames(list), kMade);
     Open<TformQvRfEdit>(list, "bitbtnEdit", LookAtTable);
-    Click(list, "bitbtnOk");
+    Ok(list);
   });
   EXPECT_THAT(HeightFiles(), SizeIs(1));
   EXPECT_TRUE(SameTree(&imported, &made));
@@ -334,7 +224,7 @@ TEST_P(HeightsRoad, MadeExportedAndImportedItComputesTheSame) {
   const auto here = Compute(&made);
   const auto there = Compute(&imported);
   EXPECT_TRUE(here->HasHeightSystem());
-  const TreePtr wgsTree = MakeTree(Wgs84SystemTree);
+  const TreePtr wgsTree = MakeTree(Wgs84SystemTree, "WGS 84 geodetic");
   const auto wgs84 = Compute(wgsTree.get());
   for (const TShellPoint& place : kPlaces) {
     const TShellPoint one = Moved(*here, *wgs84, place);

@@ -2,13 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <QCheckBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-
 #include "dialogs/heights/table_raster_view.h"
-#include "tests/dialogs/dialog_fixture.h"
+#include "tests/dialogs/edit/edit_dialog_fixture.h"
 
 namespace refframe_tests {
 namespace {
@@ -21,8 +16,7 @@ constexpr char kText[] = "Approximation of Alps: RMS error 0.25 m; Max error 1.5
 
 class OffsetReport : public DialogTest {
  protected:
-  template <typename Act>
-  bool Run(std::string* text, Act act) {
+  bool Run(std::string* text, const Act& act) {
     errors_.Resize(3, 2, 1, 1, 0, 0);
     errors_.Set(1, 1, 1.5);
     TformQvRfOffsetApproximationReport report(nullptr);
@@ -34,32 +28,33 @@ class OffsetReport : public DialogTest {
   THeightTable errors_;
 };
 
-TEST_F(OffsetReport, ShowsTheNumbersAsTheyStand) {
+TEST_F(OffsetReport, ShowsTheNumbersAndTheErrors) {
   std::string text;
   EXPECT_TRUE(Run(&text, [](QWidget& form) {
     const std::pair<const char*, const char*> edits[] = {
         {"edOffsetValue", "47.125"}, {"edAccuracyRms", "0.25"}, {"edAccuracyMax", "1.5"}};
     for (const auto& [name, value] : edits) {
-      EXPECT_EQ(Child<QLineEdit>(form, name).text(), value) << name;
+      EXPECT_EQ(TextOf(form, name), value) << name;
       EXPECT_TRUE(Child<QLineEdit>(form, name).isReadOnly()) << name;
     }
     for (const char* name : {"lblOffsetUnit", "lblAccuracyRmsUnit", "lblAccuracyMaxUnit"})
-      EXPECT_EQ(Child<QLabel>(form, name).text(), "m") << name;
-    EXPECT_EQ(Child<QPlainTextEdit>(form, "memoInfoText").toPlainText(), kText);
-    EXPECT_FALSE(Child<QCheckBox>(form, "chboxInfoInsert").isChecked());
+      EXPECT_EQ(TextOf(form, name), "m") << name;
+    EXPECT_EQ(TextOf(form, "memoInfoText"), kText);
+    EXPECT_FALSE(IsChecked(form, "chboxInfoInsert"));
+    Open<TformQvRfTableRasterView>(form, "btnAccuracyViewRaster", Ok);
+    EXPECT_EQ(form.findChild<TformQvRfTableRasterView*>(), nullptr) << "gone when closed";
     Click(form, "btnAccept");
   }));
-  EXPECT_EQ(text, "") << "accepted without the text";
 }
 
 TEST_F(OffsetReport, GivesTheTextOnlyIfItIsWantedAndAccepted) {
-  struct {
+  const struct {
     const char* name;
     bool insert;
     const char* button;
     const char* typed;
     std::string expected;
-  } const kRows[] = {
+  } kRows[] = {
       {"accepted with the text", true, "btnAccept", "", kText},
       {"accepted with a text of the user's", true, "btnAccept", "More. ",
        std::string("More. ") + kText},
@@ -70,10 +65,7 @@ TEST_F(OffsetReport, GivesTheTextOnlyIfItIsWantedAndAccepted) {
     std::string text;
     const bool accepted = Run(&text, [&](QWidget& form) {
       QTest::keyClicks(&Child(form, "memoInfoText"), row.typed);
-      if (row.insert) {
-        Child<QCheckBox>(form, "chboxInfoInsert").setFocus();
-        Press(form, "chboxInfoInsert", Qt::Key_Space);
-      }
+      if (row.insert) Check(form, "chboxInfoInsert");
       Click(form, row.button);
     });
     EXPECT_EQ(accepted, std::string_view(row.button) == "btnAccept") << row.name;
@@ -82,21 +74,6 @@ TEST_F(OffsetReport, GivesTheTextOnlyIfItIsWantedAndAccepted) {
   std::string text;
   EXPECT_FALSE(Run(&text, [](QWidget& form) { form.close(); })) << "by the window frame";
   EXPECT_EQ(text, "");
-}
-
-TEST_F(OffsetReport, ShowsTheDistributionOfTheErrors) {
-  TformQvRfOffsetApproximationReport report(nullptr);
-  errors_.Resize(3, 2, 1, 1, 0, 0);
-  errors_.Set(1, 1, 1.5);
-  std::string text;
-  ScreenUser user;
-  user.In<TformQvRfOffsetApproximationReport>([](QWidget& form) {
-        Click(form, "btnAccuracyViewRaster");
-        EXPECT_EQ(form.findChild<TformQvRfTableRasterView*>(), nullptr) << "gone when closed";
-        Click(form, "btnAccept");
-      })
-      .In<TformQvRfTableRasterView>([](QWidget& view) { Click(view, "bitbtnOk"); });
-  EXPECT_TRUE(report.Run("0", "m", &text, nullptr, &errors_, "1", "1"));
 }
 
 }  // namespace

@@ -5,13 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QFileDialog>
 #include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
 
-#include "assembly/database_check.h"
 #include "dialogs/heights/offset_report.h"
 #include "dialogs/heights/recalculate_grid.h"
 #include "dialogs/heights/table_raster_view.h"
@@ -37,9 +32,11 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using Strings = std::vector<std::string>;
 
+constexpr const char* kParts[] = {"ExtentsNorth", "ExtentsWest", "ExtentsEast",
+                                  "ExtentsSouth", "StepWE",      "StepNS"};
 constexpr char kFileGrid[] = "55 36 38 54 1 1";
 
-class VerticalEdit : public DialogTest {
+class VerticalEdit : public EditDialogTest {
  protected:
   VerticalEdit() {
     // Names alone, which no check lets pass.
@@ -54,16 +51,11 @@ class VerticalEdit : public DialogTest {
   }
   ~VerticalEdit() override {
     // The new record is the owner's, as after the owner's Save.
-    QvPlatform::TQvDataSet& systems = *Systems().DataSet;
     if (made_ != 0) {
       Systems().LocateKey(plane_);
-      systems.Edit();
-      systems.FieldByName("VERT_SYSTEM_AUTOKEY").SetInteger(made_);
-      systems.Post();
+      SetField(*Systems().DataSet, "VERT_SYSTEM_AUTOKEY", std::to_string(made_));
     }
-    Strings findings;
-    EXPECT_TRUE(CheckDatabase(*database_.data, &findings));
-    EXPECT_THAT(findings, IsEmpty());
+    ExpectSound(database_);
   }
 
   int Insert(const char* name, bool withHeights) {
@@ -106,33 +98,9 @@ class VerticalEdit : public DialogTest {
     if (saved) made_ = Records().GetCurrentKey();
     return saved;
   }
-  // The middle of a wide radio button is no place to click.
-  static void Check(const QWidget& window, const char* objectName) {
-    auto& button = Child<QAbstractButton>(window, objectName);
-    EXPECT_TRUE(button.isEnabled()) << objectName;
-    QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint(8, button.height() / 2));
-    EXPECT_TRUE(button.isChecked()) << objectName;
-  }
-  static void Choose(QWidget& form, const char* button, const char* name) {
-    ScreenUser user;
-    user.In<TformQvRfSelector>([&](QWidget& selector) {
-      EXPECT_FALSE(form.isVisible());
-      Search(selector, name);
-      Click(selector, "bitbtnOk");
-    });
-    Click(form, button);
-  }
-  void ChooseFile(QWidget& form) const {
-    ScreenUser user;
-    user.In<QFileDialog>([&](QFileDialog& dialog) {
-      Child<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(file_));
-      QMetaObject::invokeMethod(&dialog, "accept");
-    });
-    Click(form, "btnDataSourceParamsFileName");
-  }
   void TakeFileSource(QWidget& form) const {
     Check(form, "radiobtnDataSourceFile");
-    ChooseFile(form);
+    NameFile(form, "btnDataSourceParamsFileName", file_);
     Choose(form, "btnDataSourceParamsFilePlaneRefsystem", "Plane");
   }
   void CreateTable(QWidget& form) const {
@@ -142,10 +110,8 @@ class VerticalEdit : public DialogTest {
   }
   static std::string Grid(const QWidget& form) {
     std::string grid;
-    for (const char* part :
-         {"ExtentsNorth", "ExtentsWest", "ExtentsEast", "ExtentsSouth", "StepWE", "StepNS"}) {
-      grid += (grid.empty() ? "" : " ") +
-              refframe_tests::TextOf(form, (std::string("edDataGrid") + part).c_str());
+    for (const char* part : kParts) {
+      grid += (grid.empty() ? "" : " ") + TextOf(form, (std::string("edDataGrid") + part).c_str());
     }
     return grid;
   }
@@ -161,12 +127,11 @@ class VerticalEdit : public DialogTest {
       names += IsEnabled(form, name) ? "x" : "-";
     return names;
   }
-  static std::string TipOf(const QWidget& form, const char* name) {
-    return Child(form, name).toolTip().toStdString();
+  /// Why a control is refused; empty if it is not.
+  static std::string Refusal(const QWidget& form, const char* name) {
+    return IsPainted(form, name, Qt::red) ? TipOf(form, name) : std::string();
   }
-
   static constexpr auto kUnit = QvRefSystem::TObjectType::kLinearUnit;
-  QWidget owner_;
   TformQvRfVerticalRefSystemEdit form_{&owner_, QvRefSystem::DialogChooser()};
   std::string file_;
   int plane_ = 0;
@@ -185,31 +150,22 @@ TEST_F(VerticalEdit, AFileAndItsPlaneMakeATable) {
     EXPECT_TRUE(IsShown(form, "pnlDataSourceParamsFile"));
     EXPECT_FALSE(IsShown(form, "pnlDataSourceParamsVertRefsystem"));
     EXPECT_FALSE(IsEnabled(form, "btnDataSourceView"));
-    ChooseFile(form);
+    NameFile(form, "btnDataSourceParamsFileName", file_);
     EXPECT_EQ(TextOf(form, "edDataSourceParamsFileName"), file_);
     EXPECT_EQ(Grid(form) + Enabled(form), std::string(kFileGrid) + "---");
-    {
-      ScreenUser user;
-      user.In<TformQvRfTableRasterView>([](QWidget& view) { Click(view, "bitbtnOk"); });
-      Click(form, "btnDataSourceView");
-    }
+    Open<TformQvRfTableRasterView>(form, "btnDataSourceView", Ok);
     Choose(form, "btnDataSourceParamsFilePlaneRefsystem", "Plane");
     EXPECT_EQ(TextOf(form, "comboDataSourceParamsFilePlaneRefsystem"), "Plane");
     EXPECT_EQ(Enabled(form), "xxx");
     Click(form, "btnDataCreate");
     EXPECT_EQ(State(form), "Table");
-    {
-      ScreenUser user;
-      user.In<TformQvRfTableRasterView>([](QWidget& view) { Click(view, "bitbtnOk"); });
-      Click(form, "btnDataView");
-    }
-    Click(form, "bitbtnSave");
-    EXPECT_TRUE(IsPainted(form, "edName", Qt::red));
-    EXPECT_THAT(TipOf(form, "edName"), HasSubstr("must not be empty"));
+    Open<TformQvRfTableRasterView>(form, "btnDataView", Ok);
+    Save(form);
+    EXPECT_THAT(Refusal(form, "edName"), HasSubstr("must not be empty"));
     Type(form, "edName", "Lowlands");
-    EXPECT_FALSE(IsPainted(form, "edName", Qt::red));
+    EXPECT_EQ(Refusal(form, "edName"), "");
     Type(form, "edAbbreviation", "LOW");
-    Click(form, "bitbtnSave");
+    Save(form);
   }));
   EXPECT_EQ(Field("NAME") + Field("ABBREVIATION") + Field("VDATA_TYPE"), "LowlandsLOW1");
   EXPECT_THAT(Files(), testing::UnorderedElementsAre("Alps", "Lowlands"));
@@ -224,13 +180,13 @@ TEST_F(VerticalEdit, ShowsItsLastWorkAgainAndACancelLeavesIt) {
     Type(form, "edName", "Lowlands");
     left = form.geometry().translated(31, 17).adjusted(0, 0, 53, 29);
     form.setGeometry(left);
-    Click(form, "bitbtnSave");
+    Save(form);
   }));
   const Strings files = Files();
   EXPECT_FALSE(Run([&](QWidget& form) {
     EXPECT_EQ(form.geometry(), left) << "where and as large as the user left it";
     EXPECT_EQ(TextOf(form, "edName"), "Lowlands");
-    EXPECT_TRUE(Child<QAbstractButton>(form, "radiobtnDataSourceFile").isChecked());
+    EXPECT_TRUE(IsChecked(form, "radiobtnDataSourceFile"));
     EXPECT_EQ(TextOf(form, "edDataSourceParamsFileName"), file_);
     EXPECT_EQ(TextOf(form, "comboDataSourceParamsFilePlaneRefsystem"), "Plane");
     EXPECT_EQ(Grid(form) + State(form) + Enabled(form), std::string(kFileGrid) + "Tablexxx");
@@ -243,7 +199,7 @@ TEST_F(VerticalEdit, ShowsItsLastWorkAgainAndACancelLeavesIt) {
   EXPECT_EQ(Files(), files);
   EXPECT_TRUE(Run([](QWidget& form) {
     EXPECT_EQ(Grid(form) + State(form), std::string(kFileGrid) + "Table");
-    Click(form, "bitbtnSave");
+    Save(form);
   }));
   EXPECT_THAT(Files(), SizeIs(2)) << "no old file is left";
   EXPECT_THAT(database_.ui.messages, IsEmpty()) << "the data are current";
@@ -252,14 +208,12 @@ TEST_F(VerticalEdit, ShowsItsLastWorkAgainAndACancelLeavesIt) {
 TEST_F(VerticalEdit, AnOffsetIsAcceptedOrRejectedInItsReport) {
   const auto approximate = [this](QWidget& form, const char* button, bool insert) {
     Check(form, "radiobtnDataOffset");
-    ScreenUser user;
-    user.In<TformQvRfOffsetApproximationReport>([&](QWidget& report) {
+    Open<TformQvRfOffsetApproximationReport>(form, "btnDataCreate", [&](QWidget& report) {
       EXPECT_THAT(TextOf(report, "memoInfoText"), HasSubstr(file_ + ": RMS error"));
       EXPECT_EQ(TextOf(report, "lblOffsetUnit"), "metre (m)");
       if (insert) Check(report, "chboxInfoInsert");
       Click(report, button);
     });
-    Click(form, "btnDataCreate");
   };
   EXPECT_TRUE(Run([&](QWidget& form) {
     TakeFileSource(form);
@@ -267,13 +221,13 @@ TEST_F(VerticalEdit, AnOffsetIsAcceptedOrRejectedInItsReport) {
     Type(form, "memoDescription", "About");
     approximate(form, "btnReject", true);
     EXPECT_EQ(State(form) + TextOf(form, "memoDescription"), "No dataAbout");
-    Click(form, "bitbtnSave");
+    Save(form);
     EXPECT_THAT(database_.ui.messages, ElementsAre(SystemText(TextId::kNoHeights)));
     approximate(form, "btnAccept", true);
     EXPECT_EQ(State(form), "Offset");
     EXPECT_EQ(TextOf(form, "edDataOffset"), "13.396 metre (m)");
     EXPECT_THAT(TextOf(form, "memoDescription"), testing::StartsWith("About Approximation of"));
-    Click(form, "bitbtnSave");
+    Save(form);
   }));
   EXPECT_EQ(Field("VDATA_TYPE") + " " + Field("VDATA_OFFSET"), "2 13.396");
   EXPECT_THAT(Files(), ElementsAre("Alps"));
@@ -284,19 +238,17 @@ TEST_F(VerticalEdit, ASystemWithHeightsIsASource) {
     constexpr char kName[] = "comboDataSourceParamsVertRefsystem";
     Check(form, "radiobtnDataSourceVertRefsystem");
     Choose(form, "btnDataSourceParamsVertRefsystem", "Plane");
-    EXPECT_TRUE(IsPainted(form, kName, Qt::red));
-    EXPECT_TRUE(IsPainted(form, "memoDataSourceParamsVertRefsystem", Qt::red));
-    EXPECT_THAT(TipOf(form, kName), HasSubstr("no height system"));
+    for (const char* control : {kName, "memoDataSourceParamsVertRefsystem"})
+      EXPECT_THAT(Refusal(form, control), HasSubstr("no height system"));
     Choose(form, "btnDataSourceParamsVertRefsystem", "Highlands");
-    EXPECT_FALSE(IsPainted(form, kName, Qt::red));
-    EXPECT_EQ(TipOf(form, kName), "");
+    EXPECT_EQ(Refusal(form, kName) + TipOf(form, kName), "");
     EXPECT_EQ(TextOf(form, kName) + TextOf(form, "memoDataSourceParamsVertRefsystem"),
               "HighlandsA system");
     EXPECT_EQ(Grid(form), kFileGrid);
     Click(form, "btnDataCreate");
     EXPECT_EQ(State(form), "Table");
     Type(form, "edName", "Alps");
-    Click(form, "bitbtnSave");
+    Save(form);
   }));
   EXPECT_THAT(Files(), testing::UnorderedElementsAre("Alps", "Alps[1]")) << "each has its own";
   EXPECT_FALSE(Run([](QWidget& form) {
@@ -305,9 +257,9 @@ TEST_F(VerticalEdit, ASystemWithHeightsIsASource) {
     Check(form, "radiobtnDataSourceFile");
     Choose(form, "btnDataSourceParamsFilePlaneRefsystem", "Highlands");
     EXPECT_EQ(TextOf(form, "comboDataSourceParamsFilePlaneRefsystem"), "");
-    EXPECT_TRUE(IsPainted(form, "comboDataSourceParamsFilePlaneRefsystem", Qt::red));
-    EXPECT_THAT(TipOf(form, "comboDataSourceParamsFilePlaneRefsystem"), HasSubstr("must not have"));
-    Click(form, "bitbtnClose");
+    EXPECT_THAT(Refusal(form, "comboDataSourceParamsFilePlaneRefsystem"),
+                HasSubstr("must not have"));
+    Close(form);
   }));
 }
 
@@ -319,11 +271,10 @@ TEST_F(VerticalEdit, AnOffsetIsTypedWithItsUnit) {
     EXPECT_FALSE(IsEnabled(form, "grboxDataGrid"));
     Type(form, kValue, "1,5");
     QTest::keyClick(&Child(form, kValue), Qt::Key_Tab);
-    EXPECT_TRUE(IsPainted(form, kValue, Qt::red));
-    EXPECT_THAT(TipOf(form, kValue), HasSubstr("not a number"));
+    EXPECT_THAT(Refusal(form, kValue), HasSubstr("not a number"));
     EXPECT_EQ(Enabled(form), "---");
     Type(form, kValue, "-2.50");
-    EXPECT_FALSE(IsPainted(form, kValue, Qt::red));
+    EXPECT_EQ(Refusal(form, kValue), "");
     QTest::keyClick(&Child(form, kValue), Qt::Key_Tab);
     Choose(form, "btnDataSourceParamsVertOffsetUnits", "metre");
     EXPECT_EQ(TextOf(form, "comboDataSourceParamsVertOffsetUnits") +
@@ -333,13 +284,13 @@ TEST_F(VerticalEdit, AnOffsetIsTypedWithItsUnit) {
     Click(form, "btnDataCreate");
     EXPECT_EQ(State(form) + TextOf(form, "edDataOffset"), "Offset-2.50 metre (m)");
     Type(form, "edName", "Harbour");
-    Click(form, "bitbtnSave");
+    Save(form);
   }));
   EXPECT_EQ(Field("VDATA_OFFSET") + Field("VDATA_EXTENTS_NORTH"), "-2.50");
   EXPECT_FALSE(Run([&](QWidget& form) {
-    EXPECT_TRUE(Child<QAbstractButton>(form, "radiobtnDataSourceOffset").isChecked());
+    EXPECT_TRUE(IsChecked(form, "radiobtnDataSourceOffset"));
     EXPECT_EQ(TextOf(form, kValue) + State(form), "-2.50Offset");
-    Click(form, "bitbtnClose");
+    Close(form);
   }));
 }
 
@@ -349,9 +300,9 @@ TEST_F(VerticalEdit, StaleDataAreStoredOnlyIfTheUserInsists) {
     CreateTable(form);
     Type(form, "edName", "Lowlands");
     Type(form, "edDataGridStepWE", "5");
-    Click(form, "bitbtnSave");
+    Save(form);
     EXPECT_TRUE(form.isVisible());
-    Click(form, "bitbtnSave");
+    Save(form);
   }));
   EXPECT_THAT(database_.ui.messages, ElementsAre(SystemText(TextId::kHeightsNotCurrent),
                                                  SystemText(TextId::kHeightsNotCurrent)));
@@ -368,28 +319,20 @@ TEST_F(VerticalEdit, AGridIsTypedOrComputed) {
     EXPECT_THAT(TipOf(form, "pnlDataType"), HasSubstr("Cell size"));
     for (const char* button : {"btnClose", "btnApply"}) {
       const std::string before = Grid(form);
-      ScreenUser user;
-      user.In<TformQvRfRecalculateGridParams>([&](QWidget& grid) {
+      Open<TformQvRfRecalculateGridParams>(form, "Button1", [&](QWidget& grid) {
         EXPECT_EQ(TextOf(grid, "edDstRefSystemName"), "Plane");
-        for (const auto& [part, text] :
-             std::initializer_list<std::pair<const char*, const char*>>{{"ExtentsNorth", "54.5"},
-                                                                        {"ExtentsSouth", "54"},
-                                                                        {"ExtentsWest", "36"},
-                                                                        {"ExtentsEast", "37"},
-                                                                        {"StepWE", "0.5"},
-                                                                        {"StepNS", "0.25"}}) {
-          Type(grid, (std::string("edSrcDataGrid") + part).c_str(), text);
-        }
+        const char* texts[] = {"54.5", "36", "37", "54", "0.5", "0.25"};
+        for (std::size_t n = 0; n < std::size(texts); ++n)
+          Type(grid, (std::string("edSrcDataGrid") + kParts[n]).c_str(), texts[n]);
         Choose(grid, "btnSrcRefSystemSelect", "Plane");
         Click(grid, button);
       });
-      Click(form, "Button1");
       EXPECT_EQ(Grid(form),
                 std::string_view(button) == "btnApply" ? "54.5 36 37 54 0.5 0.25" : before);
     }
     Click(form, "btnDataCreate");
     EXPECT_EQ(State(form), "Table");
-    Click(form, "bitbtnClose");
+    Close(form);
   }));
   EXPECT_THAT(Files(), ElementsAre("Alps")) << "nothing was saved";
 }
@@ -405,12 +348,12 @@ TEST_F(VerticalEdit, AFileThatIsNoneIsToldWithItsNameAndWhatIsWrong) {
       // Storage takes an empty text as well.
       WriteFile(text);
       database_.ui.messages.clear();
-      ChooseFile(form);
+      NameFile(form, "btnDataSourceParamsFileName", file_);
       EXPECT_THAT(database_.ui.messages,
                   ElementsAre(testing::AllOf(HasSubstr(file_), HasSubstr(why))));
       EXPECT_EQ(Enabled(form), "---") << why;
     }
-    Click(form, "bitbtnClose");
+    Close(form);
   }));
 }
 

@@ -1,18 +1,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <array>
 #include <csignal>
 #include <functional>
 #include <memory>
-#include <optional>
+#include <utility>
 
 #include "platform/dbset/write_group.h"
 #include "platform/storage/resource_session.h"
 #include "tests/platform/dbset/table_fixture.h"
-#include "tests/platform/storage/test_folder.h"
 
 namespace {
 
@@ -21,122 +18,107 @@ using namespace platform_tests;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-enum class Form { kFiles, kContainer };
+/// Takes the steps in a group of their own, which is committed or left.
+void InGroup(const std::vector<TQvDataSet*>& sets, bool commit,
+             const std::function<void()>& steps) {
+  TQvWriteGroup group(sets);
+  steps();
+  if (commit) group.Commit();
+}
+constexpr bool kCommitted = true;
+constexpr bool kLeft = false;
 
-class Groups : public testing::TestWithParam<Form> {
+/// The tables of one folder or container.
+class Groups : public testing::TestWithParam<QvDataBufferType> {
  protected:
   Groups() {
     for (const char* name : {"a", "b", "c"})
-      MakeTable(Name(name), Type());
-  }
-  QvDataBufferType Type() const {
-    return GetParam() == Form::kFiles ? QvDataBufferType::dtFileStream
-                                      : QvDataBufferType::kResource;
+      MakeTable(Name(name), GetParam());
   }
   std::string Name(const std::string& table) const {
-    return folder_.Path(GetParam() == Form::kFiles ? table + ".dat" : "refs.qvdb." + table);
+    const bool contained = GetParam() == QvDataBufferType::kResource;
+    return folder_.Path(contained ? "refs.qvdb." + table : table + ".dat");
   }
-  Table Open(const std::string& table) const { return Table(Name(table), Type()); }
+  Table Open(const std::string& table) const { return Table(Name(table), GetParam()); }
   std::vector<std::string> Stored(const std::string& table) const { return Open(table).Names(); }
 
-  /// Runs the steps in a process of their own, which ends at once behind them.
-  static void RunAndDie(const std::function<void()>& steps) {
-    const pid_t child = fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-      steps();
-      _exit(0);
-    }
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-  }
-
-  TestFolder folder_;
+ private:
+  const TestFolder folder_;
 };
 
-INSTANTIATE_TEST_SUITE_P(Forms, Groups, testing::Values(Form::kFiles, Form::kContainer),
-                         [](const auto& row) {
-                           return std::string(row.param == Form::kFiles ? "Files" : "Container");
-                         });
+/// Two of them are open.
+class OpenGroups : public Groups {
+ protected:
+  Table a_ = Open("a");
+  Table b_ = Open("b");
+};
 
-TEST_P(Groups, StoreAllOfTheirChanges) {
-  Table a = Open("a");
-  Table b = Open("b");
-  a.Add("old", 1);
-  {
-    TQvWriteGroup group({&a.set, &b.set, &a.set});
-    EXPECT_EQ(a.Add("x", 1), 2) << "keys are final inside of the group";
-    EXPECT_EQ(b.Add("y", 1), 1);
-    a.GoTo(1);
-    a.set.Delete();
-    group.Commit();
-  }
+std::string FormName(const testing::TestParamInfo<QvDataBufferType>& row) {
+  return row.param == QvDataBufferType::kResource ? "Container" : "Files";
+}
+const auto kForms = testing::Values(QvDataBufferType::dtFileStream, QvDataBufferType::kResource);
+INSTANTIATE_TEST_SUITE_P(Forms, Groups, kForms, FormName);
+INSTANTIATE_TEST_SUITE_P(Forms, OpenGroups, kForms, FormName);
+
+TEST_P(OpenGroups, StoreAllOfTheirChanges) {
+  a_.Add("old", 1);
+  InGroup({&a_.set, &b_.set, &a_.set}, kCommitted, [this] {
+    EXPECT_EQ(a_.Add("x", 1), 2) << "keys are final inside of the group";
+    EXPECT_EQ(b_.Add("y", 1), 1);
+    a_.GoTo(1);
+    a_.set.Delete();
+    Table c = Open("c");
+    EXPECT_THROW(TQvWriteGroup({&a_.set, &c.set}), std::logic_error) << "takes no further ones in";
+  });
   EXPECT_THAT(Stored("a"), ElementsAre("x"));
   EXPECT_THAT(Stored("b"), ElementsAre("y"));
-  a.Reopen();
-  EXPECT_THAT(a.Names(), ElementsAre("x"));
+  a_.Reopen();
+  EXPECT_THAT(a_.Names(), ElementsAre("x"));
 }
 
-TEST_P(Groups, UndoAllOfTheirChangesWhenTheyAreLeft) {
-  Table a = Open("a");
-  Table b = Open("b");
-  a.Add("old", 1);
-  b.Add("other", 1);
-  const int kept = a.Add("kept", 1);
-  {
-    TQvWriteGroup group({&a.set, &b.set});
-    a.Rename(1, "changed");
-    a.Add("x", 1);
-    b.set.Delete();
-    a.GoTo(kept);
-    EXPECT_EQ(a.set.RecordCount(), 3);
-  }
-  EXPECT_EQ(a.set.Fields(kKey).AsInteger(), kept) << "the cursor stays on its record";
-  EXPECT_THAT(a.Names(), ElementsAre("kept", "old"));
-  EXPECT_THAT(b.Names(), ElementsAre("other"));
+TEST_P(OpenGroups, UndoAllOfTheirChangesWhenTheyAreLeft) {
+  a_.Add("old", 1);
+  b_.Add("other", 1);
+  const int kept = a_.Add("kept", 1);
+  InGroup({&a_.set, &b_.set}, kLeft, [this, kept] {
+    a_.Rename(1, "changed");
+    a_.Add("x", 1);
+    b_.set.Delete();
+    a_.GoTo(kept);
+    EXPECT_EQ(a_.set.RecordCount(), 3);
+  });
+  EXPECT_EQ(a_.set.Fields(kKey).AsInteger(), kept) << "the cursor stays on its record";
+  EXPECT_THAT(a_.Names(), ElementsAre("kept", "old"));
+  EXPECT_THAT(b_.Names(), ElementsAre("other"));
   EXPECT_THAT(Stored("a"), ElementsAre("kept", "old"));
   EXPECT_THAT(Stored("b"), ElementsAre("other"));
-  EXPECT_EQ(a.Add("next", 1), 3) << "a key that was undone was never given";
-  a.Reopen();
-  EXPECT_EQ(a.set.RecordCount(), 3);
+  EXPECT_EQ(a_.Add("next", 1), 3) << "a key that was undone was never given";
+  a_.Reopen();
+  EXPECT_EQ(a_.set.RecordCount(), 3);
 }
 
-TEST_P(Groups, InsideOthersEndWithTheOuterOne) {
-  Table a = Open("a");
-  Table b = Open("b");
-  {
-    TQvWriteGroup outer({&a.set, &b.set});
-    {
-      TQvWriteGroup inner({&a.set});
-      a.Add("inner", 1);
-      inner.Commit();
-    }
-    b.Add("outer", 1);
-  }
+TEST_P(OpenGroups, InsideOthersEndWithTheOuterOne) {
+  InGroup({&a_.set, &b_.set}, kLeft, [this] {
+    InGroup({&a_.set}, kCommitted, [this] { a_.Add("inner", 1); });
+    b_.Add("outer", 1);
+  });
   EXPECT_THAT(Stored("a"), IsEmpty());
-  EXPECT_THAT(a.Names(), IsEmpty());
-  TQvWriteGroup outer({&a.set, &b.set});
-  a.Add("first", 1);
-  {
-    TQvWriteGroup inner({&a.set, &b.set});
-    a.Add("undone", 1);
-    b.Add("undone", 1);
-  }
-  EXPECT_THAT(a.Names(), ElementsAre("first")) << "the inner group alone is undone";
-  EXPECT_THAT(b.Names(), IsEmpty());
-  {
-    TQvWriteGroup inner({&b.set});
-    b.Add("second", 1);
-    inner.Commit();
-  }
-  outer.Commit();
+  EXPECT_THAT(a_.Names(), IsEmpty());
+  InGroup({&a_.set, &b_.set}, kCommitted, [this] {
+    a_.Add("first", 1);
+    InGroup({&a_.set, &b_.set}, kLeft, [this] {
+      a_.Add("undone", 1);
+      b_.Add("undone", 1);
+    });
+    EXPECT_THAT(a_.Names(), ElementsAre("first")) << "the inner group alone is undone";
+    EXPECT_THAT(b_.Names(), IsEmpty());
+    InGroup({&b_.set}, kCommitted, [this] { b_.Add("second", 1); });
+  });
   EXPECT_THAT(Stored("a"), ElementsAre("first"));
   EXPECT_THAT(Stored("b"), ElementsAre("second"));
 }
 
-TEST_P(Groups, TellWhatLiesBesideTheTablesHowTheyEnd) {
-  Table a = Open("a");
+TEST_P(OpenGroups, TellWhatLiesBesideTheTablesHowTheyEnd) {
   std::vector<std::string> told;
   const auto follow = [&told](TQvWriteGroup& group, const std::string& name) {
     group.AtEnd([&told, name] { told.push_back(name + " done"); },
@@ -145,190 +127,124 @@ TEST_P(Groups, TellWhatLiesBesideTheTablesHowTheyEnd) {
                   throw std::runtime_error("is dropped");
                 });
   };
-  {
-    TQvWriteGroup outer({&a.set});
-    follow(outer, "first");
+  for (const bool commit : {true, false}) {
     {
-      TQvWriteGroup kept({&a.set});
-      follow(kept, "kept");
-      kept.Commit();
-    }
-    {
-      TQvWriteGroup left({&a.set});
-      follow(left, "left");
+      TQvWriteGroup outer({&a_.set});
+      follow(outer, "first");
+      outer.AtEnd({}, {});
       {
-        TQvWriteGroup innermost({&a.set});
+        TQvWriteGroup kept({&a_.set});
+        follow(kept, "kept");
+        kept.Commit();
+      }
+      {
+        TQvWriteGroup left({&a_.set});
+        follow(left, "left");
+        TQvWriteGroup innermost({&a_.set});
         follow(innermost, "innermost");
         innermost.Commit();
       }
+      EXPECT_THAT(std::exchange(told, {}), ElementsAre("innermost undone", "left undone"));
+      a_.Add("x", 1);
+      if (commit) outer.Commit();
     }
-    EXPECT_THAT(told, ElementsAre("innermost undone", "left undone"));
-    told.clear();
-    a.Add("x", 1);
-    outer.Commit();
+    EXPECT_THAT(std::exchange(told, {}), commit ? ElementsAre("first done", "kept done")
+                                                : ElementsAre("kept undone", "first undone"));
   }
-  EXPECT_THAT(told, ElementsAre("first done", "kept done"));
-  told.clear();
-  {
-    TQvWriteGroup outer({&a.set});
-    follow(outer, "first");
-    follow(outer, "second");
-    outer.AtEnd({}, {});
-    a.Add("y", 1);
-  }
-  EXPECT_THAT(told, ElementsAre("second undone", "first undone"));
   EXPECT_THAT(Stored("a"), ElementsAre("x"));
 }
 
-TEST_P(Groups, TakeNoFurtherDataSetsInside) {
-  Table a = Open("a");
-  Table b = Open("b");
-  TQvWriteGroup outer({&a.set});
-  a.Add("x", 1);
-  EXPECT_THROW(TQvWriteGroup({&a.set, &b.set}), std::logic_error);
-  outer.Commit();
-  EXPECT_THAT(Stored("a"), ElementsAre("x"));
-}
-
-TEST_P(Groups, CanBeRepeatedOverChangingSetsAndReopenings) {
-  Table a = Open("a");
-  Table b = Open("b");
-  Table c = Open("c");
-  for (int i = 0; i < 6; ++i) {
-    std::vector<TQvDataSet*> sets = {&a.set, &b.set};
-    if (i % 2 == 0) sets.push_back(&c.set);
-    TQvWriteGroup group(sets);
-    a.Add("a" + std::to_string(i), i);
-    b.Add("b" + std::to_string(i), i);
-    if (i % 2 == 0) c.Add("c" + std::to_string(i), i);
-    group.Commit();
-    if (i == 3) b.Reopen();
-  }
-  EXPECT_EQ(Stored("a").size(), 6U);
-  EXPECT_EQ(Stored("b").size(), 6U);
-  EXPECT_EQ(Stored("c").size(), 3U);
-}
-
-TEST_P(Groups, LetATableBeReopenedInside) {
-  Table a = Open("a");
-  Table b = Open("b");
-  {
-    TQvWriteGroup group({&a.set, &b.set});
-    a.Add("x", 1);
-    a.Reopen();
-    EXPECT_THAT(a.Names(), ElementsAre("x"));
-    a.Add("y", 1);
-    b.Add("z", 1);
-    b.set.Close();
-    group.Commit();
-  }
+TEST_P(OpenGroups, LetATableBeReopenedInside) {
+  InGroup({&a_.set, &b_.set}, kCommitted, [this] {
+    a_.Add("x", 1);
+    a_.Reopen();
+    EXPECT_THAT(a_.Names(), ElementsAre("x"));
+    a_.Add("y", 1);
+    b_.Add("z", 1);
+    b_.set.Close();
+  });
   EXPECT_THAT(Stored("a"), ElementsAre("x", "y"));
-  b.set.Open();
-  EXPECT_THAT(b.Names(), ElementsAre("z"));
-  {
-    TQvWriteGroup group({&a.set, &b.set});
-    b.Add("undone", 1);
-    b.set.Close();
-  }
-  b.set.Open();
-  EXPECT_THAT(b.Names(), ElementsAre("z"));
+  b_.set.Open();
+  EXPECT_THAT(b_.Names(), ElementsAre("z"));
+  InGroup({&a_.set, &b_.set}, kLeft, [this] {
+    b_.Add("undone", 1);
+    b_.set.Close();
+  });
+  b_.set.Open();
+  EXPECT_THAT(b_.Names(), ElementsAre("z"));
 }
 
-TEST_P(Groups, SurviveTheEndOfOneOfTheirDataSets) {
-  auto a = std::make_unique<Table>(Name("a"), Type());
-  Table b = Open("b");
-  {
-    TQvWriteGroup group({&a->set, &b.set});
-    a->Add("x", 1);
-    b.Add("y", 1);
-    a.reset();
-    group.Commit();
-  }
-  EXPECT_THAT(Stored("a"), ElementsAre("x"));
+TEST_P(OpenGroups, SurviveTheEndOfOneOfTheirDataSets) {
+  auto c = std::make_unique<Table>(Name("c"), GetParam());
+  InGroup({&c->set, &b_.set}, kCommitted, [this, &c] {
+    c->Add("x", 1);
+    b_.Add("y", 1);
+    c.reset();
+  });
+  EXPECT_THAT(Stored("c"), ElementsAre("x"));
   EXPECT_THAT(Stored("b"), ElementsAre("y"));
 }
 
-TEST_P(Groups, KeepARefusedChangePendingAndTheOthersDone) {
-  Table a = Open("a");
-  TQvWriteGroup group({&a.set});
-  a.Add("x", 1);
-  a.Add("y", 1);
-  a.set.Edit();
-  a.set.Fields(kKey).SetInteger(1);
-  EXPECT_THROW(a.set.Post(), DataSetError);
-  EXPECT_EQ(a.set.State(), DataSetState::kEdit);
-  a.set.Fields(kKey).SetInteger(8);
-  a.set.Post();
-  group.Commit();
+TEST_P(OpenGroups, KeepARefusedChangePendingAndTheOthersDone) {
+  InGroup({&a_.set}, kCommitted, [this] {
+    a_.Add("x", 1);
+    a_.Add("y", 1);
+    EXPECT_THROW(a_.Change(kKey, 1), DataSetError);
+    EXPECT_EQ(a_.set.State(), DataSetState::kEdit);
+    a_.Change(kKey, 8);
+  });
   EXPECT_EQ(Open("a").Key("y"), 8);
 }
 
 TEST_P(Groups, LeaveNothingOfThemselvesWhenTheirProcessDies) {
-  const auto steps = [this](bool commit) {
-    // Left to the system as they are, like after a kill.
-    auto* a = new Table(Name("a"), Type());
-    auto* b = new Table(Name("b"), Type());
-    auto* group = new TQvWriteGroup({&a->set, &b->set});
-    // More than the page cache holds, so that part of it has reached the files.
-    const std::string note(9000, 'n');
-    for (int i = 0; i < 400; ++i) {
-      a->Add(note, 1);
-      b->Add(note, 1);
-    }
-    if (commit) group->Commit();
-  };
-  Table before = Open("a");
-  before.Add("old", 1);
-  before.set.Close();
-  RunAndDie([&steps] { steps(false); });
-  EXPECT_THAT(Stored("a"), ElementsAre("old"));
-  EXPECT_THAT(Stored("b"), IsEmpty());
-  RunAndDie([&steps] { steps(true); });
-  EXPECT_EQ(Stored("a").size(), 401U);
-  EXPECT_EQ(Stored("b").size(), 400U);
-}
-
-TEST(GroupsOfContainers, ShareTheirStoreWithStreams) {
-  const TestFolder folder;
-  MakeTable(folder.Path("refs.qvdb.a"), QvDataBufferType::kResource);
-  Table a(folder.Path("refs.qvdb.a"), QvDataBufferType::kResource);
-  const std::string blob = folder.Path("refs.qvdb.Heights.Alps");
-  {
-    TQvWriteGroup group({&a.set});
-    a.Add("x", 1);
-    Save<TQvResourceSession>(blob, "heights");
-    EXPECT_EQ(Load<TQvResourceSession>(blob), "heights");
+  Open("a").Add("old", 1);
+  for (const bool commit : {false, true}) {
+    const int exit = ExitOfChild([this, commit] {
+      // Left to the system as they are, like after a kill.
+      auto* a = new Table(Name("a"), GetParam());
+      auto* b = new Table(Name("b"), GetParam());
+      auto* group = new TQvWriteGroup({&a->set, &b->set});
+      // More than the page cache holds, so that part of it has reached the files.
+      const std::string note(9000, 'n');
+      for (int i = 0; i < 400; ++i) {
+        a->Add(note, 1);
+        b->Add(note, 1);
+      }
+      if (commit) group->Commit();
+      return 0;
+    });
+    ASSERT_EQ(exit, 0);
+    EXPECT_EQ(Stored("a").size(), commit ? 401U : 1U);
+    EXPECT_EQ(Stored("b").size(), commit ? 400U : 0U);
   }
-  EXPECT_FALSE(TQvResourceSession::Exists(blob)) << "undone with the group";
-  TQvWriteGroup group({&a.set});
-  a.Add("x", 1);
-  Save<TQvResourceSession>(blob, "heights");
-  group.Commit();
-  EXPECT_EQ(Load<TQvResourceSession>(blob), "heights");
 }
 
-TEST(GroupsOfContainers, UndoWhatAnotherDataSetWroteMeanwhile) {
+TEST(GroupsOfContainers, TakeStreamsAndOtherDataSetsWithThem) {
   const TestFolder folder;
-  for (const char* name : {"refs.qvdb.a", "refs.qvdb.b"}) {
+  for (const char* name : {"refs.qvdb.a", "refs.qvdb.b"})
     MakeTable(folder.Path(name), QvDataBufferType::kResource);
-  }
   Table a(folder.Path("refs.qvdb.a"), QvDataBufferType::kResource);
   Table b(folder.Path("refs.qvdb.b"), QvDataBufferType::kResource);
-  {
-    TQvWriteGroup group({&a.set});
-    a.Add("x", 1);
-    b.Add("y", 1);
+  const std::string blob = folder.Path("refs.qvdb.Heights.Alps");
+  for (const bool commit : {false, true}) {
+    InGroup({&a.set}, commit, [&] {
+      a.Add("x", 1);
+      b.Add("y", 1);
+      Save<TQvResourceSession>(blob, "heights");
+      EXPECT_EQ(Load<TQvResourceSession>(blob), "heights");
+    });
+    EXPECT_EQ(TQvResourceSession::Exists(blob), commit);
+    EXPECT_EQ(b.set.RecordCount(), commit ? 1 : 0) << "what it shows is what is stored";
+    b.Reopen();
+    EXPECT_EQ(b.set.RecordCount(), commit ? 1 : 0);
   }
-  EXPECT_THAT(b.Names(), IsEmpty()) << "what it shows is what is stored";
-  b.Reopen();
-  EXPECT_THAT(b.Names(), IsEmpty());
 }
 
 TEST(GroupsOfFiles, DoNotDieHalfWrittenAtAnyMoment) {
   // The last steps of a commit over two files run in the child while the parent kills it.
   const TestFolder folder;
-  MakeTable(folder.Path("a.dat"));
-  MakeTable(folder.Path("b.dat"));
+  for (const char* name : {"a.dat", "b.dat"})
+    MakeTable(folder.Path(name));
   for (int round = 0; round < 12; ++round) {
     std::array<int, 2> commits{};
     ASSERT_EQ(pipe(commits.data()), 0);
@@ -338,10 +254,10 @@ TEST(GroupsOfFiles, DoNotDieHalfWrittenAtAnyMoment) {
       Table a(folder.Path("a.dat"));
       Table b(folder.Path("b.dat"));
       for (;;) {
-        TQvWriteGroup group({&a.set, &b.set});
-        a.Add("n", 1);
-        b.Add("n", 1);
-        group.Commit();
+        InGroup({&a.set, &b.set}, kCommitted, [&a, &b] {
+          a.Add("n", 1);
+          b.Add("n", 1);
+        });
         static_cast<void>(!write(commits[1], "x", 1));
       }
     }
@@ -361,33 +277,27 @@ TEST(GroupsOfFiles, DoNotDieHalfWrittenAtAnyMoment) {
 }
 
 TEST(GroupsOfFiles, HaveALimit) {
-  const TestFolder folder;
-  std::vector<std::unique_ptr<Table>> tables;
+  std::vector<std::unique_ptr<FileTable>> tables;
   std::vector<TQvDataSet*> sets;
   for (int i = 0; i < 12; ++i) {
-    const std::string name = folder.Path("t" + std::to_string(i) + ".dat");
-    MakeTable(name);
-    tables.push_back(std::make_unique<Table>(name));
+    tables.push_back(std::make_unique<FileTable>());
     sets.push_back(&tables.back()->set);
   }
   EXPECT_THROW(TQvWriteGroup{sets}, std::logic_error);
   sets.pop_back();
   TQvWriteGroup group(sets);
-  for (const auto& table : tables) {
-    if (table != tables.back()) table->Add("x", 1);
-  }
+  for (std::size_t i = 0; i < sets.size(); ++i)
+    tables[i]->Add("x", 1);
   group.Commit();
-  EXPECT_EQ(Table(folder.Path("t10.dat")).set.RecordCount(), 1);
+  EXPECT_EQ(Table(tables[10]->buffer.StreamName).set.RecordCount(), 1);
 }
 
 TEST(GroupsOfFiles, DoNotMixWithContainers) {
-  const TestFolder folder;
-  MakeTable(folder.Path("a.dat"));
-  MakeTable(folder.Path("c.qvdb.a"), QvDataBufferType::kResource);
-  MakeTable(folder.Path("d.qvdb.a"), QvDataBufferType::kResource);
-  Table file(folder.Path("a.dat"));
-  Table c(folder.Path("c.qvdb.a"), QvDataBufferType::kResource);
-  Table d(folder.Path("d.qvdb.a"), QvDataBufferType::kResource);
+  FileTable file;
+  for (const char* name : {"c.qvdb.a", "d.qvdb.a"})
+    MakeTable(file.Path(name), QvDataBufferType::kResource);
+  Table c(file.Path("c.qvdb.a"), QvDataBufferType::kResource);
+  Table d(file.Path("d.qvdb.a"), QvDataBufferType::kResource);
   EXPECT_THROW(TQvWriteGroup({&file.set, &c.set}), std::logic_error);
   EXPECT_THROW(TQvWriteGroup({&d.set, &c.set}), std::logic_error);
   TQvWriteGroup nothing({nullptr});
@@ -395,28 +305,28 @@ TEST(GroupsOfFiles, DoNotMixWithContainers) {
 }
 
 TEST(GroupsOfFiles, LetGoOfAFileThatIsClosed) {
-  const TestFolder folder;
-  for (const char* name : {"a.dat", "b.dat", "c.dat"})
-    MakeTable(folder.Path(name));
-  Table a(folder.Path("a.dat"));
-  Table b(folder.Path("b.dat"));
-  Table c(folder.Path("c.dat"));
+  FileTable a;
+  FileTable b;
+  FileTable c;
   // The third one stays open, and was once in a group with the others.
   const std::vector<std::vector<TQvDataSet*>> groups = {{&a.set, &b.set, &c.set}, {&a.set, &b.set}};
-  for (const auto& sets : groups) {
-    TQvWriteGroup group(sets);
-    a.Add("x", 1);
-    group.Commit();
-  }
+  for (const auto& sets : groups)
+    InGroup(sets, kCommitted, [&a] { a.Add("x", 1); });
   a.set.Close();
   a.buffer.Close();
   for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
     std::error_code error;
-    EXPECT_NE(std::filesystem::read_symlink(entry.path(), error), folder.Path("a.dat"));
+    EXPECT_NE(std::filesystem::read_symlink(entry.path(), error), a.buffer.StreamName);
   }
-  TQvWriteGroup group({&b.set});
-  b.Add("y", 1);
-  group.Commit();
+  for (const bool both : {false, true}) {
+    if (both) a.set.Open();
+    InGroup({&a.set, &b.set}, kCommitted, [&] {
+      b.Add("y", 1);
+      if (both) a.Add("z", 1);
+    });
+  }
+  EXPECT_EQ(Table(a.buffer.StreamName).set.RecordCount(), 3);
+  EXPECT_EQ(Table(b.buffer.StreamName).set.RecordCount(), 2);
 }
 
 }  // namespace

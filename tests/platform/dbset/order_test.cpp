@@ -2,13 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <functional>
 #include <optional>
 #include <random>
 
 #include "platform/dbset/write_group.h"
-#include "platform/text/text.h"
+#include "platform/text/locale.h"
 #include "tests/platform/dbset/table_fixture.h"
-#include "tests/platform/storage/test_folder.h"
 
 namespace {
 
@@ -22,6 +23,7 @@ struct Record {
   int code = 0;
   std::string name;
   std::string note;
+  bool operator==(const Record&) const = default;
 };
 
 struct Setup {
@@ -31,157 +33,140 @@ struct Setup {
   std::optional<int> filterCode;
 };
 
-void PrintTo(const Setup& setup, std::ostream* out) {
-  *out << setup.title;
+void Rearrange(Table* table, const Setup& setup) {
+  table->set.Close();
+  table->buffer.SetSortField(setup.sortField, setup.descending, true);
+  table->buffer.ClearFilter(true);
+  if (setup.filterCode) {
+    table->buffer.SetFilter(kCode, *setup.filterCode, TQvDbIntFilter::kEqual, true);
+  }
+  table->set.Open();
 }
 
 /// Random changes to a table, and the same to a list that is sorted and walked in the plainest way.
 class TableLikeList : public testing::TestWithParam<Setup> {
  protected:
-  static std::string RandomName(std::mt19937& random) {
-    static const std::vector<std::string> kNames = {
-        "",    "a",    "A",    " a ",  "Ärger", "arge", "zoo", "ZOO",    "Zoo ",   "10 m",
-        "9 m", "élan", "Élan", "elan", "_x",    "-x",   "x",   "ßtraße", "STRASSE"};
-    return kNames[random() % kNames.size()];
+  unsigned Below(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
+  std::string RandomName() {
+    static constexpr std::array kNames = {"",    "a",    "A",    " a ",    "Ärger",  "arge", "zoo",
+                                          "ZOO", "Zoo ", "10 m", "9 m",    "élan",   "Élan", "elan",
+                                          "_x",  "-x",   "x",    "ßtraße", "STRASSE"};
+    return kNames[Below(kNames.size())];
   }
 
   bool Shows(const Record& record) const {
     return !GetParam().filterCode || record.code == *GetParam().filterCode;
   }
-  bool Before(const Record& a, const Record& b) const {
-    int order = 0;
-    if (GetParam().sortField == kName) order = CollationKey(a.name).compare(CollationKey(b.name));
-    if (GetParam().sortField == kCode) order = a.code - b.code;
-    if (GetParam().sortField == kKey) order = a.key - b.key;
-    if (order != 0) return (order < 0) != GetParam().descending;
-    return a.key < b.key;
-  }
   std::vector<Record> Sorted() const {
     std::vector<Record> shown;
     std::ranges::copy_if(records_, std::back_inserter(shown),
                          [this](const Record& record) { return Shows(record); });
-    std::ranges::sort(shown, [this](const Record& a, const Record& b) { return Before(a, b); });
+    std::ranges::sort(shown, [](const Record& a, const Record& b) {
+      int order = 0;
+      if (GetParam().sortField == kName) order = CollationKey(a.name).compare(CollationKey(b.name));
+      if (GetParam().sortField == kCode) order = a.code - b.code;
+      if (GetParam().sortField == kKey) order = a.key - b.key;
+      return order != 0 ? (order < 0) != GetParam().descending : a.key < b.key;
+    });
     return shown;
   }
 
-  void Change(Table& table, std::mt19937& random) {
+  void ChangeAnything() {
     const std::vector<Record> shown = Sorted();
-    const auto choice = random() % 10;
+    const unsigned choice = Below(10);
     if (shown.empty() || choice < 5) {
-      Append(table, random);
-    } else if (choice < 8) {
-      Alter(table, random, shown[random() % shown.size()].key);
+      const Record record{++lastKey_, static_cast<int>(Below(4)), RandomName(), ""};
+      const int key = table_.Add(record.name, record.code);
+      EXPECT_TRUE(key == record.key || !Shows(record));
+      records_.push_back(record);
+      return;
+    }
+    const auto record = std::ranges::find(
+        records_, shown[Below(static_cast<unsigned>(shown.size()))].key, &Record::key);
+    table_.GoTo(record->key);
+    if (choice < 8) {
+      Alter(&*record);
     } else {
-      const int key = shown[random() % shown.size()].key;
-      table.GoTo(key);
-      table.set.Delete();
-      std::erase_if(records_, [key](const Record& record) { return record.key == key; });
+      const int place = table_.set.Position();
+      table_.set.Delete();
+      EXPECT_EQ(table_.set.Position(), std::min(place, table_.set.RecordCount() - 1));
+      records_.erase(record);
     }
   }
-  void Append(Table& table, std::mt19937& random) {
-    Record record{++lastKey_, static_cast<int>(random() % 4), RandomName(random), ""};
-    table.Add(record.name, record.code);
-    records_.push_back(record);
-  }
-  void Alter(Table& table, std::mt19937& random, int key) {
-    Record& record = *std::ranges::find(records_, key, &Record::key);
-    table.GoTo(key);
-    table.set.Edit();
-    if (random() % 2 == 0) {
-      record.name = RandomName(random);
-      table.set.Fields(kName).SetString(record.name);
-    } else if (random() % 2 == 0) {
-      record.code = static_cast<int>(random() % 4);
-      table.set.Fields(kCode).SetInteger(record.code);
-    } else {
-      record.note = RandomName(random);
-      table.set.Fields(kNote).SetString(record.note);
-    }
-    table.set.Post();
-    if (Shows(record)) {
-      EXPECT_EQ(table.set.Fields(kKey).AsInteger(), key);
-    }
+  void Alter(Record* record) {
+    const unsigned choice = Below(4);
+    if (choice == 0) table_.Change(kCode, record->code = static_cast<int>(Below(4)));
+    if (choice == 1) table_.Change(kNote, record->note = RandomName());
+    if (choice > 1) table_.Change(kName, record->name = RandomName());
+    EXPECT_TRUE(table_.set.Fields(kKey).AsInteger() == record->key || !Shows(*record));
   }
 
-  void ExpectSame(const Table& table) const {
+  void ExpectSame() const {
     const std::vector<Record> expected = Sorted();
-    ASSERT_EQ(table.set.RecordCount(), static_cast<int>(expected.size()));
-    for (int i = 0; i < table.set.RecordCount(); ++i) {
-      const Record& record = expected[static_cast<std::size_t>(i)];
-      const RowView row = table.set.Row(i);
-      ASSERT_EQ(row.GetInteger(kKey), record.key) << "at " << i;
-      ASSERT_EQ(row.GetText(kName), record.name);
-      ASSERT_EQ(row.GetText(kNote), record.note);
-      ASSERT_EQ(row.GetInteger(kCode), record.code);
-      ASSERT_EQ(table.set.PositionOf(row), i);
+    ASSERT_EQ(table_.set.RecordCount(), static_cast<int>(expected.size()));
+    for (int i = 0; i < table_.set.RecordCount(); ++i) {
+      const RowView row = table_.set.Row(i);
+      const Record record{row.GetInteger(kKey), row.GetInteger(kCode), row.GetText(kName),
+                          row.GetText(kNote)};
+      ASSERT_EQ(record, expected[static_cast<std::size_t>(i)]) << "at " << i;
+      ASSERT_EQ(table_.set.PositionOf(row), i);
     }
   }
 
-  template <typename Condition>
-  void ExpectFound(const Table& table, std::initializer_list<RowMatch> matches,
-                   Condition condition) const {
+  void ExpectFound(std::initializer_list<RowMatch> matches,
+                   const std::function<bool(const Record&)>& condition) const {
     std::vector<int> keys;
     for (const Record& record : Sorted()) {
       if (condition(record)) keys.push_back(record.key);
     }
-    const RowView first = table.set.FindFirst(matches);
-    ASSERT_EQ(first.GetInteger(kKey), keys.empty() ? 0 : keys.front());
     std::vector<int> found;
-    for (const RowView row : table.set.FindAll(matches))
+    for (const RowView row : table_.set.FindAll(matches))
       found.push_back(row.GetInteger(kKey));
     ASSERT_EQ(found, keys);
+    ASSERT_EQ(table_.set.FindFirst(matches).GetInteger(kKey), keys.empty() ? 0 : keys.front());
     const auto all = static_cast<std::size_t>(std::ranges::count_if(records_, condition));
-    ASSERT_EQ(table.set.FindAll(matches, RowScope::kAll).size(), all);
+    ASSERT_EQ(table_.set.FindAll(matches, RowScope::kAll).size(), all);
   }
-  void ExpectLookUps(const Table& table, std::mt19937& random) const {
-    const int key = static_cast<int>(random() % static_cast<unsigned>(lastKey_ + 2));
-    const int code = static_cast<int>(random() % 4);
-    const std::string name = RandomName(random);
-    const std::string folded = FoldName(name);
-    ExpectFound(table, {RowMatch::Integer(kKey, key)},
-                [key](const Record& record) { return record.key == key; });
-    ExpectFound(table, {RowMatch::Text(kName, name)},
-                [&name](const Record& record) { return record.name == name; });
-    ExpectFound(table, {RowMatch::Folded(kName, folded)},
-                [&folded](const Record& record) { return FoldName(record.name) == folded; });
-    const auto both = [&folded, code](const Record& record) {
-      return record.code == code && FoldName(record.name) == folded;
+  void ExpectLookUps() {
+    const int key = static_cast<int>(Below(static_cast<unsigned>(lastKey_ + 2)));
+    const int code = static_cast<int>(Below(4));
+    const std::string name = RandomName();
+    const RowMatch hasCode = RowMatch::Integer(kCode, code);
+    const RowMatch isCalled = RowMatch::Folded(kName, FoldName(name));
+    const auto called = [&](const Record& record) {
+      return FoldName(record.name) == FoldName(name);
     };
-    ExpectFound(table, {RowMatch::Integer(kCode, code), RowMatch::Folded(kName, folded)}, both);
-    ExpectFound(table, {RowMatch::Folded(kName, folded), RowMatch::Integer(kCode, code)}, both);
-    ExpectFound(table, {RowMatch::Integer(kCode, code), RowMatch::Integer(kCode, code + 1)},
-                [](const Record&) { return false; });
+    const auto both = [&](const Record& record) { return record.code == code && called(record); };
+    ExpectFound({RowMatch::Integer(kKey, key)}, [&](const Record& r) { return r.key == key; });
+    ExpectFound({RowMatch::Text(kName, name)}, [&](const Record& r) { return r.name == name; });
+    ExpectFound({isCalled}, called);
+    ExpectFound({hasCode, isCalled}, both);
+    ExpectFound({isCalled, hasCode}, both);
+    ExpectFound({hasCode, RowMatch::Integer(kCode, code + 1)}, [](const Record&) { return false; });
   }
 
+  FileTable table_;
+  std::mt19937 random_{4711};
   std::vector<Record> records_;
   int lastKey_ = 0;
 };
 
 TEST_P(TableLikeList, UnderRandomChangesLookUpsAndReopenings) {
-  const TestFolder folder;
-  MakeTable(folder.Path("t.dat"));
-  Table table(folder.Path("t.dat"));
-  table.set.Close();
-  table.buffer.SetSortField(GetParam().sortField, GetParam().descending, true);
-  if (GetParam().filterCode) {
-    table.buffer.SetFilter(kCode, *GetParam().filterCode, TQvDbIntFilter::kEqual, true);
-  }
-  table.set.Open();
-  std::mt19937 random(4711);
+  Rearrange(&table_, GetParam());
   for (int round = 0; round < 25; ++round) {
-    TQvWriteGroup group({&table.set});
+    TQvWriteGroup group({&table_.set});
     for (int i = 0; i < 15; ++i) {
-      Change(table, random);
-      ASSERT_NO_FATAL_FAILURE(ExpectLookUps(table, random));
+      ChangeAnything();
+      ASSERT_NO_FATAL_FAILURE(ExpectLookUps());
     }
     group.Commit();
-    ASSERT_NO_FATAL_FAILURE(ExpectSame(table));
+    ASSERT_NO_FATAL_FAILURE(ExpectSame());
     if (round % 5 == 0) {
-      table.Reopen();
-      ASSERT_NO_FATAL_FAILURE(ExpectSame(table));
+      table_.Reopen();
+      ASSERT_NO_FATAL_FAILURE(ExpectSame());
     }
   }
-  Table afresh(folder.Path("t.dat"));
+  const Table afresh(table_.buffer.StreamName);
   EXPECT_EQ(afresh.set.RecordCount(), static_cast<int>(records_.size()));
 }
 
@@ -194,10 +179,8 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return std::string(row.param.title); });
 
 TEST(Arranging, FollowsTheUsersLanguageFromTheNextOpening) {
-  const TestFolder folder;
-  MakeTable(folder.Path("t.dat"));
   SetUserLocale("de-DE");
-  Table table(folder.Path("t.dat"));
+  FileTable table;
   for (const char* name : {"zebra", "ärta", "istanbul", "ISTANBUL"})
     table.Add(name, 1);
   EXPECT_THAT(table.Names(), ElementsAre("ärta", "istanbul", "ISTANBUL", "zebra"));
@@ -215,37 +198,24 @@ TEST(Arranging, FollowsTheUsersLanguageFromTheNextOpening) {
 }
 
 TEST(Arranging, LetsFilterAndOrderChangeWithTheTableClosed) {
-  const TestFolder folder;
-  MakeTable(folder.Path("t.dat"));
-  Table table(folder.Path("t.dat"));
+  FileTable table;
   for (const char* name : {"c", "a", "b"})
     table.Add(name, *name == 'a' ? 1 : 2);
-  table.set.Close();
-  table.buffer.SetFilter(kCode, 2, TQvDbIntFilter::kEqual, true);
-  table.set.Open();
+  Rearrange(&table, {"", kName, false, 2});
   EXPECT_THAT(table.Names(), ElementsAre("b", "c"));
-  table.set.Close();
-  table.buffer.ClearFilter(true);
-  table.buffer.SetSortField(-1, false, true);
-  table.set.Open();
+  Rearrange(&table, {"", -1, false, {}});
   EXPECT_THAT(table.Names(), ElementsAre("c", "a", "b"));
 }
 
 TEST(Arranging, LeavesARowThatNoLongerShowsForItsNeighbour) {
-  const TestFolder folder;
-  MakeTable(folder.Path("t.dat"));
-  Table table(folder.Path("t.dat"));
+  FileTable table;
   for (const char* name : {"a", "b", "c"})
     table.Add(name, 1);
-  table.set.Close();
-  table.buffer.SetFilter(kCode, 1, TQvDbIntFilter::kEqual, true);
-  table.set.Open();
-  for (const char* expected : {"c", "a", ""}) {
-    table.GoTo(table.Key(*expected == 'c' ? "b" : *expected == 'a' ? "c" : "a"));
-    table.set.Edit();
-    table.set.Fields(kCode).SetInteger(5);
-    EXPECT_EQ(table.set.Post().GetInteger(kCode), 5) << "the row that was written";
-    EXPECT_EQ(table.set.Fields(kName).AsString(), expected);
+  Rearrange(&table, {"", kName, false, 1});
+  for (const auto& [hidden, next] : {std::pair{"b", "c"}, {"c", "a"}, {"a", ""}}) {
+    table.GoTo(table.Key(hidden));
+    EXPECT_EQ(table.Change(kCode, 5).GetInteger(kCode), 5) << "the row that was written";
+    EXPECT_EQ(table.set.Fields(kName).AsString(), next);
   }
   EXPECT_TRUE(table.set.Eof());
   table.Add("d", 5);
@@ -253,33 +223,38 @@ TEST(Arranging, LeavesARowThatNoLongerShowsForItsNeighbour) {
   EXPECT_FALSE(table.set.CurrentRow());
 }
 
+TEST(LookUps, ByFoldedNamesPassOverCaseAndOuterBlanks) {
+  FileTable table;
+  for (const char* name : {"zone 1", " Zone 1\t", "ZONE  1"})
+    table.Add(name, 1);
+  EXPECT_EQ(table.set.FindAll({RowMatch::Folded(kName, "ZONE 1")}).size(), 2U);
+  EXPECT_EQ(table.set.FindAll({RowMatch::Text(kName, "zone 1")}).size(), 1U);
+}
+
 TEST(Walking, SetsItsEndsAsAWalkExpects) {
-  const TestFolder folder;
-  MakeTable(folder.Path("t.dat"));
-  Table table(folder.Path("t.dat"));
-  EXPECT_TRUE(table.set.Eof() && table.set.Bof());
-  EXPECT_EQ(table.set.Position(), -1);
+  FileTable table;
+  TQvDataSet& set = table.set;
+  const auto state = [&set] {
+    return std::to_string(set.Position()) + (set.Bof() ? " bof" : "") + (set.Eof() ? " eof" : "");
+  };
+  EXPECT_EQ(state(), "-1 bof eof");
   for (const char* name : {"a", "b"})
     table.Add(name, 1);
-  table.set.First();
-  EXPECT_TRUE(table.set.Bof());
-  EXPECT_FALSE(table.set.Eof());
-  table.set.Next();
-  EXPECT_FALSE(table.set.Bof() || table.set.Eof());
-  table.set.Next();
-  table.set.Next();
-  EXPECT_TRUE(table.set.Eof());
-  EXPECT_EQ(table.set.Position(), 1) << "the cursor stays on the last row";
-  table.set.Prior();
-  EXPECT_FALSE(table.set.Bof() || table.set.Eof());
-  table.set.Prior();
-  EXPECT_TRUE(table.set.Bof());
-  table.set.MoveBehindLast();
-  EXPECT_TRUE(table.set.Eof());
-  table.set.MoveTo(0);
-  EXPECT_FALSE(table.set.Bof() || table.set.Eof());
-  EXPECT_THROW(table.set.MoveTo(2), DataSetError);
-  EXPECT_FALSE(table.set.MoveTo(RowView()));
+  const std::pair<std::function<void()>, const char*> steps[] = {
+      {[&] { set.First(); }, "0 bof"},
+      {[&] { set.Next(); }, "1"},
+      {[&] { set.Next(); }, "1 eof"},
+      {[&] { set.Next(); }, "1 eof"},
+      {[&] { set.Prior(); }, "0"},
+      {[&] { set.Prior(); }, "0 bof"},
+      {[&] { set.MoveBehindLast(); }, "1 eof"},
+      {[&] { set.MoveTo(0); }, "0"}};
+  for (const auto& [step, expected] : steps) {
+    step();
+    EXPECT_EQ(state(), expected);
+  }
+  EXPECT_THROW(set.MoveTo(2), DataSetError);
+  EXPECT_FALSE(set.MoveTo(RowView()));
 }
 
 }  // namespace

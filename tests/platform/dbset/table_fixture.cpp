@@ -5,7 +5,6 @@
 #include "platform/dbset/fixed_record_file.h"
 #include "platform/storage/file_stream.h"
 #include "platform/storage/resource_session.h"
-#include "tests/platform/storage/test_folder.h"
 
 namespace platform_tests {
 
@@ -22,17 +21,9 @@ TQvDbHeader SampleHeader() {
   return header;
 }
 
-void MakeTable(const std::string& name, QvDataBufferType type) {
-  MakeTable(name, SampleHeader(), type);
-}
-
-void MakeTable(const std::string& name, const TQvDbHeader& header, QvDataBufferType type) {
-  std::unique_ptr<TQvStream> stream;
-  if (type == QvDataBufferType::kResource) {
-    stream = std::make_unique<TQvResourceSession>();
-  } else {
-    stream = std::make_unique<TQvFileStream>();
-  }
+void MakeTable(const std::string& name, QvDataBufferType type, const TQvDbHeader& header) {
+  std::unique_ptr<TQvStream> stream = std::make_unique<TQvFileStream>();
+  if (type == QvDataBufferType::kResource) stream = std::make_unique<TQvResourceSession>();
   if (!stream->Open(name, QvOpenMode::kCreate)) throw std::runtime_error(stream->LastError());
   TFixedRecordFile file(header, header.GetRecordSize());
   if (!file.CreateNew(stream.get(), true)) throw std::runtime_error("no table could be made");
@@ -67,9 +58,17 @@ void Table::GoTo(int key) {
 
 void Table::Rename(int key, const std::string& name) {
   GoTo(key);
+  Change(kName, name);
+}
+
+RowView Table::Change(int field, const std::string& value) {
   set.Edit();
-  set.Fields(kName).SetString(name);
-  set.Post();
+  set.Fields(field).SetString(value);
+  return set.Post();
+}
+
+RowView Table::Change(int field, int value) {
+  return Change(field, std::to_string(value));
 }
 
 std::vector<std::string> Table::Names() {
@@ -84,5 +83,16 @@ void Table::Reopen() {
   buffer.Close();
   set.Open();
 }
+
+namespace {
+
+std::string MadeTable(const std::string& path, const TQvDbHeader& header) {
+  MakeTable(path, QvDataBufferType::dtFileStream, header);
+  return path;
+}
+
+}  // namespace
+
+FileTable::FileTable(const TQvDbHeader& header) : Table(MadeTable(Path("t.dat"), header)) {}
 
 }  // namespace platform_tests

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/dbset/data_set.h"
+#include "tests/platform/storage/test_folder.h"
 
 namespace platform_tests {
 
@@ -15,9 +16,8 @@ enum SampleField : int { kKey = 0, kCode = 1, kName = 2, kNote = 3, kFactor = 4,
 [[nodiscard]] QvPlatform::TQvDbHeader SampleHeader();
 /// Makes an empty sample table as a file, or as a resource.
 void MakeTable(const std::string& name,
-               QvPlatform::QvDataBufferType type = QvPlatform::QvDataBufferType::dtFileStream);
-void MakeTable(const std::string& name, const QvPlatform::TQvDbHeader& header,
-               QvPlatform::QvDataBufferType type = QvPlatform::QvDataBufferType::dtFileStream);
+               QvPlatform::QvDataBufferType type = QvPlatform::QvDataBufferType::dtFileStream,
+               const QvPlatform::TQvDbHeader& header = SampleHeader());
 
 /// A sample table that is open, in the order of its names.
 class Table {
@@ -35,9 +35,19 @@ class Table {
   /// Moves to the record, which has to be there.
   void GoTo(int key);
   void Rename(int key, const std::string& name);
+  /// Changes one field of the current record; the row that was written.
+  QvPlatform::RowView Change(int field, const std::string& value);
+  QvPlatform::RowView Change(int field, int value);
   /// Names from the first row to the last, by walking.
   [[nodiscard]] std::vector<std::string> Names();
   void Reopen();
+};
+
+/// A sample table in a file of its own folder, empty and open.
+class FileTable : public TestFolder, public Table {
+ public:
+  FileTable() : FileTable(SampleHeader()) {}
+  explicit FileTable(const QvPlatform::TQvDbHeader& header);
 };
 
 }  // namespace platform_tests

@@ -1,11 +1,12 @@
-#include "platform/geocore/shell_grids.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <random>
 
+#include "platform/data/grid_extents.h"
+#include "platform/geocore/geoids.h"
+#include "platform/geocore/readable_step.h"
 #include "platform/text/text.h"
 #include "tests/platform/geocore/shell_systems.h"
 

@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "platform/geocore/shell_transform.h"
 #include "tests/platform/geocore/shell_systems.h"
 
 namespace refframe_tests {
@@ -91,7 +92,7 @@ TEST(ShellHeightsTest, CountsFromATableInThePlaneOfTheSystem) {
   // Outside the nearest edge counts.
   EXPECT_NEAR(undulation(300, -5300), 2 * 400 - 3 * 5300 + 5, 1e-9);
   TShellPoint point = overTable.Core().FromPlane(512.5, -5315.5, 77);
-  overTable.Core().PutUndulations({&point, 1});
+  QvRefSystem::PutUndulations(overTable.Core(), QvRefSystem::Points<QvRefSystem::Axes>(&point));
   EXPECT_NEAR(point.Third, 2 * 512.5 - 3 * 5315.5 + 5, 1e-9);
 }
 

@@ -6,7 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/geocore/shell_definition.h"
+#include "platform/geocore/definition_from_model.h"
+#include "platform/geocore/shell_reference_system.h"
 
 /// Systems made of their numbers, for the tests of computations.
 namespace refframe_tests {
@@ -110,7 +111,7 @@ inline SystemModel Topocentric(SystemModel primary, std::vector<std::string> ori
 inline TShellReferenceSystem Shell(
     SystemModel model, std::shared_ptr<const QvRefSystem::THeightTable> table = nullptr) {
   return TShellReferenceSystem(
-      TShellReferenceSystem::Definition::Make(std::move(model), std::move(table)));
+      QvRefSystem::DefinitionFromModel(std::move(model), std::move(table)));
 }
 
 /// One point on its way; three times HUGE_VAL if it fails.

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <random>
 
+#include "platform/geocore/geoids.h"
 #include "platform/geocore/shell_reference_system.h"
 #include "platform/geocore/table_sampler.h"
 #include "platform/text/text.h"

@@ -1,13 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
-#include "platform/dbset/data_set.h"
 #include "platform/storage/file_stream.h"
 #include "platform/storage/resource_session.h"
-#include "platform/storage/stream.h"
+#include "platform/storage/sqlite.h"
 #include "tests/platform/dbset/table_fixture.h"
-#include "tests/platform/storage/test_folder.h"
 
 namespace {
 
@@ -25,10 +22,15 @@ TEST(Containers, AreMadeByTheirFirstResource) {
     Session stream;
     ASSERT_TRUE(stream.Open(name, QvOpenMode::kCreate)) << stream.LastError();
     stream.Write("text", 4);
-    stream.Close();
   }
   EXPECT_EQ(folder.FileCount(), 0U) << "nothing was committed";
   Save<Session>(name, "text");
+  {
+    Session stream;
+    ASSERT_TRUE(stream.Open(name, QvOpenMode::kCreate));
+    stream.Write("new", 3);
+    stream.Close();
+  }
   EXPECT_TRUE(Session::Exists(name));
   EXPECT_EQ(Load<Session>(name), "text");
   EXPECT_EQ(folder.FileCount(), 1U) << "the log goes with the last user";
@@ -37,40 +39,20 @@ TEST(Containers, AreMadeByTheirFirstResource) {
   EXPECT_FALSE(Session::Exists(name));
 }
 
-TEST(Containers, HoldLargeResources) {
+TEST(Containers, HoldLargeResourcesAndReadNoMixtureOfTwo) {
   const TestFolder folder;
-  std::string bytes;
-  bytes.resize(20000001);
+  std::string bytes(20000001, '\0');
   for (std::size_t i = 0; i < bytes.size(); ++i)
     bytes[i] = static_cast<char>(i * 7 / 3);
   const std::string name = folder.Path("c.qvdb.large");
   Save<Session>(name, bytes);
   EXPECT_TRUE(Load<Session>(name) == bytes);
-  Save<Session>(name, "");
-  EXPECT_EQ(Load<Session>(name), "");
-  EXPECT_TRUE(Session::Exists(name));
-}
-
-TEST(Containers, RefuseToReadWhatWasReplacedMeanwhile) {
-  const TestFolder folder;
-  const std::string name = folder.Path("c.qvdb.a");
-  Save<Session>(name, std::string(600000, 'a'));
   Session reader;
   ASSERT_TRUE(reader.Open(name, QvOpenMode::kRead));
-  Save<Session>(name, std::string(600000, 'b'));
-  EXPECT_THROW(reader.ReadAll(), StorageError) << "half of each would be neither";
-}
-
-TEST(Containers, ForgetWhatWasNotCommitted) {
-  const TestFolder folder;
-  const std::string name = folder.Path("c.qvdb.a");
-  Save<Session>(name, "old");
-  {
-    Session writer;
-    ASSERT_TRUE(writer.Open(name, QvOpenMode::kCreate));
-    writer.Write("new", 3);
-  }
-  EXPECT_EQ(Load<Session>(name), "old");
+  Save<Session>(name, "");
+  EXPECT_THROW(reader.ReadAll(), StorageError) << "it was replaced meanwhile";
+  EXPECT_EQ(Load<Session>(name), "");
+  EXPECT_TRUE(Session::Exists(name));
 }
 
 TEST(ContainerNames, AreSplitBehindTheContainersFile) {
@@ -83,6 +65,9 @@ TEST(ContainerNames, AreSplitBehindTheContainersFile) {
   EXPECT_TRUE(std::filesystem::is_regular_file(path));
   EXPECT_EQ(Load<Session>(path + ".a.qvdb.b"), "1");
   EXPECT_EQ(Load<Session>(path + ".A"), "2") << "case of ASCII letters does not count";
+  // A folder of its stem does not stand in its way.
+  std::filesystem::create_directory(folder.Path("v1.2/my.refs"));
+  EXPECT_EQ(Load<Session>(path + ".a"), "2");
   // A container keeps working under a name without the ending.
   std::filesystem::rename(path, folder.Path("v1.2/plain"));
   EXPECT_EQ(Load<Session>(folder.Path("v1.2/plain.a")), "2");
@@ -98,22 +83,20 @@ TEST(ContainerNames, ThatLeadToSomethingElseAreRefusedWithTheReason) {
   std::filesystem::create_directory(folder.Path("dir.qvdb"));
   WriteFile(folder.Path("text.qvdb"), "no container");
   WriteFile(folder.Path("empty.qvdb"), "");
-  struct Row {
-    const char* name;
-    const char* reason;
-  };
-  for (const Row& row : {Row{"dir.qvdb.a", "folder"}, Row{"text.qvdb.a", "another kind"},
-                         Row{"empty.qvdb.a", "another kind"}, Row{"none.a", "no such container"},
-                         Row{"none", "no such container"}, Row{"new.qvdb.", "no such container"}}) {
-    for (const QvOpenMode mode : {QvOpenMode::kRead, QvOpenMode::kCreate}) {
-      Session stream;
-      EXPECT_FALSE(stream.Open(folder.Path(row.name), mode)) << row.name;
-      EXPECT_THAT(stream.LastError(), HasSubstr(row.reason)) << row.name;
-    }
-    EXPECT_FALSE(Session::Exists(folder.Path(row.name)));
-    EXPECT_FALSE(Session::Delete(folder.Path(row.name)));
-  }
   Session stream;
+  for (const auto& [name, reason] : {std::pair{"dir.qvdb.a", "folder"},
+                                     {"text.qvdb.a", "another kind"},
+                                     {"empty.qvdb.a", "another kind"},
+                                     {"none.a", "no such container"},
+                                     {"none", "no such container"},
+                                     {"new.qvdb.", "no such container"}}) {
+    for (const QvOpenMode mode : {QvOpenMode::kRead, QvOpenMode::kCreate}) {
+      EXPECT_FALSE(stream.Open(folder.Path(name), mode)) << name;
+      EXPECT_THAT(stream.LastError(), HasSubstr(reason)) << name;
+    }
+    EXPECT_FALSE(Session::Exists(folder.Path(name)));
+    EXPECT_FALSE(Session::Delete(folder.Path(name)));
+  }
   EXPECT_FALSE(stream.Open(folder.Path("none/new.qvdb.a"), QvOpenMode::kCreate));
   EXPECT_FALSE(stream.Open(folder.Path("c.qvdb.qv_blobs"), QvOpenMode::kCreate)) << "reserved";
   EXPECT_FALSE(stream.Open(folder.Path("c.qvdb.sqlite_master"), QvOpenMode::kCreate)) << "reserved";
@@ -121,52 +104,26 @@ TEST(ContainerNames, ThatLeadToSomethingElseAreRefusedWithTheReason) {
   EXPECT_EQ(folder.FileCount(), 3U);
 }
 
-TEST(ContainerNames, TakeAContainerBesideAFolderOfItsStem) {
-  const TestFolder folder;
-  std::filesystem::create_directory(folder.Path("data"));
-  Save<Session>(folder.Path("data.qvdb.a"), "1");
-  EXPECT_EQ(Load<Session>(folder.Path("data.qvdb.a")), "1");
-}
-
 TEST(TablesInContainers, TravelAsTableFilesAndBack) {
-  const TestFolder folder;
-  const std::string file = folder.Path("unit.dat");
-  MakeTable(file);
-  {
-    Table table(file);
-    for (const char* name : {"metre", "foot", "fathom"})
-      table.Add(name, 1);
-    table.set.Last();
-    table.set.Delete();
-  }
-  const std::string image = ReadFile(file);
-  const std::string resource = folder.Path("c.qvdb.unit");
-  Save<Session>(resource, image);
+  FileTable file;
+  for (const char* name : {"metre", "foot", "fathom"})
+    file.Add(name, 1);
+  file.set.Last();
+  file.set.Delete();
+  const std::string resource = file.Path("c.qvdb.unit");
+  Save<Session>(resource, ReadFile(file.buffer.StreamName));
   Table inside(resource, QvDataBufferType::kResource);
   EXPECT_THAT(inside.Names(), testing::ElementsAre("fathom", "foot"));
   // The key of the deleted record stays used up, and keys stay what they were.
   EXPECT_EQ(inside.Key("foot"), 2);
   EXPECT_EQ(inside.Add("yard", 2), 4);
 
-  const std::string back = folder.Path("back.dat");
+  const std::string back = file.Path("back.dat");
   Save<TQvFileStream>(back, Load<Session>(resource));
   Table outside(back);
   EXPECT_THAT(outside.Names(), testing::ElementsAre("fathom", "foot", "yard"));
   EXPECT_EQ(outside.Key("yard"), 4);
   EXPECT_EQ(outside.Add("chain", 3), 5);
-}
-
-TEST(TablesInContainers, MayHaveDotsInTheirNames) {
-  const TestFolder folder;
-  MakeTable(folder.Path("unit.dat"));
-  const std::string name = folder.Path("c.qvdb.Backup.unit_1");
-  Save<Session>(name, ReadFile(folder.Path("unit.dat")));
-  Table table(name, QvDataBufferType::kResource);
-  EXPECT_EQ(table.Add("a", 1), 1);
-  Save<Session>(name, ReadFile(folder.Path("unit.dat")));
-  table.Reopen();
-  EXPECT_EQ(table.set.RecordCount(), 0) << "the table was replaced by an empty one";
-  EXPECT_EQ(table.Add("b", 1), 1);
 }
 
 TEST(TablesInContainers, AreFoundAnewWhenTheContainerIsReplaced) {
@@ -183,17 +140,20 @@ TEST(TablesInContainers, AreFoundAnewWhenTheContainerIsReplaced) {
 }
 
 TEST(TablesInContainers, AreWhatCountsAsATableOnly) {
-  const TestFolder folder;
-  const std::string file = folder.Path("unit.dat");
-  MakeTable(file);
-  std::string image = ReadFile(file);
-  image.resize(image.size() - 5);
-  const std::string name = folder.Path("c.qvdb.unit");
-  Save<Session>(name, image);
-  EXPECT_TRUE(Load<Session>(name) == image) << "a damaged image stays the bytes that it is";
+  const FileTable file;
+  const std::string whole = ReadFile(file.buffer.StreamName);
+  const std::string cut = whole.substr(0, whole.size() - 5);
+  const std::string name = file.Path("c.qvdb.Backup.unit_1");
+  Save<Session>(name, cut);
+  EXPECT_TRUE(Load<Session>(name) == cut) << "a damaged image stays the bytes that it is";
   EXPECT_THROW(Table(name, QvDataBufferType::kResource), StorageError);
-  Save<Session>(name, ReadFile(file));
-  EXPECT_EQ(Table(name, QvDataBufferType::kResource).set.RecordCount(), 0);
+  Save<Session>(name, whole);
+  Table table(name, QvDataBufferType::kResource);
+  EXPECT_EQ(table.Add("a", 1), 1);
+  Save<Session>(name, whole);
+  table.Reopen();
+  EXPECT_EQ(table.set.RecordCount(), 0) << "the table was replaced by an empty one";
+  EXPECT_EQ(table.Add("b", 1), 1);
   EXPECT_TRUE(Session::Exists(name));
   EXPECT_TRUE(Session::Delete(name));
   EXPECT_FALSE(Session::Exists(name));
@@ -201,22 +161,11 @@ TEST(TablesInContainers, AreWhatCountsAsATableOnly) {
 
 TEST(TablesInContainers, AreOrdinaryTablesToOtherReaders) {
   const TestFolder folder;
-  MakeTable(folder.Path("unit.dat"));
-  Save<Session>(folder.Path("c.qvdb.unit"), ReadFile(folder.Path("unit.dat")));
-  {
-    Table table(folder.Path("c.qvdb.unit"), QvDataBufferType::kResource);
-    table.Add("metre", 9001);
-  }
-  sqlite3* handle = nullptr;
-  ASSERT_EQ(sqlite3_open(folder.Path("c.qvdb").c_str(), &handle), SQLITE_OK);
-  int code = 0;
-  const auto store = [](void* out, int, char** values, char**) {
-    *static_cast<int*>(out) = std::atoi(values[0]);
-    return 0;
-  };
-  sqlite3_exec(handle, "SELECT CODE FROM unit WHERE NAME = 'metre'", store, &code, nullptr);
-  EXPECT_EQ(code, 9001);
-  sqlite3_close(handle);
+  MakeTable(folder.Path("c.qvdb.unit"), QvDataBufferType::kResource);
+  Table(folder.Path("c.qvdb.unit"), QvDataBufferType::kResource).Add("metre", 9001);
+  detail::Connection reader = detail::Connection::OpenReadOnly(folder.Path("c.qvdb"));
+  EXPECT_EQ(reader.QueryInteger("SELECT CODE FROM unit WHERE NAME = 'metre'"), 9001);
+  EXPECT_THROW(reader.Execute("DELETE FROM unit"), StorageError);
 }
 
 }  // namespace

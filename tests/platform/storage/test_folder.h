@@ -1,8 +1,12 @@
 #pragma once
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <stdexcept>
 #include <string>
@@ -65,6 +69,21 @@ std::string Load(const std::string& name) {
     throw std::runtime_error(stream.LastError());
   }
   return stream.ReadAll();
+}
+
+/// Runs the steps in a process of their own, which ends at once behind them as after a kill, with
+/// what they give as its exit status; -1 if it came to no end of its own.
+inline int ExitOfChild(const std::function<int()>& steps) {
+  const pid_t child = fork();
+  if (child == 0) {
+    try {
+      _exit(steps());
+    } catch (...) {
+      _exit(99);
+    }
+  }
+  int status = 0;
+  return waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 }  // namespace platform_tests

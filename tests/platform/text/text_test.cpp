@@ -2,12 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <clocale>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <ctime>
-#include <limits>
 #include <random>
 #include <vector>
 
@@ -34,34 +33,28 @@ TEST(Trimming, TakesBlanksAndControlCharactersOffBothEndsOnly) {
   EXPECT_FALSE(IsBlank(" x "));
 }
 
-struct UpperRow {
-  const char* locale;
-  const char* text;
-  const char* upper;
-};
-
-class UpperCasing : public testing::TestWithParam<UpperRow> {};
-
-TEST_P(UpperCasing, FollowsTheUsersLanguage) {
-  const LocaleScope locale(GetParam().locale);
-  EXPECT_EQ(UpperCase(GetParam().text), GetParam().upper);
+TEST(UpperCasing, FollowsTheUsersLanguage) {
+  const struct {
+    const char* locale;
+    const char* text;
+    const char* upper;
+  } rows[] = {{"en-US", "wgs 84 / utm zone 32n", "WGS 84 / UTM ZONE 32N"},
+              {"de_DE.UTF-8", "straße äöü", "STRASSE ÄÖÜ"},
+              {"tr-TR", "istanbul ı", "İSTANBUL I"},
+              {"tr_TR.UTF-8", "istanbul", "İSTANBUL"},
+              {"az_AZ", "bakı i", "BAKI İ"},
+              {"el_GR", "ελλάς", "ΕΛΛΑΣ"},
+              {"ru_RU", "пулково", "ПУЛКОВО"},
+              {"C", "abc é", "ABC É"},
+              {"en-US", "a\xFFz", "A\xEF\xBF\xBDZ"},
+              {"en-US", "é\xC3", "É\xEF\xBF\xBD"}};
+  for (const auto& row : rows) {
+    const LocaleScope locale(row.locale);
+    EXPECT_EQ(UpperCase(row.text), row.upper) << row.locale;
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Texts, UpperCasing,
-    testing::Values(UpperRow{"en-US", "wgs 84 / utm zone 32n", "WGS 84 / UTM ZONE 32N"},
-                    UpperRow{"de_DE.UTF-8", "straße äöü", "STRASSE ÄÖÜ"},
-                    UpperRow{"tr-TR", "istanbul ı", "İSTANBUL I"},
-                    UpperRow{"tr_TR.UTF-8", "istanbul", "İSTANBUL"},
-                    UpperRow{"az_AZ", "bakı i", "BAKI İ"}, UpperRow{"el_GR", "ελλάς", "ΕΛΛΑΣ"},
-                    UpperRow{"ru_RU", "пулково", "ПУЛКОВО"}, UpperRow{"C", "abc é", "ABC É"}));
-
-TEST(UpperCasingOfBadText, PutsTheReplacementCharacterForMalformedBytes) {
-  EXPECT_EQ(UpperCase("a\xFFz"), "A\xEF\xBF\xBDZ");
-  EXPECT_EQ(UpperCase("é\xC3"), "É\xEF\xBF\xBD");
-}
-
-TEST(UpperCasingOfLongText, GrowsWithTheResult) {
+TEST(UpperCasing, GrowsWithTheResult) {
   std::string text;
   std::string upper;
   for (int i = 0; i < 5000; ++i) {
@@ -72,8 +65,7 @@ TEST(UpperCasingOfLongText, GrowsWithTheResult) {
 }
 
 TEST(FoldedNames, AreEqualWhateverTheirCaseAndTheBlanksAroundThem) {
-  EXPECT_EQ(FoldName("  Krüger\t"), FoldName("KRÜGER"));
-  EXPECT_NE(FoldName("Kruger"), FoldName("Krüger"));
+  EXPECT_EQ(FoldName("  Zone  1 krüger\t"), "ZONE  1 KRÜGER");
 }
 
 TEST(Collation, SortsAsReadersOfTheLanguageDo) {
@@ -82,70 +74,39 @@ TEST(Collation, SortsAsReadersOfTheLanguageDo) {
   EXPECT_LT(CollationKey("B"), CollationKey("c"));
   // Swedish has its own letters at the end, German sorts them with their base letters.
   EXPECT_LT(CollationKey("zebra"), CollationKey("ärta"));
+  const unsigned version = UserLocaleVersion();
   const LocaleScope german("de-DE");
+  EXPECT_NE(UserLocaleVersion(), version);
   EXPECT_LT(CollationKey("ärta"), CollationKey("zebra"));
 }
 
-TEST(Collation, OfNoLanguageIsThatOfPeopleAndNotOfBytes) {
+TEST(Collation, OfNoLanguageIsThatOfPeopleAndHasNoLimitOfLength) {
   const LocaleScope locale("POSIX");
   EXPECT_LT(CollationKey("apple"), CollationKey("Banana"));
-}
-
-TEST(Collation, HasNoLimitOfLength) {
   const std::string text(100000, 'x');
   EXPECT_LT(CollationKey(text), CollationKey(text + "a"));
 }
 
-TEST(LocaleVersion, ChangesWithTheLocale) {
-  const unsigned before = UserLocaleVersion();
-  const LocaleScope locale("de-DE");
-  EXPECT_NE(UserLocaleVersion(), before);
+TEST(NumberTexts, AreTheShortestInTheirNotation) {
+  for (const char* text : {"6378137", "100000", "0.9996", "0.0001", "0.0000001", "9.9e-08", "1e+16",
+                           "-0.1", "0", "298.257223563", "9007199254740992"}) {
+    double value = 0;
+    EXPECT_TRUE(TextToDouble(text, &value));
+    EXPECT_EQ(DoubleToText(value), text);
+  }
+  EXPECT_EQ(DoubleToText(-INFINITY) + DoubleToText(INFINITY) + DoubleToText(NAN), "-infinfnan");
 }
 
-struct NumberRow {
-  double value;
-  const char* text;
-};
-
-class NumberTexts : public testing::TestWithParam<NumberRow> {};
-
-TEST_P(NumberTexts, AreTheShortestInTheirNotation) {
-  EXPECT_EQ(DoubleToText(GetParam().value), GetParam().text);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Values, NumberTexts,
-    testing::Values(NumberRow{6378137.0, "6378137"}, NumberRow{100000.0, "100000"},
-                    NumberRow{0.9996, "0.9996"}, NumberRow{0.0001, "0.0001"},
-                    NumberRow{1e-7, "0.0000001"}, NumberRow{9.9e-8, "9.9e-08"},
-                    NumberRow{9007199254740993.0, "9007199254740992"}, NumberRow{1e16, "1e+16"},
-                    NumberRow{-0.1, "-0.1"}, NumberRow{0.0, "0"},
-                    NumberRow{298.257223563, "298.257223563"},
-                    NumberRow{std::numeric_limits<double>::infinity(), "inf"}));
-
-TEST(NumberTextsOfAnyValue, ReadBackAsTheSameDouble) {
+TEST(NumberTexts, ReadBackAsTheSameDouble) {
   std::mt19937_64 random(20240131);
   for (int i = 0; i < 20000; ++i) {
     const std::uint64_t bits = random();
-    double value = 0;
-    static_assert(sizeof value == sizeof bits);
-    std::memcpy(&value, &bits, sizeof value);
+    const auto value = std::bit_cast<double>(bits);
     if (!std::isfinite(value)) continue;
     double back = 0;
     ASSERT_TRUE(TextToDouble(DoubleToText(value), &back)) << DoubleToText(value);
     ASSERT_EQ(back, value);
   }
-}
-
-TEST(ReadingNumbers, TakesOneSignAndBlanksAround) {
-  double value = 0;
-  EXPECT_TRUE(TextToDouble(" +1.5e3\t", &value));
-  EXPECT_EQ(value, 1500.0);
-  EXPECT_TRUE(TextToDouble(".5", &value));
-  EXPECT_EQ(value, 0.5);
-  int integer = 0;
-  EXPECT_TRUE(TextToInteger(" +2147483647 ", &integer));
-  EXPECT_EQ(integer, 2147483647);
 }
 
 TEST(ReadingNumbers, TakesTheDecimalSeparatorOfTheUserAndNoOther) {
@@ -176,18 +137,21 @@ TEST(ReadingNumbers, TakesTheDecimalSeparatorOfTheUserAndNoOther) {
   }
 }
 
-TEST(ReadingNumbers, LeavesTheResultAloneWhenItRefuses) {
+TEST(ReadingNumbers, TakesOneSignAndBlanksAroundAndElseLeavesTheResultAlone) {
+  double value = 0;
+  EXPECT_TRUE(TextToDouble(" +1.5e3\t", &value));
+  EXPECT_EQ(value, 1500);
+  EXPECT_TRUE(TextToDouble(".5", &value));
+  EXPECT_EQ(value, 0.5);
   for (const char* text : {"", " ", "+", "-", "+-1", "--1", "inf", "nan", "1e400", "-1e999",
-                           "1e-400", "1,5", "1.5x", "1 2", "0x10", "١"}) {
-    double value = 7;
+                           "1e-400", "1,5", "1.5x", "1 2", "0x10", "١"})
     EXPECT_FALSE(TextToDouble(text, &value)) << text;
-    EXPECT_EQ(value, 7) << text;
-  }
-  for (const char* text : {"", "2147483648", "-2147483649", "1.0", "+-1", "1e3"}) {
-    int value = 7;
-    EXPECT_FALSE(TextToInteger(text, &value)) << text;
-    EXPECT_EQ(value, 7) << text;
-  }
+  EXPECT_EQ(value, 0.5);
+  int integer = 0;
+  EXPECT_TRUE(TextToInteger(" +2147483647 ", &integer));
+  for (const char* text : {"", "2147483648", "-2147483649", "1.0", "+-1", "1e3"})
+    EXPECT_FALSE(TextToInteger(text, &integer)) << text;
+  EXPECT_EQ(integer, 2147483647);
   std::int64_t wide = 0;
   EXPECT_TRUE(TextToInteger64("-9223372036854775808", &wide));
   EXPECT_FALSE(TextToInteger64("9223372036854775808", &wide));

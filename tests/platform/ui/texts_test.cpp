@@ -26,14 +26,4 @@ TEST(Texts, OfUnknownNumbersAreEmpty) {
   EXPECT_EQ(asked, 0);
 }
 
-TEST(Texts, AreThereForEveryNumberOfTheCatalogue) {
-  for (int number = 36769; number <= 36784; ++number)
-    EXPECT_NE(SourceText(static_cast<TextId>(number)), "") << number;
-  for (int number = 36789; number <= 36812; ++number)
-    EXPECT_NE(SourceText(static_cast<TextId>(number)), "") << number;
-  const int last = static_cast<int>(TextId::kCannotWriteDatabase);
-  for (int number = static_cast<int>(TextId::kCannotOpenTable); number <= last; ++number)
-    EXPECT_NE(SourceText(static_cast<TextId>(number)), "") << number;
-}
-
 }  // namespace

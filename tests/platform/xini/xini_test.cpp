@@ -1,12 +1,10 @@
-#include "platform/xini/xini.h"
-#include "platform/xini/xini_reader.h"
-#include "platform/xini/xini_writer.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstring>
+#include "platform/storage/file_stream.h"
+#include "platform/xini/xini_reader.h"
+#include "platform/xini/xini_writer.h"
+#include "tests/platform/storage/test_folder.h"
 
 namespace QvPlatform {
 namespace {
@@ -33,47 +31,12 @@ std::string ReadA(std::string_view document, bool strict = true) {
   return reader.ReadStringE();
 }
 
-class MemoryStream final : public TQvStream {
- public:
-  explicit MemoryStream(std::string bytes = {}) : bytes_(std::move(bytes)) {}
-  bool Open(const std::string&, QvOpenMode) override { return true; }
-  std::size_t Read(void* buffer, std::size_t size) override {
-    size = std::min(size, bytes_.size() - position_);
-    std::memcpy(buffer, bytes_.data() + position_, size);
-    position_ += size;
-    return size;
-  }
-  void Write(const void* data, std::size_t size) override {
-    bytes_.append(static_cast<const char*>(data), size);
-  }
-  std::uint64_t Size() const override { return bytes_.size(); }
-  void Commit() override { isCommitted_ = true; }
-  void Close() noexcept override {}
-  const std::string& Bytes() const { return bytes_; }
-  bool IsCommitted() const { return isCommitted_; }
-
- private:
-  std::string bytes_;
-  std::size_t position_ = 0;
-  bool isCommitted_ = false;
-};
-
 TEST(XIniRoundTrip, AnyBytesSurviveAsValueAndAsName) {
-  std::vector<std::string> texts = {"",
-                                    " ",
-                                    "  two  blanks  ",
-                                    "\r\n",
-                                    "]]>",
-                                    "<!-- -->",
-                                    "&amp;",
-                                    "\\20",
-                                    "\xC3\xA4\xE2\x82\xAC\xF0\x9F\x8C\x8D",
-                                    "\xEF\xBF\xBE",
-                                    "\xED\xA0\x80",
-                                    "\xC0\x80",
-                                    "\xF4\x90\x80\x80",
-                                    "\xE2\x82",
-                                    std::string(1, '\0')};
+  std::vector<std::string> texts(1, std::string(1, '\0'));
+  for (const char* text : {"", " ", "  two  blanks  ", "\r\n", "]]>", "<!-- -->", "&amp;", "\\20",
+                           "\xC3\xA4\xE2\x82\xAC\xF0\x9F\x8C\x8D", "\xEF\xBF\xBE", "\xED\xA0\x80",
+                           "\xC0\x80", "\xF4\x90\x80\x80", "\xE2\x82"})
+    texts.emplace_back(text);
   for (int byte = 0; byte < 256; ++byte)
     texts.push_back("a" + std::string(1, static_cast<char>(byte)) + "b");
   for (const std::string& text : texts) {
@@ -90,13 +53,16 @@ TEST(XIniRoundTrip, AnyBytesSurviveAsValueAndAsName) {
 }
 
 TEST(XIniRoundTrip, DocumentGoesThroughStreamsThatTheCallerCommits) {
-  MemoryStream stream;
+  const platform_tests::TestFolder folder;
+  TQvFileStream stream;
+  ASSERT_TRUE(stream.Open(folder.Path("f"), QvOpenMode::kCreate));
   TQvXIniWriter writer(&stream);
   ASSERT_TRUE(writer.EnterSection("s"));
   ASSERT_TRUE(writer.WriteInt("n", -2147483647 - 1));
-  EXPECT_EQ(stream.Bytes(), "");
   writer.Finish();
-  EXPECT_FALSE(stream.IsCommitted());
+  EXPECT_EQ(platform_tests::ReadFile(folder.Path("f")), "");
+  stream.Commit();
+  ASSERT_TRUE(stream.Open(folder.Path("f"), QvOpenMode::kRead));
   TQvXIniReader reader(&stream);
   reader.FindFE("s");
   reader.EnterSectionE();
@@ -135,41 +101,31 @@ TEST(XIniWriterTest, RefusesWhatHasNoPlace) {
   EXPECT_THROW(TQvXIniWriter(nullptr, 0, 1), std::invalid_argument);
 }
 
-struct RefusedDocument {
-  std::string document;
-  std::string message;
-};
-
 TEST(XIniReaderTest, RefusesWhatIsNotSuchADocument) {
   const std::string billionLaughs =
       "<!DOCTYPE xini [<!ENTITY a \"ha\"><!ENTITY b \"&a;&a;&a;\">]>" + Document("<i>&b;</i>");
-  const RefusedDocument cases[] = {
-      {"", "XML"},
-      {"text", "XML"},
-      {"<xini version=\"1\">", "XML"},
-      {"<other version=\"1\"/>", "the root is not one <xini>"},
-      {Document("") + Document(""), "the root is not one <xini>"},
-      {"<xini/>", "the version is not 1"},
-      {"<xini version=\"2\"/>", "the version is not 1"},
-      {billionLaughs, "a DOCTYPE is not accepted"},
-      {"<!DOCTYPE xini SYSTEM \"file:///etc/passwd\">" + Document(""), "DOCTYPE"},
-      {Document("<!DOCTYPE a>"), "XML"},
-      {"<?xml version=\"1.0\" encoding=\"windows-1251\"?>" + Document(""), "not UTF-8"},
-      {Document("<i>\xC3</i>"), "not in UTF-8"},
-      {std::string("\xFF\xFE<\0x\0", 6), "XML"},
-      {Document("<i>\x01</i>"), "a control character at byte 21"},
-      {Document("") + std::string("\0rest", 5), "a control character at byte 25"},
-      {Document("<b/>"), "unknown element b"},
-      {Document("<i n=\"a\" m=\"b\"/>"), "an attribute too many"},
-      {Document("<s x=\"a\"/>"), "an attribute too many"},
-      {Document("text"), "text stands outside the items"},
-      {Document("<s>text</s>"), "text stands outside the items"},
-      {Document("<i><s/></i>"), "an element stands within an item"},
-      {Document("<i>a"), "XML"},
-      {Document("<i>a</s>"), "XML"},
-  };
-  for (const RefusedDocument& row : cases)
-    EXPECT_THAT(ErrorOf(row.document), HasSubstr(row.message)) << row.document;
+  const std::string twoRoots = Document("") + Document("");
+  const std::string zeroByte = Document("") + std::string("\0rest", 5);
+  const std::pair<const char*, std::vector<std::string>> rows[] = {
+      {"XML",
+       {"", "text", "<xini version=\"1\">", Document("<!DOCTYPE a>"), Document("<i>a"),
+        Document("<i>a</s>"), std::string("\xFF\xFE<\0x\0", 6)}},
+      {"the root is not one <xini>", {"<other version=\"1\"/>", twoRoots}},
+      {"the version is not 1", {"<xini/>", "<xini version=\"2\"/>"}},
+      {"a DOCTYPE is not accepted",
+       {billionLaughs, "<!DOCTYPE xini SYSTEM \"file:///etc/passwd\">" + Document("")}},
+      {"not UTF-8", {"<?xml version=\"1.0\" encoding=\"windows-1251\"?>" + Document("")}},
+      {"not in UTF-8", {Document("<i>\xC3</i>")}},
+      {"a control character at byte 21", {Document("<i>\x01</i>")}},
+      {"a control character at byte 25", {zeroByte}},
+      {"unknown element b", {Document("<b/>")}},
+      {"an attribute too many", {Document("<i n=\"a\" m=\"b\"/>"), Document("<s x=\"a\"/>")}},
+      {"text stands outside the items", {Document("text"), Document("<s>text</s>")}},
+      {"an element stands within an item", {Document("<i><s/></i>")}}};
+  for (const auto& [message, documents] : rows) {
+    for (const std::string& document : documents)
+      EXPECT_THAT(ErrorOf(document), HasSubstr(message)) << document;
+  }
 }
 
 TEST(XIniReaderTest, ReadsReferencesOfXmlItselfOnly) {
@@ -198,19 +154,17 @@ TEST(XIniReaderTest, WhiteSpaceRoundATextIsLayout) {
   EXPECT_EQ(ReadA(Document("<i n=\"a\"> \\20x&#32;</i>")), " x ");
 }
 
-std::string Nested(int depth) {
-  std::string document;
-  for (int i = 0; i < depth; ++i)
-    document += "<s>";
-  for (int i = 0; i < depth; ++i)
-    document += "</s>";
-  return Document(document);
-}
-
 TEST(XIniReaderTest, NestingHasALimit) {
-  EXPECT_EQ(ErrorOf(Nested(kMaxXIniDepth)), "no error");
-  EXPECT_THAT(ErrorOf(Nested(kMaxXIniDepth + 1)), HasSubstr("too deep"));
-  EXPECT_THAT(ErrorOf(Nested(100000)), HasSubstr("too deep"));
+  for (const int depth : {kMaxXIniDepth, kMaxXIniDepth + 1, 100000}) {
+    std::string begins;
+    std::string ends;
+    for (int i = 0; i < depth; ++i) {
+      begins += "<s>";
+      ends += "</s>";
+    }
+    const char* answer = depth > kMaxXIniDepth ? "too deep" : "no error";
+    EXPECT_THAT(ErrorOf(Document(begins + ends)), HasSubstr(answer)) << depth;
+  }
 }
 
 TEST(XIniReaderTest, MembersAreTheUnnamedOnesInTheirOrder) {
@@ -218,9 +172,8 @@ TEST(XIniReaderTest, MembersAreTheUnnamedOnesInTheirOrder) {
   EXPECT_EQ(reader.Count(), 4U);
   EXPECT_TRUE(reader.Exists(3));
   EXPECT_FALSE(reader.Exists(4));
-  EXPECT_EQ(reader.ReadStringE(3), "3");
-  EXPECT_EQ(reader.ReadStringE(0), "0");
-  EXPECT_EQ(reader.ReadStringE(1), "1");
+  for (const unsigned member : {3U, 0U, 1U})
+    EXPECT_EQ(reader.ReadStringE(member), std::to_string(member));
   reader.EnterSectionE(2);
   EXPECT_EQ(reader.Path(), "/[2]");
   EXPECT_EQ(reader.Count(), 1U);
@@ -243,12 +196,8 @@ TEST(XIniReaderTest, OperationsWithoutAFoundMemberTellThePlace) {
   EXPECT_THROW(static_cast<void>(reader.ReadStringE()), XIniError);
   reader.EnterSectionE();
   EXPECT_THROW(reader.EnterSectionE(), XIniError);
-  try {
-    reader.FindFE("missing");
-    ADD_FAILURE() << "found";
-  } catch (const XIniError& error) {
-    EXPECT_THAT(error.what(), HasSubstr("/a/missing: the member is missing"));
-  }
+  EXPECT_THAT([&reader] { reader.FindFE("missing"); },
+              ::testing::ThrowsMessage<XIniError>(HasSubstr("/a/missing: the member is missing")));
 }
 
 }  // namespace

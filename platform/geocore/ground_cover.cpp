@@ -1,58 +1,14 @@
+#include "platform/geocore/ground_cover.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
 #include <vector>
 
-#include "platform/geocore/shell_grids.h"
+#include "platform/geocore/readable_step.h"
 
 namespace QvRefSystem {
-namespace {
-
-// How much coarser than asked a cell may be so as to read well: a datum shift stretches a grid by a
-// hundred-thousandth, a map projection by a few ten-thousandths, and neither is a loss.
-constexpr double kSlack = 1e-3;
-
-double PowerOfTen(int exponent) {
-  // Exact up to 1e22, which is all that coordinates need.
-  return std::pow(10.0, exponent);
-}
-
-bool Divides(double step, double whole) {
-  const double count = whole / step;
-  return std::abs(count - std::round(count)) < 1e-9 * std::max(1.0, count);
-}
-
-}  // namespace
-
-ReadableStep ReadableStep::AtMost(double limit, double divides) {
-  // In hundredths, so that all of them are whole numbers.
-  constexpr int kDigits[] = {800, 750, 600, 500, 400, 300, 250, 200, 150, 125, 120, 100};
-  const double allowed = limit * (1 + kSlack);
-  const int decade = static_cast<int>(std::floor(std::log10(allowed)));
-  for (const int exponent : {decade, decade - 1}) {
-    for (const int digits : kDigits) {
-      const ReadableStep step(digits, exponent - 2);
-      if (step.Value() <= allowed && (divides == 0 || Divides(step.Value(), divides))) return step;
-    }
-  }
-  // A quarter of a turn in radians has no readable part.
-  return AtMost(limit);
-}
-
-double ReadableStep::Multiple(double count) const {
-  const double whole = count * digits_;
-  return exponent_ < 0 ? whole / PowerOfTen(-exponent_) : whole * PowerOfTen(exponent_);
-}
-
-double ReadableStep::CountBelow(double coordinate) const {
-  return std::floor(coordinate / Value() + 1e-6);
-}
-
-double ReadableStep::CountAbove(double coordinate) const {
-  return std::ceil(coordinate / Value() - 1e-6);
-}
-
 namespace {
 
 struct Range {
@@ -65,10 +21,6 @@ struct Range {
   }
   [[nodiscard]] bool IsEmpty() const { return !(least <= greatest); }
 };
-
-bool Failed(const TShellPoint& point) {
-  return !std::isfinite(point.First) || !std::isfinite(point.Second);
-}
 
 // The copy of a longitude that lies nearest to another one.
 double NearestTurn(double longitude, double to, double fullCircle) {
@@ -124,10 +76,10 @@ class OutlineImage {
     parameters_ = outline_.Parameters();
     for (const double t : parameters_)
       images_.push_back(outline_.At(t));
-    map_.forward(images_);
+    map_.forward(Points<TablePlane>(images_));
     Unroll();
     for (const TShellPoint& image : images_) {
-      if (Failed(image)) continue;
+      if (IsFailed(image)) continue;
       if (!NearPole(image)) x_.Add(image.First);
       y_.Add(image.Second);
     }
@@ -156,7 +108,7 @@ class OutlineImage {
     double last = 0;
     for (std::size_t i = 0; i < images_.size(); ++i) {
       TShellPoint& image = images_[i];
-      if (Failed(image) || NearPole(image)) continue;
+      if (IsFailed(image) || NearPole(image)) continue;
       const double wanted = ratio * outline_.At(parameters_[i]).First;
       if (!first) image.First = NearestTurn(image.First, wanted + last, map_.target.fullCircle);
       first = false;
@@ -178,7 +130,7 @@ class OutlineImage {
   }
 
   [[nodiscard]] bool Usable(std::size_t i, bool ofX) const {
-    return !Failed(images_[i]) && !(ofX && NearPole(images_[i]));
+    return !IsFailed(images_[i]) && !(ofX && NearPole(images_[i]));
   }
 
   // Places that are higher than both neighbours, where the curve between them could rise above the
@@ -213,7 +165,7 @@ class OutlineImage {
         inner[2 * i] = outline_.At(peaks[i].to - kGolden * width);
         inner[2 * i + 1] = outline_.At(peaks[i].from + kGolden * width);
       }
-      map_.forward(inner);
+      map_.forward(Points<TablePlane>(inner));
       for (std::size_t i = 0; i < peaks.size(); ++i)
         Narrow(inner[2 * i], inner[2 * i + 1], &peaks[i]);
     }
@@ -232,7 +184,7 @@ class OutlineImage {
   }
 
   double Take(const TShellPoint& image, const Peak& peak) {
-    if (Failed(image)) return -std::numeric_limits<double>::infinity();
+    if (IsFailed(image)) return -std::numeric_limits<double>::infinity();
     const double value =
         peak.ofX ? NearestTurn(image.First, peak.image, map_.target.fullCircle) : image.Second;
     (peak.ofX ? x_ : y_).Add(value);
@@ -336,8 +288,9 @@ class CellImages {
         std::array<TShellPoint, 4> around{
             {{x - stepX, y, 0}, {x + stepX, y, 0}, {x, y - stepY, 0}, {x, y + stepY, 0}}};
         if (awayFromPoles && AtPole({x, y, 0}, map_.source)) continue;
-        map_.forward(around);
-        if (std::ranges::any_of(around, Failed)) continue;
+        map_.forward(Points<TablePlane>(around));
+        if (std::ranges::any_of(around, [](const auto& place) { return IsFailed(place); }))
+          continue;
         if (awayFromPoles && AtPole(around[0], map_.target)) continue;
         steps_.push_back(
             StepOf(around, 2 * stepX / source_.CellEastWest, 2 * stepY / source_.CellNorthSouth));
@@ -362,8 +315,8 @@ class CellImages {
 /// Whether the pole of the target plane lies on the ground of the source.
 bool PoleIsOnGround(const GridExtents& source, const GroundMap& map, double side) {
   TShellPoint pole{0, side * map.target.Pole(), 0};
-  map.backward({&pole, 1});
-  if (Failed(pole)) return false;
+  map.backward(Points<TablePlane>(&pole));
+  if (IsFailed(pole)) return false;
   const double slackX = 1e-9 * (std::abs(source.West) + std::abs(source.East));
   const double slackY = 1e-9 * (std::abs(source.South) + std::abs(source.North));
   const double x = NearestTurn(pole.First, (source.West + source.East) / 2, map.source.fullCircle);
@@ -380,9 +333,9 @@ void AddInside(const GridExtents& source, const GroundMap& map, Range* x, Range*
                         LatticePlace(source.South, source.North, j), 0});
     }
   }
-  map.forward(places);
+  map.forward(Points<TablePlane>(places));
   for (const TShellPoint& place : places) {
-    if (Failed(place)) continue;
+    if (IsFailed(place)) continue;
     x->Add(place.First);
     y->Add(place.Second);
   }

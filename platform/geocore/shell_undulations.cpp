@@ -1,19 +1,18 @@
+#include "platform/geocore/shell_undulations.h"
+
 #include <algorithm>
 #include <cmath>
 #include <optional>
 #include <utility>
 #include <vector>
 
-#include "platform/geocore/shell_definition.h"
-#include "platform/geocore/shell_grids.h"
+#include "platform/geocore/geodesy_error.h"
+#include "platform/geocore/shell_transform.h"
 #include "platform/geocore/table_sampler.h"
 #include "platform/text/text.h"
 
 namespace QvRefSystem {
 namespace {
-
-using Definition = TShellReferenceSystem::Definition;
-using Third = Definition::Third;
 
 // Nodes that are computed at once: enough to hide what a call costs, few enough for the caches.
 constexpr std::size_t kBlock = 4096;
@@ -22,35 +21,35 @@ constexpr std::size_t kBlock = 4096;
 class Undulations {
  public:
   // `table` may be null: the system's own heights count then.
-  Undulations(const Definition& system, const THeightTable* table) : system_(system) {
-    if (table == nullptr) table = system.Table();
+  Undulations(const ShellDefinition& system, const THeightTable* table) : system_(system) {
+    if (table == nullptr) table = system.table.get();
     if (table != nullptr) {
       if (table->Data == nullptr) throw GeodesyError("the table of heights is empty");
       sampler_.emplace(*table, system.FullTurn());
-    } else if (system.Heights() == HeightSurface::kEllipsoid) {
-      throw GeodesyError(system.Model().name + " has no height system");
+    } else if (system.surface == HeightSurface::kEllipsoid) {
+      throw GeodesyError(system.model.name + " has no height system");
     }
   }
 
   // `places` are in the system's own axes, with finite coordinates.
-  void Take(std::span<const TShellPoint> places, std::vector<double>* values) {
+  void Take(ConstPoints<Axes> places, std::vector<double>* values) {
     values->resize(places.size());
     if (sampler_) {
       for (std::size_t i = 0; i < places.size(); ++i) {
         const TShellPoint plane = system_.ToPlane(places[i]);
         (*values)[i] = sampler_->At(plane.First, plane.Second);
       }
-    } else if (system_.Heights() == HeightSurface::kOffset) {
-      std::ranges::fill(*values, system_.Offset());
+    } else if (system_.surface == HeightSurface::kOffset) {
+      std::ranges::fill(*values, system_.offset);
     } else {
       scratch_.assign(places.begin(), places.end());
-      system_.PutUndulations(scratch_);
+      PutUndulations(system_, Points<Axes>(scratch_));
       std::ranges::transform(scratch_, values->begin(), &TShellPoint::Third);
     }
   }
 
  private:
-  const Definition& system_;
+  const ShellDefinition& system_;
   std::optional<TableSampler> sampler_;
   std::vector<TShellPoint> scratch_;
 };
@@ -58,21 +57,21 @@ class Undulations {
 /// Undulations of a source at the nodes of a grid in a target, in the target's height unit.
 class NodeUndulations {
  public:
-  NodeUndulations(const TShellReferenceSystem& source, const THeightTable* table,
-                  const TShellReferenceSystem& target, const THeightTable& grid)
-      : source_(source),
-        target_(target),
+  NodeUndulations(const UndulationWay& way, const THeightTable& grid)
+      : source_(way.from),
+        target_(way.to),
         grid_(grid),
-        undulations_(source.Core(), table),
-        ratio_(source.Core().HeightUnit() / target.Core().HeightUnit()),
-        samePlane_(source.Core().HasSamePlane(target.Core())),
-        sameDatum_(samePlane_ || source.Core().HasSameDatum(target.Core())) {
+        undulations_(source_, way.table),
+        ratio_(source_.heightUnit / target_.heightUnit),
+        samePlane_(source_.HasSamePlane(target_)),
+        sameDatum_(samePlane_ || source_.HasSameDatum(target_)) {
     if (grid.Data == nullptr) throw GeodesyError("the grid has no nodes");
     if (samePlane_) return;
-    if (!source.Core().HasLatitude() || !target.Core().HasLatitude()) {
-      throw GeodesyError("heights cannot move from " + source.Name() + " to " + target.Name());
+    if (!source_.HasLatitude() || !target_.HasLatitude()) {
+      throw GeodesyError("heights cannot move from " + source_.model.name + " to " +
+                         target_.model.name);
     }
-    Definition::RequireMeeting(source.Core(), target.Core());
+    RequireMeeting(source_, target_);
   }
 
   [[nodiscard]] std::size_t Blocks() const { return (NodeCount() + kBlock - 1) / kBlock; }
@@ -85,7 +84,7 @@ class NodeUndulations {
       nodes_[k] = Node(first + k, 0);
     if (sameDatum_) {
       MoveToSource(first);
-      undulations_.Take(nodes_, &values_);
+      undulations_.Take(ConstPoints<Axes>(nodes_), &values_);
       for (double& value : values_)
         value *= ratio_;
     } else {
@@ -101,20 +100,20 @@ class NodeUndulations {
   [[nodiscard]] TShellPoint Node(std::size_t number, double height) const {
     const double x = grid_.OriginX + static_cast<double>(number / grid_.CountY) * grid_.CellX;
     const double y = grid_.OriginY + static_cast<double>(number % grid_.CountY) * grid_.CellY;
-    return target_.Core().FromPlane(x, y, height);
+    return target_.FromPlane(x, y, height);
   }
 
   void MoveToSource(std::size_t first) {
     if (samePlane_) return;
-    Definition::Move(target_.Core(), Third::kEllipsoidal, source_.Core(), Third::kEllipsoidal,
-                     nodes_);
-    const auto failed = std::ranges::find_if(
-        nodes_, [](const TShellPoint& node) { return !std::isfinite(node.First); });
+    MovePoints({target_, Third::kEllipsoidal}, {source_, Third::kEllipsoidal},
+               Points<Axes>(nodes_));
+    const auto failed =
+        std::ranges::find_if(nodes_, [](const TShellPoint& node) { return IsFailed(node); });
     if (failed == nodes_.end()) return;
     const TShellPoint node = Node(first + static_cast<std::size_t>(failed - nodes_.begin()), 0);
     throw GeodesyError("the node " + QvPlatform::DoubleToText(node.First) + ", " +
                        QvPlatform::DoubleToText(node.Second) + " of the grid has no place in " +
-                       source_.Name() + ": " + target_.ExplainFailure(source_, node));
+                       source_.model.name + ": " + WhyFailed(target_, source_, node));
   }
 
   // Where the datums differ, the height over the target's ellipsoid is sought that is a point of
@@ -123,13 +122,13 @@ class NodeUndulations {
   // good to a micrometre as a rule.
   void SettleInSpace(std::size_t first) {
     constexpr int kMostRounds = 12;
-    const double enough = 1e-6 / target_.Core().HeightUnit();
+    const double enough = 1e-6 / target_.heightUnit;
     std::vector<double> heights(nodes_.size(), nearby_);
     for (int round = 0; round < kMostRounds; ++round) {
       for (std::size_t k = 0; k < nodes_.size(); ++k)
         nodes_[k] = Node(first + k, heights[k]);
       MoveToSource(first);
-      undulations_.Take(nodes_, &values_);
+      undulations_.Take(ConstPoints<Axes>(nodes_), &values_);
       double furthest = 0;
       for (std::size_t k = 0; k < nodes_.size(); ++k) {
         const double off = (values_[k] - nodes_[k].Third) * ratio_;
@@ -142,8 +141,8 @@ class NodeUndulations {
         return;
       }
     }
-    throw GeodesyError("the undulations of " + source_.Name() + " cannot be counted from " +
-                       target_.Name());
+    throw GeodesyError("the undulations of " + source_.model.name + " cannot be counted from " +
+                       target_.model.name);
   }
 
   void Put(std::size_t first, THeightTable* result) {
@@ -158,8 +157,8 @@ class NodeUndulations {
     }
   }
 
-  const TShellReferenceSystem& source_;
-  const TShellReferenceSystem& target_;
+  const ShellDefinition& source_;
+  const ShellDefinition& target_;
   const THeightTable& grid_;
   Undulations undulations_;
   double ratio_;
@@ -170,16 +169,6 @@ class NodeUndulations {
   // The undulation of the last node.
   double nearby_ = 0;
 };
-
-void Interpolate(const TShellReferenceSystem& system, const THeightTable* source,
-                 const TShellReferenceSystem* target, THeightTable* result, int (*next)()) {
-  if (target == nullptr || result == nullptr) throw GeodesyError("there is no grid to fill");
-  NodeUndulations nodes(system, source, *target, *result);
-  for (std::size_t block = 0; block < nodes.Blocks(); ++block) {
-    nodes.Compute(block, result);
-    if (next != nullptr && next() != 0) throw GeodesyError("cancelled");
-  }
-}
 
 // Digits behind the point down to a millimetre, which is what height files keep.
 int DecimalsFor(double unit) {
@@ -214,29 +203,44 @@ void ForEachValue(const THeightTable& table, Use use) {
   }
 }
 
-bool Approximate(const TShellReferenceSystem& system, const THeightTable* source,
-                 const TShellReferenceSystem* target, std::string* offset, std::string* rms,
-                 std::string* max, THeightTable* errors, TProgressInterface* progress) {
-  if (target == nullptr || errors == nullptr || errors->Data == nullptr) return false;
-  // The errors take the undulations' place, so that their limits are those of the errors alone.
-  THeightTable undulations;
-  undulations.Resize(errors->CountX, errors->CountY, errors->CellX, errors->CellY, errors->OriginX,
-                     errors->OriginY);
-  NodeUndulations nodes(system, source, *target, undulations);
+// Fills `grid`. False if the user cancels.
+bool ComputeAll(const UndulationWay& way, THeightTable* grid, const TProgressInterface* progress) {
+  NodeUndulations nodes(way, *grid);
   if (progress != nullptr && progress->SetMax != nullptr) {
     progress->SetMax(static_cast<int>(nodes.Blocks()));
   }
   for (std::size_t block = 0; block < nodes.Blocks(); ++block) {
-    nodes.Compute(block, &undulations);
+    nodes.Compute(block, grid);
     if (progress != nullptr && progress->Next != nullptr && progress->Next() != 0) return false;
   }
+  return true;
+}
+
+}  // namespace
+
+void InterpolateUndulations(const UndulationWay& way, THeightTable* grid, int (*next)()) {
+  NodeUndulations nodes(way, *grid);
+  for (std::size_t block = 0; block < nodes.Blocks(); ++block) {
+    nodes.Compute(block, grid);
+    if (next != nullptr && next() != 0) throw GeodesyError("cancelled");
+  }
+}
+
+std::optional<OffsetFit> FitOffset(const UndulationWay& way, THeightTable* errors,
+                                   TProgressInterface* progress) {
+  // The errors take the undulations' place, so that their limits are those of the errors alone.
+  THeightTable undulations;
+  const auto resizeLike = [](const THeightTable& grid, THeightTable* table) {
+    table->Resize(grid.CountX, grid.CountY, grid.CellX, grid.CellY, grid.OriginX, grid.OriginY);
+  };
+  resizeLike(*errors, &undulations);
+  if (!ComputeAll(way, &undulations, progress)) return std::nullopt;
   const double count = static_cast<double>(errors->CountX) * errors->CountY;
   ExactSum sum;
   ForEachValue(undulations, [&](auto, auto, double value) { sum.Add(value); });
-  const int decimals = DecimalsFor(target->Core().HeightUnit());
+  const int decimals = DecimalsFor(way.to.heightUnit);
   const double constant = RoundTo(sum.Value() / count, decimals);
-  errors->Resize(undulations.CountX, undulations.CountY, undulations.CellX, undulations.CellY,
-                 undulations.OriginX, undulations.OriginY);
+  resizeLike(undulations, errors);
   ExactSum squares;
   ForEachValue(undulations, [&](auto i, auto j, double value) {
     const double error = value - constant;
@@ -244,52 +248,9 @@ bool Approximate(const TShellReferenceSystem& system, const THeightTable* source
     squares.Add(error * error);
   });
   const double furthest = std::max(std::abs(errors->MinValue), std::abs(errors->MaxValue));
-  *offset = QvPlatform::DoubleToText(constant == 0 ? 0 : constant);
-  *rms = QvPlatform::DoubleToText(RoundTo(std::sqrt(squares.Value() / count), decimals));
-  *max = QvPlatform::DoubleToText(RoundTo(furthest, decimals));
-  return true;
-}
-
-bool ApproximateOrFail(const TShellReferenceSystem& system, const THeightTable* source,
-                       const TShellReferenceSystem* target, std::string* offset, std::string* rms,
-                       std::string* max, THeightTable* errors, TProgressInterface* progress) {
-  try {
-    return Approximate(system, source, target, offset, rms, max, errors, progress);
-  } catch (const GeodesyError&) {
-    return false;
-  } catch (const std::bad_alloc&) {
-    return false;
-  }
-}
-
-}  // namespace
-
-void TShellReferenceSystem::InterpolateHeights(const THeightTable* source,
-                                               const TShellReferenceSystem* target,
-                                               THeightTable* result, int (*next)()) const {
-  if (source == nullptr) throw GeodesyError("there is no table of heights");
-  Interpolate(*this, source, target, result, next);
-}
-
-void TShellReferenceSystem::InterpolateHeights(const TShellReferenceSystem* target,
-                                               THeightTable* result, int (*next)()) const {
-  Interpolate(*this, nullptr, target, result, next);
-}
-
-bool TShellReferenceSystem::ApproximateHeights(const THeightTable* source,
-                                               const TShellReferenceSystem* target,
-                                               std::string* offset, std::string* rms,
-                                               std::string* max, THeightTable* errors,
-                                               TProgressInterface* progress) const {
-  return source != nullptr &&
-         ApproximateOrFail(*this, source, target, offset, rms, max, errors, progress);
-}
-
-bool TShellReferenceSystem::ApproximateHeights(const TShellReferenceSystem* target,
-                                               std::string* offset, std::string* rms,
-                                               std::string* max, THeightTable* errors,
-                                               TProgressInterface* progress) const {
-  return ApproximateOrFail(*this, nullptr, target, offset, rms, max, errors, progress);
+  return OffsetFit{QvPlatform::DoubleToText(constant == 0 ? 0 : constant),
+                   QvPlatform::DoubleToText(RoundTo(std::sqrt(squares.Value() / count), decimals)),
+                   QvPlatform::DoubleToText(RoundTo(furthest, decimals))};
 }
 
 }  // namespace QvRefSystem

@@ -1,0 +1,54 @@
+#include "database/table_files.h"
+
+#include <memory>
+
+#include "database/storage_files.h"
+#include "platform/dbset/fixed_record_file.h"
+
+namespace QvRefSystem {
+namespace {
+
+// The layout that CreateTable makes under a tag; null for tables that are only ever delivered.
+const TableSpec* CreatableTable(int tag) {
+  switch (tag) {
+    case 1:
+      return &TableOf(TableId::kRefSystem);
+    case 16:
+      return &TableOf(TableId::kVerticalRefSystem);
+    case kTransformCreateTag:
+      return &TableOf(TableId::kRefsystemTransform);
+    default:
+      return nullptr;
+  }
+}
+
+// A null table still tries the target, so that an unwritable place is told; nothing is left there.
+bool CreateFrom(const std::string& name, bool resourceForm, const TableSpec* table,
+                QvPlatform::TUserInterface& ui) {
+  auto stream = MakeStream(resourceForm);
+  if (!stream->Open(name, QvPlatform::QvOpenMode::kCreate)) {
+    TellCannotCreate(name, resourceForm, ui);
+    return false;
+  }
+  if (table == nullptr) return false;
+  const QvPlatform::TQvDbHeader header = HeaderOf(*table);
+  QvPlatform::TFixedRecordFile file(header, header.GetRecordSize());
+  if (!file.CreateNew(stream.get(), true)) return false;
+  (void)stream.release();  // The file owns it now.
+  file.Close();
+  return true;
+}
+
+}  // namespace
+
+bool CreateCatalogueTable(const std::string& name, bool resourceForm, const TableSpec& table,
+                          QvPlatform::TUserInterface& ui) {
+  return CreateFrom(name, resourceForm, &table, ui);
+}
+
+bool CreateTable(const std::string& name, bool resourceForm, int tag,
+                 QvPlatform::TUserInterface& ui) {
+  return CreateFrom(name, resourceForm, CreatableTable(tag), ui);
+}
+
+}  // namespace QvRefSystem

@@ -1,0 +1,42 @@
+#include "processors/table_columns.h"
+
+#include <functional>
+
+namespace QvRefSystem {
+
+TableColumns::TableColumns(QvPlatform::TQvDataSet& dataSet, const ObjectDescriptor& descriptor)
+    : typeName_(descriptor.typeName) {
+  for (const FieldSpec& spec : TableOf(descriptor.table).fields) {
+    const QvPlatform::TField* field = dataSet.FindField(spec.name);
+    // A field that the file lacks fails when it is used.
+    columns_.emplace_back(spec.name, field != nullptr ? field->GetIndex() : -1);
+  }
+  Bind(descriptor.items);
+}
+
+void TableColumns::Bind(std::span<const TreeItem> items) {
+  Bound& bound = bound_.emplace_back();
+  bound.items = items;
+  for (const TreeItem& item : items)
+    bound.numbers.push_back(item.column.empty() ? -1 : Of(item.column));
+}
+
+int TableColumns::Of(std::string_view name) const {
+  for (const auto& [column, number] : columns_) {
+    if (column == name && number >= 0) return number;
+  }
+  throw QvPlatform::DataSetError("the table of " + std::string(typeName_) + " has no field " +
+                                 std::string(name));
+}
+
+int TableColumns::Of(const TreeItem& item) const {
+  const std::less<> before;
+  for (const auto& [items, numbers] : bound_) {
+    if (!before(&item, items.data()) && before(&item, items.data() + items.size())) {
+      return numbers[static_cast<std::size_t>(&item - items.data())];
+    }
+  }
+  return Of(item.column);
+}
+
+}  // namespace QvRefSystem

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/dbset/data_set.h"
+#include "processors/object_descriptor.h"
+
+namespace QvRefSystem {
+
+/// The field numbers of one table's columns. They are found once: a search by name for each field
+/// of each record would cost more than the rest of an export.
+class TableColumns {
+ public:
+  /// A file may hold its fields in an order of its own, and may lack some.
+  TableColumns(QvPlatform::TQvDataSet& dataSet, const ObjectDescriptor& descriptor);
+
+  /// Finds the columns of these members ahead of their use. The items must outlive this object.
+  void Bind(std::span<const TreeItem> items);
+  /// Throws DataSetError for a column that the table lacks.
+  [[nodiscard]] int Of(std::string_view name) const;
+  /// The column of a member; fast for those that were bound.
+  [[nodiscard]] int Of(const TreeItem& item) const;
+
+ private:
+  struct Bound {
+    std::span<const TreeItem> items;
+    std::vector<int> numbers;
+  };
+  std::string_view typeName_;
+  std::vector<std::pair<std::string_view, int>> columns_;
+  std::vector<Bound> bound_;
+};
+
+}  // namespace QvRefSystem
