@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "dialogs/select/dialog_options.h"
+#include "editor/library_chain.h"
 #include "platform/data/string_tree.h"
 
 namespace QvPlatform {
@@ -22,6 +23,7 @@ using QvCommonUtils::TStringTree;
 /// user-interface thread, where a QApplication exists.
 class TQvGeoRefFrameEditor {
  public:
+  /// An editor that asks its user by message boxes and dialogs. Nothing is open yet.
   TQvGeoRefFrameEditor();
   /// An editor that asks its user in a way of the host's own; `ui` must outlive it.
   explicit TQvGeoRefFrameEditor(QvPlatform::TUserInterface& ui);
@@ -34,6 +36,7 @@ class TQvGeoRefFrameEditor {
   [[nodiscard]] bool Initialize(const TQvGeoRefFrameDialogOptions* options);
   /// Undoes Initialize; harmless otherwise. No dialog made over the database may be left.
   void Finalize();
+  /// Whether a database is open.
   [[nodiscard]] bool DatabaseIsActive() const;
 
   /// Stores the tree's system, opens the selector on it, and on OK replaces the tree's content by
@@ -62,13 +65,5 @@ class TQvGeoRefFrameEditor {
   std::unique_ptr<TdatamoduleQvRfData> data_;
   std::unique_ptr<TformQvRfRefSystemSelector> selector_;
 };
-
-/// Counted start and stop of the libraries that the editor depends on, called in pairs around all
-/// use of the class, on the thread of the QApplication. Start returns true on its first call only;
-/// a stop without a start does nothing.
-// NOLINTBEGIN(bugprone-reserved-identifier): the names under which hosts know the pair.
-bool _QvGeoRefFrameEditor_Initialize();
-void _QvGeoRefFrameEditor_Finalize();
-// NOLINTEND(bugprone-reserved-identifier)
 
 }  // namespace QvRefSystem

@@ -1,8 +1,9 @@
+#include "editor/library_chain.h"
+
 #include <memory>
 
-#include "editor/georef_frame_editor.h"
 #include "platform/text/text.h"
-#include "platform/widgets/qt_text.h"
+#include "platform/widgets/text_translation.h"
 
 namespace QvRefSystem {
 namespace {

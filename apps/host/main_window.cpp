@@ -52,7 +52,7 @@ QPlainTextEdit* MakeMemo(QWidget* parent, const char* objectName) {
 
 }  // namespace
 
-TMainWindow::TMainWindow(QSettings& settings, QvPlatform::TUserInterface& ui)
+MainWindow::MainWindow(QSettings& settings, QvPlatform::TUserInterface& ui)
     : settings_(settings), ui_(ui), editor_(ui) {
   setObjectName("refframeHost");
   BuildActions();
@@ -68,10 +68,10 @@ TMainWindow::TMainWindow(QSettings& settings, QvPlatform::TUserInterface& ui)
   UpdateState();
 }
 
-TMainWindow::~TMainWindow() = default;
+MainWindow::~MainWindow() = default;
 
-QAction* TMainWindow::AddAction(const char* objectName, const char* text, const QKeySequence& keys,
-                                void (TMainWindow::*slot)()) {
+QAction* MainWindow::AddAction(const char* objectName, const char* text, const QKeySequence& keys,
+                               void (MainWindow::*slot)()) {
   auto* action = new QAction(Translated(text), this);
   action->setObjectName(objectName);
   action->setShortcut(keys);
@@ -80,30 +80,30 @@ QAction* TMainWindow::AddAction(const char* objectName, const char* text, const 
   return action;
 }
 
-void TMainWindow::BuildActions() {
+void MainWindow::BuildActions() {
   actOpenTree_ = AddAction("actOpenTree", Translatable("&Open tree..."), QKeySequence::Open,
-                           &TMainWindow::AskTree);
+                           &MainWindow::AskTree);
   actSaveTree_ = AddAction("actSaveTree", Translatable("&Save tree..."), QKeySequence::Save,
-                           &TMainWindow::SaveTree);
-  actChoose_ = AddAction("actChoose", Translatable("&Choose..."), Qt::CTRL | Qt::Key_R,
-                         &TMainWindow::Choose);
+                           &MainWindow::SaveTree);
+  actChoose_ =
+      AddAction("actChoose", Translatable("&Choose..."), Qt::CTRL | Qt::Key_R, &MainWindow::Choose);
   actInsert_ =
-      AddAction("actInsert", Translatable("&Insert"), Qt::CTRL | Qt::Key_I, &TMainWindow::Insert);
+      AddAction("actInsert", Translatable("&Insert"), Qt::CTRL | Qt::Key_I, &MainWindow::Insert);
   actInsert_->setToolTip(Translated("Store this system in the database"));
-  actInfo_ = AddAction("actInfo", Translatable("I&nfo"), QKeySequence(), &TMainWindow::ShowInfo);
+  actInfo_ = AddAction("actInfo", Translatable("I&nfo"), QKeySequence(), &MainWindow::ShowInfo);
   actInfo_->setToolTip(Translated("Describe the system that is current in the database"));
   actOpenFolder_ = AddAction("actOpenFolder", Translatable("Open database &folder..."),
-                             QKeySequence(), &TMainWindow::AskFolder);
+                             QKeySequence(), &MainWindow::AskFolder);
   actOpenContainer_ = AddAction("actOpenContainer", Translatable("Open database &container..."),
-                                QKeySequence(), &TMainWindow::AskContainer);
+                                QKeySequence(), &MainWindow::AskContainer);
   actManage_ = AddAction("actManage", Translatable("&Manage database..."), Qt::CTRL | Qt::Key_M,
-                         &TMainWindow::ManageDatabase);
+                         &MainWindow::ManageDatabase);
   actManage_->setToolTip(Translated("Show and change the objects of every type"));
   actOptions_ = AddAction("actOptions", Translatable("&Dialog options..."), QKeySequence(),
-                          &TMainWindow::AskOptions);
+                          &MainWindow::AskOptions);
 }
 
-void TMainWindow::BuildMenus() {
+void MainWindow::BuildMenus() {
   auto* actQuit = new QAction(Translated("&Quit"), this);
   actQuit->setShortcut(QKeySequence::Quit);
   connect(actQuit, &QAction::triggered, this, &QWidget::close);
@@ -131,7 +131,7 @@ void TMainWindow::BuildMenus() {
   bar->addAction(actManage_);
 }
 
-void TMainWindow::BuildBrowseMenu() {
+void MainWindow::BuildBrowseMenu() {
   QMenu* browse = menuBar()->addMenu(Translated("&Browse"));
   for (const ObjectDescriptor& object : ObjectDescriptors()) {
     QString text = QvPlatform::SystemQText(object.displayName);
@@ -147,7 +147,7 @@ void TMainWindow::BuildBrowseMenu() {
   }
 }
 
-void TMainWindow::BuildCentre() {
+void MainWindow::BuildCentre() {
   pages_ = new QStackedWidget(this);
   auto* empty = new QWidget(pages_);
   auto* column = new QVBoxLayout(empty);
@@ -185,7 +185,7 @@ void TMainWindow::BuildCentre() {
   setCentralWidget(pages_);
 }
 
-void TMainWindow::LoadOptions() {
+void MainWindow::LoadOptions() {
   TQvGeoRefFrameDialogOptions& dialog = options_.dialog;
   dialog.DialogMode =
       settings_.value("options/dialogMode").toInt() == kSimpleMode ? kSimpleMode : kFullMode;
@@ -195,14 +195,14 @@ void TMainWindow::LoadOptions() {
   options_.rejectGeodetic = settings_.value("options/rejectGeodetic", false).toBool();
 }
 
-void TMainWindow::SaveOptions() {
+void MainWindow::SaveOptions() {
   settings_.setValue("options/dialogMode", static_cast<int>(options_.dialog.DialogMode));
   settings_.setValue("options/errorColour", options_.dialog.ErrorColour);
   settings_.setValue("options/showImportExport", options_.dialog.ShowImportExport);
   settings_.setValue("options/rejectGeodetic", options_.rejectGeodetic);
 }
 
-bool TMainWindow::OpenDatabase(const QString& path) {
+bool MainWindow::OpenDatabase(const QString& path) {
   const QFileInfo place(path);
   const bool container = place.isFile() || path.endsWith(QLatin1String(".qvdb"));
   options_.dialog.DatabaseKind = container ? 2 : 1;
@@ -221,12 +221,12 @@ bool TMainWindow::OpenDatabase(const QString& path) {
   return opened;
 }
 
-void TMainWindow::OpenLastDatabase() {
+void MainWindow::OpenLastDatabase() {
   const QString path = settings_.value("database/path").toString();
   if (!path.isEmpty() && QFileInfo::exists(path)) (void)OpenDatabase(path);
 }
 
-bool TMainWindow::OpenTree(const QString& path) {
+bool MainWindow::OpenTree(const QString& path) {
   const bool read = Guarded(ui_, [&] { ReadTreeFile(FromQt(path), &tree_); });
   if (!read) return false;
   hasTree_ = true;
@@ -234,7 +234,7 @@ bool TMainWindow::OpenTree(const QString& path) {
   return true;
 }
 
-void TMainWindow::Choose() {
+void MainWindow::Choose() {
   if (!editor_.DatabaseIsActive()) return;
   // The host's system stays as it was unless another one was chosen.
   QvCommonUtils::TStringTree tree;
@@ -248,7 +248,7 @@ void TMainWindow::Choose() {
   UpdateState();
 }
 
-void TMainWindow::Insert() {
+void MainWindow::Insert() {
   if (!editor_.Insert(&tree_)) {
     ui_.ShowMessage(QvPlatform::MessageKind::kError,
                     FromQt(Translated("The tree does not hold a whole reference system.")),
@@ -266,7 +266,7 @@ void TMainWindow::Insert() {
   UpdateState();
 }
 
-void TMainWindow::ShowInfo() {
+void MainWindow::ShowInfo() {
   TStrings lines;
   if (!editor_.GetInfo(&lines)) return;
   std::string text;
@@ -275,13 +275,13 @@ void TMainWindow::ShowInfo() {
   ui_.ShowMessage(QvPlatform::MessageKind::kPlain, text, QvPlatform::MessageButtons::kOk);
 }
 
-void TMainWindow::AskTree() {
+void MainWindow::AskTree() {
   const auto file = QvPlatform::GetOpenFileName(this, Translated("Open tree"),
                                                 {Translated(kTreeFilter), kXmlFilter, QString()});
   if (!file.path.isEmpty()) OpenTree(file.path);
 }
 
-void TMainWindow::SaveTree() {
+void MainWindow::SaveTree() {
   const auto file = QvPlatform::GetSaveFileName(
       this, Translated("Save tree"),
       {Translated(kTreeFilter), kXmlFilter, ToQt(MakeFileName(FromQt(NameOfTree(tree_))))});
@@ -290,19 +290,19 @@ void TMainWindow::SaveTree() {
                 file.filterIndex == 1 ? ObjectFileForm::kText : ObjectFileForm::kXml);
 }
 
-void TMainWindow::AskFolder() {
+void MainWindow::AskFolder() {
   const QString path = QvPlatform::SelectFolder(this, Translated("Open database folder"));
   if (!path.isEmpty()) (void)OpenDatabase(path);
 }
 
-void TMainWindow::AskContainer() {
+void MainWindow::AskContainer() {
   const auto file = QvPlatform::GetOpenFileName(
       this, Translated("Open database container"),
       {Translated("Databases (*.qvdb)|*.qvdb|All files (*.*)|*.*"), 1, QString()});
   if (!file.path.isEmpty()) (void)OpenDatabase(file.path);
 }
 
-void TMainWindow::AskOptions() {
+void MainWindow::AskOptions() {
   OptionsDialog dialog(options_, this);
   dialog.setObjectName("optionsDialog");
   if (dialog.exec() != QDialog::Accepted) return;
@@ -313,19 +313,19 @@ void TMainWindow::AskOptions() {
   UpdateState();
 }
 
-void TMainWindow::ManageDatabase() {
+void MainWindow::ManageDatabase() {
   editor_.ManageDatabase();
   UpdateState();
 }
 
-void TMainWindow::ShowSystem() {
+void MainWindow::ShowSystem() {
   ShowTree(tree_, treeSystem_);
   memoInfo_->setPlainText(DescribeTree(tree_).join(QLatin1Char('\n')));
   memoWkt_->setPlainText(WktOfTree(tree_));
   UpdateState();
 }
 
-void TMainWindow::UpdateState() {
+void MainWindow::UpdateState() {
   const bool open = editor_.DatabaseIsActive();
   const QString name = NameOfTree(tree_);
   setWindowTitle((name.isEmpty() ? QString() : name + QStringLiteral(" - ")) +
@@ -358,7 +358,7 @@ void TMainWindow::UpdateState() {
   btnStart_->setText(Translated("Choose..."));
 }
 
-void TMainWindow::closeEvent(QCloseEvent* event) {
+void MainWindow::closeEvent(QCloseEvent* event) {
   settings_.setValue("window/geometry", saveGeometry());
   QMainWindow::closeEvent(event);
 }

@@ -18,19 +18,21 @@ namespace QvRefSystem {
 
 /// A small host: it holds one reference system as a tree, shows it, and calls the editor to choose,
 /// store and maintain systems.
-class TMainWindow final : public QMainWindow {
+class MainWindow final : public QMainWindow {
  public:
   /// `settings` keeps the window's place, the options and the last database; it must outlive the
   /// window, as must `ui`.
-  TMainWindow(QSettings& settings, QvPlatform::TUserInterface& ui);
-  ~TMainWindow() override;
+  MainWindow(QSettings& settings, QvPlatform::TUserInterface& ui);
+  ~MainWindow() override;
 
-  /// A folder, or the file of a container. False after the user was told why.
+  /// Opens a folder, or the file of a container, in the place of what is open. False after the user
+  /// was told why.
   bool OpenDatabase(const QString& path);
-  /// The database that was open when the program last ended, if there is one.
+  /// Opens the database that was open when the program last ended, if there is one.
   void OpenLastDatabase();
-  /// A tree in either file form.
+  /// Shows the system in a file of either form of a tree. False after the user was told why.
   bool OpenTree(const QString& path);
+  /// Lets the user choose a system, which takes the place of the one that the window shows.
   void Choose();
 
  protected:
@@ -52,7 +54,7 @@ class TMainWindow final : public QMainWindow {
   void ShowSystem();
   void UpdateState();
   QAction* AddAction(const char* objectName, const char* text, const QKeySequence& keys,
-                     void (TMainWindow::*slot)());
+                     void (MainWindow::*slot)());
   void LoadOptions();
   void SaveOptions();
 

@@ -12,14 +12,18 @@ namespace QvRefSystem {
 
 /// What the host tells the editor, and the demand that it makes of a choice.
 struct HostOptions {
+  /// The options that the editor is initialised with.
   TQvGeoRefFrameDialogOptions dialog;
+  /// Whether a geodetic system is refused when the user chooses one.
   bool rejectGeodetic = false;
 };
 
 /// Lets the user change the host's options; the database stays as it is.
 class OptionsDialog final : public QDialog {
  public:
+  /// The dialog begins with these options.
   OptionsDialog(const HostOptions& options, QWidget* parent);
+  /// The options as the controls show them; what has no control is as it was given.
   [[nodiscard]] HostOptions Options() const;
 
  private:

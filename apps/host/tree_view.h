@@ -9,7 +9,7 @@ class QTreeWidget;
 /// What the host shows of a tree.
 namespace QvRefSystem {
 
-/// Label, value, id and index of every member; the subtrees are closed.
+/// Shows label, value, id and index of every member; the subtrees are closed.
 void ShowTree(const QvCommonUtils::TStringTree& tree, QTreeWidget* view);
 
 /// What the system is and what it is built from, a line each. A tree that holds no whole system

@@ -30,7 +30,9 @@ struct Choice {
 
 /// The rows of a table whose integer field `field` has the value `value`.
 struct RowFilter {
+  /// The name of a field that the table has; any other name throws where the filter is used.
   const char* field;
+  /// What the field holds in the rows that show.
   int value;
 };
 

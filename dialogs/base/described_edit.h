@@ -17,6 +17,7 @@ class DescribedEdit : public TformQvRfEdit {
   Q_OBJECT
 
  public:
+  /// `form` must outlive the dialog; else the conditions are those of TformQvRfEdit.
   DescribedEdit(QWidget* owner, const Chooser& chooser, const FormDescription& form);
   ~DescribedEdit() override;
 
@@ -100,6 +101,7 @@ class DescribedEdit : public TformQvRfEdit {
 template <const FormDescription& Form>
 class EditOf : public DescribedEdit {
  public:
+  /// The conditions are those of TformQvRfEdit.
   EditOf(QWidget* owner, const Chooser& chooser) : DescribedEdit(owner, chooser, Form) {}
 };
 

@@ -27,7 +27,7 @@ class TformQvRfEdit : public QvPlatform::ModalForm {
   /// Lets the user make a record. Without one, the record that was current is current again.
   [[nodiscard]] bool CreateNew();
 
-  /// 1 an existing record is being edited, 0 a new one is being made.
+  /// Tells what the run is for: with 1 an existing record is edited, with 0 a new one is made.
   unsigned char EditMode = 0;
   /// The last run ended by a successful Save.
   bool Saved = false;
@@ -35,6 +35,7 @@ class TformQvRfEdit : public QvPlatform::ModalForm {
   const QColor ErrorColour;
   /// Key of the record under edit; 0 for a new one.
   int Key = 0;
+  /// The processor of the objects that the dialog edits; never null.
   TQvRfDataProcessor* const Processor;
 
  protected:
@@ -44,7 +45,8 @@ class TformQvRfEdit : public QvPlatform::ModalForm {
   virtual void CancelEdit() {}
   /// Fills the controls from the current record and runs the dialog; the result is Saved.
   [[nodiscard]] virtual bool EditRecord() { return false; }
-  /// The same with the defaults of a new record. Tables without new records leave it as it is.
+  /// Fills the controls with the defaults of a new record and runs the dialog; the result is Saved.
+  /// The dialogs of tables that get no new records do not override it.
   [[nodiscard]] virtual bool NewRecord() { return false; }
 
   void bitbtnSaveClick();
@@ -68,7 +70,7 @@ class TformQvRfEdit : public QvPlatform::ModalForm {
 
  private:
   const Chooser& chooser_;
-  /// As the form was when its run began.
+  /// Where the form stood, and how large it was, when its run began.
   QRect placed_;
 };
 

@@ -27,9 +27,13 @@ namespace QvRefSystem {
 /// "..." of a reference. Their background tells their state: refused, not in use, or normal.
 class RowControls {
  public:
+  /// Makes the controls as children of the form. `row` must outlive them.
   RowControls(const FormRow& row, QWidget* form);
 
+  /// Shows a value in the control; what the row's kind has no use for is left out.
   void Show(const FormValue& value);
+  /// Takes over what the user has typed or picked. The key of a reference is not in the control and
+  /// stays as it is.
   void Read(FormValue* value) const;
   /// Whether the row is needed, and its lead lets it be used; only then is it checked.
   [[nodiscard]] bool IsUsed() const;
@@ -37,7 +41,9 @@ class RowControls {
   void SetNeeded(bool needed);
   /// A control that is not in use shows its text, and cannot be changed.
   void SetUsable(bool usable);
+  /// Gives the control that background, and the reason as its tip, until ClearMark.
   void Refuse(const QColor& colour, const QString& reason);
+  /// Takes the mark of a refusal away; the hint is the tip again.
   void ClearMark();
   /// What the control tells about itself while it is not refused.
   void SetHint(const QString& hint);
@@ -46,15 +52,21 @@ class RowControls {
   /// Limits what can be typed, to the width of a field.
   void SetLimit(int characters);
 
+  /// The description that the controls were made from.
   [[nodiscard]] const FormRow& Row() const { return *row_; }
+  /// What stands in front: a label, a radio button or a check box; null for a row without one.
   [[nodiscard]] QWidget* Lead() const { return lead_; }
+  /// What holds the value, or the box or panel of the row; null for a row without one.
   [[nodiscard]] QWidget* Control() const { return control_; }
+  /// The "..." of a reference; null for all other rows.
   [[nodiscard]] QPushButton* Button() const { return button_; }
   /// Null for a row whose lead is a label.
   [[nodiscard]] QAbstractButton* LeadButton() const;
   /// Null for a row that is not one line of text.
   [[nodiscard]] QvPlatform::LimitedLine* Line() const;
+  /// Null for a row that is not a list of given items.
   [[nodiscard]] QComboBox* List() const;
+  /// Whether Refuse has marked the control, and ClearMark has not been called since.
   [[nodiscard]] bool IsRefused() const { return refused_; }
 
  private:
@@ -76,7 +88,9 @@ class RowControls {
 /// Lays rows out: leads in one column, controls in the other, columns and boxes side by side.
 class RowLayout {
  public:
+  /// Lays the rows out in `place`, which must outlive the layout.
   explicit RowLayout(QVBoxLayout* place);
+  /// Puts the controls of a row below those of the row before. To be called in the form's order.
   void Add(const RowControls& row);
   /// Brings the rows above and below the columns in line. To be called when all rows are in.
   void Align();

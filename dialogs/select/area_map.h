@@ -13,10 +13,12 @@ namespace QvRefSystem {
 struct MapView {
   /// x from west to east, y from south to north. May reach past 180 degrees on either side.
   QRectF degrees;
+  /// x from left to right, y from top to bottom; it has the shape of `degrees`.
   QRectF pixels;
   /// The area, in the longitudes of `degrees`.
   QRectF area;
 
+  /// Takes degrees to pixels.
   [[nodiscard]] QTransform Transform() const;
 };
 
@@ -26,8 +28,10 @@ struct MapView {
 /// A small map of the earth with an area marked on it.
 class AreaMap final : public QWidget {
  public:
+  /// The map shows no area at first.
   explicit AreaMap(QWidget* parent);
 
+  /// Shows another area, which the map draws at the next paint.
   void SetArea(const AreaOfUse& area);
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override;

@@ -17,6 +17,10 @@ using QvPlatform::Translated;
 
 namespace {
 
+#define REFFRAME_COUNT(stem, code) +1
+constexpr std::size_t kObjectTypes = 0 REFFRAME_OBJECT_TYPES(REFFRAME_COUNT);
+#undef REFFRAME_COUNT
+
 // What the database holds, in the order of the list.
 constexpr std::array kEntries{
     TObjectType::kReferenceSystemType,
@@ -33,6 +37,7 @@ constexpr std::array kEntries{
     TObjectType::kMapProjection,
     TObjectType::kVerticalReferenceSystem,
 };
+static_assert(kEntries.size() == kObjectTypes, "the list has all object types");
 
 }  // namespace
 

@@ -16,6 +16,7 @@ class TformQvRfSelector;
 /// one that is opened again shows what it showed, in the size that the user gave it.
 class TformGeoRefFrameDatabaseManager final : public QvPlatform::ModalForm {
  public:
+  /// Makes an empty list; Fill comes before the run.
   explicit TformGeoRefFrameDatabaseManager(QWidget* owner);
 
   /// Lists the object types that the database has. A DialogMode that is neither simple nor full

@@ -24,15 +24,18 @@ class DetailsView final : public QTabWidget {
   /// may then hold a part of it.
   using TreeSource = std::function<bool(QvCommonUtils::TStringTree* tree)>;
 
+  /// The view has the one page of the description at first.
   explicit DetailsView(QWidget* parent);
 
   /// The objects are reference systems from now on, and have their trees from `source`.
   void SetSystemSource(TreeSource source);
   /// Shows another object, or the same one after a change, on the page that is open.
   void ShowObject(const std::vector<std::string>& lines);
+  /// Gives the keyboard to the page that is open.
   void FocusPage();
   /// The text of the page that is open goes to the clipboard.
   void CopyAsText();
+  /// The memo of the description, which the view owns.
   [[nodiscard]] QPlainTextEdit* Description() const { return memoDetails; }
 
  private:

@@ -16,6 +16,7 @@ struct TQvGeoRefFrameDialogOptions {
   bool ShowImportExport = false;
   /// 1: DatabasePath is a folder of tables; 2: a container; any other: no database is opened.
   std::int8_t DatabaseKind = 1;
+  /// A folder or a file, as DatabaseKind says, in UTF-8; an empty path opens nothing.
   std::string DatabasePath;
 };
 

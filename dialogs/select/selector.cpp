@@ -1,5 +1,6 @@
 #include "dialogs/select/selector.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QGuiApplication>
 #include <QLabel>
@@ -8,7 +9,7 @@
 #include <QResizeEvent>
 #include <QScopedValueRollback>
 #include <QScreen>
-#include <optional>
+#include <QToolButton>
 #include <stdexcept>
 #include <utility>
 
@@ -54,7 +55,8 @@ class LiveControls {
   const int outer_;
 };
 
-// Whoever waits behind this dialog stands on records of other tables, which writing a tree leaves.
+// Keeps the current record of every table. A dialog that waits behind this one counts on them, and
+// writing a tree moves the cursors.
 class KeptRecords {
  public:
   explicit KeptRecords(TdatamoduleQvRfData& data) {
@@ -105,7 +107,6 @@ TformQvRfSelector::TformQvRfSelector(QWidget* owner, const Chooser& chooser,
       Processor(&ProcessorOf(traits.type)),
       TypeList(traits.typeList),
       chooser_(chooser),
-      names_(*Processor->DataSet),
       ownSource_(traits.ownSource ? std::make_unique<TDataSource>(Processor->DataSet) : nullptr),
       source_(ownSource_ ? *ownSource_ : Data().Source(DescriptorOf(traits.type).table)) {
   BuildControls(this);
@@ -124,13 +125,50 @@ TformQvRfSelector::TformQvRfSelector(QWidget* owner, const Chooser& chooser,
       return Processor->WriteToTree(tree, 0, 0);
     });
   }
+  const SelectorControls& controls = *this;
+  search_.emplace(controls, *listModel_, *Processor);
   ConnectControls();
-  lblCount->setToolTip(Translated("Rows that show, of all rows"));
   const QSize third = QGuiApplication::primaryScreen()->availableSize() / 3;
   resize(third.expandedTo(sizeHint()));
 }
 
 TformQvRfSelector::~TformQvRfSelector() = default;
+
+void TformQvRfSelector::ConnectControls() {
+  ConnectButtons();
+  new SelectorKeys(this, *this, *search_, *this, Data().Ui());
+  connect(dbgridList, &QAbstractItemView::doubleClicked, this, [this] { bitbtnOkClick(); });
+  connect(comboSearch, &QComboBox::editTextChanged, this, [this] { SearchTextChanged(); });
+  connect(listModel_.get(), &DataSetTableModel::CursorMoved, this, [this] { CursorMoved(); });
+}
+
+void TformQvRfSelector::ConnectButtons() {
+  const auto onClick = [this](QAbstractButton* button, auto&& action) {
+    connect(button, &QAbstractButton::clicked, this,
+            [this, action] { Guarded(Data().Ui(), action); });
+  };
+  onClick(bitbtnOk, [this] { bitbtnOkClick(); });
+  onClick(bitbtnCancel, [this] { bitbtnCloseClick(); });
+  onClick(bitbtnClose, [this] { bitbtnCloseClick(); });
+  onClick(bitbtnNew, [this] { DoNew(); });
+  onClick(bitbtnEdit, [this] { DoEdit(); });
+  onClick(bitbtnRemove, [this] { DoRemove(); });
+  onClick(bitbtnImport, [this] { bitbtnImportClick(); });
+  onClick(bitbtnExport, [this] {
+    bitbtnExportClick(QApplication::keyboardModifiers().testFlag(Qt::ShiftModifier));
+  });
+  onClick(bitbtnSearchDown, [this] { search_->Find(true); });
+  onClick(bitbtnSearchUp, [this] { search_->Find(false); });
+  // The button that was clicked is gone, and the focus goes to what took its view's place.
+  onClick(bitbtnList, [this] {
+    bitbtnListClick();
+    dbgridList->setFocus();
+  });
+  onClick(bitbtnDetails, [this] {
+    bitbtnDetailsClick();
+    tabDetails->FocusPage();
+  });
+}
 
 bool TformQvRfSelector::Select(TStringTree* tree, int id, bool hideOwner, int* key, int index) {
   return Select({.tree = tree, .id = id, .index = index, .hideOwner = hideOwner, .key = key});
@@ -252,10 +290,6 @@ void TformQvRfSelector::SetDialogMode(bool selectMode, bool readOnly) {
   dbgridList->EqualiseColumns();
 }
 
-bool TformQvRfSelector::HasVisibleCurrent() const {
-  return listModel_->CurrentRow() >= 0;
-}
-
 bool TformQvRfSelector::HasEditDialog() const {
   return EditForm != nullptr || HasEditForm(Processor->Descriptor().type);
 }
@@ -370,7 +404,7 @@ void TformQvRfSelector::bitbtnEditClick() {
 void TformQvRfSelector::bitbtnRemoveClick() {
   if (!Processor->DeleteWithConsent(this)) return;
   bitbtnListClick();
-  KeepCurrentInSight();
+  search_->KeepCurrentInSight();
   UpdateEditButtons();
 }
 
@@ -386,6 +420,49 @@ void TformQvRfSelector::bitbtnImportClick() {
   ImportObject(this, *Processor);
   ShowCurrentRecord();
   UpdateEditButtons();
+}
+
+void TformQvRfSelector::ShowAllFields(bool show) {
+  if (show && allModel_ == nullptr) {
+    allModel_ = std::make_unique<DataSetTableModel>(
+        source_, std::vector<DataSetTableModel::Column>{}, nullptr);
+    dbgridShowAll->SetDataSetModel(allModel_.get());
+  }
+  dbgridShowAll->setEnabled(show);
+  if (show) {
+    dbgridShowAll->setGeometry(rect());
+    dbgridShowAll->raise();
+    dbgridShowAll->show();
+    dbgridShowAll->setFocus();
+  } else {
+    dbgridShowAll->hide();
+    dbgridShowAll->lower();
+    dbgridList->setFocus();
+  }
+}
+
+void TformQvRfSelector::ClearSearch() {
+  if (comboSearch->currentText().isEmpty()) {
+    SearchTextChanged();
+  } else {
+    comboSearch->setEditText(QString());
+  }
+}
+
+void TformQvRfSelector::SearchTextChanged() {
+  if (!comboSearch->currentText().isEmpty()) bitbtnListClick();
+  search_->Apply();
+  CursorMoved();
+}
+
+void TformQvRfSelector::ShowCurrentRecord() {
+  if (!HasVisibleCurrent()) ClearSearch();
+}
+
+void TformQvRfSelector::CursorMoved() {
+  UpdateEditButtons();
+  search_->ShowCount();
+  if (!tabDetails->isHidden()) bitbtnDetailsClick();
 }
 
 }  // namespace QvRefSystem

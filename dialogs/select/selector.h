@@ -1,18 +1,17 @@
 #pragma once
 
-#include <string>
-#include <vector>
+#include <memory>
+#include <optional>
 
 #include "dialogs/base/chooser.h"
 #include "dialogs/select/selector_controls.h"
+#include "dialogs/select/selector_keys.h"
+#include "dialogs/select/selector_search.h"
 #include "platform/dbset/data_set.h"
 #include "platform/dbset/data_source.h"
 #include "platform/widgets/data_set_model.h"
 #include "platform/widgets/modal_form.h"
 #include "processors/data_processor.h"
-#include "processors/name_filter.h"
-
-class QKeyEvent;
 
 namespace QvRefSystem {
 
@@ -20,6 +19,7 @@ class TformQvRfEdit;
 
 /// What a selector of one object type is.
 struct SelectorTraits {
+  /// The type of the objects that the list shows.
   TObjectType type;
   /// A table of types: its records are neither made nor removed, nor do they travel in files.
   bool typeList = false;
@@ -37,7 +37,8 @@ struct SelectorTraits {
 /// be chosen, described or changed.
 class TformQvRfSelector : public QvPlatform::ModalForm,
                           public ObjectList,
-                          protected SelectorControls {
+                          protected SelectorControls,
+                          protected SelectorActions {
   Q_OBJECT
 
  public:
@@ -66,18 +67,25 @@ class TformQvRfSelector : public QvPlatform::ModalForm,
   /// The description of the current record; false on an empty table.
   [[nodiscard]] bool GetInfo(TStrings* lines);
 
+  /// The processor of the objects in the list; never null.
   TQvRfDataProcessor* const Processor;
   /// The dialog that edits this object, made on first need; null where there is more than one.
   TformQvRfEdit* EditForm = nullptr;
+  /// Whether the table is one of types, see SelectorTraits.
   const bool TypeList;
   /// How the last modal run ended.
   bool Chosen = false;
 
  protected:
   // One path for the buttons and the keys.
-  virtual void DoRemove() { bitbtnRemoveClick(); }
-  void DoNew() { bitbtnNewClick(); }
-  void DoEdit() { bitbtnEditClick(); }
+  void DoChoose() override { bitbtnOkClick(); }
+  void DoRemove() override { bitbtnRemoveClick(); }
+  void DoNew() override { bitbtnNewClick(); }
+  void DoEdit() override { bitbtnEditClick(); }
+  void DoExport() override { bitbtnExportClick(false); }
+  void DoImport() override { bitbtnImportClick(); }
+  void ShowList() override { bitbtnListClick(); }
+  void ShowAllFields(bool show) override;
   [[nodiscard]] bool HasEditDialog() const;
   /// The dialogs in which New makes an object and Edit changes the current one; null if there is
   /// none, or if the user has chosen none. The default is EditForm.
@@ -101,13 +109,11 @@ class TformQvRfSelector : public QvPlatform::ModalForm,
 
   void FormShow(bool first) override;
   void FormHide() override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
   void ConnectControls();
   void ConnectButtons();
-  void ConnectKeys();
   void Run();
   void TakeChoice(const Choice& choice);
   void WriteChoice(const Choice& choice);
@@ -116,25 +122,12 @@ class TformQvRfSelector : public QvPlatform::ModalForm,
   void bitbtnCloseClick();
   void bitbtnExportClick(bool wholeTable);
   void bitbtnImportClick();
-  void Search(bool down);
-  void RememberSearch();
   void ClearSearch();
   void SearchTextChanged();
-  void KeepCurrentInSight();
   void CursorMoved();
-  void UpdateCount();
-  void ShowAllFields(bool show);
-  [[nodiscard]] bool HasVisibleCurrent() const;
-
-  [[nodiscard]] bool dbgridListKeyDown(const QKeyEvent& event);
-  [[nodiscard]] bool dbgridShowAllKeyDown(const QKeyEvent& event);
-  [[nodiscard]] bool comboSearchKeyDown(const QKeyEvent& event);
-  [[nodiscard]] bool ControlShiftKey(int key);
-  [[nodiscard]] bool EnterInList();
-  [[nodiscard]] bool EnterInSearch();
+  [[nodiscard]] bool HasVisibleCurrent() const { return search_->HasVisibleCurrent(); }
 
   const Chooser& chooser_;
-  NameFilter names_;
   // Whether the run is a part of a choice that ends behind it.
   bool choiceGoesOn_ = false;
   // The models look at the source, and go first.
@@ -142,6 +135,7 @@ class TformQvRfSelector : public QvPlatform::ModalForm,
   QvPlatform::TDataSource& source_;
   std::unique_ptr<QvPlatform::DataSetTableModel> listModel_;
   std::unique_ptr<QvPlatform::DataSetTableModel> allModel_;
+  std::optional<SelectorSearch> search_;
 };
 
 }  // namespace QvRefSystem

@@ -138,7 +138,7 @@ TformQvRfUsedByList* GetUsedByListFor(QvPlatform::TComponent* owner) {
 }
 
 std::unique_ptr<QvPlatform::TUserInterface> MakeDialogInterface() {
-  return std::make_unique<QvPlatform::TQtUserInterface>(
+  return std::make_unique<QvPlatform::QtUserInterface>(
       [](QvPlatform::TComponent* owner, std::span<const UsedByRow> rows, bool viewAllowed) {
         TformQvRfUsedByList* list = GetUsedByListFor(owner);
         // A list without an owner is this call's own.

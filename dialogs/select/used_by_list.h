@@ -16,6 +16,7 @@ namespace QvRefSystem {
 /// 1; the title is row 0.
 class TformQvRfUsedByList final : public QvPlatform::ModalForm {
  public:
+  /// Makes a list without rows.
   explicit TformQvRfUsedByList(QWidget* owner);
 
   /// One empty row under the titles.

@@ -13,12 +13,16 @@ class DataGrid final : public QTableView {
   Q_OBJECT
 
  public:
+  /// The grid is empty until it has a model.
   explicit DataGrid(QWidget* parent);
 
+  /// Shows another model, which need not outlive the grid.
   void SetDataSetModel(DataSetTableModel* model);
+  /// Null before SetDataSetModel, and once the model is gone.
   [[nodiscard]] DataSetTableModel* DataSetModel() const { return model_; }
   /// What stands in the place of the rows while there are none.
   void SetEmptyText(const QString& text);
+  /// The text of SetEmptyText.
   [[nodiscard]] const QString& EmptyText() const { return emptyText_; }
   /// Gives all columns the same share of the width; the last one takes what is left, now and when
   /// the grid is resized.

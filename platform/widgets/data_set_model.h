@@ -20,26 +20,30 @@ class DataSetTableModel final : public QAbstractTableModel, private TDataSetObse
   Q_OBJECT
 
  public:
+  /// A column of the model.
   struct Column {
+    /// The name of the field that it shows, which the table must have.
     std::string field;
+    /// What stands above it, in the user's language.
     QString title;
   };
   /// Gives the ascending positions of the rows to show; `rowsChanged`: what it may have kept about
   /// the rows is out of date.
   using RowFilter = std::function<std::vector<int>(bool rowsChanged)>;
 
-  /// No columns: every field of the table, titled by its name.
+  /// Without columns the model shows every field of the table, titled by its name.
   DataSetTableModel(TDataSource& source, std::vector<Column> columns, QObject* parent);
   ~DataSetTableModel() override;
 
   /// An empty function shows all rows.
   void SetRowFilter(RowFilter filter);
+  /// The data set behind the source.
   [[nodiscard]] TQvDataSet& DataSet() const { return *source_.DataSet(); }
   /// Position in the data set of a row of the model; -1 for a row that is not there.
   [[nodiscard]] int PositionOfRow(int row) const;
   /// Row of the model at or behind a position; rowCount() if there is none.
   [[nodiscard]] int RowAtOrBehind(int position) const;
-  /// -1 if the row at that position does not show.
+  /// Row of the model for a position in the data set; -1 if it does not show.
   [[nodiscard]] int RowOfPosition(int position) const;
   /// Row of the data set's current record; -1 if it does not show.
   [[nodiscard]] int CurrentRow() const;
@@ -72,7 +76,8 @@ class DataSetTableModel final : public QAbstractTableModel, private TDataSetObse
   RowFilter filter_;
   std::vector<int> positions_;
   int rows_ = 0;
-  bool stale_ = true;  // rows changed since the filter was last asked
+  /// Whether rows have changed since the filter was last asked.
+  bool stale_ = true;
 };
 
 }  // namespace QvPlatform

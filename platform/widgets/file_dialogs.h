@@ -12,9 +12,11 @@ struct FileDialogOptions {
   QString filter;
   /// The filter offered first, numbered from 1.
   int filterIndex = 1;
+  /// The name that the dialog proposes, with or without a folder; empty for none.
   QString defaultFileName;
 };
 
+/// What the user answered to a file dialog.
 struct FileDialogResult {
   /// Empty if the user cancelled.
   QString path;

@@ -16,6 +16,7 @@ class KeptText {
  public:
   /// Keeps `text`, which the control now shows as `shown`.
   void Keep(std::string_view text, const QString& shown);
+  /// The text behind what the control shows now: the kept one as long as it shows unchanged.
   [[nodiscard]] std::string Read(const QString& shown) const;
 
  private:
@@ -23,14 +24,18 @@ class KeptText {
   QString shown_;
 };
 
+/// One line of text.
 class LimitedLine final : public QLineEdit {
   Q_OBJECT
 
  public:
+  /// An empty line without a limit.
   explicit LimitedLine(QWidget* parent);
-  /// 0: no limit.
+  /// The greatest length that can be typed, in characters; 0 for no limit.
   void SetLimit(int characters) { limit_ = characters; }
+  /// Shows a UTF-8 text whole, also one beyond the limit.
   void SetText(std::string_view text);
+  /// What the line holds, in UTF-8; a text that nobody has changed comes back byte for byte.
   [[nodiscard]] std::string Text() const { return kept_.Read(text()); }
   /// Room for a number of many digits.
   [[nodiscard]] QSize minimumSizeHint() const override;
@@ -40,13 +45,18 @@ class LimitedLine final : public QLineEdit {
   KeptText kept_;
 };
 
+/// A text of several lines.
 class LimitedMemo final : public QPlainTextEdit {
   Q_OBJECT
 
  public:
+  /// An empty memo without a limit.
   explicit LimitedMemo(QWidget* parent);
+  /// The greatest length that can be typed, in characters; 0 for no limit.
   void SetLimit(int characters) { limit_ = characters; }
+  /// Shows a UTF-8 text whole, also one beyond the limit.
   void SetText(std::string_view text);
+  /// What the memo holds, in UTF-8; a text that nobody has changed comes back byte for byte.
   [[nodiscard]] std::string Text() const { return kept_.Read(toPlainText()); }
 
  protected:

@@ -15,13 +15,16 @@ namespace QvPlatform {
 /// A form is the component that owns the forms it makes: its Qt parent is its owner.
 class ModalForm : public QDialog, public TComponent {
  public:
+  /// A null owner makes a form that stands alone, the caller's to destroy.
   explicit ModalForm(QWidget* owner);
   ~ModalForm() override;
 
   /// Shows the form and returns its result once accept, reject, done or the window's close button
   /// has ended the run. A form that is running already is left alone: the answer is 0.
   int RunModal();
+  /// Whether RunModal has not returned yet; the form may be hidden meanwhile.
   [[nodiscard]] bool IsRunning() const { return loop_ != nullptr; }
+  /// Ends the run with that result, and hides the form.
   void done(int result) override;
   /// Null for a form that stands alone.
   [[nodiscard]] QWidget* Owner() const { return parentWidget(); }

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QLocale>
 #include <QString>
-#include <QTranslator>
 #include <string>
 #include <string_view>
 
@@ -11,9 +9,11 @@
 /// Between the core's UTF-8 texts and those of the widgets.
 namespace QvPlatform {
 
+/// The text of UTF-8 bytes; malformed ones become the replacement character.
 [[nodiscard]] inline QString ToQt(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
+/// The text in UTF-8.
 [[nodiscard]] inline std::string FromQt(const QString& text) {
   return text.toStdString();
 }
@@ -28,20 +28,5 @@ namespace QvPlatform {
 }
 /// A text of the catalogue in the user's language.
 [[nodiscard]] QString SystemQText(TextId id);
-
-/// While it lives, the translation that the library carries for the user's language is among the
-/// application's translators, and the catalogue's texts go through them. A language without one
-/// leaves the texts as they stand.
-class TextTranslation {
- public:
-  /// The user's language is that of `locale`; there must be an application.
-  explicit TextTranslation(const QLocale& locale = {});
-  ~TextTranslation();
-  TextTranslation(const TextTranslation&) = delete;
-  TextTranslation& operator=(const TextTranslation&) = delete;
-
- private:
-  QTranslator translator_;
-};
 
 }  // namespace QvPlatform

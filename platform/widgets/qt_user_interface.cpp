@@ -63,8 +63,8 @@ class QtProgress final : public TProgress {
 
 }  // namespace
 
-MessageAnswer TQtUserInterface::ShowMessage(MessageKind kind, const std::string& text,
-                                            MessageButtons buttons) {
+MessageAnswer QtUserInterface::ShowMessage(MessageKind kind, const std::string& text,
+                                           MessageButtons buttons) {
   const KindRow& row = kKinds[static_cast<std::size_t>(kind)];
   const bool ask = buttons == MessageButtons::kYesNo;
   QMessageBox box(row.icon, Translated(row.title), ToQt(text),
@@ -83,13 +83,13 @@ MessageAnswer TQtUserInterface::ShowMessage(MessageKind kind, const std::string&
   return AnswerOf(box.exec());
 }
 
-UsedByAnswer TQtUserInterface::ShowUsedBy(TComponent* owner, std::span<const UsedByRow> rows,
-                                          bool viewAllowed) {
+UsedByAnswer QtUserInterface::ShowUsedBy(TComponent* owner, std::span<const UsedByRow> rows,
+                                         bool viewAllowed) {
   return showUsedBy_ ? showUsedBy_(owner, rows, viewAllowed) : UsedByAnswer::kClosed;
 }
 
-std::unique_ptr<TProgress> TQtUserInterface::StartProgress(int /*options*/,
-                                                           const std::string& title, int count) {
+std::unique_ptr<TProgress> QtUserInterface::StartProgress(int /*options*/, const std::string& title,
+                                                          int count) {
   return std::make_unique<QtProgress>(ToQt(title), count);
 }
 

@@ -8,13 +8,14 @@ namespace QvPlatform {
 
 /// Asks by message boxes and dialogs, with the active window as their parent. Boxes bear the
 /// object name "messageBox", their buttons "btnOk", "btnYes" and "btnNo".
-class TQtUserInterface final : public TUserInterface {
+class QtUserInterface final : public TUserInterface {
  public:
+  /// Runs the used-by list over the rows, as ShowUsedBy does.
   using UsedByView = std::function<UsedByAnswer(TComponent* owner, std::span<const UsedByRow> rows,
                                                 bool viewAllowed)>;
 
   /// `showUsedBy` runs the used-by list, a dialog of a floor above this one.
-  explicit TQtUserInterface(UsedByView showUsedBy) : showUsedBy_(std::move(showUsedBy)) {}
+  explicit QtUserInterface(UsedByView showUsedBy) : showUsedBy_(std::move(showUsedBy)) {}
 
   MessageAnswer ShowMessage(MessageKind kind, const std::string& text,
                             MessageButtons buttons) override;

@@ -141,4 +141,23 @@ std::string DialogTest::CurrentName(QvRefSystem::TObjectType type) const {
   return database_.Processor(type).DataSet->FieldByName("NAME").AsString();
 }
 
+bool ListTest::ChooseIn(QvRefSystem::TformQvRfSelector& list, const Act& act,
+                        QvRefSystem::Choice choice) {
+  ScreenUser user;
+  user.In<QvRefSystem::TformQvRfSelector>([&act](QvRefSystem::TformQvRfSelector& form) {
+    act(form);
+    if (form.isVisible()) form.reject();
+  });
+  return list.Select(choice);
+}
+
+bool ListTest::Choose(const Act& act, QvRefSystem::Choice choice) {
+  database_.data->datasetEllipsoid.First();
+  return ChooseIn(ellipsoids_, act, choice);
+}
+
+double ListTest::LastUse(QvRefSystem::TObjectType type) const {
+  return database_.Processor(type).DataSet->FieldByName("LAST_USE").AsFloat();
+}
+
 }  // namespace refframe_tests

@@ -53,6 +53,10 @@ template <typename Widget = QWidget>
 /// Clicks a button that the user can see and that is enabled; anything else fails the test.
 void Click(const QWidget& window, const char* objectName,
            Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+/// A step of a ScreenUser that does no more than such a click.
+[[nodiscard]] inline auto Clicks(const char* objectName) {
+  return [objectName](const QWidget& window) { Click(window, objectName); };
+}
 /// A key in a control of the window.
 void Press(const QWidget& window, const char* objectName, Qt::Key key,
            Qt::KeyboardModifiers modifiers = Qt::NoModifier);
@@ -77,6 +81,22 @@ class DialogTest : public testing::Test {
   [[nodiscard]] std::string CurrentName(QvRefSystem::TObjectType type) const;
 
   TestDatabase database_;
+};
+
+/// Tests of lists: those of the ellipsoids and of the systems, and a user who works in one.
+class ListTest : public DialogTest {
+ protected:
+  using Act = std::function<void(QvRefSystem::TformQvRfSelector& form)>;
+
+  /// Runs a list for a choice. The user leaves by Esc what `act` has not ended.
+  bool ChooseIn(QvRefSystem::TformQvRfSelector& list, const Act& act,
+                QvRefSystem::Choice choice = {.hideOwner = false});
+  /// The same for ellipsoids, from the first one on, or from that of the choice's key.
+  bool Choose(const Act& act, QvRefSystem::Choice choice = {.hideOwner = false});
+  [[nodiscard]] double LastUse(QvRefSystem::TObjectType type) const;
+
+  QvRefSystem::TformQvRfEllipsoidSelector ellipsoids_{nullptr, QvRefSystem::DialogChooser()};
+  QvRefSystem::TformQvRfRefSystemSelector systems_{nullptr, QvRefSystem::DialogChooser()};
 };
 
 }  // namespace refframe_tests

@@ -17,6 +17,7 @@
 #include "dialogs/select/database_manager.h"
 #include "dialogs/select/used_by_list.h"
 #include "platform/widgets/qt_text.h"
+#include "platform/widgets/text_translation.h"
 #include "tests/dialogs/dialog_fixture.h"
 
 namespace refframe_tests {
@@ -28,22 +29,19 @@ using QvRefSystem::TformQvRfSelector;
 
 const QLocale kGerman(QLocale::German, QLocale::Germany);
 
-class Translation : public DialogTest {};
+class Translation : public ListTest {};
 
 TEST_F(Translation, AGermanUserMeetsGermanDialogs) {
   const TextTranslation german(kGerman);
   const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 3));
-  ScreenUser user;
-  user.In<TformQvRfSelector>([](QWidget& form) {
+  ChooseIn(*selector, [](QWidget& form) {
     EXPECT_EQ(form.windowTitle(), "Auswahl: Ellipsoid");
     EXPECT_EQ(Child<QPushButton>(form, "bitbtnEdit").text(), "&Bearbeiten");
     EXPECT_EQ(Child<QLabel>(form, "lblSearch").text(), "&Suche");
     EXPECT_EQ(Child<QLabel>(form, "lblCount").text(), "Alle 7");
     Search(form, "xyz");
     Click(form, "bitbtnSearchDown");
-    Click(form, "bitbtnCancel");
   });
-  EXPECT_FALSE(selector->Select(nullptr, 0, false, nullptr, 0));
   EXPECT_EQ(database_.ui.messages, std::vector<std::string>{"„xyz“ nicht gefunden"});
   QvRefSystem::TStrings lines;
   ASSERT_TRUE(selector->GetInfo(&lines));
@@ -51,6 +49,7 @@ TEST_F(Translation, AGermanUserMeetsGermanDialogs) {
 }
 
 TEST_F(Translation, ALanguageWithoutATranslationLeavesTheTexts) {
+  { const TextTranslation german(kGerman); }
   for (const QLocale& locale : {QLocale(QLocale::Icelandic), QLocale::c()}) {
     const TextTranslation translation(locale);
     EXPECT_EQ(QvPlatform::Translated("Warning"), "Warning");
@@ -58,14 +57,8 @@ TEST_F(Translation, ALanguageWithoutATranslationLeavesTheTexts) {
   }
 }
 
-TEST_F(Translation, GoesWhenItsLibraryStops) {
-  { const TextTranslation german(kGerman); }
-  EXPECT_EQ(QvPlatform::Translated("Warning"), "Warning");
-  EXPECT_EQ(QvPlatform::SystemText(TextId::kImportFailed), "Import failed");
-}
-
 // Stands behind all other translators and keeps what they have no translation for.
-class TGaps : public QTranslator {
+class Gaps : public QTranslator {
  public:
   QString translate(const char* context, const char* source, const char*, int) const override {
     if (std::string_view(context) == "refframe" && *source != '\0') sources.insert(source);
@@ -77,7 +70,7 @@ class TGaps : public QTranslator {
 
 // What reaches the user by tables and arguments is found here, where no reader of sources sees it.
 TEST_F(Translation, NoTextOfAnyDialogIsLeftWithoutATranslation) {
-  TGaps gaps;
+  Gaps gaps;
   QCoreApplication::installTranslator(&gaps);
   {
     const TextTranslation german(kGerman);
@@ -95,7 +88,7 @@ TEST_F(Translation, NoTextOfAnyDialogIsLeftWithoutATranslation) {
     const QvRefSystem::OptionsDialog hostOptions({}, nullptr);
     TemporaryFolder folder;
     QSettings settings(QString::fromStdString(folder.Path("settings.ini")), QSettings::IniFormat);
-    const QvRefSystem::TMainWindow window(settings, database_.ui);
+    const QvRefSystem::MainWindow window(settings, database_.ui);
     const auto actions = window.findChildren<QAction*>();
     EXPECT_TRUE(std::ranges::any_of(
         actions, [](const QAction* action) { return action->text() == "Baum ö&ffnen..."; }));

@@ -23,8 +23,8 @@
 namespace refframe_tests {
 namespace {
 
+using QvRefSystem::MainWindow;
 using QvRefSystem::TformQvRfSelector;
-using QvRefSystem::TMainWindow;
 
 class HostWindow : public testing::Test {
  protected:
@@ -35,7 +35,7 @@ class HostWindow : public testing::Test {
     }
     database_.data->CloseDatabase();
   }
-  [[nodiscard]] bool Open(TMainWindow& window) {
+  [[nodiscard]] bool Open(MainWindow& window) {
     return window.OpenDatabase(QString::fromStdString(database_.path));
   }
   static QAction& Action(const QWidget& window, const char* name) {
@@ -51,7 +51,7 @@ class HostWindow : public testing::Test {
 };
 
 TEST_F(HostWindow, WithoutADatabaseSaysWhatToDo) {
-  TMainWindow window(settings_, ui_);
+  MainWindow window(settings_, ui_);
   window.show();
   EXPECT_TRUE(Child<QLabel>(window, "lblPlaceholder").text().contains("refframe init DIR"));
   for (const char* action :
@@ -62,8 +62,8 @@ TEST_F(HostWindow, WithoutADatabaseSaysWhatToDo) {
   EXPECT_EQ(ui_.messages, std::vector<std::string>{"There is no database at \"/no/such/folder\"."});
 }
 
-TEST_F(HostWindow, ShowsTheChosenSystem) {
-  TMainWindow window(settings_, ui_);
+TEST_F(HostWindow, ShowsTheChosenSystemAndManagesItsDatabase) {
+  MainWindow window(settings_, ui_);
   window.show();
   ASSERT_TRUE(Open(window));
   EXPECT_TRUE(Child<QLabel>(window, "lblDatabase").text().endsWith(": 2 systems"));
@@ -84,10 +84,12 @@ TEST_F(HostWindow, ShowsTheChosenSystem) {
       Child<QTreeWidget>(window, "treeSystem").findItems("NAD27 / UTM 17N", Qt::MatchExactly, 1);
   ASSERT_EQ(found.size(), 1);
   EXPECT_EQ(found[0]->text(2), "1020");
+  user.In<QvRefSystem::TformGeoRefFrameDatabaseManager>(Clicks("bitbtnClose"));
+  Action(window, "actManage").trigger();
 }
 
 TEST_F(HostWindow, ACancelledChoiceKeepsTheSystem) {
-  TMainWindow window(settings_, ui_);
+  MainWindow window(settings_, ui_);
   ASSERT_TRUE(Open(window));
   const std::string path = folder_.Path("system");
   WriteTreeFile(*MakeTree(SystemTree, 1), path, QvRefSystem::ObjectFileForm::kText);
@@ -103,7 +105,7 @@ TEST_F(HostWindow, ACancelledChoiceKeepsTheSystem) {
 }
 
 TEST_F(HostWindow, OpensAndSavesTreesInBothForms) {
-  TMainWindow window(settings_, ui_);
+  MainWindow window(settings_, ui_);
   const auto source = MakeTree(SystemTree, 5);
   const auto answer = [](const std::string& path, int filter) {
     return [path, filter](QFileDialog& dialog) {
@@ -116,12 +118,12 @@ TEST_F(HostWindow, OpensAndSavesTreesInBothForms) {
   const struct {
     int filter;
     const char* extension;
-  } rows[] = {{0, ".reference system"}, {1, ".x-ref-system"}};
+    QvRefSystem::ObjectFileForm form;
+  } rows[] = {{0, ".reference system", QvRefSystem::ObjectFileForm::kText},
+              {1, ".x-ref-system", QvRefSystem::ObjectFileForm::kXml}};
   for (const auto& row : rows) {
     const std::string in = folder_.Path("in") + row.extension;
-    WriteTreeFile(
-        *source, in,
-        row.filter == 0 ? QvRefSystem::ObjectFileForm::kText : QvRefSystem::ObjectFileForm::kXml);
+    WriteTreeFile(*source, in, row.form);
     ScreenUser user;
     user.In<QFileDialog>(answer(in, row.filter));
     Action(window, "actOpenTree").trigger();
@@ -135,7 +137,7 @@ TEST_F(HostWindow, OpensAndSavesTreesInBothForms) {
 }
 
 TEST_F(HostWindow, AFileThatIsNoTreeIsToldAndKeepsTheSystem) {
-  TMainWindow window(settings_, ui_);
+  MainWindow window(settings_, ui_);
   EXPECT_FALSE(window.OpenTree(QString::fromStdString(folder_.Path("none"))));
   EXPECT_EQ(ui_.messages.size(), 1U);
   EXPECT_FALSE(Action(window, "actSaveTree").isEnabled());
@@ -143,7 +145,7 @@ TEST_F(HostWindow, AFileThatIsNoTreeIsToldAndKeepsTheSystem) {
 
 TEST_F(HostWindow, RemembersItsDatabaseAndItsOptions) {
   {
-    TMainWindow window(settings_, ui_);
+    MainWindow window(settings_, ui_);
     ASSERT_TRUE(Open(window));
     ScreenUser user;
     user.In<QDialog>([](QDialog& dialog) {
@@ -155,21 +157,12 @@ TEST_F(HostWindow, RemembersItsDatabaseAndItsOptions) {
     Action(window, "actOptions").trigger();
     EXPECT_EQ(QvRefSystem::datamoduleQvRfData->DialogMode, QvRefSystem::kSimpleMode);
   }
-  TMainWindow window(settings_, ui_);
+  MainWindow window(settings_, ui_);
   window.OpenLastDatabase();
   ASSERT_NE(QvRefSystem::datamoduleQvRfData, nullptr);
   EXPECT_EQ(QvRefSystem::datamoduleQvRfData->DatabasePath, database_.path + "/");
   EXPECT_EQ(QvRefSystem::datamoduleQvRfData->DialogMode, QvRefSystem::kSimpleMode);
   EXPECT_TRUE(QvRefSystem::datamoduleQvRfData->ShowImportExport);
-}
-
-TEST_F(HostWindow, ManagesItsDatabase) {
-  TMainWindow window(settings_, ui_);
-  ASSERT_TRUE(Open(window));
-  ScreenUser user;
-  user.In<QvRefSystem::TformGeoRefFrameDatabaseManager>(
-      [](QWidget& form) { Click(form, "bitbtnClose"); });
-  Action(window, "actManage").trigger();
 }
 
 TEST_F(HostWindow, DescribesTheHeightsOfASystem) {

@@ -18,7 +18,7 @@ using QvRefSystem::DetailsView;
 using QvRefSystem::TformQvRfSelector;
 using enum QvRefSystem::TObjectType;
 
-class DetailsViewTest : public DialogTest {
+class DetailsViewTest : public ListTest {
  protected:
   DetailsViewTest() {
     for (const int kind : {1, 4, 5}) {
@@ -29,13 +29,12 @@ class DetailsViewTest : public DialogTest {
   }
   // Opens the details of the system and does something with them.
   void Look(const std::string& system, const std::function<void(QWidget&, DetailsView&)>& act) {
-    const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 1));
     ScreenUser user;
     user.In<TformQvRfSelector>([&](QWidget& form) {
       act(form, Child<DetailsView>(form, "tabDetails"));
       Click(form, "bitbtnClose");
     });
-    selector->Browse(KeyOf(kReferenceSystem, system), true, false);
+    systems_.Browse(KeyOf(kReferenceSystem, system), true, false);
   }
   static std::string Text(const QWidget& form, const char* memo) {
     return Child<QPlainTextEdit>(form, memo).toPlainText().toStdString();
@@ -51,13 +50,17 @@ TEST_F(DetailsViewTest, ASystemOfTheRegistryHasAMapOfItsArea) {
   });
 }
 
-TEST_F(DetailsViewTest, ASystemThatTheRegistryDoesNotKnowHasNone) {
-  Look("Site grid", [](QWidget& form, DetailsView& details) {
-    EXPECT_FALSE(IsShown(form, "mapArea"));
-    details.setCurrentIndex(1);
-    EXPECT_TRUE(Text(form, "memoWkt").starts_with("There is no WKT 2 of this system: "))
-        << Text(form, "memoWkt");
-  });
+TEST_F(DetailsViewTest, ASystemWithoutAMapSaysWhyItHasNoWkt) {
+  Add(QvRefSystem::TableId::kRefSystem, "Broken", {{"TYPE", 5}});
+  for (const auto& [system, wkt] :
+       {std::pair{"Site grid", "There is no WKT 2 of this system: "},
+        std::pair{"Broken", "The system refers to an object that is not in the database."}}) {
+    Look(system, [wkt = wkt](QWidget& form, DetailsView& details) {
+      EXPECT_FALSE(IsShown(form, "mapArea"));
+      details.setCurrentIndex(1);
+      EXPECT_TRUE(Text(form, "memoWkt").starts_with(wkt)) << Text(form, "memoWkt");
+    });
+  }
 }
 
 TEST_F(DetailsViewTest, TheSecondPageFollowsTheCurrentSystem) {
@@ -74,15 +77,6 @@ TEST_F(DetailsViewTest, TheSecondPageFollowsTheCurrentSystem) {
   });
 }
 
-TEST_F(DetailsViewTest, ABrokenSystemSaysSo) {
-  Add(QvRefSystem::TableId::kRefSystem, "Broken", {{"TYPE", 5}});
-  Look("Broken", [](QWidget& form, DetailsView& details) {
-    EXPECT_FALSE(IsShown(form, "mapArea"));
-    details.setCurrentIndex(1);
-    EXPECT_EQ(Text(form, "memoWkt"), "The system refers to an object that is not in the database.");
-  });
-}
-
 TEST_F(DetailsViewTest, CopiesThePageThatIsOpen) {
   Look("NAD27 / UTM 17N", [](QWidget& form, DetailsView& details) {
     for (const auto& [page, memo] : {std::pair{0, "memoDetails"}, std::pair{1, "memoWkt"}}) {
@@ -96,7 +90,6 @@ TEST_F(DetailsViewTest, CopiesThePageThatIsOpen) {
 }
 
 TEST_F(DetailsViewTest, OtherObjectsHaveTheirDescriptionAlone) {
-  const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 3));
   ScreenUser user;
   user.In<TformQvRfSelector>([](QWidget& form) {
     EXPECT_EQ(Child<DetailsView>(form, "tabDetails").count(), 1);
@@ -104,17 +97,15 @@ TEST_F(DetailsViewTest, OtherObjectsHaveTheirDescriptionAlone) {
     EXPECT_TRUE(QApplication::clipboard()->text().startsWith("Name: Airy 1830"));
     Click(form, "bitbtnClose");
   });
-  selector->Browse(KeyOf(kEllipsoid, "Airy 1830"), true, false);
+  ellipsoids_.Browse(KeyOf(kEllipsoid, "Airy 1830"), true, false);
 }
 
 // A dialog behind this one may stand on a record of any other table.
 TEST_F(DetailsViewTest, LeavesTheRecordsOfOtherTablesWhereTheyWere) {
   const auto keys = [this] {
     std::vector<int> all;
-    for (const auto& object : QvRefSystem::ObjectDescriptors()) {
-      auto* processor = QvRefSystem::ProcessorFor(*database_.data, static_cast<int>(object.type));
-      all.push_back(processor == nullptr ? 0 : processor->GetCurrentKey());
-    }
+    for (const auto& object : QvRefSystem::ObjectDescriptors())
+      all.push_back(database_.Processor(object.type).GetCurrentKey());
     return all;
   };
   Add(QvRefSystem::TableId::kEllipsoid, "Zz of another dialog");

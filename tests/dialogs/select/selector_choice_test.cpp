@@ -4,6 +4,7 @@
 
 #include <QAbstractItemView>
 #include <QDialog>
+#include <QPushButton>
 
 #include "tests/dialogs/dialog_fixture.h"
 #include "tests/support/sample_trees.h"
@@ -11,92 +12,75 @@
 namespace refframe_tests {
 namespace {
 
+using QvRefSystem::DialogChooser;
 using QvRefSystem::GetSelectorFor;
 using QvRefSystem::TableId;
-using QvRefSystem::TformQvRfEllipsoidSelector;
-using QvRefSystem::TformQvRfRefSystemSelector;
 using QvRefSystem::TformQvRfSelector;
 using enum QvRefSystem::TObjectType;
 
-class SelectorChoice : public DialogTest {
- protected:
-  [[nodiscard]] double LastUse() {
-    return database_.data->datasetEllipsoid.FieldByName("LAST_USE").AsFloat();
-  }
-};
+class SelectorChoice : public ListTest {};
 
 TEST_F(SelectorChoice, OkGivesTheCurrentRecordAndStampsIt) {
-  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
-  ScreenUser user;
-  user.In<TformQvRfSelector>([](QWidget& form) {
+  int key = KeyOf(kEllipsoid, "Clarke 1866");
+  const auto act = [](QWidget& form) {
     EXPECT_EQ(form.windowTitle().toStdString(), "Select ellipsoid");
     EXPECT_EQ(MarkedName(form), "Clarke 1866");
     Press(form, "dbgridList", Qt::Key_Down);
     Click(form, "bitbtnOk");
-  });
-  int key = KeyOf(kEllipsoid, "Clarke 1866");
-  EXPECT_TRUE(selector.Select(nullptr, 0, false, &key, 0));
+  };
+  EXPECT_TRUE(Choose(act, {.hideOwner = false, .key = &key}));
   EXPECT_EQ(key, KeyOf(kEllipsoid, "Clarke 1880 (IGN)"));
   EXPECT_EQ(CurrentName(kEllipsoid), "Clarke 1880 (IGN)");
-  EXPECT_NEAR(LastUse(), QvPlatform::CurrentMoment(), 0.1);
+  EXPECT_NEAR(LastUse(kEllipsoid), QvPlatform::CurrentMoment(), 0.1);
 }
 
 TEST_F(SelectorChoice, ARefusalGivesNoKeyAndStampsNothing) {
   const std::pair<const char*, std::function<void(QWidget&)>> ways[] = {
-      {"button", [](QWidget& form) { Click(form, "bitbtnCancel"); }},
+      {"button", Clicks("bitbtnCancel")},
       {"Esc in the list", [](QWidget& form) { Press(form, "dbgridList", Qt::Key_Escape); }},
       {"Esc in the search field",
        [](QWidget& form) { Press(form, "comboSearch", Qt::Key_Escape); }},
       {"window frame", [](QWidget& form) { form.close(); }},
   };
-  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   for (const auto& [name, leave] : ways) {
-    ScreenUser user;
-    user.In<TformQvRfSelector>([leave = leave](QWidget& form) {
+    int key = KeyOf(kEllipsoid, "Airy 1830");
+    const auto act = [leave = leave](QWidget& form) {
       Press(form, "dbgridList", Qt::Key_Down);
       leave(form);
-    });
-    int key = KeyOf(kEllipsoid, "Airy 1830");
-    EXPECT_FALSE(selector.Select(nullptr, 0, false, &key, 0)) << name;
+      EXPECT_FALSE(form.isVisible());
+    };
+    EXPECT_FALSE(Choose(act, {.hideOwner = false, .key = &key})) << name;
     EXPECT_EQ(key, 0) << name;
     EXPECT_EQ(CurrentName(kEllipsoid), "Bessel 1841") << name << ": stays where the user went";
-    EXPECT_EQ(LastUse(), 0) << name;
+    EXPECT_EQ(LastUse(kEllipsoid), 0) << name;
   }
 }
 
 TEST_F(SelectorChoice, AKeyThatIsGoneOpensOnTheLastRow) {
-  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
-  ScreenUser user;
-  user.In<TformQvRfSelector>([](QWidget& form) {
-    EXPECT_EQ(MarkedName(form), "WGS 84");
-    Click(form, "bitbtnCancel");
-  });
   int key = 9999;
-  EXPECT_FALSE(selector.Select(nullptr, 0, false, &key, 0));
+  EXPECT_FALSE(Choose([](QWidget& form) { EXPECT_EQ(MarkedName(form), "WGS 84"); },
+                      {.hideOwner = false, .key = &key}));
 }
 
 TEST_F(SelectorChoice, OkOnAnEmptyTableGivesNothing) {
-  const std::unique_ptr<TformQvRfSelector> selector(GetSelectorFor(nullptr, 2));
-  ScreenUser user;
-  user.In<TformQvRfSelector>([](QWidget& form) {
+  EXPECT_FALSE(ChooseIn(systems_, [](QWidget& form) {
     for (const char* button : {"bitbtnEdit", "bitbtnRemove", "bitbtnDetails"}) {
       EXPECT_FALSE(IsEnabled(form, button)) << button;
     }
     Click(form, "bitbtnOk");
-  });
-  EXPECT_FALSE(selector->Select(nullptr, 0, false, nullptr, 0));
+    EXPECT_FALSE(form.isVisible());
+  }));
 }
 
 TEST_F(SelectorChoice, WritesTheChosenObjectWhereItWasAskedTo) {
   QvCommonUtils::TStringTree tree;
   TreeBuilder(&tree).Field(1, "the host's own");
   const int whole = database_.Processor(kEllipsoid).InsertFromTree(MakeTree(EllipsoidTree).get());
-  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   for (const int id : {5113, 0}) {
-    ScreenUser user;
-    user.In<TformQvRfSelector>([](QWidget& form) { Click(form, "bitbtnOk"); });
     int key = whole;
-    ASSERT_TRUE(selector.Select(&tree, id, false, &key, 2)) << id;
+    ScreenUser user;
+    user.In<TformQvRfSelector>(Clicks("bitbtnOk"));
+    ASSERT_TRUE(ellipsoids_.Select(&tree, id, false, &key, 2)) << id;
     const auto* object = id == 0 ? &tree : FindSubtree(&tree, id, 2);
     ASSERT_NE(object, nullptr) << id;
     std::string name;
@@ -108,7 +92,6 @@ TEST_F(SelectorChoice, WritesTheChosenObjectWhereItWasAskedTo) {
 
 TEST_F(SelectorChoice, AnObjectThatIsNotWholeIsRefusedAndTheTreeKeepsItsContent) {
   Add(TableId::kRefSystem, "Broken", {{"TYPE", 4}});
-  TformQvRfRefSystemSelector selector(nullptr, QvRefSystem::DialogChooser());
   for (const int id : {0, 1121}) {
     for (const int type : {0, 4}) {
       QvCommonUtils::TStringTree tree;
@@ -116,17 +99,16 @@ TEST_F(SelectorChoice, AnObjectThatIsNotWholeIsRefusedAndTheTreeKeepsItsContent)
       TreeBuilder(&tree).Sub(1121).Field(1020, "the host's system");
       database_.ui.messages.clear();
       ScreenUser user;
-      user.In<TformQvRfSelector>([](QWidget& form) { Click(form, "bitbtnOk"); });
+      user.In<TformQvRfSelector>(Clicks("bitbtnOk"));
       int key = 0;
-      EXPECT_FALSE(type == 0 ? selector.Select(&tree, id, false, &key, 0)
-                             : selector.SelectFiltered(&tree, id, type, false, &key, 0));
+      EXPECT_FALSE(type == 0 ? systems_.Select(&tree, id, false, &key, 0)
+                             : systems_.SelectFiltered(&tree, id, type, false, &key, 0));
       EXPECT_EQ(key, 0);
       EXPECT_EQ(database_.ui.messages.size(), 1U);
       std::string name;
       EXPECT_TRUE((id == 0 ? &tree : FindSubtree(&tree, id, 0))->GetString(1020, 0, &name));
       EXPECT_EQ(name, "the host's system");
-      if (type != 0) continue;
-      EXPECT_EQ(database_.data->datasetRefSystem.FieldByName("LAST_USE").AsFloat(), 0);
+      EXPECT_EQ(LastUse(kReferenceSystem), 0);
     }
   }
 }
@@ -134,31 +116,28 @@ TEST_F(SelectorChoice, AnObjectThatIsNotWholeIsRefusedAndTheTreeKeepsItsContent)
 // A topocentric system refers to a geodetic one, which the filter hides.
 TEST_F(SelectorChoice, AFilterHidesNothingFromTheTreeOfTheChosenObject) {
   ASSERT_NE(database_.Processor(kReferenceSystem).InsertFromTree(MakeTree(SystemTree, 6).get()), 0);
-  TformQvRfRefSystemSelector selector(nullptr, QvRefSystem::DialogChooser());
   ScreenUser user;
-  user.In<TformQvRfSelector>([](QWidget& form) { Click(form, "bitbtnOk"); });
+  user.In<TformQvRfSelector>(Clicks("bitbtnOk"));
   QvCommonUtils::TStringTree tree;
-  EXPECT_TRUE(selector.SelectFiltered(&tree, 0, 6, false, nullptr, 0));
+  EXPECT_TRUE(systems_.SelectFiltered(&tree, 0, 6, false, nullptr, 0));
   EXPECT_NE(FindSubtree(&tree, 1121, 0), nullptr);
 }
 
 TEST_F(SelectorChoice, ADoubleClickChoosesAndInTheViewerCloses) {
-  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   const auto doubleClick = [](QWidget& form) {
     auto& list = Child<QAbstractItemView>(form, "dbgridList");
     const QPoint place = list.visualRect(list.model()->index(2, 0)).center();
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
     QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
   };
-  ScreenUser user;
-  user.In<TformQvRfSelector>(doubleClick).In<TformQvRfSelector>(doubleClick);
-  EXPECT_TRUE(selector.Select(nullptr, 0, false, nullptr, 0));
+  EXPECT_TRUE(Choose(doubleClick));
   EXPECT_EQ(CurrentName(kEllipsoid), "Clarke 1866");
-  EXPECT_FALSE(selector.Browse(0, false, true));
+  ScreenUser user;
+  user.In<TformQvRfSelector>(doubleClick);
+  EXPECT_FALSE(ellipsoids_.Browse(0, false, true));
 }
 
 TEST_F(SelectorChoice, TheViewerOpensOnItsRecordOrElseOnTheFirst) {
-  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   const struct {
     const char* name;
     int key;
@@ -178,15 +157,13 @@ TEST_F(SelectorChoice, TheViewerOpensOnItsRecordOrElseOnTheFirst) {
       EXPECT_EQ(IsShown(form, "dbgridList"), !row.inDetails) << row.name;
       Click(form, "bitbtnClose");
     });
-    EXPECT_FALSE(selector.Browse(row.key, row.details, true)) << row.name;
-    EXPECT_EQ(LastUse(), 0) << row.name;
+    EXPECT_FALSE(ellipsoids_.Browse(row.key, row.details, true)) << row.name;
+    EXPECT_EQ(LastUse(kEllipsoid), 0) << row.name;
   }
 }
 
 // The buttons that a run shows, by the mode of the dialogs and what the caller asked for.
 TEST_F(SelectorChoice, OffersTheButtonsOfItsMode) {
-  constexpr const char* kButtons[] = {"Ok",  "Cancel", "Close",  "Details", "List",
-                                      "New", "Edit",   "Remove", "Export",  "Import"};
   const struct {
     const char* name;
     int objectType;
@@ -196,37 +173,37 @@ TEST_F(SelectorChoice, OffersTheButtonsOfItsMode) {
     bool writable;
     const char* expected;
   } rows[] = {
-      {"select, full", 3, 2, false, true, false, "Ok Cancel Details New Edit Remove"},
+      {"select, full", 3, 2, false, true, false, "Ok Details New Edit Remove Cancel "},
       {"select, full, files", 3, 2, true, true, false,
-       "Ok Cancel Details New Edit Remove Export Import"},
-      {"select, simple", 3, 1, false, true, false, "Ok Cancel Details"},
-      {"browse, full", 3, 2, false, false, false, "Close Details New Edit Remove Export Import"},
-      {"browse, simple", 3, 1, false, false, false, "Close Details Export Import"},
+       "Ok Details New Edit Remove Export Import Cancel "},
+      {"select, simple", 3, 1, false, true, false, "Ok Details Cancel "},
+      {"browse, full", 3, 2, false, false, false, "Details New Edit Remove Export Import Close "},
+      {"browse, simple", 3, 1, false, false, false, "Details Export Import Close "},
       {"browse, simple, writable", 3, 1, false, false, true,
-       "Close Details New Edit Remove Export Import"},
-      {"types, full", 12, 2, false, true, false, "Ok Cancel Details Edit"},
-      {"types, simple", 12, 1, false, true, false, "Ok Cancel Details"},
+       "Details New Edit Remove Export Import Close "},
+      {"types, full", 12, 2, false, true, false, "Ok Details Edit Cancel "},
+      {"types, simple", 12, 1, false, true, false, "Ok Details Cancel "},
   };
   for (const auto& row : rows) {
     database_.data->DialogMode = row.mode;
     database_.data->ShowImportExport = row.files;
     const std::unique_ptr<TformQvRfSelector> selector(GetSelectorFor(nullptr, row.objectType));
-    ScreenUser user;
-    user.In<TformQvRfSelector>([&](QDialog& form) {
-      std::string shown;
-      for (const char* button : kButtons) {
-        if (!IsShown(form, (std::string("bitbtn") + button).c_str())) continue;
-        if (!shown.empty()) shown += " ";
-        shown += button;
+    std::string shown;
+    const auto look = [&shown](QDialog& form) {
+      for (const auto* button :
+           form.findChildren<QPushButton*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (button->isVisible()) shown += button->objectName().mid(6).toStdString() + " ";
       }
-      EXPECT_EQ(shown, row.expected) << row.name;
       form.reject();
-    });
+    };
     if (row.select) {
-      EXPECT_FALSE(selector->Select(nullptr, 0, false, nullptr, 0));
+      EXPECT_FALSE(ChooseIn(*selector, look));
     } else {
+      ScreenUser user;
+      user.In<TformQvRfSelector>(look);
       EXPECT_FALSE(selector->Browse(0, false, row.writable));
     }
+    EXPECT_EQ(shown, row.expected) << row.name;
   }
 }
 
@@ -244,7 +221,6 @@ TEST_F(SelectorChoice, ConfinedToAKindShowsThatAloneAndIsWholeAgainAfterwards) {
   } rows[] = {{"chosen", 5, "Beta", "bitbtnOk", true, "Beta"},
               {"cancelled", 5, "Beta", "bitbtnCancel", false, "Alpha"},
               {"none of the kind", 6, "", "bitbtnOk", false, "Alpha"}};
-  TformQvRfRefSystemSelector selector(nullptr, QvRefSystem::DialogChooser());
   for (const auto& row : rows) {
     ScreenUser user;
     user.In<TformQvRfSelector>([&](QWidget& form) {
@@ -252,7 +228,7 @@ TEST_F(SelectorChoice, ConfinedToAKindShowsThatAloneAndIsWholeAgainAfterwards) {
       Click(form, row.button);
     });
     int key = 0;
-    EXPECT_EQ(selector.SelectFiltered(nullptr, 0, row.type, false, &key, 0), row.chosen)
+    EXPECT_EQ(systems_.SelectFiltered(nullptr, 0, row.type, false, &key, 0), row.chosen)
         << row.name;
     EXPECT_EQ(key, row.chosen ? beta : 0) << row.name;
     EXPECT_EQ(database_.data->datasetRefSystem.RecordCount(), 3) << row.name;
@@ -261,40 +237,34 @@ TEST_F(SelectorChoice, ConfinedToAKindShowsThatAloneAndIsWholeAgainAfterwards) {
 }
 
 TEST_F(SelectorChoice, SpheresAloneCanBeChosen) {
-  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
   ScreenUser user;
   user.In<TformQvRfSelector>([](QWidget& form) {
     EXPECT_EQ(ListedNames(form), "Sphere");
     Click(form, "bitbtnOk");
   });
-  EXPECT_TRUE(selector.SelectSpheres(nullptr, 0, false, nullptr, 0));
+  EXPECT_TRUE(ellipsoids_.SelectSpheres(nullptr, 0, false, nullptr, 0));
   EXPECT_EQ(CurrentName(kEllipsoid), "Sphere");
-  EXPECT_EQ(database_.data->datasetEllipsoid.RecordCount(), 7);
 }
 
 TEST_F(SelectorChoice, FindsItsSelectorAmongTheOwnersChildren) {
   QDialog owner;
-  for (const QvRefSystem::ObjectDescriptor& object : QvRefSystem::ObjectDescriptors()) {
-    const int type = static_cast<int>(object.type);
+  for (int type = -1; type <= QvRefSystem::kObjectTypeCodes; ++type) {
     TformQvRfSelector* made = GetSelectorFor(&owner, type);
-    ASSERT_NE(made, nullptr) << type;
+    EXPECT_EQ(made != nullptr, QvRefSystem::ProcessorFor(*database_.data, type) != nullptr) << type;
+    if (made == nullptr) continue;
+    EXPECT_EQ(made->Processor->ObjectType, type);
     EXPECT_EQ(made->parent(), &owner) << type;
     EXPECT_EQ(GetSelectorFor(&owner, type), made) << type;
     const std::unique_ptr<TformQvRfSelector> own(GetSelectorFor(nullptr, type));
     EXPECT_NE(own.get(), made) << type;
   }
-  EXPECT_EQ(dynamic_cast<TformQvRfEllipsoidSelector*>(GetSelectorFor(&owner, 1)), nullptr);
-  EXPECT_NE(dynamic_cast<TformQvRfRefSystemSelector*>(GetSelectorFor(&owner, 1)), nullptr);
-  for (const int type : {0, 13, 15, 17, -1}) {
-    EXPECT_EQ(GetSelectorFor(&owner, type), nullptr) << type;
-  }
+  EXPECT_NE(dynamic_cast<QvRefSystem::TformQvRfRefSystemSelector*>(GetSelectorFor(&owner, 1)),
+            nullptr);
 }
 
 // Tab walks the controls as the eye does, without a stop at what does not show.
 TEST_F(SelectorChoice, TabGoesFromTheSearchToTheListToTheButtons) {
-  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
-  ScreenUser user;
-  user.In<TformQvRfSelector>([](QDialog& form) {
+  Choose([](QDialog& form) {
     std::string order;
     QWidget* const first = form.focusWidget();
     do {
@@ -304,30 +274,12 @@ TEST_F(SelectorChoice, TabGoesFromTheSearchToTheListToTheButtons) {
     EXPECT_EQ(order,
               "comboSearch bitbtnSearchDown bitbtnSearchUp dbgridList bitbtnOk bitbtnDetails "
               "bitbtnNew bitbtnEdit bitbtnRemove bitbtnCancel ");
-    form.reject();
   });
-  EXPECT_FALSE(selector.Select(nullptr, 0, false, nullptr, 0));
-}
-
-TEST_F(SelectorChoice, TheListFollowsWhatBecomesOfTheTable) {
-  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
-  ScreenUser user;
-  user.In<TformQvRfSelector>([this](QWidget& form) {
-    Add(TableId::kEllipsoid, "Everest");
-    EXPECT_EQ(MarkedName(form), "Everest");
-    EXPECT_NE(ListedNames(form).find("Clarke 1880 (IGN), Everest, GRS"), std::string::npos);
-    database_.data->datasetEllipsoid.Delete();
-    EXPECT_EQ(ListedNames(form).find("Everest"), std::string::npos);
-    EXPECT_EQ(MarkedName(form), CurrentName(kEllipsoid));
-    Click(form, "bitbtnCancel");
-  });
-  EXPECT_FALSE(selector.Select(nullptr, 0, false, nullptr, 0));
 }
 
 TEST_F(SelectorChoice, IsLiveThoughOuterOperationsHoldTheControlsDisabled) {
   QvPlatform::TQvDataSet& dataSet = database_.data->datasetEllipsoid;
-  TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
-  TformQvRfEllipsoidSelector inner(&selector, QvRefSystem::DialogChooser());
+  QvRefSystem::TformQvRfEllipsoidSelector inner(&ellipsoids_, DialogChooser());
   dataSet.DisableControls();
   dataSet.DisableControls();
   dataSet.MoveTo(3);
@@ -349,7 +301,7 @@ TEST_F(SelectorChoice, IsLiveThoughOuterOperationsHoldTheControlsDisabled) {
         EXPECT_EQ(MarkedName(form), "Airy 1830");
         Click(form, "bitbtnCancel");
       });
-  EXPECT_FALSE(selector.Select(nullptr, 0, false, nullptr, 0));
+  EXPECT_FALSE(ellipsoids_.Select(nullptr, 0, false, nullptr, 0));
   EXPECT_TRUE(dataSet.ControlsDisabled());
   dataSet.EnableControls();
   EXPECT_TRUE(dataSet.ControlsDisabled()) << "both levels are back";

@@ -18,7 +18,6 @@ namespace {
 using QvRefSystem::GetSelectorFor;
 using QvRefSystem::TableId;
 using QvRefSystem::TformQvRfEdit;
-using QvRefSystem::TformQvRfEllipsoidSelector;
 using QvRefSystem::TformQvRfSelector;
 using enum QvRefSystem::TObjectType;
 
@@ -44,29 +43,7 @@ class ScriptedEdit : public TformQvRfEdit {
   bool StoreRecord() override { return false; }
 };
 
-class SelectorKeys : public DialogTest {
- protected:
-  /// Runs the selector of ellipsoids with this user, who leaves by Esc unless the step has ended
-  /// it.
-  bool Choose(std::function<void(QDialog&)> act) {
-    ScreenUser user;
-    user.In<TformQvRfSelector>([&act](QDialog& form) {
-      act(form);
-      if (form.isVisible()) form.reject();
-    });
-    database_.data->datasetEllipsoid.First();
-    return selector_.Select(nullptr, 0, false, nullptr, 0);
-  }
-  static QStringList History(const QWidget& form) {
-    const auto& combo = Child<QComboBox>(form, "comboSearch");
-    QStringList texts;
-    for (int i = 0; i < combo.count(); ++i)
-      texts << combo.itemText(i);
-    return texts;
-  }
-
-  TformQvRfEllipsoidSelector selector_{nullptr, QvRefSystem::DialogChooser()};
-};
+class SelectorKeys : public ListTest {};
 
 TEST_F(SelectorKeys, TypingLeavesTheRowsThatHaveTheTextInTheirName) {
   const struct {
@@ -88,7 +65,7 @@ TEST_F(SelectorKeys, TypingLeavesTheRowsThatHaveTheTextInTheirName) {
   }
 }
 
-TEST_F(SelectorKeys, WithNoMatchNothingCanBeChosenOrChanged) {
+TEST_F(SelectorKeys, WhatDoesNotShowCannotBeChosenOrChanged) {
   Choose([&](QDialog& form) {
     Search(form, "zzz");
     EXPECT_EQ(Child<QvPlatform::DataGrid>(form, "dbgridList").EmptyText().toStdString(),
@@ -98,21 +75,13 @@ TEST_F(SelectorKeys, WithNoMatchNothingCanBeChosenOrChanged) {
     }
     Press(form, "comboSearch", Qt::Key_Return, Qt::ControlModifier);
     EXPECT_TRUE(form.isVisible());
-    Press(form, "comboSearch", Qt::Key_Backspace);
-    Press(form, "comboSearch", Qt::Key_Backspace);
-    Press(form, "comboSearch", Qt::Key_Backspace);
+    Child<QComboBox>(form, "comboSearch").lineEdit()->clear();
     EXPECT_TRUE(IsEnabled(form, "bitbtnOk"));
     EXPECT_EQ(MarkedName(form), "Airy 1830");
-  });
-}
-
-TEST_F(SelectorKeys, ARecordThatTheFilterHidesCannotBeChosen) {
-  Choose([&](QDialog& form) {
     Search(form, "clarke");
     database_.data->datasetEllipsoid.Last();
-    EXPECT_EQ(MarkedName(form), "(none)");
+    EXPECT_EQ(MarkedName(form), "(none)") << "the filter hides the current record";
     EXPECT_FALSE(IsEnabled(form, "bitbtnOk"));
-    EXPECT_FALSE(IsEnabled(form, "bitbtnRemove"));
     Press(form, "dbgridList", Qt::Key_Delete);
     EXPECT_EQ(database_.data->datasetEllipsoid.RecordCount(), 7);
   });
@@ -177,31 +146,26 @@ TEST_F(SelectorKeys, FocusGoesBetweenSearchFieldAndListByArrows) {
   });
 }
 
-TEST_F(SelectorKeys, EnterEditsWhereEditingIsOfferedAndElseChooses) {
-  ScriptedEdit edit(&selector_);
-  EXPECT_FALSE(Choose([](QDialog& form) { Press(form, "dbgridList", Qt::Key_Return); }));
-  EXPECT_EQ(edit.calls, "edit ");
-  database_.data->DialogMode = QvRefSystem::kSimpleMode;
-  EXPECT_TRUE(Choose([](QDialog& form) { Press(form, "dbgridList", Qt::Key_Enter); }));
-  EXPECT_EQ(edit.calls, "edit ") << "Edit does not show in simple mode";
-}
-
 TEST_F(SelectorKeys, KeysDoWhatTheirButtonsOffer) {
-  ScriptedEdit edit(&selector_);
+  ScriptedEdit edit(&ellipsoids_);
   const struct {
     const char* name;
     signed char mode;
     Qt::Key key;
     const char* calls;
     int left;
-  } rows[] = {{"Insert", 2, Qt::Key_Insert, "new ", 7},
-              {"Insert in simple mode", 1, Qt::Key_Insert, "", 7},
-              {"Delete in simple mode", 1, Qt::Key_Delete, "", 7},
-              {"Delete", 2, Qt::Key_Delete, "", 6}};
+    bool chosen;
+  } rows[] = {{"Enter edits", 2, Qt::Key_Return, "edit ", 7, false},
+              {"Enter chooses where Edit does not show", 1, Qt::Key_Enter, "", 7, true},
+              {"Insert", 2, Qt::Key_Insert, "new ", 7, false},
+              {"Insert in simple mode", 1, Qt::Key_Insert, "", 7, false},
+              {"Delete in simple mode", 1, Qt::Key_Delete, "", 7, false},
+              {"Delete", 2, Qt::Key_Delete, "", 6, false}};
   for (const auto& row : rows) {
     edit.calls.clear();
     database_.data->DialogMode = row.mode;
-    Choose([&](QDialog& form) { Press(form, "dbgridList", row.key); });
+    const auto press = [&](QDialog& form) { Press(form, "dbgridList", row.key); };
+    EXPECT_EQ(Choose(press), row.chosen) << row.name;
     EXPECT_EQ(edit.calls, row.calls) << row.name;
     EXPECT_EQ(database_.data->datasetEllipsoid.RecordCount(), row.left) << row.name;
   }
@@ -210,21 +174,18 @@ TEST_F(SelectorKeys, KeysDoWhatTheirButtonsOffer) {
 TEST_F(SelectorKeys, OnTypeListsInsertAndDeleteDoNothing) {
   const std::unique_ptr<TformQvRfSelector> types(GetSelectorFor(nullptr, 12));
   ScriptedEdit edit(types.get());
-  ScreenUser user;
-  user.In<TformQvRfSelector>([&](QDialog& form) {
+  ChooseIn(*types, [&](QDialog& form) {
     Press(form, "dbgridList", Qt::Key_Insert);
     Press(form, "dbgridList", Qt::Key_Delete);
     EXPECT_EQ(edit.calls, "");
     Press(form, "dbgridList", Qt::Key_Return);
     EXPECT_EQ(edit.calls, "edit ");
-    form.reject();
   });
-  EXPECT_FALSE(types->Select(nullptr, 0, false, nullptr, 0));
   EXPECT_EQ(database_.data->datasetRefSystemType.RecordCount(), 6);
 }
 
 TEST_F(SelectorKeys, ANewRecordShowsWhateverTheFilterWas) {
-  ScriptedEdit edit(&selector_);
+  ScriptedEdit edit(&ellipsoids_);
   edit.onNew = [this] { return Add(TableId::kEllipsoid, "Hayford") != 0; };
   Choose([](QDialog& form) {
     Search(form, "clarke");
@@ -263,23 +224,18 @@ TEST_F(SelectorKeys, AfterARemovalTheNeighbourInSightIsCurrent) {
 TEST_F(SelectorKeys, AHeightSystemGoesWithItsFileOnceTheUserSaysYes) {
   auto& heights = database_.Processor(kVerticalReferenceSystem);
   ASSERT_GT(heights.InsertFromTree(MakeTree(HeightTableTree).get()), 0);
-  const std::unique_ptr<TformQvRfSelector> selector(
-      GetSelectorFor(nullptr, static_cast<int>(kVerticalReferenceSystem)));
-  ASSERT_NE(selector, nullptr);
+  const std::unique_ptr<TformQvRfSelector> selector(GetSelectorFor(nullptr, 16));
   const auto fileCount = [this] {
     return QvRefSystem::ListStorageFiles(database_.data->GetHeightsPrefix(), false).size();
   };
   database_.ui.answers = {QvPlatform::MessageAnswer::kNo};
-  ScreenUser user;
-  user.In<TformQvRfSelector>([&](QDialog& form) {
+  ChooseIn(*selector, [&](QDialog& form) {
     EXPECT_EQ(ListedNames(form), "Alps");
     Click(form, "bitbtnRemove");
     EXPECT_EQ(fileCount(), 1U);
     Click(form, "bitbtnRemove");
     EXPECT_EQ(fileCount(), 0U);
-    form.reject();
   });
-  EXPECT_FALSE(selector->Select(nullptr, 0, false, nullptr, 0));
   EXPECT_EQ(heights.DataSet->RecordCount(), 0);
 }
 
@@ -301,16 +257,18 @@ TEST_F(SelectorKeys, SearchButtonsGoFromMatchToMatchAndTellTheEnd) {
 }
 
 TEST_F(SelectorKeys, TheHistoryKeepsEachTextOnceAsFirstTyped) {
-  const auto search = [](QDialog& form, const char* text) {
-    Child<QComboBox>(form, "comboSearch").lineEdit()->clear();
-    Search(form, text);
-    Click(form, "bitbtnSearchDown");
-  };
   Choose([&](QDialog& form) {
-    for (const char* text : {"Clarke", "wgs", "CLARKE", "", "", "WGS"})
-      search(form, text);
-    EXPECT_EQ(History(form), QStringList({"", "wgs", "Clarke"}));
-    EXPECT_EQ(Child<QComboBox>(form, "comboSearch").currentText(), "WGS");
+    auto& field = Child<QComboBox>(form, "comboSearch");
+    for (const char* text : {"Clarke", "wgs", "CLARKE", "", "", "WGS"}) {
+      field.lineEdit()->clear();
+      Search(form, text);
+      Click(form, "bitbtnSearchDown");
+    }
+    QStringList history;
+    for (int i = 0; i < field.count(); ++i)
+      history << field.itemText(i);
+    EXPECT_EQ(history, QStringList({"", "wgs", "Clarke"}));
+    EXPECT_EQ(field.currentText(), "WGS");
   });
 }
 

@@ -21,16 +21,16 @@ using QvRefSystem::TformQvRfSelector;
 using QvRefSystem::TformQvRfUsedByList;
 using enum QvRefSystem::TObjectType;
 
-class UsedByList : public DialogTest {
+class UsedByList : public ListTest {
  protected:
   UsedByList() {
     const int bessel = KeyOf(kEllipsoid, "Bessel 1841");
-    first_ = Add(TableId::kDatum, "Potsdam", {{"ELLIPSOID_AUTOKEY", bessel}});
-    second_ = Add(TableId::kDatum, "Tokyo", {{"ELLIPSOID_AUTOKEY", bessel}});
+    Add(TableId::kDatum, "Potsdam", {{"ELLIPSOID_AUTOKEY", bessel}});
+    Add(TableId::kDatum, "Tokyo", {{"ELLIPSOID_AUTOKEY", bessel}});
     database_.Processor(kEllipsoid).LocateKey(bessel);
     // The list itself, in the place of the script's answer.
     database_.ui.onUsedBy = [this] {
-      TformQvRfUsedByList* list = GetUsedByListFor(&selector_);
+      TformQvRfUsedByList* list = GetUsedByListFor(&ellipsoids_);
       list->BeginList();
       for (const UsedByRow& row : database_.ui.usedBy)
         list->AddRow(row);
@@ -55,10 +55,6 @@ class UsedByList : public DialogTest {
     }
     return text;
   }
-
-  TformQvRfEllipsoidSelector selector_{nullptr, QvRefSystem::DialogChooser()};
-  int first_ = 0;
-  int second_ = 0;
 };
 
 TEST_F(UsedByList, ShowsWhoRefersAndClosingItRefusesTheRemoval) {
@@ -74,8 +70,7 @@ TEST_F(UsedByList, ShowsWhoRefersAndClosingItRefusesTheRemoval) {
         EXPECT_TRUE(IsShown(list, "bitbtnView"));
         Click(list, "bitbtnClose");
       });
-  int key = KeyOf(kEllipsoid, "Bessel 1841");
-  selector_.Select(nullptr, 0, false, &key, 0);
+  ellipsoids_.Select(nullptr, 0, false, nullptr, 0);
   EXPECT_EQ(Ellipsoids(), 7);
   EXPECT_TRUE(database_.ui.messages.empty());
 }
@@ -83,16 +78,11 @@ TEST_F(UsedByList, ShowsWhoRefersAndClosingItRefusesTheRemoval) {
 TEST_F(UsedByList, HasNoViewInSimpleMode) {
   database_.data->DialogMode = QvRefSystem::kSimpleMode;
   ScreenUser user;
-  user.In<TformQvRfSelector>([](QWidget& form) {
-        Click(form, "bitbtnRemove");
-        Click(form, "bitbtnClose");
-      })
-      .In<TformQvRfUsedByList>([](QWidget& list) {
-        EXPECT_FALSE(IsShown(list, "bitbtnView"));
-        Click(list, "bitbtnClose");
-      });
-  selector_.Browse(KeyOf(kEllipsoid, "Bessel 1841"), false, true);
-  EXPECT_EQ(Ellipsoids(), 7);
+  user.In<TformQvRfUsedByList>([](QWidget& list) {
+    EXPECT_FALSE(IsShown(list, "bitbtnView"));
+    Click(list, "bitbtnClose");
+  });
+  EXPECT_FALSE(database_.Processor(kEllipsoid).DeleteWithConsent(&ellipsoids_));
 }
 
 // View opens the referring object; each return scans anew, until nothing refers any more.
@@ -102,17 +92,17 @@ TEST_F(UsedByList, ScansAgainAfterEachViewUntilNothingRefers) {
         Click(form, "bitbtnRemove");
         Click(form, "bitbtnCancel");
       })
-      .In<TformQvRfUsedByList>([](QWidget& list) { Click(list, "bitbtnView"); })
+      .In<TformQvRfUsedByList>(Clicks("bitbtnView"))
       .In<TformQvRfSelector>([this](QWidget& viewer) {
         EXPECT_EQ(viewer.windowTitle().toStdString(), "View datum");
         EXPECT_EQ(CurrentName(kDatum), "Potsdam");
         EXPECT_TRUE(IsShown(viewer, "memoDetails"));
-        EXPECT_FALSE(selector_.isVisible()) << "the owner of the list is out of the way";
+        EXPECT_FALSE(ellipsoids_.isVisible()) << "the owner of the list is out of the way";
         Release("Potsdam");
         Click(viewer, "bitbtnClose");
       })
       .In<TformQvRfUsedByList>([this](QWidget& list) {
-        EXPECT_TRUE(selector_.isVisible());
+        EXPECT_TRUE(ellipsoids_.isVisible());
         EXPECT_EQ(Cells(list), "datum,Tokyo,About Tokyo;");
         Click(list, "bitbtnView");
       })
@@ -120,8 +110,7 @@ TEST_F(UsedByList, ScansAgainAfterEachViewUntilNothingRefers) {
         Release("Tokyo");
         Click(viewer, "bitbtnClose");
       });
-  int key = KeyOf(kEllipsoid, "Bessel 1841");
-  selector_.Select(nullptr, 0, false, &key, 0);
+  ellipsoids_.Select(nullptr, 0, false, nullptr, 0);
   EXPECT_EQ(Ellipsoids(), 6);
   ASSERT_EQ(database_.ui.messages.size(), 1U);
   EXPECT_NE(database_.ui.messages[0].find("\"Bessel 1841\""), std::string::npos);
@@ -129,8 +118,8 @@ TEST_F(UsedByList, ScansAgainAfterEachViewUntilNothingRefers) {
 
 TEST_F(UsedByList, IsOneForEachOwner) {
   TformQvRfEllipsoidSelector other(nullptr, QvRefSystem::DialogChooser());
-  TformQvRfUsedByList* list = GetUsedByListFor(&selector_);
-  EXPECT_EQ(GetUsedByListFor(&selector_), list);
+  TformQvRfUsedByList* list = GetUsedByListFor(&ellipsoids_);
+  EXPECT_EQ(GetUsedByListFor(&ellipsoids_), list);
   EXPECT_NE(GetUsedByListFor(&other), list);
   list->BeginList();
   list->ViewRow(0);

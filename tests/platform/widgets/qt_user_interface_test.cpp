@@ -9,6 +9,7 @@
 
 #include "platform/widgets/colour.h"
 #include "platform/widgets/qt_text.h"
+#include "platform/widgets/text_translation.h"
 #include "tests/dialogs/dialog_fixture.h"
 
 namespace refframe_tests {
@@ -17,7 +18,7 @@ namespace {
 using QvPlatform::MessageAnswer;
 using QvPlatform::MessageButtons;
 using QvPlatform::MessageKind;
-using QvPlatform::TQtUserInterface;
+using QvPlatform::QtUserInterface;
 
 TEST(QtUserInterface, AnswersAreThoseOfTheButtons) {
   const struct {
@@ -40,7 +41,7 @@ TEST(QtUserInterface, AnswersAreThoseOfTheButtons) {
       {"Esc of an error", MessageKind::kError, MessageButtons::kOk,
        [](auto& box) { QTest::keyClick(&box, Qt::Key_Escape); }, MessageAnswer::kOk},
   };
-  TQtUserInterface ui(nullptr);
+  QtUserInterface ui(nullptr);
   for (const auto& row : rows) {
     ScreenUser user;
     user.In<QMessageBox>([&](QMessageBox& box) {
@@ -54,7 +55,7 @@ TEST(QtUserInterface, AnswersAreThoseOfTheButtons) {
 }
 
 TEST(QtUserInterface, ProgressGoesOnUntilTheUserCancels) {
-  TQtUserInterface ui(nullptr);
+  QtUserInterface ui(nullptr);
   const auto progress = ui.StartProgress(0, "Conversion", 5);
   QProgressDialog* dialog = nullptr;
   for (QWidget* window : QApplication::topLevelWidgets()) {
@@ -71,7 +72,7 @@ TEST(QtUserInterface, ProgressGoesOnUntilTheUserCancels) {
 }
 
 TEST(QtUserInterface, WithoutAUsedByListTheRemovalIsRefused) {
-  TQtUserInterface ui(nullptr);
+  QtUserInterface ui(nullptr);
   EXPECT_EQ(ui.ShowUsedBy(nullptr, {}, true), QvPlatform::UsedByAnswer::kClosed);
 }
 
