@@ -1,4 +1,3 @@
-#include "platform/dbset/data_source.h"
 #include "platform/widgets/data_set_model.h"
 
 #include <gtest/gtest.h>
@@ -6,6 +5,7 @@
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
 
+#include "platform/dbset/data_source.h"
 #include "platform/widgets/data_grid.h"
 #include "tests/dialogs/dialog_fixture.h"
 
