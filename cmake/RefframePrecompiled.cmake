@@ -1,5 +1,6 @@
 # The headers of others that most sources of a target read, compiled once for all of them. Sources
-# still include what they use: the lint compiles each of them alone.
+# still include what they use: the lint and the release preset compile each of them alone, the latter
+# because g++ 12 then tells its false alarms about the standard library from real ones.
 option(REFFRAME_PRECOMPILE "Compile the headers of the standard library and of Qt once a target" ON)
 
 #   refframe_precompile(<target> [<header>...])

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <limits>
 #include <optional>
+#include <stdexcept>
 
 namespace QvCommonUtils {
 
