@@ -1,6 +1,5 @@
 #include "processors/record_writer.h"
 
-#include <algorithm>
 #include <string>
 
 namespace QvRefSystem {
@@ -17,8 +16,10 @@ RecordWriter::RecordWriter(TObjectType type, const TableColumns& columns, const 
 
 bool RecordWriter::WriteItems(TStringTree* tree, std::span<const TreeItem> items,
                               const RecordView& record) {
-  return std::ranges::all_of(items,
-                             [&](const TreeItem& item) { return WriteItem(tree, item, record); });
+  for (const TreeItem& item : items) {
+    if (!WriteItem(tree, item, record)) return false;
+  }
+  return true;
 }
 
 bool RecordWriter::WriteItem(TStringTree* tree, const TreeItem& item, const RecordView& record) {

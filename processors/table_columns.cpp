@@ -1,7 +1,5 @@
 #include "processors/table_columns.h"
 
-#include <functional>
-
 namespace QvRefSystem {
 
 TableColumns::TableColumns(QvPlatform::TQvDataSet& dataSet, const ObjectDescriptor& descriptor)
@@ -29,12 +27,12 @@ int TableColumns::Of(std::string_view name) const {
                                  std::string(name));
 }
 
-int TableColumns::Of(const TreeItem& item) const {
-  const std::less<> before;
-  for (const auto& [items, numbers] : bound_) {
-    if (!before(&item, items.data()) && before(&item, items.data() + items.size())) {
-      return numbers[static_cast<std::size_t>(&item - items.data())];
-    }
+int TableColumns::Search(const TreeItem& item) const {
+  for (std::size_t i = 0; i < bound_.size(); ++i) {
+    const std::size_t other = PlaceIn(bound_[i], item);
+    if (other == kNowhere) continue;
+    last_ = i;
+    return bound_[i].numbers[other];
   }
   return Of(item.column);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -23,16 +25,31 @@ class TableColumns {
   /// Throws DataSetError for a column that the table lacks.
   [[nodiscard]] int Of(std::string_view name) const;
   /// The column of a member; fast for those that were bound.
-  [[nodiscard]] int Of(const TreeItem& item) const;
+  [[nodiscard]] int Of(const TreeItem& item) const {
+    const std::size_t place = PlaceIn(bound_[last_], item);
+    return place != kNowhere ? bound_[last_].numbers[place] : Search(item);
+  }
 
  private:
   struct Bound {
     std::span<const TreeItem> items;
     std::vector<int> numbers;
   };
+  static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
+  static std::size_t PlaceIn(const Bound& bound, const TreeItem& item) {
+    const std::less<> before;
+    const bool inside = !before(&item, bound.items.data()) &&
+                        before(&item, bound.items.data() + bound.items.size());
+    return inside ? static_cast<std::size_t>(&item - bound.items.data()) : kNowhere;
+  }
+
+  [[nodiscard]] int Search(const TreeItem& item) const;
+
   std::string_view typeName_;
   std::vector<std::pair<std::string_view, int>> columns_;
   std::vector<Bound> bound_;
+  // The list that the last member stood in: a record is written from one list, member by member.
+  mutable std::size_t last_ = 0;
 };
 
 }  // namespace QvRefSystem
