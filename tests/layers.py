@@ -4,9 +4,11 @@
     layers.py SOURCE_FOLDER
 
 Fails where a folder includes one that stands behind it in cmake/floors.txt, where a folder without
-Qt includes Qt, where a source lies in a folder that the table does not name, and where code names a
-member of a tree by a number of its own instead of by platform/data/tree_ids.h.
+Qt includes Qt, where a source lies in a folder that the table does not name, where more than two
+rooms (a header with its source) include each other in a round, and where code names a member of a
+tree by a number of its own instead of by platform/data/tree_ids.h.
 """
+import collections
 import pathlib
 import re
 import sys
@@ -75,18 +77,52 @@ def without_text(match):
     return "\n" * match.group().count("\n")
 
 
+def rounds(graph):
+    """The strongly connected parts of more than two nodes."""
+    order, low, stack, found = {}, {}, [], []
+
+    def visit(node):
+        order[node] = low[node] = len(order)
+        stack.append(node)
+        for other in graph[node]:
+            if other not in order:
+                visit(other)
+            if other in stack:
+                low[node] = min(low[node], low[other])
+        if low[node] == order[node]:
+            part = stack[stack.index(node):]
+            del stack[-len(part):]
+            if len(part) > 2:
+                found.append(sorted(part))
+
+    for node in sorted(graph):
+        if node not in order:
+            visit(node)
+    return found
+
+
+def room_of(path):
+    """A header with its source."""
+    return path.rpartition(".")[0]
+
+
 def main():
     root = pathlib.Path(sys.argv[1])
     floors = read_floors(root)
     ids = set(ID.findall((root / IDS).read_text(encoding="utf-8")))
-    faults, checked = [], 0
+    faults, checked, rooms = [], 0, collections.defaultdict(set)
     for path, text in sources_of(root):
         if folder_of(path) in floors:
+            others = [room_of(name) for name, _ in INCLUDE.findall(text) if folder_of(name) in floors]
+            rooms[room_of(path)].update(others)
+            for other in others:
+                rooms.setdefault(other, set())
             checked += len(INCLUDE.findall(text))
             faults += climbs(path, text, floors)
             faults += bare_ids(path, text, ids)
         else:
             faults.append(f"{path} lies in a folder that cmake/floors.txt does not name")
+    faults += ["rooms include each other in a round: " + ", ".join(part) for part in rounds(rooms)]
     if len(ids) < 100:
         faults.append(f"only {len(ids)} ids were found in {IDS}")
     if checked < 100:
