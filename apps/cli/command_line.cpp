@@ -220,6 +220,7 @@ void Arguments::AddType(CLI::App& app) {
 
 void Arguments::AddForm(CLI::App& app, const char* about) {
   std::vector<std::string> names;
+  names.reserve(std::size(kForms));
   for (const auto& [name, form] : kForms)
     names.push_back(name);
   app.add_option("--form", form_, about)->check(CLI::IsMember(names));

@@ -8,7 +8,6 @@
 
 namespace QvRefSystem {
 
-using QvPlatform::Translated;
 
 namespace {
 

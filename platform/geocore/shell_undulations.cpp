@@ -98,8 +98,10 @@ class NodeUndulations {
 
   // A node by its number along the columns, with a height, in the axes of the target.
   [[nodiscard]] TShellPoint Node(std::size_t number, double height) const {
-    const double x = grid_.OriginX + static_cast<double>(number / grid_.CountY) * grid_.CellX;
-    const double y = grid_.OriginY + static_cast<double>(number % grid_.CountY) * grid_.CellY;
+    const std::size_t column = number / grid_.CountY;
+    const std::size_t row = number % grid_.CountY;
+    const double x = grid_.OriginX + static_cast<double>(column) * grid_.CellX;
+    const double y = grid_.OriginY + static_cast<double>(row) * grid_.CellY;
     return target_.FromPlane(x, y, height);
   }
 
