@@ -8,7 +8,6 @@
 
 namespace QvRefSystem {
 
-
 namespace {
 
 QLabel* MakeLabel(QWidget* parent, const char* objectName, const char* text) {
