@@ -29,16 +29,6 @@ SystemModel Ed50() {
   return system;
 }
 
-SystemModel Positive(SystemModel system) {
-  system.positiveLongitude = true;
-  return system;
-}
-
-SystemModel InGrads(SystemModel system) {
-  system.angularUnit = Grad();
-  return system;
-}
-
 SystemModel SouthPolar() {
   return Projected(Wgs84(), 9829, {{8832, "-71"}, {8833, "0"}, {8806, "0"}, {8807, "0"}});
 }
@@ -52,13 +42,6 @@ SystemModel NorthPolar() {
 SystemModel EqualArea() {
   return Projected(Wgs84(), 9820,
                    {{8801, "52"}, {8802, "10"}, {8806, "4321000"}, {8807, "3210000"}});
-}
-
-SystemModel SouthWest() {
-  SystemModel system = Utm(Wgs84(), "27");
-  system.projection->swap = true;
-  system.projection->axisSign[0] = system.projection->axisSign[1] = -1;
-  return system;
 }
 
 constexpr std::string TShell2DTableExtents::*kMembers[] = {
@@ -120,8 +103,9 @@ std::vector<Cover> Covers() {
        "-1000000 3000000 -500000 2500000 10000 10000", Positive(Wgs84()), "0 360 -90 ? ? ?"},
       {"a polar square beside the pole, on the antimeridian", NorthPolar(),
        "1500000 2500000 2500000 4000000 25000 25000", Wgs84()},
-      {"axes to the south and west", Wgs84(), "26 28 -27 -25 0.05 0.05", SouthWest()},
-      {"out of axes to the south and west", SouthWest(),
+      {"axes to the south and west", Wgs84(), "26 28 -27 -25 0.05 0.05",
+       SouthWest(NorthFirst(Utm(Wgs84(), "27")))},
+      {"out of axes to the south and west", SouthWest(NorthFirst(Utm(Wgs84(), "27"))),
        "-600000 -400000 2700000 2900000 5000 5000", Ed50()},
       {"three quarters of a cap, which hold the shifted pole", Ed50(), "0 270 60 90 1 1", Wgs84(),
        "-180 180 ? 90 1 1", true},

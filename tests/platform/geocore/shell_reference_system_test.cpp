@@ -109,8 +109,7 @@ TEST(ShellReferenceSystemTest, IsTheSameByWhatChangesAPlaneCoordinate) {
 }
 
 TEST(ShellReferenceSystemTest, SharesStoredHeightsInTheSameUnit) {
-  SystemModel feet = Wgs84();
-  feet.linearUnit = Unit(0.3048);
+  const SystemModel feet = InFeet(Wgs84());
   EXPECT_TRUE(Shell(Wgs84()) ^ Shell(Wgs84()));
   EXPECT_FALSE(Shell(Wgs84()) ^ Shell(feet));
 }
@@ -150,16 +149,13 @@ std::string Notation(const TShellReferenceSystem& system) {
 
 // Coordinates come in by the plane's own X and Y and go out in the order of the axes.
 TEST(ShellReferenceSystemTest, WritesCoordinatesInTheOrderOfItsAxes) {
-  SystemModel grads = Wgs84();
-  grads.angularUnit = Grad();
-  auto geodetic = Shell(grads);
+  auto geodetic = Shell(InGrads(Wgs84()));
   geodetic.set_core_coords(-50, 25, 12.34567);
   EXPECT_EQ(Notation(geodetic), "22\u00B030'00.00000\"N 45\u00B000'00.00000\"W 12.3457");
   auto plane = Shell(ShiftedUtm());
   plane.set_core_coords(500000.00004, -0.00001, -3);
   EXPECT_EQ(Notation(plane), "500000.0000 0.0000 -3.0000");
-  SystemModel swapped = ShiftedUtm();
-  swapped.projection->swap = true;
+  SystemModel swapped = NorthFirst(ShiftedUtm());
   swapped.linearUnit = Unit(1000);
   auto northFirst = Shell(swapped);
   northFirst.set_core_coords(1, 2, 3);
