@@ -168,35 +168,33 @@ TEST(HeightTableText, ReadsTheNearestDouble) {
   char token[64];
   constexpr std::string_view kLetters = "0123456789012345678901234567890123456789....--+eE";
   for (int turn = 0; turn < 600'000; ++turn) {
-    std::size_t size = 0;
+    int size = 0;
     const double bits = std::bit_cast<double>(random());
     const int whole = static_cast<int>(random() % 200'000'000) - 100'000'000;
     const int digits = static_cast<int>(random() % 18);
     switch (turn % 6) {
       case 0:
-        size = static_cast<std::size_t>(std::snprintf(token, sizeof token, "%.3f", whole / 1e5));
+        size = std::snprintf(token, sizeof token, "%.3f", whole / 1e5);
         break;
       case 1:
-        size = static_cast<std::size_t>(
-            std::snprintf(token, sizeof token, "%.*f", digits % 9, whole / 1e6));
+        size = std::snprintf(token, sizeof token, "%.*f", digits % 9, whole / 1e6);
         break;
       case 2:
-        size = static_cast<std::size_t>(std::snprintf(token, sizeof token, "%.*g", digits, bits));
+        size = std::snprintf(token, sizeof token, "%.*g", digits, bits);
         break;
       case 3:  // half way between two doubles near 2^53, and beside it
-        size = static_cast<std::size_t>(std::snprintf(token, sizeof token, "%llu.%03u",
-                                                      (1ULL << 53) + random() % 4096,
-                                                      static_cast<unsigned>(random() % 1000)));
+        size = std::snprintf(token, sizeof token, "%llu.%03u", (1ULL << 53) + random() % 4096,
+                             static_cast<unsigned>(random() % 1000));
         break;
       case 4:
-        size = static_cast<std::size_t>(std::snprintf(token, sizeof token, "-0.%0*llu", digits + 1,
-                                                      static_cast<unsigned long long>(random())));
+        size = std::snprintf(token, sizeof token, "-0.%0*llu", digits + 1,
+                             static_cast<unsigned long long>(random()));
         break;
       default:
-        for (size = 0; size < 1 + random() % 12; ++size)
+        for (size = 0; size < 1 + static_cast<int>(random() % 12); ++size)
           token[size] = kLetters[random() % kLetters.size()];
     }
-    const std::string_view view(token, size);
+    const std::string_view view(token, static_cast<std::size_t>(size));
     const Reader standard = Standard(view);
     double value = -1;
     const bool plus = view.front() == '+' && size > 1 && view[1] != '-';

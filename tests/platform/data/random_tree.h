@@ -54,29 +54,13 @@ class RandomTree {
 
   /// Words that are awkward for one form or the other, with bytes of all kinds between them.
   std::string Text() {
-    static constexpr std::string_view kPieces[] = {"",
-                                                   " ",
-                                                   "\t",
-                                                   "\n",
-                                                   "\r\n",
-                                                   "\\",
-                                                   "\\n",
-                                                   "\\41",
-                                                   "&",
-                                                   "<s>",
-                                                   "]]>",
-                                                   "&#10;",
-                                                   "\xEF\xBB\xBF",
-                                                   "\xC3\xA4",
-                                                   "\xF0\x9F\x8C\x8D",
-                                                   "\xEF\xBF\xBF",
-                                                   "\xC3",
-                                                   "(1,2)[3]",
-                                                   "\"'",
-                                                   "semi_major_axis_of_the_ellipsoid_in_use"};
+    static const std::vector<std::string> kPieces = SplitString(
+        "| |\t|\r\n|\\|\\n|\\41|&|<s>|]]>|&#10;|(1,2)[3]|\"'|\xEF\xBB\xBF|\xC3\xA4|\xF0\x9F\x8C\x8D"
+        "|\xEF\xBF\xBF|\xC3|semi_major_axis_of_the_ellipsoid_in_use|\n",
+        '|');
     std::string text;
     for (int i = Number(0, 6); i > 0; --i) {
-      text += kPieces[static_cast<std::size_t>(Number(0, std::size(kPieces) - 1))];
+      text += kPieces[static_cast<std::size_t>(Number(0, static_cast<int>(kPieces.size()) - 1))];
       if (Number(0, 2) == 0) text += static_cast<char>(Number(0, 255));
     }
     return text;
@@ -87,6 +71,30 @@ class RandomTree {
   std::mt19937 engine_;
   NodeLabels labels_;
 };
+
+/// A tree with everything that both forms know: a note too, which neither writes.
+inline void FillSample(TStringTree* tree) {
+  tree->Label = "reference\tsystem";
+  tree->InsertString("na me", 1020, 0, " <a>\tb&\\c\nd\re ");
+  const std::string axes[] = {"lat", "", "h"};
+  tree->Fields.push_back(tree->CreateField(1025, 0, axes, 3, "a\txis"));
+  tree->Fields.push_back(tree->CreateField(1026, 0, nullptr, 0, "none"));
+  tree->InsertString("Found ID", 201001, -1, "5");
+  EnsureSubtree(tree, 1106, 3, "angular unit");
+  EnsureField(FindSubtree(tree, 1106, 3), 5301, 0, "9102", "code");
+}
+
+/// Why the document is refused.
+inline std::string ErrorOf(void (*read)(std::string_view, TStringTree*),
+                           std::string_view document) {
+  TStringTree tree;
+  try {
+    read(document, &tree);
+  } catch (const TreeFormatError& error) {
+    return error.what();
+  }
+  return "no error";
+}
 
 /// Subtrees (1,0) within one another, `depth` of them below the root.
 inline void FillDeep(TStringTree* root, int depth) {

@@ -9,40 +9,15 @@
 namespace QvCommonUtils {
 namespace {
 
+using testing::ErrorOf;
 using testing::FillDeep;
+using testing::FillSample;
 using ::testing::HasSubstr;
 using testing::SameHead;
 
-std::string ErrorOf(std::string_view text) {
-  TStringTree tree;
-  try {
-    ReadTreeText(text, &tree);
-  } catch (const TreeFormatError& error) {
-    return error.what();
-  }
-  return "no error";
-}
-
-void AddValues(TStringTree* tree, int id, std::string_view label,
-               const std::vector<std::string>& values) {
-  tree->Fields.push_back(
-      tree->CreateField(id, 0, values.data(), static_cast<int>(values.size()), label));
-}
-
-/// A tree with everything that the text form knows, and its text.
-void FillSample(TStringTree* tree) {
-  tree->Label = "reference\tsystem";
-  AddValues(tree, 1020, "name", {"a\tb\\c\nd\re"});
-  AddValues(tree, 1025, "a\txis", {"lat", "", "h"});
-  AddValues(tree, 1026, "none", {});
-  tree->InsertString("Found ID", 201001, -1, "5");
-  EnsureSubtree(tree, 1106, 3, "angular unit");
-  EnsureField(FindSubtree(tree, 1106, 3), 5301, 0, "9102", "code");
-}
-
 constexpr std::string_view kSampleText =
     "(0,0)reference\tsystem\n"
-    "(1020,0)[1]\tname\ta\\tb\\\\c\\nd\\re\n"
+    "(1020,0)[1]\tna me\t <a>\\tb&\\\\c\\nd\\re \n"
     "(1025,0)[3]\ta\\txis\tlat\t\th\n"
     "(1026,0)[0]\tnone\n"
     "\t(1106,3)angular unit\n"
@@ -56,18 +31,7 @@ TEST(TreeText, WritesTheFormByteForByte) {
   EXPECT_EQ(WriteTreeText(&tree), kSampleText);
 }
 
-TEST(TreeText, ReadsWhatItWrites) {
-  TStringTree tree;
-  FillSample(&tree);
-  TStringTree read;
-  ReadTreeText(kSampleText, &read);
-  EXPECT_TRUE(SameTree(&tree, &read));
-  EXPECT_TRUE(SameHead(tree, read));
-  EXPECT_EQ(FindField(&read, 201001, -1), nullptr);
-  EXPECT_EQ(FindSubtree(&read, 1106, 3)->Parent, &read);
-}
-
-TEST(TreeText, TakesWhatEditorsDoToAFile) {
+TEST(TreeText, ReadsWhatItWritesAndWhatEditorsDoToAFile) {
   TStringTree tree;
   FillSample(&tree);
   std::string crlf = "\xEF\xBB\xBF";
@@ -76,11 +40,14 @@ TEST(TreeText, TakesWhatEditorsDoToAFile) {
   std::string trimmed(kSampleText);
   trimmed.replace(trimmed.find("\n\t\n"), 3, "\n\n");
   const std::string zeroEnded = std::string(kSampleText) + '\0';
-  for (const std::string& text : {crlf, crlf + '\0', trimmed, zeroEnded}) {
+  for (const std::string& text :
+       {std::string(kSampleText), crlf, crlf + '\0', trimmed, zeroEnded}) {
     TStringTree read;
     ReadTreeText(text, &read);
     EXPECT_TRUE(SameTree(&tree, &read)) << text;
     EXPECT_TRUE(SameHead(tree, read)) << text;
+    EXPECT_EQ(FindField(&read, 201001, -1), nullptr);
+    EXPECT_EQ(FindSubtree(&read, 1106, 3)->Parent, &read);
   }
 }
 
@@ -106,13 +73,15 @@ TEST(TreeText, LabelOfANodeWithALineBreakIsRefused) {
   }
 }
 
-struct MalformedText {
-  std::string text;
-  std::string message;
-};
-
 TEST(TreeText, MalformedTextsAreRefusedWithTheirLine) {
-  const MalformedText cases[] = {
+  // One level more than the deepest, and else well formed.
+  std::string deeper = "(0,0)\n";
+  for (std::size_t i = 1; i <= kMaxTreeDepth + 1U; ++i)
+    deeper += std::string(i, '\t') + "(1,0)\n";
+  for (std::size_t i = kMaxTreeDepth + 1U; i + 1 > 0; --i)
+    deeper += std::string(i, '\t') + "\n";
+  const std::pair<std::string, const char*> cases[] = {
+      {deeper, "line 258: the text is too deep"},
       {"", "line 1: the text ends too early"},
       {std::string(1, '\0'), "line 1: \"(\" is missing"},
       {"label\n\n", "line 1: \"(\" is missing"},
@@ -150,17 +119,8 @@ TEST(TreeText, MalformedTextsAreRefusedWithTheirLine) {
       {std::string(257, '\t') + "(0,0)x\n", "line 1: the text is too deep"},
       {std::string(100000, '\t'), "line 1: the text is too deep"},
   };
-  for (const MalformedText& row : cases)
-    EXPECT_THAT(ErrorOf(row.text), HasSubstr(row.message));
-}
-
-TEST(TreeText, OneLevelMoreThanTheDeepestIsRefused) {
-  std::string deeper = "(0,0)\n";
-  for (std::size_t i = 1; i <= kMaxTreeDepth + 1U; ++i)
-    deeper += std::string(i, '\t') + "(1,0)\n";
-  for (std::size_t i = kMaxTreeDepth + 1U; i + 1 > 0; --i)
-    deeper += std::string(i, '\t') + "\n";
-  EXPECT_THAT(ErrorOf(deeper), HasSubstr("line 258: the text is too deep"));
+  for (const auto& [text, message] : cases)
+    EXPECT_THAT(ErrorOf(ReadTreeText, text), HasSubstr(message));
 }
 
 TEST(TreeText, DepthCountsFromTheRootOfTheTreeThatTakesIt) {

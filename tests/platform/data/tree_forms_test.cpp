@@ -8,6 +8,7 @@ namespace QvCommonUtils {
 namespace {
 
 using testing::FillDeep;
+using testing::FillSample;
 using testing::RandomTree;
 using testing::SameHead;
 
@@ -47,15 +48,6 @@ class TreeForms : public ::testing::TestWithParam<Form> {
     TStringTree read;
     GetParam().read(GetParam().write(&tree), &read);
     return SameTree(&tree, &read) && SameHead(tree, read);
-  }
-
-  static void FillSample(TStringTree* tree) {
-    tree->Label = "system";
-    const std::string axes[] = {"lat", "", "a\tb\\c\nd\re"};
-    tree->Fields.push_back(tree->CreateField(1025, 0, axes, 3, "a\txis"));
-    tree->Fields.push_back(tree->CreateField(1026, 0, nullptr, 0, "none"));
-    EnsureSubtree(tree, 1106, 3, "angular unit");
-    EnsureField(FindSubtree(tree, 1106, 3), 5301, 0, "9102", "code");
   }
 };
 

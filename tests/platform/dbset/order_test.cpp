@@ -223,14 +223,6 @@ TEST(Arranging, LeavesARowThatNoLongerShowsForItsNeighbour) {
   EXPECT_FALSE(table.set.CurrentRow());
 }
 
-TEST(LookUps, ByFoldedNamesPassOverCaseAndOuterBlanks) {
-  FileTable table;
-  for (const char* name : {"zone 1", " Zone 1\t", "ZONE  1"})
-    table.Add(name, 1);
-  EXPECT_EQ(table.set.FindAll({RowMatch::Folded(kName, "ZONE 1")}).size(), 2U);
-  EXPECT_EQ(table.set.FindAll({RowMatch::Text(kName, "zone 1")}).size(), 1U);
-}
-
 TEST(Walking, SetsItsEndsAsAWalkExpects) {
   FileTable table;
   TQvDataSet& set = table.set;

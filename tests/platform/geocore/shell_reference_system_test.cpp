@@ -27,31 +27,30 @@ struct SameRow {
 
 // Every change of one thing, and whether the plane stays the same.
 const SameRow kUtmRows[] = {
-    {"its name", [](SystemModel* m) { m->name = "other"; }, true},
-    {"its description", [](SystemModel* m) { m->description = "other"; }, true},
-    {"its axis names", [](SystemModel* m) { m->axisAbbreviation[0] = "Q"; }, true},
-    {"its code", [](SystemModel* m) { m->geoTiffCode = 1; }, true},
-    {"the datum's name", [](SystemModel* m) { m->datum->name = "other"; }, true},
-    {"the ellipsoid's name", [](SystemModel* m) { m->datum->ellipsoid.name = "other"; }, true},
-    {"the shift's name", [](SystemModel* m) { m->datum->shift.name = "other"; }, true},
-    {"the projection's name", [](SystemModel* m) { m->projection->name = "other"; }, true},
+    {"its name", [](auto* m) { m->name = "other"; }, true},
+    {"its description", [](auto* m) { m->description = "other"; }, true},
+    {"its axis names", [](auto* m) { m->axisAbbreviation[0] = "Q"; }, true},
+    {"its code", [](auto* m) { m->geoTiffCode = 1; }, true},
+    {"the datum's name", [](auto* m) { m->datum->name = "other"; }, true},
+    {"the ellipsoid's name", [](auto* m) { m->datum->ellipsoid.name = "other"; }, true},
+    {"the shift's name", [](auto* m) { m->datum->shift.name = "other"; }, true},
+    {"the projection's name", [](auto* m) { m->projection->name = "other"; }, true},
     {"a unit's name and code",
-     [](SystemModel* m) {
+     [](auto* m) {
        m->linearUnit.name = "other";
        m->linearUnit.code = 9001;
      },
      true},
-    {"heights over a geoid", [](SystemModel* m) { m->geoidCode = 5773; }, true},
-    {"how a number is written", [](SystemModel* m) { m->projection->parameters[3].value = "5e5"; },
-     true},
+    {"heights over a geoid", [](auto* m) { m->geoidCode = 5773; }, true},
+    {"how a number is written", [](auto* m) { m->projection->parameters[3].value = "5e5"; }, true},
     {"the unit in which a number is written",
-     [](SystemModel* m) {
+     [](auto* m) {
        m->projection->linearUnit = Unit(1000);
        m->projection->parameters[3].value = "500";
      },
      true},
     {"the sense of its rotations with their signs",
-     [](SystemModel* m) {
+     [](auto* m) {
        auto& shift = m->datum->shift;
        shift.type = 3;
        shift.rx = "-0.5";
@@ -59,33 +58,33 @@ const SameRow kUtmRows[] = {
        shift.rz = "-0.125";
      },
      true},
-    {"the sense of its rotations", [](SystemModel* m) { m->datum->shift.type = 3; }, false},
-    {"a translation", [](SystemModel* m) { m->datum->shift.tx = "84.001"; }, false},
-    {"a rotation", [](SystemModel* m) { m->datum->shift.rz = "0.1251"; }, false},
-    {"a scale", [](SystemModel* m) { m->datum->shift.s = "1.501"; }, false},
-    {"the ellipsoid's axis", [](SystemModel* m) { m->datum->ellipsoid.a = "6378137.001"; }, false},
-    {"the flattening", [](SystemModel* m) { m->datum->ellipsoid.f = 1 / 298.257222101; }, false},
-    {"the prime meridian", [](SystemModel* m) { m->primeMeridian.longitude = "0.001"; }, false},
-    {"the method", [](SystemModel* m) { m->projection->method = 1111; }, false},
-    {"a parameter", [](SystemModel* m) { m->projection->parameters[2].value = "0.99961"; }, false},
-    {"the order of its axes", [](SystemModel* m) { m->projection->swap = true; }, false},
-    {"the sign of an axis", [](SystemModel* m) { m->projection->axisSign[1] = -1; }, false},
-    {"its unit", [](SystemModel* m) { m->linearUnit = Unit(0.3048); }, false},
+    {"the sense of its rotations", [](auto* m) { m->datum->shift.type = 3; }, false},
+    {"a translation", [](auto* m) { m->datum->shift.tx = "84.001"; }, false},
+    {"a rotation", [](auto* m) { m->datum->shift.rz = "0.1251"; }, false},
+    {"a scale", [](auto* m) { m->datum->shift.s = "1.501"; }, false},
+    {"the ellipsoid's axis", [](auto* m) { m->datum->ellipsoid.a = "6378137.001"; }, false},
+    {"the flattening", [](auto* m) { m->datum->ellipsoid.f = 1 / 298.257222101; }, false},
+    {"the prime meridian", [](auto* m) { m->primeMeridian.longitude = "0.001"; }, false},
+    {"the method", [](auto* m) { m->projection->method = 1111; }, false},
+    {"a parameter", [](auto* m) { m->projection->parameters[2].value = "0.99961"; }, false},
+    {"the order of its axes", [](auto* m) { m->projection->swap = true; }, false},
+    {"the sign of an axis", [](auto* m) { m->projection->axisSign[1] = -1; }, false},
+    {"its unit", [](auto* m) { m->linearUnit = Unit(0.3048); }, false},
 };
 
 const SameRow kGeodeticRows[] = {
-    {"its angular unit", [](SystemModel* m) { m->angularUnit = Grad(); }, false},
-    {"the range of its longitudes", [](SystemModel* m) { m->positiveLongitude = true; }, false},
-    {"the unit of its heights", [](SystemModel* m) { m->linearUnit = Unit(0.3048); }, true},
-    {"a datum without a shift", [](SystemModel* m) { SetShift(m, 1, {}); }, true},
+    {"its angular unit", [](auto* m) { m->angularUnit = Grad(); }, false},
+    {"the range of its longitudes", [](auto* m) { m->positiveLongitude = true; }, false},
+    {"the unit of its heights", [](auto* m) { m->linearUnit = Unit(0.3048); }, true},
+    {"a datum without a shift", [](auto* m) { SetShift(m, 1, {}); }, true},
 };
 
 const SameRow kHorizonRows[] = {
-    {"its origin", [](SystemModel* m) { m->origin[0] = "55.0000001"; }, false},
-    {"its origin's height", [](SystemModel* m) { m->origin[2] = "200.001"; }, false},
-    {"its azimuth", [](SystemModel* m) { m->azimuth = "0.001"; }, false},
-    {"an azimuth of nought", [](SystemModel* m) { m->azimuth = "0.0"; }, true},
-    {"its handedness", [](SystemModel* m) { m->swap = true; }, false},
+    {"its origin", [](auto* m) { m->origin[0] = "55.0000001"; }, false},
+    {"its origin's height", [](auto* m) { m->origin[2] = "200.001"; }, false},
+    {"its azimuth", [](auto* m) { m->azimuth = "0.001"; }, false},
+    {"an azimuth of nought", [](auto* m) { m->azimuth = "0.0"; }, true},
+    {"its handedness", [](auto* m) { m->swap = true; }, false},
 };
 
 void ExpectSame(const SystemModel& model, std::span<const SameRow> rows) {
@@ -110,8 +109,7 @@ TEST(ShellReferenceSystemTest, IsTheSameByWhatChangesAPlaneCoordinate) {
 }
 
 TEST(ShellReferenceSystemTest, SharesStoredHeightsInTheSameUnit) {
-  SystemModel feet = Wgs84();
-  feet.linearUnit = Unit(0.3048);
+  const SystemModel feet = InFeet(Wgs84());
   EXPECT_TRUE(Shell(Wgs84()) ^ Shell(Wgs84()));
   EXPECT_FALSE(Shell(Wgs84()) ^ Shell(feet));
 }
@@ -151,16 +149,13 @@ std::string Notation(const TShellReferenceSystem& system) {
 
 // Coordinates come in by the plane's own X and Y and go out in the order of the axes.
 TEST(ShellReferenceSystemTest, WritesCoordinatesInTheOrderOfItsAxes) {
-  SystemModel grads = Wgs84();
-  grads.angularUnit = Grad();
-  auto geodetic = Shell(grads);
+  auto geodetic = Shell(InGrads(Wgs84()));
   geodetic.set_core_coords(-50, 25, 12.34567);
   EXPECT_EQ(Notation(geodetic), "22\u00B030'00.00000\"N 45\u00B000'00.00000\"W 12.3457");
   auto plane = Shell(ShiftedUtm());
   plane.set_core_coords(500000.00004, -0.00001, -3);
   EXPECT_EQ(Notation(plane), "500000.0000 0.0000 -3.0000");
-  SystemModel swapped = ShiftedUtm();
-  swapped.projection->swap = true;
+  SystemModel swapped = NorthFirst(ShiftedUtm());
   swapped.linearUnit = Unit(1000);
   auto northFirst = Shell(swapped);
   northFirst.set_core_coords(1, 2, 3);
@@ -177,16 +172,16 @@ struct RefusedRow {
 
 TEST(ShellReferenceSystemTest, RefusesWhatMakesNoSystem) {
   const RefusedRow rows[] = {
-      {"no ellipsoid", [](SystemModel* m) { m->datum.reset(); }, "neither a datum"},
-      {"a flat ellipsoid", [](SystemModel* m) { m->datum->ellipsoid.f = 1; }, "no ellipsoid"},
-      {"an axis that is no number", [](SystemModel* m) { m->datum->ellipsoid.a = "6378 km"; },
+      {"no ellipsoid", [](auto* m) { m->datum.reset(); }, "neither a datum"},
+      {"a flat ellipsoid", [](auto* m) { m->datum->ellipsoid.f = 1; }, "no ellipsoid"},
+      {"an axis that is no number", [](auto* m) { m->datum->ellipsoid.a = "6378 km"; },
        "semi-major axis"},
-      {"a unit of nothing", [](SystemModel* m) { m->linearUnit.factorB = 0; }, "factors"},
-      {"a rotation that is no number", [](SystemModel* m) { m->datum->shift.rx = ""; }, "rotation"},
-      {"a missing parameter", [](SystemModel* m) { m->projection->parameters.pop_back(); }, "8807"},
-      {"a method without computation", [](SystemModel* m) { m->projection->method = 9824; }, ""},
-      {"an unknown method", [](SystemModel* m) { m->projection->method = 1; }, "not known"},
-      {"no projection", [](SystemModel* m) { m->projection.reset(); }, "no map projection"},
+      {"a unit of nothing", [](auto* m) { m->linearUnit.factorB = 0; }, "factors"},
+      {"a rotation that is no number", [](auto* m) { m->datum->shift.rx = ""; }, "rotation"},
+      {"a missing parameter", [](auto* m) { m->projection->parameters.pop_back(); }, "8807"},
+      {"a method without computation", [](auto* m) { m->projection->method = 9824; }, ""},
+      {"an unknown method", [](auto* m) { m->projection->method = 1; }, "not known"},
+      {"no projection", [](auto* m) { m->projection.reset(); }, "no map projection"},
   };
   for (const RefusedRow& row : rows) {
     SystemModel model = ShiftedUtm();

@@ -113,6 +113,29 @@ inline SystemModel InFeet(SystemModel system) {
   return system;
 }
 
+inline SystemModel InGrads(SystemModel system) {
+  system.angularUnit = Grad();
+  return system;
+}
+
+/// With longitudes from 0 to 360 degrees.
+inline SystemModel Positive(SystemModel system) {
+  system.positiveLongitude = true;
+  return system;
+}
+
+/// The plane with its axes the other way round: other numbers first, the same places.
+inline SystemModel NorthFirst(SystemModel system) {
+  system.projection->swap = true;
+  return system;
+}
+
+/// The plane with both axes turned round.
+inline SystemModel SouthWest(SystemModel system) {
+  system.projection->axisSign[0] = system.projection->axisSign[1] = -1;
+  return system;
+}
+
 /// Heights over a table (kind 1) or an offset (kind 2) in a unit of so many metres.
 inline SystemModel WithHeights(SystemModel system, int kind, const std::string& offset = {},
                                double offsetMetres = 1) {

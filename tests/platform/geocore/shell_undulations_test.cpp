@@ -29,12 +29,6 @@ SystemModel Dhdn() {
   return system;
 }
 
-// The plane with its axes the other way round: other numbers first, the same places.
-SystemModel NorthFirst(SystemModel system) {
-  system.projection->swap = true;
-  return system;
-}
-
 std::shared_ptr<THeightTable> Table(std::uint32_t countX, std::uint32_t countY, double cell,
                                     double west, double south) {
   auto table = std::make_shared<THeightTable>();
