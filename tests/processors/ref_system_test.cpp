@@ -167,6 +167,9 @@ TEST_F(ReferenceSystems, RefuseTreesThatAreNotWhole) {
       {"a topocentric without primary", 6, {}, 1121, nullptr},
       {"a projected without projection", 5, {}, 1300, nullptr},
       {"a primary of kind 7 with a code", 5, {1121}, 1100, "7"},
+      {"a kind beyond 32 bits", 4, {}, 1100, "4294967300"},
+      {"a swap that is no number", 1, {}, 1400, "yes"},
+      {"a datum without ellipsoid", 4, {1107}, 5610, nullptr},
       {"a shift of type 9", 3, {1107, 1102, 5443}, 5701, "9"},
   };
   for (const auto& row : rows) {
@@ -178,8 +181,7 @@ TEST_F(ReferenceSystems, RefuseTreesThatAreNotWhole) {
       ASSERT_NE(FindSubtree(cursor, row.id, 0), nullptr) << row.name;
       RemoveSubtree(cursor, row.id, 0);
     } else {
-      RemoveField(cursor, row.id, 0);
-      EnsureField(cursor, row.id, 0, row.value, "changed");
+      ReplaceField(cursor, row.id, row.value);
     }
     EXPECT_EQ(Systems().InsertFromTree(tree.get()), 0) << row.name;
   }
