@@ -128,6 +128,13 @@ std::vector<std::string> TestDatabase::Findings() const {
   return findings;
 }
 
+std::unique_ptr<QvCommonUtils::TStringTree> WrittenTree(
+    QvRefSystem::TQvRfDataProcessor& processor) {
+  auto tree = std::make_unique<QvCommonUtils::TStringTree>();
+  if (!processor.WriteToTree(tree.get(), 0, 0)) throw std::runtime_error("cannot write the record");
+  return tree;
+}
+
 std::vector<int> TestDatabase::Counts() const {
   std::vector<int> counts;
   for (const TableSpec& table : QvRefSystem::TableCatalogue()) {
