@@ -73,9 +73,8 @@ TEST_F(ReferenceSystems, WriteTheBodyOfTheirKindInOrder) {
   };
   for (const auto& row : rows) {
     ASSERT_GT(Insert(row.kind), 0);
-    TStringTree tree;
-    ASSERT_TRUE(Systems().WriteToTree(&tree, 0, 0)) << row.kind;
-    EXPECT_EQ(Ids(&tree), row.ids) << row.kind;
+    const TreePtr tree = WrittenTree(Systems());
+    EXPECT_EQ(Ids(tree.get()), row.ids) << row.kind;
   }
 }
 
@@ -98,9 +97,8 @@ TEST_F(ReferenceSystems, MakeUpAPrimaryThatIsKeptOnlyWithACode) {
   Insert(5);
   SetField("PRIMARY_REFSYSTEM_AUTOKEY", 0);
   const int without = Systems().GetCurrentKey();
-  TStringTree tree;
-  ASSERT_TRUE(Systems().WriteToTree(&tree, 0, 0));
-  TStringTree* primary = FindSubtree(&tree, 1121, 0);
+  const TreePtr tree = WrittenTree(Systems());
+  TStringTree* primary = FindSubtree(tree.get(), 1121, 0);
   EXPECT_EQ(primary->Label, "primary reference system");
   EXPECT_EQ(Value(primary, 1020), "Primary ref. system");
   EXPECT_EQ(Value(primary, 102005), "26705");  // the projected system's own
@@ -108,22 +106,21 @@ TEST_F(ReferenceSystems, MakeUpAPrimaryThatIsKeptOnlyWithACode) {
 
   // Without the code the system is found as it is; with it both are stored once, then found.
   TStringTree noCode;
-  MergeTree(&tree, &noCode);
+  MergeTree(tree.get(), &noCode);
   RemoveField(FindSubtree(&noCode, 1121, 0), 102005, 0);
   EXPECT_EQ(Systems().InsertFromTree(&noCode), without);
   const int count = Systems().DataSet->RecordCount();
-  const int with = Systems().InsertFromTree(&tree);
+  const int with = Systems().InsertFromTree(tree.get());
   EXPECT_NE(with, without);
   EXPECT_EQ(Systems().DataSet->RecordCount(), count + 2);
-  EXPECT_EQ(Systems().InsertFromTree(&tree), with);
+  EXPECT_EQ(Systems().InsertFromTree(tree.get()), with);
   EXPECT_EQ(Systems().DataSet->RecordCount(), count + 2);
 }
 
 TEST_F(ReferenceSystems, TravelWithTheirMifCodesWholeOrNotAtAll) {
   Insert(5);
-  TStringTree tree;
-  ASSERT_TRUE(Systems().WriteToTree(&tree, 0, 0));
-  const TStringTree* exported = FindSubtree(&tree, 101000, 0);
+  TreePtr tree = WrittenTree(Systems());
+  const TStringTree* exported = FindSubtree(tree.get(), 101000, 0);
   ASSERT_NE(exported, nullptr);
   EXPECT_EQ(Ids(exported), "101001 101003 101002 |");
   EXPECT_EQ(Value(exported, 101001), "8");
@@ -139,15 +136,15 @@ TEST_F(ReferenceSystems, TravelWithTheirMifCodesWholeOrNotAtAll) {
     values.Post();
   };
   setDatumCode("-1");
-  ASSERT_TRUE(Systems().WriteToTree(&tree, 0, 0));
-  EXPECT_EQ(Ids(FindSubtree(&tree, 101000, 0)), "101001 101004 101002 |");
+  tree = WrittenTree(Systems());
+  EXPECT_EQ(Ids(FindSubtree(tree.get(), 101000, 0)), "101001 101004 101002 |");
 
   // A unit without a name drops the whole subtree, and the system is written all the same.
   values.MoveTo(
       values.FindFirst({QvPlatform::RowMatch::Integer(0, 8), QvPlatform::RowMatch::Integer(2, 3)}));
   values.Delete();
-  ASSERT_TRUE(Systems().WriteToTree(&tree, 0, 0));
-  EXPECT_EQ(FindSubtree(&tree, 101000, 0), nullptr);
+  ASSERT_TRUE(Systems().WriteToTree(tree.get(), 0, 0));
+  EXPECT_EQ(FindSubtree(tree.get(), 101000, 0), nullptr);
 }
 
 TEST_F(ReferenceSystems, RefuseTreesThatAreNotWhole) {
@@ -167,6 +164,9 @@ TEST_F(ReferenceSystems, RefuseTreesThatAreNotWhole) {
       {"a topocentric without primary", 6, {}, 1121, nullptr},
       {"a projected without projection", 5, {}, 1300, nullptr},
       {"a primary of kind 7 with a code", 5, {1121}, 1100, "7"},
+      {"a kind beyond 32 bits", 4, {}, 1100, "4294967300"},
+      {"a swap that is no number", 1, {}, 1400, "yes"},
+      {"a datum without ellipsoid", 4, {1107}, 5610, nullptr},
       {"a shift of type 9", 3, {1107, 1102, 5443}, 5701, "9"},
   };
   for (const auto& row : rows) {
@@ -178,8 +178,7 @@ TEST_F(ReferenceSystems, RefuseTreesThatAreNotWhole) {
       ASSERT_NE(FindSubtree(cursor, row.id, 0), nullptr) << row.name;
       RemoveSubtree(cursor, row.id, 0);
     } else {
-      RemoveField(cursor, row.id, 0);
-      EnsureField(cursor, row.id, 0, row.value, "changed");
+      ReplaceField(cursor, row.id, row.value);
     }
     EXPECT_EQ(Systems().InsertFromTree(tree.get()), 0) << row.name;
   }
@@ -231,10 +230,9 @@ TEST_F(ReferenceSystems, AreNotWrittenWithAReferenceToNothing) {
 TEST_F(ReferenceSystems, OfLocalKindLeaveTheirOriginWhereSystemsAreExchanged) {
   const int key = Insert(2);
   database_.data->ShowImportExport = true;
-  TStringTree tree;
-  ASSERT_TRUE(Systems().WriteToTree(&tree, 0, 0));
-  EXPECT_EQ(FindField(&tree, 1120, 0), nullptr);
-  EXPECT_EQ(Systems().InsertFromTree(&tree), key);
+  const TreePtr tree = WrittenTree(Systems());
+  EXPECT_EQ(FindField(tree.get(), 1120, 0), nullptr);
+  EXPECT_EQ(Systems().InsertFromTree(tree.get()), key);
 }
 
 TEST_F(ReferenceSystems, StoreWhatTheyAreBuiltFromOnceForAll) {
@@ -288,8 +286,7 @@ class SystemsWithHeights : public testing::TestWithParam<bool>, protected Databa
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Forms, SystemsWithHeights, testing::Bool(),
-                         [](const auto& form) { return form.param ? "Container" : "Folder"; });
+INSTANTIATE_TEST_SUITE_P(Forms, SystemsWithHeights, testing::Bool(), FormName{});
 
 TEST_P(SystemsWithHeights, AreFoundAgainByWhatTheyWrite) {
   for (const int kind : {4, 5}) {
@@ -300,23 +297,21 @@ TEST_P(SystemsWithHeights, AreFoundAgainByWhatTheyWrite) {
       ASSERT_GT(key, 0) << sample.name;
       EXPECT_EQ(Records(), records) << sample.name;
       EXPECT_EQ(Files(), files) << sample.name;
-      TStringTree written;
-      ASSERT_TRUE(Systems().WriteToTree(&written, 0, 0)) << sample.name;
-      ASSERT_NE(FindSubtree(&written, 1500, 0), nullptr) << sample.name;
+      const TreePtr written = WrittenTree(Systems());
+      ASSERT_NE(FindSubtree(written.get(), 1500, 0), nullptr) << sample.name;
       TStringTree fromText;
-      ReadTreeText(WriteTreeText(&written), &fromText);
-      ASSERT_TRUE(SameTree(&written, &fromText)) << sample.name;
+      ReadTreeText(WriteTreeText(written.get()), &fromText);
+      ASSERT_TRUE(SameTree(written.get(), &fromText)) << sample.name;
       TStringTree fromXml;
-      ReadTreeXml(WriteTreeXml(&written), &fromXml);
-      ASSERT_TRUE(SameTree(&written, &fromXml)) << sample.name;
+      ReadTreeXml(WriteTreeXml(written.get()), &fromXml);
+      ASSERT_TRUE(SameTree(written.get(), &fromXml)) << sample.name;
       const std::vector<int> counts = database_.Counts();
       EXPECT_EQ(Systems().InsertFromTree(&fromText), key) << sample.name;
       EXPECT_EQ(Systems().InsertFromTree(&fromXml), key) << sample.name;
       EXPECT_EQ(database_.Counts(), counts) << sample.name;
       EXPECT_EQ(Files(), files) << sample.name;
-      TStringTree again;
-      ASSERT_TRUE(Systems().WriteToTree(&again, 0, 0)) << sample.name;
-      EXPECT_TRUE(SameTree(&written, &again)) << "the found system keeps its heights";
+      const TreePtr again = WrittenTree(Systems());
+      EXPECT_TRUE(SameTree(written.get(), again.get())) << "the found system keeps its heights";
     }
   }
 }
@@ -349,15 +344,13 @@ TEST_P(SystemsWithHeights, OfOtherKindsOnlyWriteThem) {
     ASSERT_GT(key, 0) << kind;
     EXPECT_EQ(Records(), records) << "heights are not read by kind " << kind;
     SetField("VERT_SYSTEM_AUTOKEY", vertical);
-    TStringTree tree;
-    ASSERT_TRUE(Systems().WriteToTree(&tree, 0, 0)) << kind;
-    EXPECT_EQ(FindField(&tree, 1120, 0) != nullptr, kind == 6) << kind;
-    const TStringTree* heights = FindSubtree(&tree, 1500, 0);
+    const TreePtr tree = WrittenTree(Systems());
+    EXPECT_EQ(FindField(tree.get(), 1120, 0) != nullptr, kind == 6) << kind;
+    const TStringTree* heights = FindSubtree(tree.get(), 1500, 0);
     ASSERT_NE(heights, nullptr) << kind;
-    std::string offset;
-    EXPECT_TRUE(heights->GetString(1513, 0, &offset));
-    EXPECT_EQ(offset, "-2.33");
-    EXPECT_EQ(Systems().InsertFromTree(&tree), key) << "heights are not compared by kind " << kind;
+    EXPECT_EQ(Value(heights, 1513), "-2.33");
+    EXPECT_EQ(Systems().InsertFromTree(tree.get()), key)
+        << "heights are not compared by kind " << kind;
   }
 }
 
@@ -379,15 +372,14 @@ TEST_P(SystemsWithHeights, TakeThemAlongWhenTheyGo) {
 
 TEST_P(SystemsWithHeights, AreWrittenWithOneKnownKindOfThem) {
   ASSERT_GT(Insert(4, SystemGeoidTree), 0);
-  TStringTree tree;
-  ASSERT_TRUE(Systems().WriteToTree(&tree, 0, 0));
-  EXPECT_EQ(Value(FindSubtree(&tree, 1500, 0), 1503), "SystemGeoid; Code=5773");
-  EXPECT_EQ(Value(FindSubtree(&tree, 1500, 0), 1521), "5773");
+  TreePtr tree = WrittenTree(Systems());
+  EXPECT_EQ(Value(FindSubtree(tree.get(), 1500, 0), 1503), "SystemGeoid; Code=5773");
+  EXPECT_EQ(Value(FindSubtree(tree.get(), 1500, 0), 1521), "5773");
   SetField("VERT_SYSTEM_CODE", 1);
-  EXPECT_FALSE(Systems().WriteToTree(&tree, 0, 0)) << "a geoid that is not known";
+  EXPECT_FALSE(Systems().WriteToTree(tree.get(), 0, 0)) << "a geoid that is not known";
   ASSERT_GT(Insert(4, HeightOffsetTree), 0);
   SetField("VERT_SYSTEM_CODE", 5773);
-  EXPECT_FALSE(Systems().WriteToTree(&tree, 0, 0)) << "an offset and a geoid";
+  EXPECT_FALSE(Systems().WriteToTree(tree.get(), 0, 0)) << "an offset and a geoid";
 }
 
 }  // namespace

@@ -4,17 +4,17 @@
 #include "registry/datum_shift_choice.h"
 
 #include <gtest/gtest.h>
-#include <proj.h>
 
 #include <array>
 #include <cmath>
-#include <memory>
 #include <set>
 #include <sstream>
 
+#include "platform/geocore/proj_handles.h"
 #include "registry/model_values.h"
 #include "registry/registry_units.h"
 #include "tests/registry/installed.h"
+#include "tests/support/helmert_text.h"
 
 namespace QvRefSystem {
 namespace {
@@ -119,44 +119,21 @@ TEST(ShiftRoads, ReachAsManyDatumsAsTheRegistryHasParametersFor) {
 
 // The rows against PROJ's own reading of the registry.
 
-using Context = std::unique_ptr<PJ_CONTEXT, decltype(&proj_context_destroy)>;
-using Operation = std::unique_ptr<PJ, decltype(&proj_destroy)>;
-
-double InBase(const std::string& text, const UnitModel& unit) {
-  return text.empty() ? 0 : std::stod(text) * unit.factorB / unit.factorC;
-}
-
 // A geocentric pipeline between latitudes and longitudes in degrees, made from the row's texts.
 std::string PipelineOf(const DatumShiftModel& shift, const EpsgEllipsoid& from) {
-  const double seconds = 648000 / std::acos(-1.0);
   const UnitModel& metre = *FindRegistryUnit(from.unit);
   const double a = from.a * metre.factorB / metre.factorC;
   const double b = from.b ? *from.b * metre.factorB / metre.factorC
                           : a - a * FlatteningFromInverse(*from.inverseFlattening);
-  std::string text =
-      "+proj=pipeline +step +proj=axisswap +order=2,1 +step +proj=unitconvert "
-      "+xy_in=deg +xy_out=rad +step +proj=push +v_3 +step +proj=cart +a=" +
-      FormatNumber(a) + " +b=" + FormatNumber(b) + " +step +proj=helmert";
-  const auto add = [&text](const char* name, double value) {
-    text += std::string(" +") + name + "=" + FormatNumber(value);
-  };
-  add("x", InBase(shift.tx, shift.linearUnit));
-  add("y", InBase(shift.ty, shift.linearUnit));
-  add("z", InBase(shift.tz, shift.linearUnit));
-  if (shift.type != 1) {
-    add("rx", InBase(shift.rx, shift.angularUnit) * seconds);
-    add("ry", InBase(shift.ry, shift.angularUnit) * seconds);
-    add("rz", InBase(shift.rz, shift.angularUnit) * seconds);
-    add("s", InBase(shift.s, shift.scaleUnit) * 1e6);
-    text += shift.type == 2 ? " +convention=position_vector" : " +convention=coordinate_frame";
-  }
-  return text +
+  return "+proj=pipeline +step +proj=axisswap +order=2,1 +step +proj=unitconvert "
+         "+xy_in=deg +xy_out=rad +step +proj=push +v_3 +step +proj=cart +a=" +
+         FormatNumber(a) + " +b=" + FormatNumber(b) + " +step " +
+         refframe_tests::HelmertText(shift) +
          " +step +inv +proj=cart +ellps=WGS84 +step +proj=pop +v_3 +step +proj=unitconvert "
          "+xy_in=rad +xy_out=deg +step +proj=axisswap +order=2,1";
 }
 
 TEST(ShiftRows, MovePointsAsTheRegistrysOperationsDo) {
-  const Context context(proj_context_create(), proj_context_destroy);
   int compared = 0;
   for (const auto& [code, operation] : Dataset().shiftOperations) {
     const ShiftMethodTraits traits = TraitsOfShiftMethod(operation.method);
@@ -169,15 +146,11 @@ TEST(ShiftRows, MovePointsAsTheRegistrysOperationsDo) {
     }
     const EpsgBox& box = *operation.usages.front().box;
     const PJ_COORD point = proj_coord((box.south + box.north) / 2, box.west, 0, 0);
-    const Operation known(
-        proj_create_from_database(context.get(), "EPSG", std::to_string(code).c_str(),
-                                  PJ_CATEGORY_COORDINATE_OPERATION, 0, nullptr),
-        proj_destroy);
-    const Operation ours(
-        proj_create(context.get(), PipelineOf(ShiftModelOf(operation),
-                                              Dataset().ellipsoids.at(source->second.ellipsoid))
-                                       .c_str()),
-        proj_destroy);
+    const ProjObject known(proj_create_from_database(ThreadProjContext(), "EPSG",
+                                                     std::to_string(code).c_str(),
+                                                     PJ_CATEGORY_COORDINATE_OPERATION, 0, nullptr));
+    const EpsgEllipsoid& from = Dataset().ellipsoids.at(source->second.ellipsoid);
+    const ProjObject ours = CreateProjObject(PipelineOf(ShiftModelOf(operation), from), nullptr);
     ASSERT_TRUE(known && ours) << code;
     const PJ_COORD expected = proj_trans(known.get(), PJ_FWD, point);
     const PJ_COORD moved = proj_trans(ours.get(), PJ_FWD, point);

@@ -22,38 +22,16 @@ using QvCommonUtils::TStringTree;
 
 using refframe_tests::TemporaryFolder;
 
-// Cancels at the given step.
-class ImpatientUi : public refframe_tests::ScriptedUi {
- public:
-  explicit ImpatientUi(int steps) : steps_(steps) {}
-  std::unique_ptr<QvPlatform::TProgress> StartProgress(int, const std::string&, int) override {
-    class Counting : public QvPlatform::TProgress {
-     public:
-      explicit Counting(int steps) : left_(steps) {}
-      bool Next() override { return --left_ > 0; }
-
-     private:
-      int left_;
-    };
-    return std::make_unique<Counting>(steps_);
-  }
-
- private:
-  int steps_;
-};
-
 // Made once for all tests of its content; none of them changes it for good.
 class DeliveredDatabase : public testing::Test {
  public:
   static void SetUpTestSuite() {
     made_ = std::make_unique<Made>();
+    const std::string path = made_->place.Path("epsg");
     std::string error;
-    ASSERT_TRUE(
-        BuildRegistryDatabase(made_->place.Path("epsg"), {}, made_->ui, &made_->report, &error))
-        << error;
-    made_->data = MakeDataModule(made_->ui);
-    made_->data->DatabasePath = made_->place.Path("epsg");
-    ASSERT_TRUE(made_->data->OpenDatabase(made_->place.Path("epsg"), kFullMode, false));
+    ASSERT_TRUE(BuildRegistryDatabase(path, {}, made_->ui, &made_->report, &error)) << error;
+    made_->data->DatabasePath = path;
+    ASSERT_TRUE(made_->data->OpenDatabase(path, kFullMode, false));
   }
   static void TearDownTestSuite() { made_.reset(); }
 
@@ -62,7 +40,7 @@ class DeliveredDatabase : public testing::Test {
     TemporaryFolder place;
     refframe_tests::ScriptedUi ui;
     RegistryReport report;
-    std::unique_ptr<TdatamoduleQvRfData> data;
+    std::unique_ptr<TdatamoduleQvRfData> data = MakeDataModule(ui);
   };
 
   static TdatamoduleQvRfData& Data() { return *made_->data; }
@@ -85,11 +63,14 @@ class DeliveredDatabase : public testing::Test {
     Locate(code);
     ASSERT_TRUE(Data().RefSystemProcessor->WriteToTree(tree, 0, 0));
   }
+  // The value of a field; "(none)" without it.
+  static std::string Text(const TStringTree* tree, int id) {
+    std::string text;
+    return tree != nullptr && tree->GetString(id, 0, &text) ? text : "(none)";
+  }
 
-  static std::unique_ptr<Made> made_;
+  static inline std::unique_ptr<Made> made_;
 };
-
-std::unique_ptr<DeliveredDatabase::Made> DeliveredDatabase::made_;
 
 TEST_F(DeliveredDatabase, HoldsEveryLiveSystemAndRefusesNone) {
   for (const RegistryRefusal& refusal : made_->report.refused) {
@@ -117,9 +98,7 @@ TEST_F(DeliveredDatabase, FindsASystemByItsCodesOfBothDimensionsAndExportsTheFla
   TStringTree tree;
   WriteTree(4326, &tree);
   EXPECT_EQ(Data().RefSystemProcessor->GetCurrentKey(), solid);
-  int code = 0;
-  EXPECT_TRUE(tree.GetInteger(102005, 0, &code));
-  EXPECT_EQ(code, 4326);
+  EXPECT_EQ(Text(&tree, 102005), "4326");
 }
 
 TEST_F(DeliveredDatabase, KeepsAxisVariantsOfOneConversionApart) {
@@ -136,26 +115,17 @@ TEST_F(DeliveredDatabase, KeepsAxisVariantsOfOneConversionApart) {
 TEST_F(DeliveredDatabase, ExportsExchangeCodes) {
   TStringTree tree;
   WriteTree(32637, &tree);
-  int code = 0;
-  EXPECT_TRUE(tree.GetInteger(102001, 0, &code));
-  EXPECT_EQ(code, 1);
+  EXPECT_EQ(Text(&tree, 102001), "1");
   const TStringTree* mif = FindSubtree(&tree, 101000, 0);
-  ASSERT_NE(mif, nullptr);
-  std::string text;
-  EXPECT_TRUE(mif->GetString(101001, 0, &text));
-  EXPECT_EQ(text, "8");  // transverse Mercator
-  EXPECT_TRUE(mif->GetString(101003, 0, &text));
-  EXPECT_EQ(text, "104");  // WGS 84
-  EXPECT_TRUE(mif->GetString(101002, 0, &text));
-  EXPECT_EQ(text, "m");
+  EXPECT_EQ(Text(mif, 101001), "8");    // transverse Mercator
+  EXPECT_EQ(Text(mif, 101003), "104");  // WGS 84
+  EXPECT_EQ(Text(mif, 101002), "m");
   // Several numbers stand for this datum, each with a shift of its own: it is written by ellipsoid.
   TStringTree nad27;
   WriteTree(4267, &nad27);
   mif = FindSubtree(&nad27, 101000, 0);
-  ASSERT_NE(mif, nullptr);
-  EXPECT_FALSE(mif->GetString(101003, 0, &text));
-  EXPECT_TRUE(mif->GetString(101004, 0, &text));
-  EXPECT_EQ(text, "7");  // Clarke 1866
+  EXPECT_EQ(Text(mif, 101003), "(none)");
+  EXPECT_EQ(Text(mif, 101004), "7");  // Clarke 1866
 }
 
 TEST_F(DeliveredDatabase, OffersTheCommonestOfEachToNewRecords) {
@@ -181,7 +151,8 @@ class MakingADatabase : public testing::TestWithParam<bool> {
 };
 
 TEST_P(MakingADatabase, LeavesNothingWhenItIsCancelled) {
-  ImpatientUi ui(3);
+  refframe_tests::ScriptedUi ui;
+  ui.cancelAt = 3;
   RegistryReport report;
   EXPECT_FALSE(BuildRegistryDatabase(Target(), {GetParam()}, ui, &report, &error_));
   EXPECT_FALSE(error_.empty());
@@ -198,8 +169,7 @@ TEST_P(MakingADatabase, FailsWhereItCannotWrite) {
   EXPECT_FALSE(error_.empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Forms, MakingADatabase, testing::Bool(),
-                         [](const auto& form) { return form.param ? "Container" : "Folder"; });
+INSTANTIATE_TEST_SUITE_P(Forms, MakingADatabase, testing::Bool(), refframe_tests::FormName{});
 
 TEST(MakingAFolder, LeavesADatabaseThatStandsThereAlone) {
   const TemporaryFolder place;

@@ -9,6 +9,7 @@
 #include "registry/model_tree.h"
 #include "registry/registry_units.h"
 #include "tests/registry/installed.h"
+#include "tests/support/helmert_text.h"
 
 namespace QvRefSystem {
 namespace {
@@ -176,14 +177,11 @@ TEST(ProjBridgeTest, BindsASystemByItsOwnShiftInThreeDimensions) {
   const ProjObject road(proj_create_crs_to_crs_from_pj(
       ThreadProjContext(), bound.get(), CreateEpsgSystem(4979).get(), nullptr, kOptions));
   ASSERT_TRUE(road);
-  const DatumShiftModel& shift = model.datum->shift;
-  ASSERT_EQ(shift.type, 2);
+  ASSERT_EQ(model.datum->shift.type, 2);
   const std::string direct =
       "+proj=pipeline +step +proj=axisswap +order=2,1 +step +proj=unitconvert +xy_in=deg "
-      "+xy_out=rad +step +proj=cart +ellps=bessel +step +proj=helmert +convention=position_vector "
-      "+x=" +
-      shift.tx + " +y=" + shift.ty + " +z=" + shift.tz + " +rx=" + shift.rx + " +ry=" + shift.ry +
-      " +rz=" + shift.rz + " +s=" + shift.s +
+      "+xy_out=rad +step +proj=cart +ellps=bessel +step " +
+      refframe_tests::HelmertText(model.datum->shift) +
       " +step +inv +proj=cart +ellps=WGS84 +step +proj=unitconvert +xy_in=rad +xy_out=deg "
       "+step +proj=axisswap +order=2,1";
   const PJ_COORD point = proj_coord(50, 9, 50, 0);

@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -16,7 +15,6 @@ namespace QvRefSystem {
 namespace {
 
 using QvCommonUtils::TStringTree;
-using ::testing::IsEmpty;
 
 struct Kind {
   const char* name;
@@ -74,29 +72,14 @@ std::string RoundTrip(const std::string& json, Dimension dimension, int code) {
   return EquivalentToEpsg(back, code, &error) ? "" : error;
 }
 
-class EveryLiveSystem : public ::testing::TestWithParam<Kind> {
- protected:
-  template <typename Change>
-  std::vector<std::string> Failures(Change change, std::size_t step) const {
-    std::vector<std::string> failures;
-    const std::vector<int> codes = LiveCodes(GetParam().type);
-    for (std::size_t i = 0; i < codes.size(); i += step) {
-      const int code = codes[i];
-      const std::string why = RoundTrip(change(ProjJsonOf(code)), GetParam().dimension, code);
-      if (!why.empty()) failures.push_back("EPSG:" + std::to_string(code) + " " + why);
-    }
-    return failures;
-  }
-};
-
-TEST_P(EveryLiveSystem, ComesBackEquivalentByItsDefinitionAlone) {
-  EXPECT_EQ(LiveCodes(GetParam().type).size(), GetParam().count);
-  EXPECT_THAT(Failures(Anonymous, 1), IsEmpty());
-}
+class EveryLiveSystem : public ::testing::TestWithParam<Kind> {};
 
 // The registry's own models are walked in full where the database is made from them.
-TEST_P(EveryLiveSystem, ComesBackEquivalentByItsCode) {
-  EXPECT_THAT(Failures([](std::string json) { return json; }, 20), IsEmpty());
+TEST_P(EveryLiveSystem, ComesBackEquivalentByItsDefinitionAlone) {
+  const std::vector<int> codes = LiveCodes(GetParam().type);
+  EXPECT_EQ(codes.size(), GetParam().count);
+  for (const int code : codes)
+    EXPECT_EQ(RoundTrip(Anonymous(ProjJsonOf(code)), GetParam().dimension, code), "") << code;
 }
 
 INSTANTIATE_TEST_SUITE_P(OfKind, EveryLiveSystem, ::testing::ValuesIn(kKinds),

@@ -27,8 +27,7 @@ class DeliveredDatabase : public DeliveredCopies, public testing::WithParamInter
   DeliveredDatabase() { data_ = OpenCopy(GetParam()); }
 };
 
-INSTANTIATE_TEST_SUITE_P(Forms, DeliveredDatabase, testing::Bool(),
-                         [](const auto& form) { return form.param ? "Container" : "Folder"; });
+INSTANTIATE_TEST_SUITE_P(Forms, DeliveredDatabase, testing::Bool(), FormName{});
 
 TEST_F(DeliveredCopies, AreTheSameInBothForms) {
   data_ = OpenCopy(false);

@@ -1,14 +1,15 @@
 // Coordinates of the delivered systems: what each of them computes, beside PROJ's own idea of it.
 #include <gtest/gtest.h>
-#include <proj.h>
 
 #include <cmath>
 #include <numbers>
 
 #include "platform/geocore/definition_from_model.h"
 #include "platform/geocore/model_from_tree.h"
+#include "platform/geocore/proj_handles.h"
 #include "platform/geocore/shell_reference_system.h"
 #include "tests/road/delivered_copies.h"
+#include "tests/support/helmert_text.h"
 
 namespace refframe_tests {
 namespace {
@@ -18,10 +19,7 @@ using QvRefSystem::SystemModel;
 using QvRefSystem::TShellPoint;
 using QvRefSystem::TShellReferenceSystem;
 
-struct ProjDeleter {
-  void operator()(PJ* object) const { proj_destroy(object); }
-};
-using ProjPtr = std::unique_ptr<PJ, ProjDeleter>;
+using ProjPtr = QvRefSystem::ProjObject;
 
 constexpr double kDegree = std::numbers::pi / 180;
 
@@ -254,30 +252,11 @@ std::string EllipsoidText(const QvRefSystem::EllipsoidModel& ellipsoid) {
   return text;
 }
 
-double InUnits(const std::string& value, const QvRefSystem::UnitModel& unit, double of) {
-  return std::stod(value) * (unit.factorB / unit.factorC) / of;
-}
-
 // The way of a datum to WGS 84 in PROJ's words, from the record alone.
 ProjPtr WayToWgs84(const QvRefSystem::DatumModel& datum) {
-  const QvRefSystem::DatumShiftModel& shift = datum.shift;
-  char text[400];
-  std::snprintf(text, sizeof text, " +x=%.17g +y=%.17g +z=%.17g",
-                InUnits(shift.tx, shift.linearUnit, 1), InUnits(shift.ty, shift.linearUnit, 1),
-                InUnits(shift.tz, shift.linearUnit, 1));
-  std::string helmert = "+proj=helmert" + std::string(text);
-  if (shift.type != 1) {
-    constexpr double kSecond = kDegree / 3600;
-    std::snprintf(text, sizeof text, " +rx=%.17g +ry=%.17g +rz=%.17g +s=%.17g +convention=%s",
-                  InUnits(shift.rx, shift.angularUnit, kSecond),
-                  InUnits(shift.ry, shift.angularUnit, kSecond),
-                  InUnits(shift.rz, shift.angularUnit, kSecond),
-                  InUnits(shift.s, shift.scaleUnit, 1e-6),
-                  shift.type == 2 ? "position_vector" : "coordinate_frame");
-    helmert += text;
-  }
   const std::string way = "+proj=pipeline +step +proj=cart" + EllipsoidText(datum.ellipsoid) +
-                          " +step " + helmert + " +step +inv +proj=cart +ellps=WGS84";
+                          " +step " + HelmertText(datum.shift) +
+                          " +step +inv +proj=cart +ellps=WGS84";
   return ProjPtr(proj_create(nullptr, way.c_str()));
 }
 

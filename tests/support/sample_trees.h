@@ -24,6 +24,13 @@ class TreeBuilder {
   QvCommonUtils::TStringTree* tree_;
 };
 
+/// Gives a field another value, or makes it.
+inline void ReplaceField(QvCommonUtils::TStringTree* tree, int id, const std::string& value,
+                         int index = 0) {
+  RemoveField(tree, id, index);
+  EnsureField(tree, id, index, value, "field");
+}
+
 using TreePtr = std::unique_ptr<QvCommonUtils::TStringTree>;
 
 // Each writes one whole object into the tree, with codes where the object can have them.

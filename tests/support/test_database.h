@@ -47,6 +47,10 @@ class TestDatabase {
   [[nodiscard]] std::vector<std::string> Findings() const;
 };
 
+/// The tree of a processor's current record; throws if it cannot be written.
+[[nodiscard]] std::unique_ptr<QvCommonUtils::TStringTree> WrittenTree(
+    QvRefSystem::TQvRfDataProcessor& processor);
+
 /// Names the cases of a test that runs in both forms, true for the container.
 struct FormName {
   template <typename Case>

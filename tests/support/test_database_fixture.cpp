@@ -14,76 +14,44 @@ namespace {
 using QvPlatform::TQvDataSet;
 using QvRefSystem::TableSpec;
 
-// Appends one record of a type or service table by pairs of field and value.
-struct Cell {
-  const char* field;
-  std::string value;
-};
+using Row = std::vector<std::string>;
 
-void Append(TQvDataSet& table, std::initializer_list<Cell> cells) {
-  table.Append();
-  for (const Cell& cell : cells)
-    table.FieldByName(cell.field).SetString(cell.value);
-  table.Post();
+// Appends records to a type or service table, each with a value for each of the fields.
+void Append(TQvDataSet& table, const Row& fields, const std::vector<Row>& rows) {
+  for (const Row& row : rows) {
+    table.Append();
+    for (std::size_t i = 0; i < fields.size(); ++i)
+      table.FieldByName(fields[i]).SetString(row.at(i));
+    table.Post();
+  }
 }
 
 void FillTypes(QvRefSystem::TdatamoduleQvRfData& data) {
-  for (int kind = 1; kind <= 6; ++kind) {
-    Append(data.datasetRefSystemType, {{"NAME", "kind " + std::to_string(kind)},
-                                       {"TYPE", std::to_string(kind)},
-                                       {"COORD1_ABBR", "A"},
-                                       {"COORD2_ABBR", "B"},
-                                       {"COORD3_ABBR", "C"},
-                                       {"SWAP_COORDS", "0"}});
+  for (const char* kind : {"1", "2", "3", "4", "5", "6"}) {
+    Append(data.datasetRefSystemType,
+           {"NAME", "TYPE", "COORD1_ABBR", "COORD2_ABBR", "COORD3_ABBR", "SWAP_COORDS"},
+           {{std::string("kind ") + kind, kind, "A", "B", "C", "0"}});
   }
-  for (int type = 1; type <= 3; ++type) {
-    Append(data.datasetDatumShiftType,
-           {{"NAME", "shift " + std::to_string(type)}, {"TYPE", std::to_string(type)}});
-  }
-  Append(data.datasetMapProjType, {{"NAME", "Transverse Mercator"},
-                                   {"TYPE", "9807"},
-                                   {"COORD1_ABBR", "E"},
-                                   {"COORD2_ABBR", "N"},
-                                   {"COORD1_SIGN", "1"},
-                                   {"COORD2_SIGN", "1"},
-                                   {"SWAP_COORDS", "0"}});
-  const struct {
-    const char* code;
-    const char* name;
-    const char* unit;
-  } parameters[] = {{"8801", "Latitude of natural origin", "2"},
-                    {"8802", "Longitude of natural origin", "2"},
-                    {"8805", "Scale factor at natural origin", "3"},
-                    {"8806", "False easting", "1"},
-                    {"8807", "False northing", "1"}};
-  for (const auto& parameter : parameters) {
-    Append(data.datasetMapProjParam, {{"PROJ_TYPE", "9807"},
-                                      {"TAG", parameter.code},
-                                      {"PARAM_CODE", parameter.code},
-                                      {"NAME", parameter.name},
-                                      {"UNIT_TYPE", parameter.unit},
-                                      {"KIND", "0"}});
-  }
+  Append(data.datasetDatumShiftType, {"NAME", "TYPE"},
+         {{"shift 1", "1"}, {"shift 2", "2"}, {"shift 3", "3"}});
+  Append(
+      data.datasetMapProjType,
+      {"NAME", "TYPE", "COORD1_ABBR", "COORD2_ABBR", "COORD1_SIGN", "COORD2_SIGN", "SWAP_COORDS"},
+      {{"Transverse Mercator", "9807", "E", "N", "1", "1", "0"}});
+  Append(data.datasetMapProjParam, {"PROJ_TYPE", "TAG", "PARAM_CODE", "NAME", "UNIT_TYPE", "KIND"},
+         {{"9807", "8801", "8801", "Latitude of natural origin", "2", "0"},
+          {"9807", "8802", "8802", "Longitude of natural origin", "2", "0"},
+          {"9807", "8805", "8805", "Scale factor at natural origin", "3", "0"},
+          {"9807", "8806", "8806", "False easting", "1", "0"},
+          {"9807", "8807", "8807", "False northing", "1", "0"}});
   // Codes that come with a database: of the geodetic kind and of the projection type.
-  const struct {
-    const char* content;
-    const char* owner;
-    const char* tag;
-    const char* group;
-    const char* value;
-  } codes[] = {{"12", "4", "4", "0", "2"},
-               {"12", "5", "4", "0", "1"},
-               {"11", "9807", "4", "0", "1"},
-               {"11", "0", "3", "4", "1"},
-               {"11", "9807", "3", "5", "8"}};
-  for (const auto& code : codes) {
-    Append(data.datasetParamValue, {{"OWNER_CONTENT", code.content},
-                                    {"OWNER_ID", code.owner},
-                                    {"PARAM_TAG", code.tag},
-                                    {"PARAM_GROUP", code.group},
-                                    {"PARAM_CODE", "0"},
-                                    {"VALUE", code.value}});
-  }
+  Append(data.datasetParamValue,
+         {"OWNER_CONTENT", "OWNER_ID", "PARAM_TAG", "PARAM_GROUP", "PARAM_CODE", "VALUE"},
+         {{"12", "4", "4", "0", "0", "2"},
+          {"12", "5", "4", "0", "0", "1"},
+          {"11", "9807", "4", "0", "0", "1"},
+          {"11", "0", "3", "4", "0", "1"},
+          {"11", "9807", "3", "5", "0", "8"}});
 }
 
 }  // namespace
@@ -158,6 +126,13 @@ std::vector<std::string> TestDatabase::Findings() const {
   const bool isSound = CheckDatabase(*data, &findings);
   if (isSound != findings.empty()) throw std::logic_error("the check contradicts itself");
   return findings;
+}
+
+std::unique_ptr<QvCommonUtils::TStringTree> WrittenTree(
+    QvRefSystem::TQvRfDataProcessor& processor) {
+  auto tree = std::make_unique<QvCommonUtils::TStringTree>();
+  if (!processor.WriteToTree(tree.get(), 0, 0)) throw std::runtime_error("cannot write the record");
+  return tree;
 }
 
 std::vector<int> TestDatabase::Counts() const {

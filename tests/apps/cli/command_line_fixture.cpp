@@ -1,5 +1,7 @@
 #include "tests/apps/cli/command_line_fixture.h"
 
+#include <gmock/gmock.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -65,6 +67,36 @@ Outcome CommandLine::Say(std::string_view line, const std::string& input, bool i
   outcome.out = shorten(out.str());
   outcome.err = shorten(err.str());
   return outcome;
+}
+
+std::string CommandLine::Printed(std::string_view line) const {
+  const Outcome outcome = Say(line);
+  EXPECT_EQ(outcome.status, 0) << line << ": " << outcome.err;
+  return outcome.out;
+}
+
+void CommandLine::Expect(const LineRow& row) const {
+  SCOPED_TRACE(row.line);
+  const Outcome outcome = Say(row.line);
+  EXPECT_EQ(outcome.status, row.status);
+  EXPECT_EQ(outcome.out, row.out);
+  EXPECT_THAT(outcome.err, testing::HasSubstr(row.err));
+  EXPECT_EQ(outcome.err.empty(), *row.err == '\0') << outcome.err;
+}
+
+void CommandLine::ExpectAll(std::span<const LineRow> rows) const {
+  for (const LineRow& row : rows)
+    Expect(row);
+}
+
+void CommandLine::ChangeRecord(
+    QvRefSystem::TObjectType type, int key,
+    const std::function<void(QvPlatform::TQvDataSet& table)>& change) const {
+  ASSERT_TRUE(database_.data->OpenDatabase(database_.path, QvRefSystem::kFullMode, false));
+  QvRefSystem::TQvRfDataProcessor& processor = database_.Processor(type);
+  ASSERT_TRUE(processor.LocateKey(key));
+  change(*processor.DataSet);
+  database_.data->CloseDatabase();
 }
 
 std::string CommandLine::Words(std::string_view line) const {

@@ -22,17 +22,16 @@ class Heights : public CommandLine {
         "40 41 -82 -81 1 0.5\n-31.500\t-31.250\t-31.000\t\n-30.500\t-30.250\t-30.000\t\n");
   }
 
-  [[nodiscard]] Outcome Work(const std::string& command, const std::string& plane,
-                             const std::string& target, const std::string& rest) const {
-    return Say("heights " + command + " DB --source @heights.txt --plane " + plane + " --target " +
-               target + " " + rest);
+  [[nodiscard]] std::string Work(const std::string& command, const std::string& plane,
+                                 const std::string& target, const std::string& rest) const {
+    return Printed("heights " + command + " DB --source @heights.txt --plane " + plane +
+                   " --target " + target + " " + rest);
   }
 };
 
 TEST_F(Heights, AreToldAndShown) {
-  const Outcome info = Say("heights info @heights.txt");
-  EXPECT_EQ(info.status, 0) << info.err;
-  EXPECT_EQ(info.out.substr(0, info.out.find("CRC")),
+  const std::string info = Printed("heights info @heights.txt");
+  EXPECT_EQ(info.substr(0, info.find("CRC")),
             "North: 41\nSouth: 40\nEast: -81\nWest: -82\nCell north-south: 1\nCell east-west: 0.5\n"
             "Nodes north-south: 2\nNodes east-west: 3\nLeast: -31.500\nGreatest: -30.000\n");
   EXPECT_EQ(Say("heights view-as-text @heights.txt").out,
@@ -46,39 +45,32 @@ TEST_F(Heights, AreToldAndShown) {
 }
 
 TEST_F(Heights, AreInterpolatedOntoADerivedGridOrTheOneThatIsGiven) {
-  const Outcome same = Work("interpolate", kNad27, kNad27, "-o @same.txt");
-  EXPECT_EQ(same.status, 0) << same.err;
-  EXPECT_THAT(same.out, AllOf(StartsWith("North: 41\n"), HasSubstr("Least: -31.500\n")));
+  EXPECT_THAT(Work("interpolate", kNad27, kNad27, "-o @same.txt"),
+              AllOf(StartsWith("North: 41\n"), HasSubstr("Least: -31.500\n")));
   EXPECT_EQ(Get("same.txt"), Get("heights.txt"));
 
-  const Outcome plane = Work("interpolate", kNad27, kUtm, "-o @plane.txt");
-  EXPECT_EQ(plane.status, 0) << plane.err;
-  EXPECT_THAT(plane.out, HasSubstr("Cell north-south: 100000\nCell east-west: 40000\n"));
+  EXPECT_THAT(Work("interpolate", kNad27, kUtm, "-o @plane.txt"),
+              HasSubstr("Cell north-south: 100000\nCell east-west: 40000\n"));
   EXPECT_EQ(Say("heights info @plane.txt").status, 0);
 
-  const Outcome given =
-      Work("interpolate", kNad27, kNad27, "-o @given.txt --grid 40.5 40.5 -81.5 -81.75 0.1 0.25");
-  EXPECT_EQ(given.status, 0) << given.err;
+  (void)Work("interpolate", kNad27, kNad27, "-o @given.txt --grid 40.5 40.5 -81.5 -81.75 0.1 0.25");
   EXPECT_EQ(Say("heights view-as-text @given.txt").out,
             "\t-81.75\t-81.5\n40.5\t-30.875\t-30.750\n");
 }
 
 TEST_F(Heights, AreApproximatedByAConstant) {
-  const Outcome outcome = Work("approximate", kNad27, kNad27, "--errors @errors.txt");
-  EXPECT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_EQ(outcome.out, "Offset: -30.75 metre\nRMS error: 0.54 metre\nMax error: 0.75 metre\n");
+  EXPECT_EQ(Work("approximate", kNad27, kNad27, "--errors @errors.txt"),
+            "Offset: -30.75 metre\nRMS error: 0.54 metre\nMax error: 0.75 metre\n");
   EXPECT_THAT(Say("heights info @errors.txt").out, HasSubstr("Least: -0.750\nGreatest: 0.750\n"));
 }
 
-struct RefusalRow {
-  const char* line;
-  int status;
-  const char* err;
-};
-
 TEST_F(Heights, RefuseWhatCannotBeDone) {
   Put("words.txt", "a table of words");
-  const RefusalRow rows[] = {
+  const struct {
+    const char* line;
+    int status;
+    const char* err;
+  } rows[] = {
       {"heights", 2, "subcommand"},
       {"heights info", 2, "FILE"},
       {"heights info @missing.txt", 1, "@missing.txt"},
@@ -101,13 +93,8 @@ TEST_F(Heights, RefuseWhatCannotBeDone) {
        "has no height system"},
       {"heights approximate DB --source-system 4 --target 4", 1, "does not follow"},
   };
-  for (const RefusalRow& row : rows) {
-    SCOPED_TRACE(row.line);
-    const Outcome outcome = Say(row.line);
-    EXPECT_EQ(outcome.status, row.status);
-    EXPECT_THAT(outcome.err, HasSubstr(row.err));
-    EXPECT_EQ(outcome.out, "");
-  }
+  for (const auto& row : rows)
+    Expect({row.line, row.status, "", row.err});
 }
 
 TEST_F(Heights, ShowTheirProgressToAPerson) {

@@ -58,9 +58,7 @@ TEST_F(Transformation, RefusesSystemsThatDoNotMeet) {
 }
 
 TEST_F(Transformation, ListsTheGeoidsOfTheMachine) {
-  const Outcome outcome = Say("geoids");
-  EXPECT_EQ(outcome.status, 0);
-  EXPECT_THAT(outcome.out, HasSubstr("5773\tEGM96 height\n"));
+  EXPECT_THAT(Printed("geoids"), HasSubstr("5773\tEGM96 height\n"));
 }
 
 }  // namespace
