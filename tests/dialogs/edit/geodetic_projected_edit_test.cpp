@@ -16,11 +16,10 @@ TEST_F(PlaneSystemEditTest, ANewSystemStandsOnNothingYet) {
   for (const auto& [form, refused] : rows) {
     SCOPED_TRACE(form.caption);
     EXPECT_FALSE(Make(form, [&form = form, refused = refused](QWidget& dialog) {
-      for (const char* radio : {"radiobtnDatum", "radiobtnEllipsoid"})
-        EXPECT_FALSE(IsChecked(dialog, radio)) << radio;
-      for (const char* control :
-           {"btnDatum", "btnEllipsoid", "Button1", "Edit1", "comboSystemGeoids"})
-        EXPECT_FALSE(IsEnabled(dialog, control)) << control;
+      EXPECT_EQ(Which(IsChecked, dialog, {"radiobtnDatum", "radiobtnEllipsoid"}), "");
+      EXPECT_EQ(Which(IsEnabled, dialog,
+                      {"btnDatum", "btnEllipsoid", "Button1", "Edit1", "comboSystemGeoids"}),
+                "");
       EXPECT_TRUE(IsChecked(dialog, "radiobtnHeightEllipsoid"));
       EXPECT_EQ(TextOf(dialog, "edLinearUnit") + TextOf(dialog, "edPrimeMeridian"),
                 "metreGreenwich");
@@ -33,7 +32,6 @@ TEST_F(PlaneSystemEditTest, ANewSystemStandsOnNothingYet) {
       EXPECT_EQ(RefusedControls(dialog, form), refused);
       Click(dialog, "radiobtnDatum");
       EXPECT_FALSE(IsPainted(dialog, "edEllipsoid", Qt::red)) << "one was chosen";
-      Close(dialog);
     }));
   }
 }
@@ -86,7 +84,6 @@ TEST_F(PlaneSystemEditTest, ADatumWithoutEllipsoidIsTold) {
       Click(dialog, "radiobtnEllipsoid");
       Save(dialog);
       EXPECT_EQ(RefusedControls(dialog, form), "edEllipsoid");
-      Close(dialog);
     }));
   }
   database_.Processor(kDatum).LocateKey(broken);

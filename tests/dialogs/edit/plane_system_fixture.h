@@ -1,10 +1,5 @@
 #pragma once
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <QComboBox>
-
 #include "database/storage_files.h"
 #include "forms/system_forms.h"
 #include "platform/geocore/geoids.h"
@@ -12,7 +7,6 @@
 #include "processors/ref_system_processor.h"
 #include "processors/unstored_system.h"
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
-#include "tests/support/sample_trees.h"
 
 namespace refframe_tests {
 
@@ -46,23 +40,11 @@ class PlaneSystemEditTest : public EditDialogTest {
       database_.data->datasetEllipsoid.Delete();
     Insert(kReferenceSystem, MakeTree(SystemTree, 4));
     Insert(kReferenceSystem, MakeTree(SystemTree, 5));
-    InsertChanged(kEllipsoid, MakeTree(EllipsoidTree), {{5120, "Other"}, {5110, "6378137"}});
+    Insert(kEllipsoid, MakeTree(EllipsoidTree), {{5120, "Other"}, {5110, "6378137"}});
     for (const auto object : {kLinearUnit, kAngularUnit, kPrimeMeridian})
       UseLast(object);
   }
   void TearDown() override { ExpectSound(database_); }
-  int Insert(QvRefSystem::TObjectType object, const TreePtr& tree) {
-    return database_.Processor(object).InsertFromTree(tree.get());
-  }
-  /// The same with other texts in some fields of the tree.
-  int InsertChanged(QvRefSystem::TObjectType object, const TreePtr& tree,
-                    const std::vector<std::pair<int, const char*>>& fields) {
-    for (const auto& [id, text] : fields) {
-      RemoveField(tree.get(), id, 0);
-      TreeBuilder(tree.get()).Field(id, text);
-    }
-    return Insert(object, tree);
-  }
   /// Gives a stored system heights of its own, and makes it current.
   int GiveHeights(const char* name, void (*sample)(TreeBuilder)) {
     const int heights = Insert(kVerticalReferenceSystem, MakeTree(sample));

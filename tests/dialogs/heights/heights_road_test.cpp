@@ -1,9 +1,6 @@
 // The whole way of heights: made in the dialogs, chosen by a host with their system, carried to
 // another database, and computing the same there.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <fstream>
 
@@ -12,22 +9,16 @@
 #include "platform/geocore/shell_reference_system.h"
 #include "processors/ref_system_processor.h"
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
-#include "tests/support/sample_trees.h"
 
 namespace refframe_tests {
 namespace {
 
+using namespace QvRefSystem;
+using enum TObjectType;
 using QvCommonUtils::TStringTree;
-using QvRefSystem::TformQvRfEdit;
-using QvRefSystem::TformQvRfSelector;
-using QvRefSystem::TformQvRfTableRasterView;
-using QvRefSystem::TformQvRfVerticalRefSystemEdit;
-using QvRefSystem::TShellPoint;
-using QvRefSystem::TShellReferenceSystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-using enum QvRefSystem::TObjectType;
 
 constexpr char kFilePlane[] = "NAD27 geodetic";
 constexpr char kMade[] = "Harbour geodetic";
@@ -109,7 +100,7 @@ void LookAtTable(QWidget& system) {
 
 std::unique_ptr<TShellReferenceSystem> Compute(TStringTree* tree) {
   std::string error;
-  auto system = QvRefSystem::CreateShellReferenceSystem(tree, nullptr, &error);
+  auto system = CreateShellReferenceSystem(tree, nullptr, &error);
   if (!system) throw std::runtime_error(error);
   return system;
 }
@@ -134,19 +125,18 @@ class HeightsRoad : public testing::TestWithParam<bool> {
       ExpectSound(*database);
       EXPECT_THAT(database->ui.messages, IsEmpty());
     }
-    QvRefSystem::datamoduleQvRfData = nullptr;
+    datamoduleQvRfData = nullptr;
   }
   void WorkIn(TestDatabase& database) {
-    QvRefSystem::datamoduleQvRfData = database.data.get();
+    datamoduleQvRfData = database.data.get();
     database.data->ShowImportExport = true;
     current_ = &database;
   }
   /// A host's question for a system, and what its user does in the list.
   template <typename Act>
   void SelectInto(TStringTree* tree, Act act) {
-    const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 1));
-    ScreenUser user;
-    user.In<TformQvRfSelector>(act);
+    const std::unique_ptr<TformQvRfSelector> selector(GetSelectorFor(nullptr, 1));
+    ScreenUser user(In<TformQvRfSelector>(act));
     EXPECT_TRUE(selector->Select(tree, 0, false, nullptr, 0));
   }
   /// Gives the system the table, exports it and takes it.
@@ -165,7 +155,7 @@ class HeightsRoad : public testing::TestWithParam<bool> {
     });
   }
   [[nodiscard]] std::vector<std::string> HeightFiles() const {
-    return QvRefSystem::ListStorageFiles(current_->data->GetHeightsPrefix(), GetParam());
+    return ListStorageFiles(current_->data->GetHeightsPrefix(), GetParam());
   }
 
   TestDatabase first_;
@@ -175,8 +165,7 @@ class HeightsRoad : public testing::TestWithParam<bool> {
   std::string file_;
 };
 
-INSTANTIATE_TEST_SUITE_P(Forms, HeightsRoad, testing::Bool(),
-                         [](const auto& form) { return form.param ? "Container" : "Folder"; });
+INSTANTIATE_TEST_SUITE_P(Forms, HeightsRoad, testing::Bool(), FormName());
 
 constexpr TShellPoint kPlaces[] = {{54.3, 36.4, 0}, {54.5, 37, 100.125}, {54.71, 37.63, -12.5}};
 

@@ -2,38 +2,24 @@
 
 #include "dialogs/heights/vertical_edit.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <QGroupBox>
-
 #include "dialogs/heights/offset_report.h"
 #include "dialogs/heights/recalculate_grid.h"
 #include "dialogs/heights/table_raster_view.h"
 #include "processors/ref_system_processor.h"
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
-#include "tests/support/sample_trees.h"
 #include "vertical/vertical_processor.h"
 
 namespace refframe_tests {
 namespace {
 
+using namespace QvRefSystem;
+using namespace testing;
+using enum TObjectType;
 using QvPlatform::MessageAnswer;
 using QvPlatform::SystemText;
 using QvPlatform::TextId;
-using QvRefSystem::TformQvRfOffsetApproximationReport;
-using QvRefSystem::TformQvRfRecalculateGridParams;
-using QvRefSystem::TformQvRfSelector;
-using QvRefSystem::TformQvRfTableRasterView;
-using QvRefSystem::TformQvRfVerticalRefSystemEdit;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::SizeIs;
 using Strings = std::vector<std::string>;
 
-constexpr const char* kParts[] = {"ExtentsNorth", "ExtentsWest", "ExtentsEast",
-                                  "ExtentsSouth", "StepWE",      "StepNS"};
 constexpr char kFileGrid[] = "55 36 38 54 1 1";
 
 class VerticalEdit : public EditDialogTest {
@@ -42,8 +28,10 @@ class VerticalEdit : public EditDialogTest {
     // Names alone, which no check lets pass.
     while (database_.data->datasetEllipsoid.RecordCount() > 0)
       database_.data->datasetEllipsoid.Delete();
-    plane_ = Insert("Plane", false);
-    Insert("Highlands", true);
+    plane_ = Insert(kReferenceSystem, MakeTree(SystemTree, 4), {{1020, "Plane"}});
+    const TreePtr highlands = MakeTree(SystemTree, 4);
+    HeightTableTree(TreeBuilder(highlands.get()).Sub(1500));
+    Insert(kReferenceSystem, highlands, {{1020, "Highlands"}});
     Records().LocateKey(0);
     owner_.setGeometry(20, 20, 100, 100);
     file_ = database_.folder.Path("geoid.txt");
@@ -58,38 +46,27 @@ class VerticalEdit : public EditDialogTest {
     ExpectSound(database_);
   }
 
-  int Insert(const char* name, bool withHeights) {
-    TreePtr tree = MakeTree(SystemTree, 4);
-    RemoveField(tree.get(), 1020, 0);
-    TreeBuilder(tree.get()).Field(1020, name);
-    if (withHeights) HeightTableTree(TreeBuilder(tree.get()).Sub(1500));
-    return Systems().InsertFromTree(tree.get());
-  }
-  [[nodiscard]] QvRefSystem::TQvRfDataProcessor& Systems() {
-    return *database_.data->RefSystemProcessor;
-  }
-  [[nodiscard]] QvRefSystem::TQvRfVerticalRefSystemDataProcessor& Records() {
+  [[nodiscard]] TQvRfDataProcessor& Systems() { return *database_.data->RefSystemProcessor; }
+  [[nodiscard]] TQvRfVerticalRefSystemDataProcessor& Records() {
     return *database_.data->VerticalRefSystemProcessor;
   }
   [[nodiscard]] std::string Field(const char* name) {
     return Records().DataSet->FieldByName(name).AsString();
   }
-  void WriteFile(const std::string& text) {
-    EXPECT_TRUE(QvRefSystem::SaveStorageFile(file_, false, text));
-  }
+  void WriteFile(const std::string& text) { EXPECT_TRUE(SaveStorageFile(file_, false, text)); }
   [[nodiscard]] Strings Files() {
-    return QvRefSystem::ListStorageFiles(database_.data->GetHeightsPrefix(), false);
+    return ListStorageFiles(database_.data->GetHeightsPrefix(), false);
   }
 
-  // A run over the plane system: of a new record, or of the one that was made before.
+  // A run over the plane system: of a new record, or of the one that was made before. The user
+  // closes what `act` leaves open.
   template <typename Act>
   bool Run(Act act) {
     QvCommonUtils::TStringTree tree;
     Systems().LocateKey(plane_);
     EXPECT_TRUE(Systems().WriteToTree(&tree, 0, 0));
-    EXPECT_TRUE(form_.SetPlaneSystem(WriteTreeText(&tree), KeyOf(kUnit, "metre")));
-    ScreenUser user;
-    user.In<TformQvRfVerticalRefSystemEdit>(act);
+    EXPECT_TRUE(form_.SetPlaneSystem(WriteTreeText(&tree), KeyOf(kLinearUnit, "metre")));
+    ScreenUser user(In<TformQvRfVerticalRefSystemEdit>(ThenClose(act)));
     if (made_ != 0) {
       Records().LocateKey(made_);
       return form_.EditCurrent();
@@ -108,13 +85,7 @@ class VerticalEdit : public EditDialogTest {
     Click(form, "btnDataCreate");
     EXPECT_EQ(State(form), "Table");
   }
-  static std::string Grid(const QWidget& form) {
-    std::string grid;
-    for (const char* part : kParts) {
-      grid += (grid.empty() ? "" : " ") + TextOf(form, (std::string("edDataGrid") + part).c_str());
-    }
-    return grid;
-  }
+  static std::string Grid(const QWidget& form) { return GridOf(form, "edDataGrid"); }
   static std::string State(const QWidget& form) {
     EXPECT_EQ(IsShown(form, "btnDataView"), TextOf(form, "pnlDataType") == "Table");
     EXPECT_EQ(IsShown(form, "edDataOffset"), TextOf(form, "pnlDataType") == "Offset");
@@ -131,8 +102,7 @@ class VerticalEdit : public EditDialogTest {
   static std::string Refusal(const QWidget& form, const char* name) {
     return IsPainted(form, name, Qt::red) ? TipOf(form, name) : std::string();
   }
-  static constexpr auto kUnit = QvRefSystem::TObjectType::kLinearUnit;
-  TformQvRfVerticalRefSystemEdit form_{&owner_, QvRefSystem::DialogChooser()};
+  TformQvRfVerticalRefSystemEdit form_{&owner_, DialogChooser()};
   std::string file_;
   int plane_ = 0;
   int made_ = 0;
@@ -171,7 +141,7 @@ TEST_F(VerticalEdit, AFileMakesATableWhichTheNextRunShowsAgain) {
     Save(form);
   }));
   EXPECT_EQ(Field("NAME") + Field("ABBREVIATION") + Field("VDATA_TYPE"), "LowlandsLOW1");
-  EXPECT_THAT(Files(), testing::UnorderedElementsAre("Alps", "Lowlands"));
+  EXPECT_THAT(Files(), UnorderedElementsAre("Alps", "Lowlands"));
   EXPECT_FALSE(form_.isVisible());
   const Strings files = Files();
   EXPECT_FALSE(Run([&](QWidget& form) {
@@ -218,7 +188,7 @@ TEST_F(VerticalEdit, AnOffsetIsAcceptedOrRejectedInItsReport) {
     approximate(form, "btnAccept", true);
     EXPECT_EQ(State(form), "Offset");
     EXPECT_EQ(TextOf(form, "edDataOffset"), "13.396 metre (m)");
-    EXPECT_THAT(TextOf(form, "memoDescription"), testing::StartsWith("About Approximation of"));
+    EXPECT_THAT(TextOf(form, "memoDescription"), StartsWith("About Approximation of"));
     Save(form);
   }));
   EXPECT_EQ(Field("VDATA_TYPE") + " " + Field("VDATA_OFFSET"), "2 13.396");
@@ -242,7 +212,7 @@ TEST_F(VerticalEdit, ASystemWithHeightsIsASource) {
     Type(form, "edName", "Alps");
     Save(form);
   }));
-  EXPECT_THAT(Files(), testing::UnorderedElementsAre("Alps", "Alps[1]")) << "each has its own";
+  EXPECT_THAT(Files(), UnorderedElementsAre("Alps", "Alps[1]")) << "each has its own";
   EXPECT_FALSE(Run([](QWidget& form) {
     EXPECT_EQ(TextOf(form, "comboDataSourceParamsVertRefsystem"), "Highlands");
     // A plane for a file must have no heights.
@@ -251,7 +221,6 @@ TEST_F(VerticalEdit, ASystemWithHeightsIsASource) {
     EXPECT_EQ(TextOf(form, "comboDataSourceParamsFilePlaneRefsystem"), "");
     EXPECT_THAT(Refusal(form, "comboDataSourceParamsFilePlaneRefsystem"),
                 HasSubstr("must not have"));
-    Close(form);
   }));
 }
 
@@ -282,7 +251,6 @@ TEST_F(VerticalEdit, AnOffsetIsTypedWithItsUnit) {
   EXPECT_FALSE(Run([&](QWidget& form) {
     EXPECT_TRUE(IsChecked(form, "radiobtnDataSourceOffset"));
     EXPECT_EQ(TextOf(form, kValue) + State(form), "-2.50Offset");
-    Close(form);
   }));
 }
 
@@ -313,9 +281,7 @@ TEST_F(VerticalEdit, AGridIsTypedOrComputed) {
       const std::string before = Grid(form);
       Open<TformQvRfRecalculateGridParams>(form, "Button1", [&](QWidget& grid) {
         EXPECT_EQ(TextOf(grid, "edDstRefSystemName"), "Plane");
-        const char* texts[] = {"54.5", "36", "37", "54", "0.5", "0.25"};
-        for (std::size_t n = 0; n < std::size(texts); ++n)
-          Type(grid, (std::string("edSrcDataGrid") + kParts[n]).c_str(), texts[n]);
+        TypeGrid(grid, "edSrcDataGrid", {"54.5", "36", "37", "54", "0.5", "0.25"});
         Choose(grid, "btnSrcRefSystemSelect", "Plane");
         Click(grid, button);
       });
@@ -324,7 +290,6 @@ TEST_F(VerticalEdit, AGridIsTypedOrComputed) {
     }
     Click(form, "btnDataCreate");
     EXPECT_EQ(State(form), "Table");
-    Close(form);
   }));
   EXPECT_THAT(Files(), ElementsAre("Alps")) << "nothing was saved";
 }
@@ -341,11 +306,9 @@ TEST_F(VerticalEdit, AFileThatIsNoneIsToldWithItsNameAndWhatIsWrong) {
       WriteFile(text);
       database_.ui.messages.clear();
       NameFile(form, "btnDataSourceParamsFileName", file_);
-      EXPECT_THAT(database_.ui.messages,
-                  ElementsAre(testing::AllOf(HasSubstr(file_), HasSubstr(why))));
+      EXPECT_THAT(database_.ui.messages, ElementsAre(AllOf(HasSubstr(file_), HasSubstr(why))));
       EXPECT_EQ(Enabled(form), "---") << why;
     }
-    Close(form);
   }));
 }
 

@@ -1,10 +1,5 @@
 #include "dialogs/select/area_map.h"
 
-#include <gtest/gtest.h>
-
-#include <QImage>
-#include <QPalette>
-
 #include "dialogs/select/world_land.h"
 #include "tests/dialogs/dialog_fixture.h"
 

@@ -2,24 +2,15 @@
 
 #include "dialogs/select/used_by_list.h"
 
-#include <gtest/gtest.h>
-
-#include <QSignalSpy>
-#include <QTableWidget>
-
 #include "tests/dialogs/dialog_fixture.h"
 
 namespace refframe_tests {
 namespace {
 
+using namespace QvRefSystem;
+using enum TObjectType;
 using QvPlatform::UsedByAnswer;
 using QvPlatform::UsedByRow;
-using QvRefSystem::GetUsedByListFor;
-using QvRefSystem::TableId;
-using QvRefSystem::TformQvRfEllipsoidSelector;
-using QvRefSystem::TformQvRfSelector;
-using QvRefSystem::TformQvRfUsedByList;
-using enum QvRefSystem::TObjectType;
 
 class UsedByList : public ListTest {
  protected:
@@ -76,12 +67,11 @@ TEST_F(UsedByList, ShowsWhoRefersAndClosingItRefusesTheRemoval) {
 }
 
 TEST_F(UsedByList, HasNoViewInSimpleMode) {
-  database_.data->DialogMode = QvRefSystem::kSimpleMode;
-  ScreenUser user;
-  user.In<TformQvRfUsedByList>([](QWidget& list) {
+  database_.data->DialogMode = kSimpleMode;
+  ScreenUser user(In<TformQvRfUsedByList>([](QWidget& list) {
     EXPECT_FALSE(IsShown(list, "bitbtnView"));
     Click(list, "bitbtnClose");
-  });
+  }));
   EXPECT_FALSE(database_.Processor(kEllipsoid).DeleteWithConsent(&ellipsoids_));
 }
 
@@ -117,7 +107,7 @@ TEST_F(UsedByList, ScansAgainAfterEachViewUntilNothingRefers) {
 }
 
 TEST_F(UsedByList, IsOneForEachOwner) {
-  TformQvRfEllipsoidSelector other(nullptr, QvRefSystem::DialogChooser());
+  TformQvRfEllipsoidSelector other(nullptr, DialogChooser());
   TformQvRfUsedByList* list = GetUsedByListFor(&ellipsoids_);
   EXPECT_EQ(GetUsedByListFor(&ellipsoids_), list);
   EXPECT_NE(GetUsedByListFor(&other), list);
@@ -131,8 +121,8 @@ TEST_F(UsedByList, IsOneForEachOwner) {
 TEST_F(UsedByList, HiddenOwnersComeBackInTheReverseOrder) {
   QvPlatform::ModalForm host(nullptr);
   QSignalSpy quits(qApp, &QGuiApplication::lastWindowClosed);
-  TformQvRfSelector* outer = QvRefSystem::GetSelectorFor(&host, 3);
-  TformQvRfSelector* inner = QvRefSystem::GetSelectorFor(outer, 2);
+  TformQvRfSelector* outer = GetSelectorFor(&host, 3);
+  TformQvRfSelector* inner = GetSelectorFor(outer, 2);
   std::string course;
   ScreenUser user;
   user.In<QvPlatform::ModalForm>([&](QDialog& form) {

@@ -1,10 +1,5 @@
 #include "platform/widgets/data_set_model.h"
 
-#include <gtest/gtest.h>
-
-#include <QAbstractItemModelTester>
-#include <QSignalSpy>
-
 #include "platform/dbset/data_source.h"
 #include "platform/widgets/data_grid.h"
 #include "tests/dialogs/dialog_fixture.h"
@@ -12,8 +7,8 @@
 namespace refframe_tests {
 namespace {
 
+using namespace QvRefSystem;
 using QvPlatform::DataSetTableModel;
-using QvRefSystem::TableId;
 
 // The table stands in the order: Airy 1830, Bessel 1841, Clarke 1866, Clarke 1880 (IGN), GRS 1980,
 // Sphere, WGS 84.

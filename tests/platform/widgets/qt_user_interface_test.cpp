@@ -1,12 +1,5 @@
 #include "platform/widgets/qt_user_interface.h"
 
-#include <gtest/gtest.h>
-
-#include <QAbstractButton>
-#include <QMessageBox>
-#include <QProgressDialog>
-#include <QTranslator>
-
 #include "platform/widgets/colour.h"
 #include "platform/widgets/qt_text.h"
 #include "platform/widgets/text_translation.h"
@@ -43,12 +36,11 @@ TEST(QtUserInterface, AnswersAreThoseOfTheButtons) {
   };
   QtUserInterface ui(nullptr);
   for (const auto& row : rows) {
-    ScreenUser user;
-    user.In<QMessageBox>([&](QMessageBox& box) {
+    ScreenUser user(In<QMessageBox>([&](QMessageBox& box) {
       EXPECT_EQ(box.text(), "<b>Grad</b> & \"Größe\"") << "shown letter by letter";
       EXPECT_EQ(box.textFormat(), Qt::PlainText);
       row.act(box);
-    });
+    }));
     EXPECT_EQ(ui.ShowMessage(row.kind, "<b>Grad</b> & \"Größe\"", row.buttons), row.answer)
         << row.name;
   }
