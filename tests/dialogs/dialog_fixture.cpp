@@ -104,9 +104,8 @@ bool IsEnabled(const QWidget& window, const char* objectName) {
 std::string Which(bool (*isSo)(const QWidget&, const char*), const QWidget& window,
                   std::initializer_list<const char*> objectNames) {
   std::string names;
-  for (const char* name : objectNames) {
+  for (const char* name : objectNames)
     if (isSo(window, name)) names += (names.empty() ? "" : " ") + std::string(name);
-  }
   return names;
 }
 

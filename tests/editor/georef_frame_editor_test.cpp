@@ -117,6 +117,9 @@ TEST_F(Editor, WithoutADatabaseOperationsAnswerNo) {
   EXPECT_EQ(lines, std::vector<std::string>{"as before"});
   EXPECT_TRUE(editor_.Browse(1));
   EXPECT_FALSE(editor_.ManageDatabase());
+  EXPECT_TRUE(ui_.messages.empty());
+  EXPECT_FALSE(editor_.CalculateMapProjectionParameters());
+  EXPECT_EQ(ui_.messages.size(), 1U) << "not calculated yet";
 }
 
 TEST_F(Editor, ManagesTheDatabaseInItsOwnMode) {
@@ -210,11 +213,6 @@ TEST_F(Editor, BrowsesEveryTypeWithFullRightsAndUnknownCodesInSilence) {
   datamoduleQvRfData->datasetEllipsoid.Close();
   EXPECT_TRUE(editor_.Browse(3));
   EXPECT_EQ(ui_.messages.size(), 1U) << "what failed is told, and is no answer";
-}
-
-TEST_F(Editor, TellsThatParametersAreNotCalculatedYet) {
-  EXPECT_FALSE(editor_.CalculateMapProjectionParameters());
-  EXPECT_EQ(ui_.messages.size(), 1U);
 }
 
 TEST_F(Editor, WhatCannotBeStoredIsTold) {

@@ -138,21 +138,18 @@ TEST_F(HostWindow, RemembersItsDatabaseAndItsOptions) {
 }
 
 TEST_F(HostWindow, DescribesTheHeightsOfASystem) {
-  const struct {
-    void (*write)(TreeBuilder);
-    const char* lines;
-  } rows[] = {
+  const std::pair<void (*)(TreeBuilder), const char*> rows[] = {
       {nullptr, "Heights: above the ellipsoid"},
       {SystemGeoidTree, "Heights: above a predefined geoid, EGM96 height"},
       {HeightOffsetTree, "Heights: Harbour, an offset of -2.33 metre"},
       {HeightTableTree,
        "Heights: Alps, a table\n    south 54, north 55, west 36, east 38, cells 1 by 1"},
   };
-  for (const auto& row : rows) {
+  for (const auto& [write, lines] : rows) {
     const auto tree = MakeTree(SystemTree, 4);
-    if (row.write != nullptr) row.write(TreeBuilder(tree.get()).Sub(1500));
+    if (write != nullptr) write(TreeBuilder(tree.get()).Sub(1500));
     const QString text = DescribeTree(*tree).join('\n');
-    EXPECT_TRUE(text.endsWith(row.lines)) << text.toStdString();
+    EXPECT_TRUE(text.endsWith(lines)) << text.toStdString();
   }
 }
 

@@ -15,9 +15,8 @@ bool Has(const QWidget& dialog, const char* objectName) {
 /// Fills in a shift of any type and saves it.
 void MakeShift(QWidget& dialog, const std::string& name) {
   Type(dialog, "edName", name);
-  for (const char* control : {"edTx", "edTy", "edTz", "edRx", "edRy", "edRz", "edS"}) {
+  for (const char* control : {"edTx", "edTy", "edTz", "edRx", "edRy", "edRz", "edS"})
     if (Has(dialog, control)) Type(dialog, control, "0");
-  }
   Save(dialog);
 }
 

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "database/storage_files.h"
 #include "dialogs/base/edit_base.h"
 #include "dialogs/edit/edit_forms.h"
 #include "forms/form_descriptions.h"
@@ -81,6 +82,10 @@ class EditDialogTest : public DialogTest {
                                    std::initializer_list<const char*> fields) const;
   [[nodiscard]] std::string TextOfField(const QvRefSystem::FormDescription& form,
                                         const char* field) const;
+  /// The names of the files of heights.
+  [[nodiscard]] std::vector<std::string> HeightFiles() const {
+    return QvRefSystem::ListStorageFiles(database_.data->GetHeightsPrefix(), false);
+  }
   /// Stamps an object, the first one without a name, so that a new record begins with it.
   void UseLast(QvRefSystem::TObjectType object, const std::string& name = {});
 

@@ -28,9 +28,8 @@ class MapProjEdit : public EditTest {
   /// Sets a field of the parameters of the type whose other field has that value.
   void SetParameters(const char* where, int is, const char* field, const char* value) {
     auto& parameters = database_.data->datasetMapProjParam;
-    for (parameters.First(); !parameters.Eof(); parameters.Next()) {
+    for (parameters.First(); !parameters.Eof(); parameters.Next())
       if (parameters.FieldByName(where).AsInteger() == is) SetField(parameters, field, value);
-    }
   }
   static QTableWidget& Grid(const QWidget& dialog) {
     return Child<QTableWidget>(dialog, "strgridProjParam");
@@ -56,9 +55,8 @@ class MapProjEdit : public EditTest {
     QCoreApplication::processEvents();
   }
   static QComboBox* ShownList(const QWidget& dialog) {
-    for (auto* list : Grid(dialog).viewport()->findChildren<QComboBox*>()) {
+    for (auto* list : Grid(dialog).viewport()->findChildren<QComboBox*>())
       if (list->isVisible()) return list;
-    }
     return nullptr;
   }
   std::string StoredValue(int key, int code) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "database/storage_files.h"
 #include "forms/system_forms.h"
 #include "platform/geocore/geoids.h"
 #include "platform/geocore/shell_reference_system.h"
@@ -10,31 +9,21 @@
 
 namespace refframe_tests {
 
-using QvRefSystem::FormDescription;
-using QvRefSystem::kGeodSystemForm;
-using QvRefSystem::kProjSystemForm;
-using QvRefSystem::SystemKind;
-using QvRefSystem::TableId;
-using QvRefSystem::TformQvRfEdit;
-using QvRefSystem::TformQvRfSelector;
-using testing::IsEmpty;
-using testing::SizeIs;
-using enum QvRefSystem::TObjectType;
-
 inline constexpr char kGeodetic[] = "NAD27 geodetic";
 inline constexpr char kProjected[] = "NAD27 / UTM 17N";
 
 /// The two dialogs, with the stored system of each.
 struct PlaneForm {
-  const FormDescription& form;
+  const QvRefSystem::FormDescription& form;
   const char* system;
 };
-inline const PlaneForm kPlaneForms[] = {{kGeodSystemForm, kGeodetic},
-                                        {kProjSystemForm, kProjected}};
+inline const PlaneForm kPlaneForms[] = {{QvRefSystem::kGeodSystemForm, kGeodetic},
+                                        {QvRefSystem::kProjSystemForm, kProjected}};
 
 /// A database with one geodetic and one projected system, each whole; and again after each test.
 class PlaneSystemEditTest : public EditDialogTest {
  protected:
+  using enum QvRefSystem::TObjectType;
   PlaneSystemEditTest() {
     while (database_.data->datasetEllipsoid.RecordCount() > 0)
       database_.data->datasetEllipsoid.Delete();
@@ -60,14 +49,11 @@ class PlaneSystemEditTest : public EditDialogTest {
   }
   QvPlatform::TQvDataSet& Systems() { return *database_.Processor(kReferenceSystem).DataSet; }
   int Field(const char* field) { return Systems().FieldByName(field).AsInteger(); }
-  [[nodiscard]] std::vector<std::string> HeightFiles() const {
-    return QvRefSystem::ListStorageFiles(database_.data->GetHeightsPrefix(), false);
-  }
   [[nodiscard]] int HeightRecords() const {
     return database_.data->datasetVerticalRefSystem.RecordCount();
   }
   using EditDialogTest::Change;
-  bool Change(const FormDescription& form, const char* name, const Act& act) {
+  bool Change(const QvRefSystem::FormDescription& form, const char* name, const Act& act) {
     Locate(name);
     return Change(form, act);
   }

@@ -1,10 +1,12 @@
 // The heights of geodetic and projected systems: kept, replaced, given up, or made here.
 
-#include "platform/geocore/geoids.h"
 #include "tests/dialogs/edit/plane_system_fixture.h"
 
 namespace refframe_tests {
 namespace {
+
+using namespace QvRefSystem;
+using namespace testing;
 
 constexpr int kEgm96 = 5773;
 
@@ -46,7 +48,7 @@ TEST_F(PlaneSystemEditTest, StoredHeightsAreKeptReplacedOrGivenUp) {
 TEST_F(PlaneSystemEditTest, HeightsWhoseFileIsLostAreNotRemovedByClosing) {
   const int heights = GiveHeights(kGeodetic, HeightTableTree);
   const auto path = database_.data->GetHeightsPrefix() + HeightFiles().front();
-  ASSERT_TRUE(QvRefSystem::DeleteStorageFile(path, false));
+  ASSERT_TRUE(DeleteStorageFile(path, false));
   EXPECT_FALSE(Change(kGeodSystemForm, kGeodetic, [](QWidget& dialog) {
     EXPECT_TRUE(IsChecked(dialog, "radiobtnHeightGeoid"));
     EXPECT_EQ(TextOf(dialog, "Edit1"), "");
@@ -56,7 +58,7 @@ TEST_F(PlaneSystemEditTest, HeightsWhoseFileIsLostAreNotRemovedByClosing) {
   EXPECT_FALSE(database_.ui.messages.empty());
   EXPECT_EQ(Field("VERT_SYSTEM_AUTOKEY"), heights);
   EXPECT_EQ(HeightRecords(), 1);
-  ASSERT_TRUE(QvRefSystem::SaveStorageFile(path, false, HeightText()));
+  ASSERT_TRUE(SaveStorageFile(path, false, HeightText()));
 }
 
 TEST_F(PlaneSystemEditTest, HeightsOfAnotherPlaneAreNotSaved) {
@@ -158,7 +160,7 @@ TEST_F(PlaneSystemEditTest, HeightsNeedAWholePlane) {
 
 TEST_F(PlaneSystemEditTest, GeoidsOfTheMachineAreChosenFromAList) {
   std::map<int, std::string> known;
-  ASSERT_TRUE(QvRefSystem::GetSystemGeoidsList(&known));
+  ASSERT_TRUE(GetSystemGeoidsList(&known));
   const auto geoids = [](QWidget& dialog) -> QComboBox& {
     return Child<QComboBox>(dialog, "comboSystemGeoids");
   };

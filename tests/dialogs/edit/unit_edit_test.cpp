@@ -46,10 +46,7 @@ TEST_F(UnitEditTest, NumbersAreReadInTheNotationOfTheUser) {
 
 TEST_F(UnitEditTest, AFactorThatIsLeftAloneKeepsItsLastBit) {
   const double foot = 1200.0 / 3937.0;
-  AddValid(kLinearUnitForm, "US foot");
-  Table(kLinearUnitForm).Edit();
-  Table(kLinearUnitForm).FieldByName("FACTOR_B").SetFloat(foot);
-  Table(kLinearUnitForm).Post();
+  AddValid(kLinearUnitForm, "US foot", {{"FACTOR_B", "0.3048006096012192"}});
   EXPECT_TRUE(Change(kLinearUnitForm, Save));
   EXPECT_EQ(Table(kLinearUnitForm).FieldByName("FACTOR_B").AsFloat(), foot);
 }

@@ -16,9 +16,7 @@ namespace {
 using namespace QvRefSystem;
 using enum TObjectType;
 using QvCommonUtils::TStringTree;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
+using namespace testing;
 
 constexpr char kFilePlane[] = "NAD27 geodetic";
 constexpr char kMade[] = "Harbour geodetic";
@@ -111,7 +109,7 @@ TShellPoint Moved(const TShellReferenceSystem& from, const TShellReferenceSystem
   return point;
 }
 
-class HeightsRoad : public testing::TestWithParam<bool> {
+class HeightsRoad : public TestWithParam<bool> {
  protected:
   HeightsRoad() : first_(GetParam()), second_(GetParam()) {
     WorkIn(first_);
@@ -165,17 +163,15 @@ class HeightsRoad : public testing::TestWithParam<bool> {
   std::string file_;
 };
 
-INSTANTIATE_TEST_SUITE_P(Forms, HeightsRoad, testing::Bool(), FormName());
+INSTANTIATE_TEST_SUITE_P(Forms, HeightsRoad, Bool(), FormName());
 
 constexpr TShellPoint kPlaces[] = {{54.3, 36.4, 0}, {54.5, 37, 100.125}, {54.71, 37.63, -12.5}};
 
 /// The undulations of the made system are those of the file, carried from datum to datum.
 void ExpectUndulationsOfTheFile(const TShellReferenceSystem& made,
                                 const TShellReferenceSystem& plain) {
-  const TreePtr fileTree = MakeTree(SystemTree, 4);
-  const auto filePlane = Compute(fileTree.get());
-  const TreePtr wgsTree = MakeTree(Wgs84SystemTree, "WGS 84 geodetic");
-  const auto wgs84 = Compute(wgsTree.get());
+  const auto filePlane = Compute(MakeTree(SystemTree, 4).get());
+  const auto wgs84 = Compute(MakeTree(Wgs84SystemTree, "WGS 84 geodetic").get());
   for (const TShellPoint& place : kPlaces) {
     SCOPED_TRACE(place.First);
     TShellPoint geoid = Moved(plain, *filePlane, {place.First, place.Second, 0});
@@ -213,8 +209,7 @@ TEST_P(HeightsRoad, MadeExportedAndImportedItComputesTheSame) {
   const auto here = Compute(&made);
   const auto there = Compute(&imported);
   EXPECT_TRUE(here->HasHeightSystem());
-  const TreePtr wgsTree = MakeTree(Wgs84SystemTree, "WGS 84 geodetic");
-  const auto wgs84 = Compute(wgsTree.get());
+  const auto wgs84 = Compute(MakeTree(Wgs84SystemTree, "WGS 84 geodetic").get());
   for (const TShellPoint& place : kPlaces) {
     const TShellPoint one = Moved(*here, *wgs84, place);
     const TShellPoint other = Moved(*there, *wgs84, place);

@@ -29,9 +29,6 @@ class RecalculateGrid : public DialogTest {
   static std::unique_ptr<TShellReferenceSystem> System(int kind) {
     return CreateShellReferenceSystem(MakeTree(SystemTree, kind).get(), nullptr);
   }
-  static std::string Grid(const QWidget& form, const std::string& side) {
-    return GridOf(form, side + "DataGrid");
-  }
   static void TypeGround(const QWidget& form, const GridTexts& texts = kTyped) {
     TypeGrid(form, "edSrcDataGrid", texts);
   }
@@ -61,13 +58,13 @@ TEST_F(RecalculateGrid, CoversTheGroundInTheTargetSystem) {
     EXPECT_EQ(TextOf(form, "memoDstRefSystemDescription"), "A system");
     TypeGround(form);
     Click(form, "bitbtnRecalculate");
-    EXPECT_EQ(Grid(form, "edDst"), kNothing) << "no source system";
+    EXPECT_EQ(GridOf(form, "edDstDataGrid"), kNothing) << "no source system";
     Choose(form, "btnSrcRefSystemSelect", "NAD27 geodetic");
     EXPECT_EQ(Axes(form, "lblSrc"), "X|Y|Y|X|") << "the first axis runs north";
     EXPECT_EQ(TextOf(form, "edSrcRefSystemName"), "NAD27 geodetic");
     EXPECT_EQ(TextOf(form, "memoSrcRefSystemDescription"), "A system");
-    EXPECT_EQ(Grid(form, "edSrc"), kGround) << "what was typed stays";
-    EXPECT_NE(Grid(form, "edDst"), kNothing) << "a new system recalculates";
+    EXPECT_EQ(GridOf(form, "edSrcDataGrid"), kGround) << "what was typed stays";
+    EXPECT_NE(GridOf(form, "edDstDataGrid"), kNothing) << "a new system recalculates";
     Click(form, "btnApply");
   }));
   const TShell2DTableExtents source{"-81.5", "-80.5", "40", "41", "0.25", "0.5"};
@@ -84,18 +81,18 @@ TEST_F(RecalculateGrid, WithoutAWholeGridTheTargetIsEmpty) {
   EXPECT_TRUE(Run(System(4).get(), &result, [](QWidget& form) {
     TypeGround(form);
     Choose(form, "btnSrcRefSystemSelect", "geodetic");
-    EXPECT_EQ(Grid(form, "edDst"), kGround) << "the same system, the same grid";
+    EXPECT_EQ(GridOf(form, "edDstDataGrid"), kGround) << "the same system, the same grid";
     for (const char* wrong : {"", "abc"}) {
       for (std::size_t n = 0; n < kGridParts.size(); ++n) {
         TypeGround(form);
         Click(form, "bitbtnRecalculate");
-        EXPECT_EQ(Grid(form, "edDst"), kGround);
+        EXPECT_EQ(GridOf(form, "edDstDataGrid"), kGround);
         GridTexts texts = kTyped;
         texts[n] = wrong;
         TypeGround(form, texts);
-        EXPECT_EQ(Grid(form, "edDst"), kGround) << "typing alone computes nothing";
+        EXPECT_EQ(GridOf(form, "edDstDataGrid"), kGround) << "typing alone computes nothing";
         Click(form, "bitbtnRecalculate");
-        EXPECT_EQ(Grid(form, "edDst"), kNothing) << kGridParts[n] << ": " << wrong;
+        EXPECT_EQ(GridOf(form, "edDstDataGrid"), kNothing) << kGridParts[n] << ": " << wrong;
       }
     }
     Click(form, "btnApply");
@@ -112,13 +109,13 @@ TEST_F(RecalculateGrid, CloseChangesNothingAndTheNextRunStartsAnew) {
     Click(form, "btnClose");
   }));
   EXPECT_FALSE(Run(target.get(), &result, [](QWidget& form) {
-    EXPECT_EQ(Grid(form, "edSrc"), kNothing);
-    EXPECT_EQ(Grid(form, "edDst"), kNothing);
+    EXPECT_EQ(GridOf(form, "edSrcDataGrid"), kNothing);
+    EXPECT_EQ(GridOf(form, "edDstDataGrid"), kNothing);
     EXPECT_EQ(Axes(form, "lblSrc") + TextOf(form, "edSrcRefSystemName"), "||||");
     TypeGround(form);
     Press(form, "edSrcDataGridStepNS", Qt::Key_Return);
     EXPECT_TRUE(form.isVisible()) << "Enter computes";
-    EXPECT_EQ(Grid(form, "edDst"), kNothing) << "the system of the last run is gone";
+    EXPECT_EQ(GridOf(form, "edDstDataGrid"), kNothing) << "the system of the last run is gone";
     Press(form, "edSrcDataGridStepNS", Qt::Key_Escape);
   }));
   EXPECT_EQ(result.CellNorthSouth, "6");

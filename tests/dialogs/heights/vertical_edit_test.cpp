@@ -18,7 +18,6 @@ using enum TObjectType;
 using QvPlatform::MessageAnswer;
 using QvPlatform::SystemText;
 using QvPlatform::TextId;
-using Strings = std::vector<std::string>;
 
 constexpr char kFileGrid[] = "55 36 38 54 1 1";
 
@@ -54,9 +53,6 @@ class VerticalEdit : public EditDialogTest {
     return Records().DataSet->FieldByName(name).AsString();
   }
   void WriteFile(const std::string& text) { EXPECT_TRUE(SaveStorageFile(file_, false, text)); }
-  [[nodiscard]] Strings Files() {
-    return ListStorageFiles(database_.data->GetHeightsPrefix(), false);
-  }
 
   // A run over the plane system: of a new record, or of the one that was made before. The user
   // closes what `act` leaves open.
@@ -80,12 +76,6 @@ class VerticalEdit : public EditDialogTest {
     NameFile(form, "btnDataSourceParamsFileName", file_);
     Choose(form, "btnDataSourceParamsFilePlaneRefsystem", "Plane");
   }
-  void CreateTable(QWidget& form) const {
-    TakeFileSource(form);
-    Click(form, "btnDataCreate");
-    EXPECT_EQ(State(form), "Table");
-  }
-  static std::string Grid(const QWidget& form) { return GridOf(form, "edDataGrid"); }
   static std::string State(const QWidget& form) {
     EXPECT_EQ(IsShown(form, "btnDataView"), TextOf(form, "pnlDataType") == "Table");
     EXPECT_EQ(IsShown(form, "edDataOffset"), TextOf(form, "pnlDataType") == "Offset");
@@ -125,7 +115,7 @@ TEST_F(VerticalEdit, AFileMakesATableWhichTheNextRunShowsAgain) {
     EXPECT_FALSE(IsEnabled(form, "btnDataSourceView"));
     NameFile(form, "btnDataSourceParamsFileName", file_);
     EXPECT_EQ(TextOf(form, "edDataSourceParamsFileName"), file_);
-    EXPECT_EQ(Grid(form) + Enabled(form), std::string(kFileGrid) + "---");
+    EXPECT_EQ(GridOf(form, "edDataGrid") + Enabled(form), std::string(kFileGrid) + "---");
     Open<TformQvRfTableRasterView>(form, "btnDataSourceView", Ok);
     Choose(form, "btnDataSourceParamsFilePlaneRefsystem", "Plane");
     EXPECT_EQ(TextOf(form, "comboDataSourceParamsFilePlaneRefsystem"), "Plane");
@@ -141,9 +131,9 @@ TEST_F(VerticalEdit, AFileMakesATableWhichTheNextRunShowsAgain) {
     Save(form);
   }));
   EXPECT_EQ(Field("NAME") + Field("ABBREVIATION") + Field("VDATA_TYPE"), "LowlandsLOW1");
-  EXPECT_THAT(Files(), UnorderedElementsAre("Alps", "Lowlands"));
+  EXPECT_THAT(HeightFiles(), UnorderedElementsAre("Alps", "Lowlands"));
   EXPECT_FALSE(form_.isVisible());
-  const Strings files = Files();
+  const auto files = HeightFiles();
   EXPECT_FALSE(Run([&](QWidget& form) {
     EXPECT_EQ(form.geometry(), left) << "where and as large as the user left it";
     EXPECT_EQ(TextOf(form, "edName"), "Lowlands");
@@ -151,19 +141,20 @@ TEST_F(VerticalEdit, AFileMakesATableWhichTheNextRunShowsAgain) {
     EXPECT_EQ(TextOf(form, "edDataSourceParamsFileName") +
                   TextOf(form, "comboDataSourceParamsFilePlaneRefsystem"),
               file_ + "Plane");
-    EXPECT_EQ(Grid(form) + State(form) + Enabled(form), std::string(kFileGrid) + "Tablexxx");
+    EXPECT_EQ(GridOf(form, "edDataGrid") + State(form) + Enabled(form),
+              std::string(kFileGrid) + "Tablexxx");
     Type(form, "edName", "Renamed");
     Type(form, "edDataGridExtentsEast", "37");
     Click(form, "btnDataCreate");
     QTest::keyClick(&form, Qt::Key_Escape);
   }));
   EXPECT_EQ(Field("NAME") + Field("VDATA_EXTENTS_EAST"), "Lowlands38");
-  EXPECT_EQ(Files(), files);
+  EXPECT_EQ(HeightFiles(), files);
   EXPECT_TRUE(Run([](QWidget& form) {
-    EXPECT_EQ(Grid(form) + State(form), std::string(kFileGrid) + "Table");
+    EXPECT_EQ(GridOf(form, "edDataGrid") + State(form), std::string(kFileGrid) + "Table");
     Save(form);
   }));
-  EXPECT_THAT(Files(), SizeIs(2)) << "no old file is left";
+  EXPECT_THAT(HeightFiles(), SizeIs(2)) << "no old file is left";
   EXPECT_THAT(database_.ui.messages, IsEmpty()) << "the data are current";
 }
 
@@ -192,7 +183,7 @@ TEST_F(VerticalEdit, AnOffsetIsAcceptedOrRejectedInItsReport) {
     Save(form);
   }));
   EXPECT_EQ(Field("VDATA_TYPE") + " " + Field("VDATA_OFFSET"), "2 13.396");
-  EXPECT_THAT(Files(), ElementsAre("Alps"));
+  EXPECT_THAT(HeightFiles(), ElementsAre("Alps"));
 }
 
 TEST_F(VerticalEdit, ASystemWithHeightsIsASource) {
@@ -206,13 +197,13 @@ TEST_F(VerticalEdit, ASystemWithHeightsIsASource) {
     EXPECT_EQ(Refusal(form, kName) + TipOf(form, kName), "");
     EXPECT_EQ(TextOf(form, kName) + TextOf(form, "memoDataSourceParamsVertRefsystem"),
               "HighlandsA system");
-    EXPECT_EQ(Grid(form), kFileGrid);
+    EXPECT_EQ(GridOf(form, "edDataGrid"), kFileGrid);
     Click(form, "btnDataCreate");
     EXPECT_EQ(State(form), "Table");
     Type(form, "edName", "Alps");
     Save(form);
   }));
-  EXPECT_THAT(Files(), UnorderedElementsAre("Alps", "Alps[1]")) << "each has its own";
+  EXPECT_THAT(HeightFiles(), UnorderedElementsAre("Alps", "Alps[1]")) << "each has its own";
   EXPECT_FALSE(Run([](QWidget& form) {
     EXPECT_EQ(TextOf(form, "comboDataSourceParamsVertRefsystem"), "Highlands");
     // A plane for a file must have no heights.
@@ -257,7 +248,8 @@ TEST_F(VerticalEdit, AnOffsetIsTypedWithItsUnit) {
 TEST_F(VerticalEdit, StaleDataAreStoredOnlyIfTheUserInsists) {
   database_.ui.answers = {MessageAnswer::kNo, MessageAnswer::kYes};
   EXPECT_TRUE(Run([this](QWidget& form) {
-    CreateTable(form);
+    TakeFileSource(form);
+    Click(form, "btnDataCreate");
     Type(form, "edName", "Lowlands");
     Type(form, "edDataGridStepWE", "5");
     Save(form);
@@ -278,20 +270,20 @@ TEST_F(VerticalEdit, AGridIsTypedOrComputed) {
     EXPECT_EQ(State(form), "No data");
     EXPECT_THAT(TipOf(form, "pnlDataType"), HasSubstr("Cell size"));
     for (const char* button : {"btnClose", "btnApply"}) {
-      const std::string before = Grid(form);
+      const std::string before = GridOf(form, "edDataGrid");
       Open<TformQvRfRecalculateGridParams>(form, "Button1", [&](QWidget& grid) {
         EXPECT_EQ(TextOf(grid, "edDstRefSystemName"), "Plane");
         TypeGrid(grid, "edSrcDataGrid", {"54.5", "36", "37", "54", "0.5", "0.25"});
         Choose(grid, "btnSrcRefSystemSelect", "Plane");
         Click(grid, button);
       });
-      EXPECT_EQ(Grid(form),
+      EXPECT_EQ(GridOf(form, "edDataGrid"),
                 std::string_view(button) == "btnApply" ? "54.5 36 37 54 0.5 0.25" : before);
     }
     Click(form, "btnDataCreate");
     EXPECT_EQ(State(form), "Table");
   }));
-  EXPECT_THAT(Files(), ElementsAre("Alps")) << "nothing was saved";
+  EXPECT_THAT(HeightFiles(), ElementsAre("Alps")) << "nothing was saved";
 }
 
 TEST_F(VerticalEdit, AFileThatIsNoneIsToldWithItsNameAndWhatIsWrong) {

@@ -34,9 +34,8 @@ TEST_F(DatabaseManager, ListsEveryObjectTypeInBothModes) {
     for (int row = 0; row < List().count(); ++row)
       texts << List().item(row)->text();
     const bool listed = mode == 1 || mode == 2;
-    for (const char* object : {"reference system", "datum shift", "map projection"}) {
+    for (const char* object : {"reference system", "datum shift", "map projection"})
       EXPECT_EQ(texts.indexOf(object) - texts.indexOf(object + QString(" type")), listed ? 1 : 0);
-    }
     texts.sort();
     EXPECT_EQ(texts, listed ? expected : QStringList()) << mode;
     EXPECT_EQ(IsEnabled(manager_, "bitbtnEdit"), listed) << mode;

@@ -16,13 +16,7 @@ using namespace QvRefSystem;
 using enum TObjectType;
 
 std::string Hex(const std::string& bytes) {
-  constexpr char kDigits[] = "0123456789abcdef";
-  std::string hex;
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    hex += {kDigits[byte / 16], kDigits[byte % 16]};
-  }
-  return hex;
+  return QByteArray::fromStdString(bytes).toHex().toStdString();
 }
 
 class LegacyTool : public DialogTest {

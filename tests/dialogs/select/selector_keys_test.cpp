@@ -103,6 +103,11 @@ TEST_F(SelectorKeys, ANameIsChosenFromTheSearchField) {
        {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return},
        "Clarke 1880 (IGN)"},
       {"down, up, and back again", "clarke", {Qt::Key_Down, Qt::Key_Up, Qt::Key_Return}, ""},
+      {"up within the list",
+       "clarke",
+       {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Return},
+       "Clarke 1866"},
+      {"a letter in the list", "", {Qt::Key_Down, Qt::Key_W, Qt::Key_Return}, "WGS 84"},
   };
   database_.data->DialogMode = kSimpleMode;
   for (const auto& row : rows) {
@@ -114,23 +119,6 @@ TEST_F(SelectorKeys, ANameIsChosenFromTheSearchField) {
     EXPECT_EQ(chosen, *row.chosen != 0) << row.name;
     EXPECT_EQ(chosen ? CurrentName(kEllipsoid) : "", row.chosen) << row.name;
   }
-}
-
-TEST_F(SelectorKeys, FocusGoesBetweenSearchFieldAndListByArrows) {
-  Choose([](QDialog& form) {
-    EXPECT_EQ(form.focusWidget(), &Child(form, "comboSearch"));
-    QTest::keyClick(form.focusWidget(), Qt::Key_Down);
-    EXPECT_EQ(form.focusWidget(), &Child(form, "dbgridList"));
-    EXPECT_EQ(MarkedName(form), "Airy 1830");
-    QTest::keyClick(form.focusWidget(), Qt::Key_Down);
-    QTest::keyClick(form.focusWidget(), Qt::Key_Up);
-    EXPECT_EQ(form.focusWidget(), &Child(form, "dbgridList"));
-    QTest::keyClick(form.focusWidget(), Qt::Key_Up);
-    EXPECT_EQ(form.focusWidget(), &Child(form, "comboSearch"));
-    Press(form, "dbgridList", Qt::Key_W);
-    EXPECT_EQ(form.focusWidget(), &Child(form, "comboSearch"));
-    EXPECT_EQ(MarkedName(form), "WGS 84") << "letters in the list are a search";
-  });
 }
 
 TEST_F(SelectorKeys, KeysDoWhatTheirButtonsOffer) {

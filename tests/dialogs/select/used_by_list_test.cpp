@@ -2,15 +2,13 @@
 
 #include "dialogs/select/used_by_list.h"
 
-#include "tests/dialogs/dialog_fixture.h"
+#include "tests/dialogs/edit/edit_dialog_fixture.h"
 
 namespace refframe_tests {
 namespace {
 
 using namespace QvRefSystem;
 using enum TObjectType;
-using QvPlatform::UsedByAnswer;
-using QvPlatform::UsedByRow;
 
 class UsedByList : public ListTest {
  protected:
@@ -23,26 +21,22 @@ class UsedByList : public ListTest {
     database_.ui.onUsedBy = [this] {
       TformQvRfUsedByList* list = GetUsedByListFor(&ellipsoids_);
       list->BeginList();
-      for (const UsedByRow& row : database_.ui.usedBy)
+      for (const QvPlatform::UsedByRow& row : database_.ui.usedBy)
         list->AddRow(row);
       return list->ShowList(database_.ui.viewAllowed);
     };
   }
   [[nodiscard]] int Ellipsoids() const { return database_.data->datasetEllipsoid.RecordCount(); }
   void Release(const char* datum) {
-    QvPlatform::TQvDataSet& datums = database_.data->datasetDatum;
     ASSERT_TRUE(database_.Processor(kDatum).LocateKey(KeyOf(kDatum, datum)));
-    datums.Edit();
-    datums.FieldByName("ELLIPSOID_AUTOKEY").SetInteger(0);
-    datums.Post();
+    SetField(database_.data->datasetDatum, "ELLIPSOID_AUTOKEY", "0");
   }
   static std::string Cells(const QWidget& list) {
     const auto& grid = Child<QTableWidget>(list, "strgridList");
     std::string text;
     for (int row = 0; row < grid.rowCount(); ++row) {
-      for (int column = 0; column < grid.columnCount(); ++column) {
+      for (int column = 0; column < grid.columnCount(); ++column)
         text += grid.item(row, column)->text().toStdString() + (column < 2 ? "," : ";");
-      }
     }
     return text;
   }

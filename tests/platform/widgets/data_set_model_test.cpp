@@ -2,7 +2,7 @@
 
 #include "platform/dbset/data_source.h"
 #include "platform/widgets/data_grid.h"
-#include "tests/dialogs/dialog_fixture.h"
+#include "tests/dialogs/edit/edit_dialog_fixture.h"
 
 namespace refframe_tests {
 namespace {
@@ -16,9 +16,8 @@ class DataSetModel : public DialogTest {
  protected:
   [[nodiscard]] std::string Names() const {
     std::string names;
-    for (int row = 0; row < model_.rowCount(); ++row) {
+    for (int row = 0; row < model_.rowCount(); ++row)
       names += model_.index(row, 0).data().toString().left(2).toStdString();
-    }
     return names;
   }
   QvPlatform::TQvDataSet& table_ = database_.data->datasetEllipsoid;
@@ -32,9 +31,7 @@ TEST_F(DataSetModel, ShowsTheRowsInTheTablesOrderAndFollowsItsChanges) {
   EXPECT_EQ(Names(), "AiBeClClGRSpWG");
   Add(TableId::kEllipsoid, "Danish");
   EXPECT_EQ(Names(), "AiBeClClDaGRSpWG");
-  table_.Edit();
-  table_.FieldByName("NAME").SetString("Zach 1812");
-  table_.Post();
+  SetField(table_, "NAME", "Zach 1812");
   EXPECT_EQ(Names(), "AiBeClClGRSpWGZa");
   table_.Delete();
   EXPECT_EQ(Names(), "AiBeClClGRSpWG");

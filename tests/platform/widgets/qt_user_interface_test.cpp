@@ -50,9 +50,8 @@ TEST(QtUserInterface, ProgressGoesOnUntilTheUserCancels) {
   QtUserInterface ui(nullptr);
   const auto progress = ui.StartProgress(0, "Conversion", 5);
   QProgressDialog* dialog = nullptr;
-  for (QWidget* window : QApplication::topLevelWidgets()) {
+  for (QWidget* window : QApplication::topLevelWidgets())
     if (auto* found = qobject_cast<QProgressDialog*>(window)) dialog = found;
-  }
   ASSERT_NE(dialog, nullptr);
   EXPECT_EQ(dialog->labelText(), "Conversion");
   EXPECT_EQ(dialog->maximum(), 5);
@@ -88,16 +87,13 @@ TEST(Texts, GoThroughTheApplicationsTranslatorsWhileTranslationLives) {
 }
 
 TEST(Colours, RunFromRedInTheLowByteToBlue) {
-  const struct {
-    int value;
-    QColor colour;
-  } rows[] = {{255, Qt::red},
-              {0x00FF00, Qt::green},
-              {0xFF0000, Qt::blue},
-              {0x336699, QColor(0x99, 0x66, 0x33)}};
-  for (const auto& row : rows) {
-    EXPECT_EQ(QvPlatform::ColourFromBgr(row.value), row.colour);
-    EXPECT_EQ(QvPlatform::BgrFromColour(row.colour), row.value);
+  const std::pair<int, QColor> rows[] = {{255, Qt::red},
+                                         {0x00FF00, Qt::green},
+                                         {0xFF0000, Qt::blue},
+                                         {0x336699, QColor(0x99, 0x66, 0x33)}};
+  for (const auto& [value, colour] : rows) {
+    EXPECT_EQ(QvPlatform::ColourFromBgr(value), colour);
+    EXPECT_EQ(QvPlatform::BgrFromColour(colour), value);
   }
 }
 
