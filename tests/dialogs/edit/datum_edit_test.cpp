@@ -8,15 +8,11 @@ namespace {
 using namespace QvRefSystem;
 using enum TObjectType;
 
-bool Has(const QWidget& dialog, const char* objectName) {
-  return dialog.findChild<QWidget*>(objectName) != nullptr;
-}
-
 /// Fills in a shift of any type and saves it.
 void MakeShift(QWidget& dialog, const std::string& name) {
   Type(dialog, "edName", name);
   for (const char* control : {"edTx", "edTy", "edTz", "edRx", "edRy", "edRz", "edS"})
-    if (Has(dialog, control)) Type(dialog, control, "0");
+    if (dialog.findChild<QWidget*>(control) != nullptr) Type(dialog, control, "0");
   Save(dialog);
 }
 
@@ -51,7 +47,7 @@ TEST_F(DatumEdit, TheTypeOfAShiftPicksItsDialogAndStays) {
           Click(list, "bitbtnNew");
           EXPECT_EQ(MarkedName(list), name);
           Open<TformQvRfEdit>(list, "bitbtnEdit", [&](QWidget& dialog) {
-            EXPECT_EQ(Has(dialog, "edRx"), row.rotates);
+            EXPECT_EQ(dialog.findChild<QWidget*>("edRx") != nullptr, row.rotates);
             Type(dialog, "edName", name + " again");
             Save(dialog);
           });
@@ -60,7 +56,7 @@ TEST_F(DatumEdit, TheTypeOfAShiftPicksItsDialogAndStays) {
         })
         .In<TformQvRfSelector>(ChooseType(row.type))
         .In<TformQvRfEdit>([&](QWidget& dialog) {
-          EXPECT_EQ(Has(dialog, "edRx"), row.rotates);
+          EXPECT_EQ(dialog.findChild<QWidget*>("edRx") != nullptr, row.rotates);
           EXPECT_EQ(TextOf(dialog, row.rotates ? "edLinearUnit" : "edUnit"), "Second");
           MakeShift(dialog, name);
         });

@@ -47,10 +47,7 @@ class TableRasterView : public DialogTest {
   static TBigImageScroll& Image(const QWidget& form) {
     return Child<TBigImageScroll>(form, "MainImage");
   }
-  static QPointF Marker(const QWidget& form) {
-    auto* marker = form.findChild<TMarker*>("Marker1");
-    return marker->Position();
-  }
+  static QPointF Marker(const QWidget& form) { return Child<TMarker>(form, "Marker1").Position(); }
   static void ClickAt(TBigImageScroll& image, QPointF place) {
     QTest::mouseClick(image.viewport(), Qt::LeftButton, {}, place.toPoint());
   }

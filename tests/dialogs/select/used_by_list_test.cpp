@@ -26,7 +26,6 @@ class UsedByList : public ListTest {
       return list->ShowList(database_.ui.viewAllowed);
     };
   }
-  [[nodiscard]] int Ellipsoids() const { return database_.data->datasetEllipsoid.RecordCount(); }
   void Release(const char* datum) {
     ASSERT_TRUE(database_.Processor(kDatum).LocateKey(KeyOf(kDatum, datum)));
     SetField(database_.data->datasetDatum, "ELLIPSOID_AUTOKEY", "0");
@@ -56,7 +55,7 @@ TEST_F(UsedByList, ShowsWhoRefersAndClosingItRefusesTheRemoval) {
         Click(list, "bitbtnClose");
       });
   ellipsoids_.Select(nullptr, 0, false, nullptr, 0);
-  EXPECT_EQ(Ellipsoids(), 7);
+  EXPECT_EQ(database_.data->datasetEllipsoid.RecordCount(), 7);
   EXPECT_TRUE(database_.ui.messages.empty());
 }
 
@@ -95,7 +94,7 @@ TEST_F(UsedByList, ScansAgainAfterEachViewUntilNothingRefers) {
         Click(viewer, "bitbtnClose");
       });
   ellipsoids_.Select(nullptr, 0, false, nullptr, 0);
-  EXPECT_EQ(Ellipsoids(), 6);
+  EXPECT_EQ(database_.data->datasetEllipsoid.RecordCount(), 6);
   ASSERT_EQ(database_.ui.messages.size(), 1U);
   EXPECT_NE(database_.ui.messages[0].find("\"Bessel 1841\""), std::string::npos);
 }
