@@ -1,12 +1,6 @@
 #include "tests/dialogs/dialog_fixture.h"
 
-#include <gtest/gtest.h>
-
-#include <QAbstractButton>
-#include <QAbstractItemView>
-#include <QComboBox>
-#include <QDialog>
-#include <QTimer>
+#include <fstream>
 
 namespace refframe_tests {
 
@@ -75,6 +69,26 @@ void Press(const QWidget& window, const char* objectName, Qt::Key key,
   QTest::keyClick(&Child(window, objectName), key, modifiers);
 }
 
+void TakeFile(QFileDialog& dialog, const std::string& path, int filter) {
+  if (filter >= 0) {
+    dialog.selectNameFilter(dialog.nameFilters().at(filter));
+    emit dialog.filterSelected(dialog.nameFilters().at(filter));
+  }
+  Child<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(path));
+  QMetaObject::invokeMethod(&dialog, "accept");
+}
+
+std::string Content(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string TextOf(const QWidget& window, const char* objectName) {
+  QWidget& control = Child(window, objectName);
+  const char* property = qobject_cast<QPlainTextEdit*>(&control) != nullptr ? "plainText" : "text";
+  return control.property(property).toString().toStdString();
+}
+
 void Search(const QWidget& window, const char* text) {
   QTest::keyClicks(&Child(window, "comboSearch"), QString::fromUtf8(text));
 }
@@ -85,6 +99,14 @@ bool IsShown(const QWidget& window, const char* objectName) {
 
 bool IsEnabled(const QWidget& window, const char* objectName) {
   return Child(window, objectName).isEnabled();
+}
+
+std::string Which(bool (*isSo)(const QWidget&, const char*), const QWidget& window,
+                  std::initializer_list<const char*> objectNames) {
+  std::string names;
+  for (const char* name : objectNames)
+    if (isSo(window, name)) names += (names.empty() ? "" : " ") + std::string(name);
+  return names;
 }
 
 std::string ListedNames(const QWidget& window) {
@@ -130,6 +152,17 @@ int DialogTest::Add(QvRefSystem::TableId table, const std::string& name,
   return dataSet.Fields(0).AsInteger();
 }
 
+int DialogTest::Insert(QvRefSystem::TObjectType type, const TreePtr& tree,
+                       const std::vector<std::pair<int, const char*>>& fields) {
+  for (const auto& [id, text] : fields) {
+    RemoveField(tree.get(), id, 0);
+    TreeBuilder(tree.get()).Field(id, text);
+  }
+  const int key = database_.Processor(type).InsertFromTree(tree.get());
+  EXPECT_GT(key, 0);
+  return key;
+}
+
 int DialogTest::KeyOf(QvRefSystem::TObjectType type, const std::string& name) {
   QvPlatform::TQvDataSet& dataSet = *database_.Processor(type).DataSet;
   const auto row =
@@ -143,11 +176,10 @@ std::string DialogTest::CurrentName(QvRefSystem::TObjectType type) const {
 
 bool ListTest::ChooseIn(QvRefSystem::TformQvRfSelector& list, const Act& act,
                         QvRefSystem::Choice choice) {
-  ScreenUser user;
-  user.In<QvRefSystem::TformQvRfSelector>([&act](QvRefSystem::TformQvRfSelector& form) {
+  ScreenUser user(In<QvRefSystem::TformQvRfSelector>([&act](QvRefSystem::TformQvRfSelector& form) {
     act(form);
     if (form.isVisible()) form.reject();
-  });
+  }));
   return list.Select(choice);
 }
 

@@ -1,21 +1,31 @@
 #pragma once
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QObject>
-#include <QTest>
-#include <QWidget>
+#include <QtTest>
+#include <QtWidgets>
 #include <deque>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "dialogs/select/selectors.h"
+#include "tests/support/sample_trees.h"
 #include "tests/support/test_database.h"
 
 /// A user at the screen: real clicks and keys on real dialogs.
 namespace refframe_tests {
+
+/// What the user does in a dialog of a kind.
+template <typename Dialog, typename Act>
+struct Step {
+  Act act;
+};
+template <typename Dialog, typename Act>
+[[nodiscard]] Step<Dialog, Act> In(Act act) {
+  return {act};
+}
 
 /// What the user does in the modal dialogs to come, in order. Each step waits until the active
 /// modal window is of its kind. A step that finds none in time fails the test and closes whatever
@@ -23,6 +33,10 @@ namespace refframe_tests {
 class ScreenUser : public QObject {
  public:
   ScreenUser();
+  template <typename Dialog, typename Act>
+  explicit ScreenUser(Step<Dialog, Act> step) : ScreenUser() {
+    In<Dialog>(step.act);
+  }
   ~ScreenUser() override;
 
   template <typename Dialog, typename Act>
@@ -60,10 +74,19 @@ void Click(const QWidget& window, const char* objectName,
 /// A key in a control of the window.
 void Press(const QWidget& window, const char* objectName, Qt::Key key,
            Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+/// Takes a path in a dialog of files, under one of its filters, counted from 0, if that is given.
+void TakeFile(QFileDialog& dialog, const std::string& path, int filter = -1);
+/// The bytes of a file.
+[[nodiscard]] std::string Content(const std::string& path);
+/// The text of a memo, an edit, a label or a button.
+[[nodiscard]] std::string TextOf(const QWidget& window, const char* objectName);
 /// Types into the search field, behind what is there.
 void Search(const QWidget& window, const char* text);
 [[nodiscard]] bool IsShown(const QWidget& window, const char* objectName);
 [[nodiscard]] bool IsEnabled(const QWidget& window, const char* objectName);
+/// Those of the controls for which it is so, joined by blanks.
+[[nodiscard]] std::string Which(bool (*isSo)(const QWidget&, const char*), const QWidget& window,
+                                std::initializer_list<const char*> objectNames);
 /// The names that the list shows, joined by ", ", and the one that it marks.
 [[nodiscard]] std::string ListedNames(const QWidget& window);
 [[nodiscard]] std::string MarkedName(const QWidget& window);
@@ -77,6 +100,9 @@ class DialogTest : public testing::Test {
   /// Appends a record with that name and integer fields; returns its key.
   int Add(QvRefSystem::TableId table, const std::string& name,
           const std::vector<std::pair<std::string, int>>& fields = {});
+  /// Stores a whole object, with other texts in some fields of its tree; returns its key.
+  int Insert(QvRefSystem::TObjectType type, const TreePtr& tree,
+             const std::vector<std::pair<int, const char*>>& fields = {});
   [[nodiscard]] int KeyOf(QvRefSystem::TObjectType type, const std::string& name);
   [[nodiscard]] std::string CurrentName(QvRefSystem::TObjectType type) const;
 

@@ -1,12 +1,5 @@
 // The dialogs in the language of the user.
 
-#include <gtest/gtest.h>
-
-#include <QAction>
-#include <QLabel>
-#include <QListWidget>
-#include <QPushButton>
-#include <QSettings>
 #include <set>
 
 #include "apps/host/main_window.h"
@@ -23,9 +16,9 @@
 namespace refframe_tests {
 namespace {
 
+using namespace QvRefSystem;
 using QvPlatform::TextId;
 using QvPlatform::TextTranslation;
-using QvRefSystem::TformQvRfSelector;
 
 const QLocale kGerman(QLocale::German, QLocale::Germany);
 
@@ -33,7 +26,7 @@ class Translation : public ListTest {};
 
 TEST_F(Translation, AGermanUserMeetsGermanDialogs) {
   const TextTranslation german(kGerman);
-  const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 3));
+  const std::unique_ptr<TformQvRfSelector> selector(GetSelectorFor(nullptr, 3));
   ChooseIn(*selector, [](QWidget& form) {
     EXPECT_EQ(form.windowTitle(), "Auswahl: Ellipsoid");
     EXPECT_EQ(Child<QPushButton>(form, "bitbtnEdit").text(), "&Bearbeiten");
@@ -43,7 +36,7 @@ TEST_F(Translation, AGermanUserMeetsGermanDialogs) {
     Click(form, "bitbtnSearchDown");
   });
   EXPECT_EQ(database_.ui.messages, std::vector<std::string>{"„xyz“ nicht gefunden"});
-  QvRefSystem::TStrings lines;
+  TStrings lines;
   ASSERT_TRUE(selector->GetInfo(&lines));
   EXPECT_TRUE(lines.at(1).starts_with("Beschreibung: ")) << "texts of the core";
 }
@@ -74,21 +67,21 @@ TEST_F(Translation, NoTextOfAnyDialogIsLeftWithoutATranslation) {
   QCoreApplication::installTranslator(&gaps);
   {
     const TextTranslation german(kGerman);
-    QvRefSystem::TQvGeoRefFrameDialogOptions options;
-    QvRefSystem::TformGeoRefFrameDatabaseManager manager(nullptr);
+    TQvGeoRefFrameDialogOptions options;
+    TformGeoRefFrameDatabaseManager manager(nullptr);
     manager.Fill(&options);
     for (auto* selector : manager.findChildren<TformQvRfSelector*>()) {
       selector->SetDialogMode(true, false);
       selector->UpdateEditButtons();
     }
-    const QvRefSystem::TformQvRfUsedByList list(nullptr);
-    const QvRefSystem::TformQvRfTableRasterView rasterView(nullptr);
-    const QvRefSystem::TformQvRfOffsetApproximationReport report(nullptr);
-    const QvRefSystem::TformQvRfRecalculateGridParams grid(nullptr, QvRefSystem::DialogChooser());
-    const QvRefSystem::OptionsDialog hostOptions({}, nullptr);
+    const TformQvRfUsedByList list(nullptr);
+    const TformQvRfTableRasterView rasterView(nullptr);
+    const TformQvRfOffsetApproximationReport report(nullptr);
+    const TformQvRfRecalculateGridParams grid(nullptr, DialogChooser());
+    const OptionsDialog hostOptions({}, nullptr);
     TemporaryFolder folder;
     QSettings settings(QString::fromStdString(folder.Path("settings.ini")), QSettings::IniFormat);
-    const QvRefSystem::MainWindow window(settings, database_.ui);
+    const MainWindow window(settings, database_.ui);
     const auto actions = window.findChildren<QAction*>();
     EXPECT_TRUE(std::ranges::any_of(
         actions, [](const QAction* action) { return action->text() == "Baum ö&ffnen..."; }));

@@ -1,23 +1,17 @@
 #include "editor/georef_frame_editor.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <stdexcept>
 
 #include "dialogs/base/guarded.h"
 #include "dialogs/select/database_manager.h"
 #include "tests/dialogs/dialog_fixture.h"
-#include "tests/support/sample_trees.h"
 
 namespace refframe_tests {
 namespace {
 
+using namespace QvRefSystem;
 using QvCommonUtils::TStringTree;
-using QvRefSystem::datamoduleQvRfData;
-using QvRefSystem::TformQvRfSelector;
-using QvRefSystem::TQvGeoRefFrameDialogOptions;
-using QvRefSystem::TQvGeoRefFrameEditor;
 
 constexpr int kName = 1020;
 constexpr int kInserted = 201003;
@@ -30,15 +24,14 @@ class Editor : public testing::Test {
     options.DatabasePath = prepared_.path;
     return options;
   }
-  [[nodiscard]] bool Start(std::int8_t mode = QvRefSystem::kFullMode) {
+  [[nodiscard]] bool Start(std::int8_t mode = kFullMode) {
     TQvGeoRefFrameDialogOptions options = Options();
     options.DialogMode = mode;
     return editor_.Initialize(&options);
   }
   /// Lets the user press a button in the selector that Edit opens.
   bool Edit(TStringTree* tree, bool rejectGeodetic, const char* button) {
-    ScreenUser user;
-    user.In<TformQvRfSelector>(Clicks(button));
+    ScreenUser user(In<TformQvRfSelector>(Clicks(button)));
     return editor_.Edit(tree, rejectGeodetic);
   }
   static std::string Value(const TStringTree& tree, int id, int index = 0) {
@@ -124,15 +117,18 @@ TEST_F(Editor, WithoutADatabaseOperationsAnswerNo) {
   EXPECT_EQ(lines, std::vector<std::string>{"as before"});
   EXPECT_TRUE(editor_.Browse(1));
   EXPECT_FALSE(editor_.ManageDatabase());
+  EXPECT_TRUE(ui_.messages.empty());
+  EXPECT_FALSE(editor_.CalculateMapProjectionParameters());
+  EXPECT_EQ(ui_.messages.size(), 1U) << "not calculated yet";
 }
 
 TEST_F(Editor, ManagesTheDatabaseInItsOwnMode) {
-  ASSERT_TRUE(Start(QvRefSystem::kSimpleMode));
+  ASSERT_TRUE(Start(kSimpleMode));
   ScreenUser user;
-  user.In<QvRefSystem::TformGeoRefFrameDatabaseManager>(
+  user.In<TformGeoRefFrameDatabaseManager>(
           [](QWidget& form) { Press(form, "listboxContent", Qt::Key_Return); })
       .In<TformQvRfSelector>(Clicks("bitbtnClose"))
-      .In<QvRefSystem::TformGeoRefFrameDatabaseManager>(Clicks("bitbtnClose"));
+      .In<TformGeoRefFrameDatabaseManager>(Clicks("bitbtnClose"));
   EXPECT_TRUE(editor_.ManageDatabase());
 }
 
@@ -141,13 +137,12 @@ TEST_F(Editor, EditStoresTheTreesSystemAndOpensOnIt) {
   const TreePtr other = MakeTree(SystemTree, 1);
   ASSERT_TRUE(editor_.Insert(other.get()));
   const TreePtr tree = MakeTree(SystemTree, 5);
-  ScreenUser user;
-  user.In<TformQvRfSelector>([](QWidget& form) {
+  ScreenUser user(In<TformQvRfSelector>([](QWidget& form) {
     EXPECT_EQ(MarkedName(form), "NAD27 / UTM 17N");
     Press(form, "dbgridList", Qt::Key_End);
     EXPECT_EQ(MarkedName(form), "Site grid");
     Click(form, "bitbtnOk");
-  });
+  }));
   ASSERT_TRUE(editor_.Edit(tree.get(), false));
   EXPECT_EQ(Value(*tree, kName), "Site grid");
   EXPECT_EQ(FindSubtree(tree.get(), 1300, 0), nullptr) << "nothing of the earlier system is left";
@@ -202,7 +197,7 @@ TEST_F(Editor, AnEmptyTreeOpensTheListAndStoresNothing) {
 }
 
 TEST_F(Editor, BrowsesEveryTypeWithFullRightsAndUnknownCodesInSilence) {
-  ASSERT_TRUE(Start(QvRefSystem::kSimpleMode));
+  ASSERT_TRUE(Start(kSimpleMode));
   for (int type = -1; type <= 17; ++type) {
     ScreenUser user;
     if (ProcessorFor(*datamoduleQvRfData, type) != nullptr) {
@@ -220,11 +215,6 @@ TEST_F(Editor, BrowsesEveryTypeWithFullRightsAndUnknownCodesInSilence) {
   EXPECT_EQ(ui_.messages.size(), 1U) << "what failed is told, and is no answer";
 }
 
-TEST_F(Editor, TellsThatParametersAreNotCalculatedYet) {
-  EXPECT_FALSE(editor_.CalculateMapProjectionParameters());
-  EXPECT_EQ(ui_.messages.size(), 1U);
-}
-
 TEST_F(Editor, WhatCannotBeStoredIsTold) {
   ASSERT_TRUE(Start());
   std::filesystem::remove_all(prepared_.path);
@@ -235,14 +225,12 @@ TEST_F(Editor, WhatCannotBeStoredIsTold) {
 
 // A failure inside an operation reaches the user, never the host.
 TEST_F(Editor, NoExceptionLeavesAnOperation) {
-  EXPECT_FALSE(QvRefSystem::Guarded(ui_, [] { throw std::runtime_error("disk full"); }));
+  EXPECT_FALSE(Guarded(ui_, [] { throw std::runtime_error("disk full"); }));
   EXPECT_EQ(ui_.messages, std::vector<std::string>{"disk full"});
-  EXPECT_TRUE(QvRefSystem::Guarded(ui_, [] {}));
+  EXPECT_TRUE(Guarded(ui_, [] {}));
 }
 
 TEST(Libraries, StartAndStopAreCounted) {
-  using QvRefSystem::_QvGeoRefFrameEditor_Finalize;
-  using QvRefSystem::_QvGeoRefFrameEditor_Initialize;
   _QvGeoRefFrameEditor_Finalize();
   EXPECT_TRUE(_QvGeoRefFrameEditor_Initialize());
   EXPECT_FALSE(_QvGeoRefFrameEditor_Initialize());

@@ -1,36 +1,20 @@
 #include "apps/host/main_window.h"
 
-#include <gtest/gtest.h>
-
-#include <QAction>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDialogButtonBox>
-#include <QFileDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QSettings>
-#include <QTreeWidget>
-
 #include "apps/host/tree_view.h"
 #include "dialogs/select/database_manager.h"
 #include "dialogs/select/import_export.h"
 #include "tests/dialogs/dialog_fixture.h"
-#include "tests/support/sample_trees.h"
 
 namespace refframe_tests {
 namespace {
 
-using QvRefSystem::MainWindow;
-using QvRefSystem::TformQvRfSelector;
+using namespace QvRefSystem;
 
 class HostWindow : public testing::Test {
  protected:
   HostWindow() {
     for (const int kind : {4, 5}) {
-      auto& systems = database_.Processor(QvRefSystem::TObjectType::kReferenceSystem);
+      auto& systems = database_.Processor(TObjectType::kReferenceSystem);
       EXPECT_GT(systems.InsertFromTree(MakeTree(SystemTree, kind).get()), 0);
     }
     database_.data->CloseDatabase();
@@ -55,9 +39,8 @@ TEST_F(HostWindow, WithoutADatabaseSaysWhatToDo) {
   window.show();
   EXPECT_TRUE(Child<QLabel>(window, "lblPlaceholder").text().contains("refframe init DIR"));
   for (const char* action :
-       {"actChoose", "actInsert", "actInfo", "actSaveTree", "actManage", "actBrowse1"}) {
+       {"actChoose", "actInsert", "actInfo", "actSaveTree", "actManage", "actBrowse1"})
     EXPECT_FALSE(Action(window, action).isEnabled()) << action;
-  }
   EXPECT_FALSE(window.OpenDatabase("/no/such/folder"));
   EXPECT_EQ(ui_.messages, std::vector<std::string>{"There is no database at \"/no/such/folder\"."});
 }
@@ -67,24 +50,21 @@ TEST_F(HostWindow, ShowsTheChosenSystemAndManagesItsDatabase) {
   window.show();
   ASSERT_TRUE(Open(window));
   EXPECT_TRUE(Child<QLabel>(window, "lblDatabase").text().endsWith(": 2 systems"));
-  ScreenUser user;
-  user.In<TformQvRfSelector>([](QWidget& form) {
+  ScreenUser user(In<TformQvRfSelector>([](QWidget& form) {
     Search(form, "utm");
     Press(form, "comboSearch", Qt::Key_Return);
-  });
+  }));
   Action(window, "actChoose").trigger();
   EXPECT_TRUE(window.windowTitle().startsWith("NAD27 / UTM 17N"));
   const QString info = Child<QPlainTextEdit>(window, "memoInfo").toPlainText();
-  for (const char* line :
-       {"Kind: projected", "Map projection: UTM zone 17N", "Ellipsoid: Clarke"}) {
+  for (const char* line : {"Kind: projected", "Map projection: UTM zone 17N", "Ellipsoid: Clarke"})
     EXPECT_TRUE(info.contains(line)) << line << " in " << info.toStdString();
-  }
   EXPECT_TRUE(Child<QPlainTextEdit>(window, "memoWkt").toPlainText().startsWith("PROJCRS["));
   const auto found =
       Child<QTreeWidget>(window, "treeSystem").findItems("NAD27 / UTM 17N", Qt::MatchExactly, 1);
   ASSERT_EQ(found.size(), 1);
   EXPECT_EQ(found[0]->text(2), "1020");
-  user.In<QvRefSystem::TformGeoRefFrameDatabaseManager>(Clicks("bitbtnClose"));
+  user.In<TformGeoRefFrameDatabaseManager>(Clicks("bitbtnClose"));
   Action(window, "actManage").trigger();
 }
 
@@ -92,14 +72,13 @@ TEST_F(HostWindow, ACancelledChoiceKeepsTheSystem) {
   MainWindow window(settings_, ui_);
   ASSERT_TRUE(Open(window));
   const std::string path = folder_.Path("system");
-  WriteTreeFile(*MakeTree(SystemTree, 1), path, QvRefSystem::ObjectFileForm::kText);
+  WriteTreeFile(*MakeTree(SystemTree, 1), path, ObjectFileForm::kText);
   ASSERT_TRUE(window.OpenTree(QString::fromStdString(path)));
-  ScreenUser user;
-  user.In<TformQvRfSelector>([](QWidget& form) {
+  ScreenUser user(In<TformQvRfSelector>([](QWidget& form) {
     EXPECT_EQ(MarkedName(form), "Site grid") << "the host's system is stored and offered";
     Press(form, "dbgridList", Qt::Key_Home);
     Click(form, "bitbtnCancel");
-  });
+  }));
   Action(window, "actChoose").trigger();
   EXPECT_TRUE(window.windowTitle().startsWith("Site grid"));
 }
@@ -108,29 +87,23 @@ TEST_F(HostWindow, OpensAndSavesTreesInBothForms) {
   MainWindow window(settings_, ui_);
   const auto source = MakeTree(SystemTree, 5);
   const auto answer = [](const std::string& path, int filter) {
-    return [path, filter](QFileDialog& dialog) {
-      dialog.selectNameFilter(dialog.nameFilters().at(filter));
-      emit dialog.filterSelected(dialog.nameFilters().at(filter));
-      Child<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(path));
-      QMetaObject::invokeMethod(&dialog, "accept");
-    };
+    return [path, filter](QFileDialog& dialog) { TakeFile(dialog, path, filter); };
   };
   const struct {
     int filter;
     const char* extension;
-    QvRefSystem::ObjectFileForm form;
-  } rows[] = {{0, ".reference system", QvRefSystem::ObjectFileForm::kText},
-              {1, ".x-ref-system", QvRefSystem::ObjectFileForm::kXml}};
+    ObjectFileForm form;
+  } rows[] = {{0, ".reference system", ObjectFileForm::kText},
+              {1, ".x-ref-system", ObjectFileForm::kXml}};
   for (const auto& row : rows) {
     const std::string in = folder_.Path("in") + row.extension;
     WriteTreeFile(*source, in, row.form);
-    ScreenUser user;
-    user.In<QFileDialog>(answer(in, row.filter));
+    ScreenUser user(In<QFileDialog>(answer(in, row.filter)));
     Action(window, "actOpenTree").trigger();
     user.In<QFileDialog>(answer(folder_.Path("out"), row.filter));
     Action(window, "actSaveTree").trigger();
     QvCommonUtils::TStringTree saved;
-    QvRefSystem::ReadTreeFile(folder_.Path("out") + row.extension, &saved);
+    ReadTreeFile(folder_.Path("out") + row.extension, &saved);
     EXPECT_TRUE(SameTree(&saved, source.get())) << row.extension;
   }
   EXPECT_TRUE(ui_.messages.empty());
@@ -147,50 +120,46 @@ TEST_F(HostWindow, RemembersItsDatabaseAndItsOptions) {
   {
     MainWindow window(settings_, ui_);
     ASSERT_TRUE(Open(window));
-    ScreenUser user;
-    user.In<QDialog>([](QDialog& dialog) {
+    ScreenUser user(In<QDialog>([](QDialog& dialog) {
       Child<QComboBox>(dialog, "comboMode").setCurrentIndex(0);
       Child<QCheckBox>(dialog, "chboxImportExport").click();
       QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok),
                         Qt::LeftButton);
-    });
+    }));
     Action(window, "actOptions").trigger();
-    EXPECT_EQ(QvRefSystem::datamoduleQvRfData->DialogMode, QvRefSystem::kSimpleMode);
+    EXPECT_EQ(datamoduleQvRfData->DialogMode, kSimpleMode);
   }
   MainWindow window(settings_, ui_);
   window.OpenLastDatabase();
-  ASSERT_NE(QvRefSystem::datamoduleQvRfData, nullptr);
-  EXPECT_EQ(QvRefSystem::datamoduleQvRfData->DatabasePath, database_.path + "/");
-  EXPECT_EQ(QvRefSystem::datamoduleQvRfData->DialogMode, QvRefSystem::kSimpleMode);
-  EXPECT_TRUE(QvRefSystem::datamoduleQvRfData->ShowImportExport);
+  ASSERT_NE(datamoduleQvRfData, nullptr);
+  EXPECT_EQ(datamoduleQvRfData->DatabasePath, database_.path + "/");
+  EXPECT_EQ(datamoduleQvRfData->DialogMode, kSimpleMode);
+  EXPECT_TRUE(datamoduleQvRfData->ShowImportExport);
 }
 
 TEST_F(HostWindow, DescribesTheHeightsOfASystem) {
-  const struct {
-    void (*write)(TreeBuilder);
-    const char* lines;
-  } rows[] = {
+  const std::pair<void (*)(TreeBuilder), const char*> rows[] = {
       {nullptr, "Heights: above the ellipsoid"},
       {SystemGeoidTree, "Heights: above a predefined geoid, EGM96 height"},
       {HeightOffsetTree, "Heights: Harbour, an offset of -2.33 metre"},
       {HeightTableTree,
        "Heights: Alps, a table\n    south 54, north 55, west 36, east 38, cells 1 by 1"},
   };
-  for (const auto& row : rows) {
+  for (const auto& [write, lines] : rows) {
     const auto tree = MakeTree(SystemTree, 4);
-    if (row.write != nullptr) row.write(TreeBuilder(tree.get()).Sub(1500));
-    const QString text = QvRefSystem::DescribeTree(*tree).join('\n');
-    EXPECT_TRUE(text.endsWith(row.lines)) << text.toStdString();
+    if (write != nullptr) write(TreeBuilder(tree.get()).Sub(1500));
+    const QString text = DescribeTree(*tree).join('\n');
+    EXPECT_TRUE(text.endsWith(lines)) << text.toStdString();
   }
 }
 
 TEST_F(HostWindow, DescribesWhatATreeLacks) {
   QvCommonUtils::TStringTree tree;
   TreeBuilder(&tree).Field(1020, "Nameless but for this");
-  const QStringList lines = QvRefSystem::DescribeTree(tree);
+  const QStringList lines = DescribeTree(tree);
   ASSERT_EQ(lines.size(), 1);
   EXPECT_TRUE(lines[0].startsWith("This tree does not hold a whole reference system: "));
-  EXPECT_TRUE(QvRefSystem::WktOfTree(tree).startsWith("There is no WKT 2 of this system: "));
+  EXPECT_TRUE(WktOfTree(tree).startsWith("There is no WKT 2 of this system: "));
 }
 
 }  // namespace

@@ -1,20 +1,12 @@
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
 
-#include <gmock/gmock.h>
-
-#include <QAbstractButton>
-#include <QFileDialog>
-#include <QPlainTextEdit>
-
 #include "assembly/database_check.h"
 #include "platform/geocore/system_model.h"
 
 namespace refframe_tests {
 
-using QvRefSystem::FormDescription;
-using QvRefSystem::FormRow;
-using QvRefSystem::RowKind;
-using enum QvRefSystem::TObjectType;
+using namespace QvRefSystem;
+using enum TObjectType;
 
 void SetField(QvPlatform::TQvDataSet& table, const char* field, const std::string& value) {
   table.Edit();
@@ -33,22 +25,19 @@ void ChangeElsewhere(const QvPlatform::TQvDataSet& table, const std::string& nam
   other.Close();
 }
 
-QvRefSystem::TformQvRfEdit& EditDialogTest::FormOf(const FormDescription& form) {
-  QvRefSystem::TformQvRfEdit* dialog =
-      QvRefSystem::GetEditForm(&owner_, QvRefSystem::DialogChooser(), form.object, form.type);
+TformQvRfEdit& EditDialogTest::FormOf(const FormDescription& form) {
+  TformQvRfEdit* dialog = GetEditForm(&owner_, DialogChooser(), form.object, form.type);
   if (dialog == nullptr) throw std::runtime_error(std::string("no dialog: ") + form.caption);
   return *dialog;
 }
 
 bool EditDialogTest::Change(const FormDescription& form, const Act& act) {
-  ScreenUser user;
-  user.In<QvRefSystem::TformQvRfEdit>(act);
+  ScreenUser user(In<TformQvRfEdit>(ThenClose(act)));
   return FormOf(form).EditCurrent();
 }
 
 bool EditDialogTest::Make(const FormDescription& form, const Act& act) {
-  ScreenUser user;
-  user.In<QvRefSystem::TformQvRfEdit>(act);
+  ScreenUser user(In<TformQvRfEdit>(ThenClose(act)));
   return FormOf(form).CreateNew();
 }
 
@@ -70,7 +59,7 @@ std::string EditDialogTest::TextOfField(const FormDescription& form, const char*
   return Table(form).FieldByName(field).AsString();
 }
 
-void EditDialogTest::UseLast(QvRefSystem::TObjectType object, const std::string& name) {
+void EditDialogTest::UseLast(TObjectType object, const std::string& name) {
   QvPlatform::TQvDataSet& table = *database_.Processor(object).DataSet;
   table.First();
   if (!name.empty()) database_.Processor(object).LocateKey(KeyOf(object, name));
@@ -79,24 +68,24 @@ void EditDialogTest::UseLast(QvRefSystem::TObjectType object, const std::string&
 
 void ExpectSound(const TestDatabase& database) {
   std::vector<std::string> findings;
-  EXPECT_TRUE(QvRefSystem::CheckDatabase(*database.data, &findings));
+  EXPECT_TRUE(CheckDatabase(*database.data, &findings));
   EXPECT_THAT(findings, testing::IsEmpty());
 }
 
 EditTest::EditTest() {
   for (const auto object :
        {kLinearUnit, kAngularUnit, kScaleUnit, kDatumShift, kPrimeMeridian, kDatum}) {
-    const auto table = QvRefSystem::DescriptorOf(object).table;
+    const auto table = DescriptorOf(object).table;
     Add(table, "First");
     Add(table, "Second");
   }
   for (const char* name : {"First", "Second"}) {
-    Add(QvRefSystem::TableId::kRefSystem, name,
-        {{"TYPE", static_cast<int>(QvRefSystem::SystemKind::kGeodetic)}});
+    Add(TableId::kRefSystem, name, {{"TYPE", static_cast<int>(SystemKind::kGeodetic)}});
   }
 }
 
-int EditTest::AddValid(const FormDescription& form, const std::string& name) {
+int EditTest::AddValid(const FormDescription& form, const std::string& name,
+                       const std::vector<std::pair<const char*, std::string>>& fields) {
   QvPlatform::TQvDataSet& table = Table(form);
   if (!form.makesRecords) {
     table.First();
@@ -126,6 +115,8 @@ int EditTest::AddValid(const FormDescription& form, const std::string& name) {
         field.SetString(std::string("old ") + row.column);
     }
   }
+  for (const auto& [field, value] : fields)
+    table.FieldByName(field).SetString(value);
   table.Post();
   return database_.Processor(form.object).GetCurrentKey();
 }
@@ -143,8 +134,15 @@ void Close(QWidget& dialog) {
   Click(dialog, "bitbtnClose");
 }
 
+Act ThenClose(const Act& act) {
+  return [act](QWidget& dialog) {
+    act(dialog);
+    if (dialog.isVisible()) Close(dialog);
+  };
+}
+
 void Choose(const QWidget& window, const char* button, const char* name) {
-  Open<QvRefSystem::TformQvRfSelector>(window, button, [&](QWidget& list) {
+  Open<TformQvRfSelector>(window, button, [&](QWidget& list) {
     EXPECT_FALSE(window.isVisible());
     Search(list, name);
     Ok(list);
@@ -157,10 +155,7 @@ void ChooseLast(QWidget& selector) {
 }
 
 void NameFile(const QWidget& window, const char* button, const std::string& path) {
-  Open<QFileDialog>(window, button, [&path](QFileDialog& dialog) {
-    Child<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(path));
-    QMetaObject::invokeMethod(&dialog, "accept");
-  });
+  Open<QFileDialog>(window, button, [&path](QFileDialog& dialog) { TakeFile(dialog, path); });
 }
 
 void Check(const QWidget& window, const char* objectName) {
@@ -182,10 +177,16 @@ void Type(const QWidget& window, const char* objectName, const std::string& text
   QTest::keyClicks(&control, QString::fromStdString(text));
 }
 
-std::string TextOf(const QWidget& window, const char* objectName) {
-  QWidget& control = Child(window, objectName);
-  const char* property = qobject_cast<QPlainTextEdit*>(&control) != nullptr ? "plainText" : "text";
-  return control.property(property).toString().toStdString();
+std::string GridOf(const QWidget& window, const std::string& prefix) {
+  std::string grid;
+  for (const char* part : kGridParts)
+    grid += (part == kGridParts.front() ? "" : " ") + TextOf(window, (prefix + part).c_str());
+  return grid;
+}
+
+void TypeGrid(const QWidget& window, const std::string& prefix, const GridTexts& texts) {
+  for (std::size_t n = 0; n < texts.size(); ++n)
+    Type(window, (prefix + kGridParts[n]).c_str(), texts[n]);
 }
 
 std::string TipOf(const QWidget& window, const char* objectName) {

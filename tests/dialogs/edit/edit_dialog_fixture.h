@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QLineEdit>
-#include <QPushButton>
 #include <string>
 
+#include "database/storage_files.h"
 #include "dialogs/base/edit_base.h"
 #include "dialogs/edit/edit_forms.h"
 #include "forms/form_descriptions.h"
@@ -30,6 +29,8 @@ void Ok(QWidget& dialog);
 void Cancel(QWidget& dialog);
 void Save(QWidget& dialog);
 void Close(QWidget& dialog);
+/// Does so, and closes the dialog unless that has ended it.
+[[nodiscard]] Act ThenClose(const Act& act);
 
 /// Clicks a button that opens a selector, and takes what it marks, or the object of that name. The
 /// window is hidden meanwhile.
@@ -43,8 +44,14 @@ void Check(const QWidget& window, const char* objectName);
 [[nodiscard]] bool IsChecked(const QWidget& window, const char* objectName);
 /// Clicks into a control and types a text in the place of what is there.
 void Type(const QWidget& window, const char* objectName, const std::string& text);
-[[nodiscard]] std::string TextOf(const QWidget& window, const char* objectName);
 [[nodiscard]] std::string TipOf(const QWidget& window, const char* objectName);
+/// The edits or labels of a grid of heights: north, west, east, south, and the cells.
+inline constexpr std::array kGridParts{"ExtentsNorth", "ExtentsWest", "ExtentsEast",
+                                       "ExtentsSouth", "StepWE",      "StepNS"};
+using GridTexts = std::array<std::string, kGridParts.size()>;
+/// Their texts, joined by blanks; the names of the controls begin so.
+[[nodiscard]] std::string GridOf(const QWidget& window, const std::string& prefix);
+void TypeGrid(const QWidget& window, const std::string& prefix, const GridTexts& texts);
 /// Whether a control stands on a background of that colour.
 [[nodiscard]] bool IsPainted(const QWidget& window, const char* objectName, const QColor& colour);
 /// The controls of the form on the refusal's colour, joined by blanks.
@@ -64,7 +71,8 @@ void ExpectSound(const TestDatabase& database);
 class EditDialogTest : public DialogTest {
  protected:
   [[nodiscard]] QvRefSystem::TformQvRfEdit& FormOf(const QvRefSystem::FormDescription& form);
-  /// Runs the dialog on the current record, or on a new one. True if it was saved.
+  /// Runs the dialog on the current record, or on a new one; the user closes what `act` leaves
+  /// open. True if it was saved.
   bool Change(const QvRefSystem::FormDescription& form, const Act& act);
   bool Make(const QvRefSystem::FormDescription& form, const Act& act);
 
@@ -74,6 +82,10 @@ class EditDialogTest : public DialogTest {
                                    std::initializer_list<const char*> fields) const;
   [[nodiscard]] std::string TextOfField(const QvRefSystem::FormDescription& form,
                                         const char* field) const;
+  /// The names of the files of heights.
+  [[nodiscard]] std::vector<std::string> HeightFiles() const {
+    return QvRefSystem::ListStorageFiles(database_.data->GetHeightsPrefix(), false);
+  }
   /// Stamps an object, the first one without a name, so that a new record begins with it.
   void UseLast(QvRefSystem::TObjectType object, const std::string& name = {});
 
@@ -85,8 +97,9 @@ class EditTest : public EditDialogTest {
  protected:
   EditTest();
 
-  /// Makes a record that the dialog takes as it is, and makes it current.
-  int AddValid(const QvRefSystem::FormDescription& form, const std::string& name);
+  /// Makes a record that the dialog takes as it is, but for the given fields, and makes it current.
+  int AddValid(const QvRefSystem::FormDescription& form, const std::string& name,
+               const std::vector<std::pair<const char*, std::string>>& fields = {});
 };
 
 }  // namespace refframe_tests

@@ -1,9 +1,6 @@
 // What all edit dialogs have in common, over all descriptions: refusals, the round trip of every
 // row, and the rules of who is current, locked and stamped.
 
-#include <gtest/gtest.h>
-
-#include <QAbstractButton>
 #include <algorithm>
 
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
@@ -11,21 +8,9 @@
 namespace refframe_tests {
 namespace {
 
+using namespace QvRefSystem;
+using enum TObjectType;
 using QvPlatform::FieldType;
-using QvRefSystem::DescriptorOf;
-using QvRefSystem::EditStamp;
-using QvRefSystem::FormDescription;
-using QvRefSystem::FormDescriptions;
-using QvRefSystem::FormRow;
-using QvRefSystem::kLinearUnitForm;
-using QvRefSystem::kPrimeMeridianForm;
-using QvRefSystem::LeadKind;
-using QvRefSystem::RowKind;
-using QvRefSystem::Rule;
-using QvRefSystem::TableId;
-using QvRefSystem::TformQvRfEdit;
-using QvRefSystem::TformQvRfSelector;
-using enum QvRefSystem::TObjectType;
 
 class EditForms : public EditTest {
  protected:
@@ -50,8 +35,7 @@ TEST_F(EditForms, DescriptionsSayWhatTheTablesHave) {
     for (const FormRow& row : form->rows) {
       if (*row.column == 0) continue;
       SCOPED_TRACE(std::string(form->caption) + " " + row.column);
-      const auto field =
-          std::ranges::find(fields, std::string_view(row.column), &QvRefSystem::FieldSpec::name);
+      const auto field = std::ranges::find(fields, std::string_view(row.column), &FieldSpec::name);
       ASSERT_NE(field, fields.end());
       const bool refers = row.kind == RowKind::kReference;
       EXPECT_EQ(field->type, row.kind == RowKind::kNumber ? FieldType::kFloat
@@ -79,7 +63,12 @@ std::vector<std::string> FillIn(QWidget& dialog, const FormDescription& form) {
     if (*row.column == 0) continue;
     if (row.leadKind == LeadKind::kCheck && !IsChecked(dialog, row.lead)) Click(dialog, row.lead);
     if (row.kind == RowKind::kReference) {
-      Open<TformQvRfSelector>(dialog, row.button, ChooseLast);
+      const std::string before = TextOf(dialog, row.control);
+      Open<TformQvRfSelector>(dialog, row.button, [&before](QWidget& list) {
+        const bool offered = !before.empty() && ListedNames(list).find(before) != std::string::npos;
+        EXPECT_TRUE(!offered || MarkedName(list) == before) << "opens on what is referred to";
+        ChooseLast(list);
+      });
       texts.push_back(TextOf(dialog, row.control));
       EXPECT_FALSE(texts.back().empty()) << row.control;
     } else {
@@ -158,13 +147,11 @@ TEST_F(EditForms, EveryFaultOfANewRecordIsMarkedAtOnce) {
       Press(dialog, "edName", Qt::Key_X);
       EXPECT_EQ(IsPainted(dialog, "edName", Qt::red), !form->rows.front().enteringClears)
           << "typed into";
-      Close(dialog);
     }));
     EXPECT_EQ(Table(*form).RecordCount(), before);
   }
   EXPECT_FALSE(Make(kLinearUnitForm, [](QWidget& dialog) {
     EXPECT_EQ(RefusedControls(dialog, kLinearUnitForm), "") << "the next run is without marks";
-    Close(dialog);
   }));
 }
 
@@ -184,7 +171,6 @@ TEST_F(EditForms, EveryFaultOfAnEditedRecordIsRefusedAndWritesNothing) {
         EXPECT_EQ(RefusedControls(dialog, *form), row.control);
         EXPECT_EQ(TextOf(dialog, "memoDescription"), "typed ahead of the refusal");
         EXPECT_EQ(TextOf(dialog, row.control), fault);
-        dialog.close();
       })) << row.control;
       EXPECT_EQ(Record(*form, {"NAME", "DESCRIPTION", "LAST_USE"}), stored) << row.control;
     }
@@ -227,8 +213,7 @@ TEST_F(EditForms, ARecordUnderEditingIsNeitherEditedNorRemovedFurtherDown) {
   AddValid(form, "Locked");
   EXPECT_TRUE(Change(form, [&](QWidget& dialog) {
     QWidget second;
-    EXPECT_FALSE(QvRefSystem::GetEditForm(&second, QvRefSystem::DialogChooser(), form.object)
-                     ->EditCurrent());
+    EXPECT_FALSE(GetEditForm(&second, DialogChooser(), form.object)->EditCurrent());
     EXPECT_FALSE(FormOf(form).EditCurrent());
     EXPECT_FALSE(processor.DeleteRecord(nullptr));
     EXPECT_EQ(database_.ui.messages,
@@ -251,7 +236,6 @@ TEST_F(EditForms, ARecordThatVanishesIsNotSavedAndLeavesNoLock) {
     EXPECT_TRUE(dialog.isVisible());
     EXPECT_NE(TipOf(dialog, "bitbtnSave").find("removed"), std::string::npos);
     EXPECT_EQ(TextOf(dialog, "edName"), "Doomed");
-    Close(dialog);
   }));
   EXPECT_EQ(Table(form).RecordCount(), 2);
   EXPECT_TRUE(database_.Processor(form.object).EditKeys.empty());
@@ -282,8 +266,7 @@ TEST_F(EditForms, OwnersHideWhileTheirDialogsRunToAnyDepth) {
     Type(unit, "edFactorC", "63.66");
     Press(unit, "edFactorC", Qt::Key_Return);
   };
-  ScreenUser user;
-  user.In<TformQvRfSelector>([&](QWidget& list) {
+  ScreenUser user(In<TformQvRfSelector>([&](QWidget& list) {
     Open<TformQvRfEdit>(list, "bitbtnEdit", [&](QWidget& dialog) {
       EXPECT_FALSE(list.isVisible());
       Open<TformQvRfSelector>(dialog, "btnUnit", [&](QWidget& units) {
@@ -300,17 +283,15 @@ TEST_F(EditForms, OwnersHideWhileTheirDialogsRunToAnyDepth) {
     EXPECT_TRUE(list.isVisible());
     EXPECT_EQ(MarkedName(list), "Meridian of Paris");
     Cancel(list);
-  });
-  QvRefSystem::GetSelectorFor(&owner_, static_cast<int>(kPrimeMeridian))
-      ->Select(nullptr, 0, false, nullptr, 0);
+  }));
+  GetSelectorFor(&owner_, static_cast<int>(kPrimeMeridian))->Select(nullptr, 0, false, nullptr, 0);
   EXPECT_EQ(Record(kPrimeMeridianForm, {"NAME", "UNIT_AUTOKEY"}),
             "NAME=Meridian of Paris UNIT_AUTOKEY=" + std::to_string(KeyOf(kAngularUnit, "Grad")));
 }
 
 TEST_F(EditForms, AReferenceThatIsGoneShowsNothingAndIsRefused) {
   const auto& form = kPrimeMeridianForm;
-  AddValid(form, "Paris");
-  SetField(Table(form), "UNIT_AUTOKEY", "9999");
+  AddValid(form, "Paris", {{"UNIT_AUTOKEY", "9999"}});
   EXPECT_FALSE(Change(form, [&](QWidget& dialog) {
     EXPECT_EQ(TextOf(dialog, "edUnit"), "");
     Save(dialog);
@@ -318,7 +299,6 @@ TEST_F(EditForms, AReferenceThatIsGoneShowsNothingAndIsRefused) {
     Open<TformQvRfSelector>(dialog, "btnUnit", Cancel);
     EXPECT_EQ(RefusedControls(dialog, form), "") << "the button takes the mark off";
     EXPECT_EQ(TextOf(dialog, "edUnit"), "");
-    Close(dialog);
   }));
 }
 
@@ -326,8 +306,7 @@ TEST_F(EditForms, LimitsHoldForTypingAndNotForWhatIsStored) {
   const auto& form = kPrimeMeridianForm;
   const std::string longName(80, 'n');
   const std::string longText = std::string(290, 'd') + "\r\nend";
-  AddValid(form, longName);
-  SetField(Table(form), "DESCRIPTION", longText);
+  AddValid(form, longName, {{"DESCRIPTION", longText}});
   EXPECT_TRUE(Change(form, [&](QWidget& dialog) {
     Press(dialog, "edName", Qt::Key_End);
     QTest::keyClicks(&Child(dialog, "edName"), "more");
@@ -342,7 +321,6 @@ TEST_F(EditForms, LimitsHoldForTypingAndNotForWhatIsStored) {
     EXPECT_EQ(TextOf(dialog, "edName"), std::string(64, 'x'));
     Type(dialog, "memoDescription", std::string(260, 'y'));
     EXPECT_EQ(TextOf(dialog, "memoDescription"), std::string(255, 'y'));
-    Close(dialog);
   });
 }
 
@@ -350,15 +328,13 @@ TEST_F(EditForms, PlaceAndSizeStayForTheRunOfTheProgram) {
   QRect left;
   for (const bool again : {false, true}) {
     QWidget owner;
-    ScreenUser user;
-    user.In<TformQvRfEdit>([&](QWidget& dialog) {
+    ScreenUser user(In<TformQvRfEdit>([&](QWidget& dialog) {
       EXPECT_EQ(dialog.geometry() == left, again);
       left = dialog.geometry().translated(31, 17).adjusted(0, 0, 53, 29);
       dialog.setGeometry(left);
       Close(dialog);
-    });
-    EXPECT_FALSE(QvRefSystem::GetEditForm(&owner, QvRefSystem::DialogChooser(), kPrimeMeridian)
-                     ->CreateNew());
+    }));
+    EXPECT_FALSE(GetEditForm(&owner, DialogChooser(), kPrimeMeridian)->CreateNew());
   }
 }
 
@@ -381,7 +357,6 @@ TEST_F(EditForms, TabWalksTheRowsAsTheyStand) {
         EXPECT_TRUE(places[i].y() > places[i - 1].y() || places[i].x() > places[i - 1].x())
             << "stop " << i;
       }
-      dialog.close();
     });
   }
 }

@@ -1,25 +1,16 @@
 // The shape of an ellipsoid, as its dialog lets it be told.
 
-#include <gtest/gtest.h>
-
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
 
 namespace refframe_tests {
 namespace {
 
-using QvRefSystem::kEllipsoidForm;
-using QvRefSystem::TformQvRfEdit;
-using QvRefSystem::TformQvRfSelector;
+using namespace QvRefSystem;
 
 constexpr const char* kShapes[] = {"radiobtnB", "radiobtnF", "radiobtnSpheroid"};
 
 class EllipsoidEdit : public EditTest {
  protected:
-  void Store(const std::vector<std::pair<const char*, const char*>>& fields) {
-    AddValid(kEllipsoidForm, "Tested");
-    for (const auto& [field, value] : fields)
-      SetField(Table(kEllipsoidForm), field, value);
-  }
   /// The radio buttons that are checked, and "locked" if none can be.
   static std::string Shape(const QWidget& dialog) {
     std::string shape;
@@ -42,7 +33,8 @@ TEST_F(EllipsoidEdit, ShowsTheShapeThatTheRecordTells) {
               {"1", "1", "radiobtnSpheroid"},
               {"0", "1", "radiobtnSpheroid"}};
   for (const auto& row : rows) {
-    Store({{"USE_F", row.useF}, {"SPHEROID", row.spheroid}, {"B", " 6356752 "}});
+    AddValid(kEllipsoidForm, "Tested",
+             {{"USE_F", row.useF}, {"SPHEROID", row.spheroid}, {"B", " 6356752 "}});
     Change(kEllipsoidForm, [&](QWidget& dialog) {
       EXPECT_EQ(Shape(dialog), row.checked);
       const QColor face = dialog.palette().color(QPalette::Window);
@@ -52,7 +44,6 @@ TEST_F(EllipsoidEdit, ShowsTheShapeThatTheRecordTells) {
         EXPECT_EQ(IsPainted(dialog, control, face), !used) << control;
       }
       EXPECT_EQ(TextOf(dialog, "edB"), "6356752");
-      Close(dialog);
     });
     EXPECT_EQ(TextOfField(kEllipsoidForm, "B"), " 6356752 ") << "shown trimmed, kept as it is";
   }
@@ -78,14 +69,14 @@ TEST_F(EllipsoidEdit, StoresTheShapeThatIsChosen) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    Store({{"USE_F", *row.radio == 'e' ? "0" : "1"}, {"B", row.b}, {"F", row.f}});
+    AddValid(kEllipsoidForm, "Tested",
+             {{"USE_F", *row.radio == 'e' ? "0" : "1"}, {"B", row.b}, {"F", row.f}});
     const bool saved = Change(kEllipsoidForm, [&](QWidget& dialog) {
       Type(dialog, "edA", "100");
       QTest::mouseClick(&Child(dialog, row.radio), Qt::LeftButton);
       Save(dialog);
       if (!dialog.isVisible()) return;
       EXPECT_EQ(RefusedControls(dialog, kEllipsoidForm), row.refused);
-      Close(dialog);
     });
     EXPECT_EQ(saved, *row.stored != 0);
     if (!saved) continue;
@@ -94,7 +85,7 @@ TEST_F(EllipsoidEdit, StoresTheShapeThatIsChosen) {
 }
 
 TEST_F(EllipsoidEdit, AmongSpheresANewOneIsASphereAndStaysOne) {
-  QvRefSystem::TformQvRfEllipsoidSelector selector(nullptr, QvRefSystem::DialogChooser());
+  TformQvRfEllipsoidSelector selector(nullptr, DialogChooser());
   const auto makeMoon = [](QWidget& dialog) {
     EXPECT_EQ(Shape(dialog), "radiobtnSpheroid locked");
     QTest::mouseClick(&Child(dialog, "edB"), Qt::LeftButton);

@@ -6,21 +6,20 @@
 namespace refframe_tests {
 namespace {
 
+using namespace QvRefSystem;
+
 TEST_F(PlaneSystemEditTest, ANewSystemStandsOnNothingYet) {
-  const struct {
-    const FormDescription& form;
-    const char* refused;
-  } rows[] = {{kGeodSystemForm, "edName edDatum edEllipsoid"},
-              {kProjSystemForm,
-               "edName edDatum edEllipsoid edMapProjection edFirstCoordName edSecondCoordName"}};
+  const std::pair<const FormDescription&, const char*> rows[] = {
+      {kGeodSystemForm, "edName edDatum edEllipsoid"},
+      {kProjSystemForm,
+       "edName edDatum edEllipsoid edMapProjection edFirstCoordName edSecondCoordName"}};
   for (const auto& [form, refused] : rows) {
     SCOPED_TRACE(form.caption);
     EXPECT_FALSE(Make(form, [&form = form, refused = refused](QWidget& dialog) {
-      for (const char* radio : {"radiobtnDatum", "radiobtnEllipsoid"})
-        EXPECT_FALSE(IsChecked(dialog, radio)) << radio;
-      for (const char* control :
-           {"btnDatum", "btnEllipsoid", "Button1", "Edit1", "comboSystemGeoids"})
-        EXPECT_FALSE(IsEnabled(dialog, control)) << control;
+      EXPECT_EQ(Which(IsChecked, dialog, {"radiobtnDatum", "radiobtnEllipsoid"}), "");
+      EXPECT_EQ(Which(IsEnabled, dialog,
+                      {"btnDatum", "btnEllipsoid", "Button1", "Edit1", "comboSystemGeoids"}),
+                "");
       EXPECT_TRUE(IsChecked(dialog, "radiobtnHeightEllipsoid"));
       EXPECT_EQ(TextOf(dialog, "edLinearUnit") + TextOf(dialog, "edPrimeMeridian"),
                 "metreGreenwich");
@@ -33,7 +32,6 @@ TEST_F(PlaneSystemEditTest, ANewSystemStandsOnNothingYet) {
       EXPECT_EQ(RefusedControls(dialog, form), refused);
       Click(dialog, "radiobtnDatum");
       EXPECT_FALSE(IsPainted(dialog, "edEllipsoid", Qt::red)) << "one was chosen";
-      Close(dialog);
     }));
   }
 }
@@ -86,7 +84,6 @@ TEST_F(PlaneSystemEditTest, ADatumWithoutEllipsoidIsTold) {
       Click(dialog, "radiobtnEllipsoid");
       Save(dialog);
       EXPECT_EQ(RefusedControls(dialog, form), "edEllipsoid");
-      Close(dialog);
     }));
   }
   database_.Processor(kDatum).LocateKey(broken);
@@ -144,7 +141,7 @@ TEST_F(PlaneSystemEditTest, AProjectedSystemIsMadeFromAProjection) {
 }
 
 TEST_F(PlaneSystemEditTest, InSimpleModeAProjectionIsEditedInItsPlace) {
-  database_.data->DialogMode = QvRefSystem::kSimpleMode;
+  database_.data->DialogMode = kSimpleMode;
   EXPECT_TRUE(Change(kProjSystemForm, kProjected, [](QWidget& dialog) {
     Open<TformQvRfEdit>(dialog, "btnMapProjection", [](QWidget& projection) {
       EXPECT_EQ(TextOf(projection, "edName"), "UTM zone 17N");
@@ -172,7 +169,7 @@ std::string TextWithoutCodes(QvCommonUtils::TStringTree* tree) {
 }
 
 /// What a dialog would hold of the system that is current.
-QvRefSystem::UnstoredSystem Unstored(QvPlatform::TQvDataSet& systems, bool positiveLongitude) {
+UnstoredSystem Unstored(QvPlatform::TQvDataSet& systems, bool positiveLongitude) {
   const auto text = [&](const char* field) { return systems.FieldByName(field).AsString(); };
   const auto key = [&](const char* field) { return systems.FieldByName(field).AsInteger(); };
   return {.kind = static_cast<SystemKind>(key("TYPE")),
@@ -200,12 +197,12 @@ TEST_F(PlaneSystemEditTest, AnUnstoredSystemIsTheTreeOfItsRecord) {
       SCOPED_TRACE(name);
       Set(name, "DATUM_AUTOKEY", onDatum ? datum : 0);
       processor.StorePositiveLongitude(KeyOf(kReferenceSystem, kGeodetic), onDatum);
-      QvRefSystem::UnstoredSystem system = Unstored(Systems(), name == kGeodetic && onDatum);
+      UnstoredSystem system = Unstored(Systems(), name == kGeodetic && onDatum);
       QvCommonUtils::TStringTree stored;
       QvCommonUtils::TStringTree unstored;
       ASSERT_TRUE(processor.WriteToTree(&stored, 0, 0));
       ASSERT_TRUE(processor.WriteUnstored(&unstored, system));
-      EXPECT_NE(QvRefSystem::CreateShellReferenceSystem(&unstored, nullptr), nullptr);
+      EXPECT_NE(CreateShellReferenceSystem(&unstored, nullptr), nullptr);
       EXPECT_EQ(TextWithoutCodes(&unstored), TextWithoutCodes(&stored));
       for (int* key : {&system.linearUnit, &system.primeMeridian}) {
         QvCommonUtils::TStringTree broken;

@@ -1,19 +1,12 @@
 // Map projections: what the tables say of a type, axes, lists in cells, and the rows of values.
 
-#include <gtest/gtest.h>
-
-#include <QComboBox>
-#include <QTableWidget>
-
 #include "processors/map_projection_processor.h"
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
 
 namespace refframe_tests {
 namespace {
 
-using QvRefSystem::kMapProjForm;
-using QvRefSystem::TformQvRfEdit;
-using QvRefSystem::TformQvRfSelector;
+using namespace QvRefSystem;
 
 constexpr int kScaleParameter = 8805;
 
@@ -35,9 +28,8 @@ class MapProjEdit : public EditTest {
   /// Sets a field of the parameters of the type whose other field has that value.
   void SetParameters(const char* where, int is, const char* field, const char* value) {
     auto& parameters = database_.data->datasetMapProjParam;
-    for (parameters.First(); !parameters.Eof(); parameters.Next()) {
+    for (parameters.First(); !parameters.Eof(); parameters.Next())
       if (parameters.FieldByName(where).AsInteger() == is) SetField(parameters, field, value);
-    }
   }
   static QTableWidget& Grid(const QWidget& dialog) {
     return Child<QTableWidget>(dialog, "strgridProjParam");
@@ -63,9 +55,8 @@ class MapProjEdit : public EditTest {
     QCoreApplication::processEvents();
   }
   static QComboBox* ShownList(const QWidget& dialog) {
-    for (auto* list : Grid(dialog).viewport()->findChildren<QComboBox*>()) {
+    for (auto* list : Grid(dialog).viewport()->findChildren<QComboBox*>())
       if (list->isVisible()) return list;
-    }
     return nullptr;
   }
   std::string StoredValue(int key, int code) {
@@ -79,12 +70,13 @@ class MapProjEdit : public EditTest {
 };
 
 TEST_F(MapProjEdit, ATypeBringsItsParametersUnitsAndAxes) {
-  const int linear = Add(QvRefSystem::TableId::kLinearUnit, "Used", {{"LAST_USE", 5}});
+  const int linear = Add(TableId::kLinearUnit, "Used", {{"LAST_USE", 5}});
   const int before = ValueRows();
   ASSERT_TRUE(Make(kMapProjForm, [](QWidget& dialog) {
     EXPECT_EQ(Grid(dialog).rowCount(), 0);
-    for (const char* control : {"edLinearUnit", "btnLinearUnit", "lblLinearUnit", "edScaleUnit"})
-      EXPECT_FALSE(IsEnabled(dialog, control)) << control;
+    EXPECT_EQ(
+        Which(IsEnabled, dialog, {"edLinearUnit", "btnLinearUnit", "lblLinearUnit", "edScaleUnit"}),
+        "");
     Type(dialog, "edFirstAxisName", "overwritten");
     Choose(dialog, "btnProjectionType");
     EXPECT_EQ(TextOf(dialog, "edProjectionType"), "Transverse Mercator");
@@ -139,8 +131,7 @@ TEST_F(MapProjEdit, ATypeThatSwapsItsAxesBringsNorthFirst) {
 }
 
 TEST_F(MapProjEdit, ATypeThatTheTableDoesNotKnowIsKept) {
-  AddValid(kMapProjForm, "Tested");
-  SetField(Table(kMapProjForm), "TYPE", "1234");
+  AddValid(kMapProjForm, "Tested", {{"TYPE", "1234"}});
   EXPECT_TRUE(Change(kMapProjForm, [](QWidget& dialog) {
     Open<TformQvRfSelector>(dialog, "btnProjectionType", Cancel);
     EXPECT_EQ(TextOf(dialog, "edProjectionType"), "");
@@ -220,7 +211,6 @@ TEST_F(MapProjEdit, ValuesAreReplacedWithTheRecordOrNotAtAll) {
       Choose(dialog, button);
     Save(dialog);
     EXPECT_TRUE(dialog.isVisible());
-    Close(dialog);
   }));
   EXPECT_EQ(Table(kMapProjForm).RecordCount(), 1) << "nor is the record there";
   EXPECT_EQ(ValueRows(), stray);

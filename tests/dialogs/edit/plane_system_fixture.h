@@ -1,68 +1,39 @@
 #pragma once
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <QComboBox>
-
-#include "database/storage_files.h"
 #include "forms/system_forms.h"
 #include "platform/geocore/geoids.h"
 #include "platform/geocore/shell_reference_system.h"
 #include "processors/ref_system_processor.h"
 #include "processors/unstored_system.h"
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
-#include "tests/support/sample_trees.h"
 
 namespace refframe_tests {
-
-using QvRefSystem::FormDescription;
-using QvRefSystem::kGeodSystemForm;
-using QvRefSystem::kProjSystemForm;
-using QvRefSystem::SystemKind;
-using QvRefSystem::TableId;
-using QvRefSystem::TformQvRfEdit;
-using QvRefSystem::TformQvRfSelector;
-using testing::IsEmpty;
-using testing::SizeIs;
-using enum QvRefSystem::TObjectType;
 
 inline constexpr char kGeodetic[] = "NAD27 geodetic";
 inline constexpr char kProjected[] = "NAD27 / UTM 17N";
 
 /// The two dialogs, with the stored system of each.
 struct PlaneForm {
-  const FormDescription& form;
+  const QvRefSystem::FormDescription& form;
   const char* system;
 };
-inline const PlaneForm kPlaneForms[] = {{kGeodSystemForm, kGeodetic},
-                                        {kProjSystemForm, kProjected}};
+inline const PlaneForm kPlaneForms[] = {{QvRefSystem::kGeodSystemForm, kGeodetic},
+                                        {QvRefSystem::kProjSystemForm, kProjected}};
 
 /// A database with one geodetic and one projected system, each whole; and again after each test.
 class PlaneSystemEditTest : public EditDialogTest {
  protected:
+  using enum QvRefSystem::TObjectType;
   PlaneSystemEditTest() {
     while (database_.data->datasetEllipsoid.RecordCount() > 0)
       database_.data->datasetEllipsoid.Delete();
     Insert(kReferenceSystem, MakeTree(SystemTree, 4));
     Insert(kReferenceSystem, MakeTree(SystemTree, 5));
-    InsertChanged(kEllipsoid, MakeTree(EllipsoidTree), {{5120, "Other"}, {5110, "6378137"}});
+    Insert(kEllipsoid, MakeTree(EllipsoidTree), {{5120, "Other"}, {5110, "6378137"}});
     for (const auto object : {kLinearUnit, kAngularUnit, kPrimeMeridian})
       UseLast(object);
   }
   void TearDown() override { ExpectSound(database_); }
-  int Insert(QvRefSystem::TObjectType object, const TreePtr& tree) {
-    return database_.Processor(object).InsertFromTree(tree.get());
-  }
-  /// The same with other texts in some fields of the tree.
-  int InsertChanged(QvRefSystem::TObjectType object, const TreePtr& tree,
-                    const std::vector<std::pair<int, const char*>>& fields) {
-    for (const auto& [id, text] : fields) {
-      RemoveField(tree.get(), id, 0);
-      TreeBuilder(tree.get()).Field(id, text);
-    }
-    return Insert(object, tree);
-  }
   /// Gives a stored system heights of its own, and makes it current.
   int GiveHeights(const char* name, void (*sample)(TreeBuilder)) {
     const int heights = Insert(kVerticalReferenceSystem, MakeTree(sample));
@@ -78,14 +49,11 @@ class PlaneSystemEditTest : public EditDialogTest {
   }
   QvPlatform::TQvDataSet& Systems() { return *database_.Processor(kReferenceSystem).DataSet; }
   int Field(const char* field) { return Systems().FieldByName(field).AsInteger(); }
-  [[nodiscard]] std::vector<std::string> HeightFiles() const {
-    return QvRefSystem::ListStorageFiles(database_.data->GetHeightsPrefix(), false);
-  }
   [[nodiscard]] int HeightRecords() const {
     return database_.data->datasetVerticalRefSystem.RecordCount();
   }
   using EditDialogTest::Change;
-  bool Change(const FormDescription& form, const char* name, const Act& act) {
+  bool Change(const QvRefSystem::FormDescription& form, const char* name, const Act& act) {
     Locate(name);
     return Change(form, act);
   }

@@ -1,10 +1,12 @@
 // The heights of geodetic and projected systems: kept, replaced, given up, or made here.
 
-#include "platform/geocore/geoids.h"
 #include "tests/dialogs/edit/plane_system_fixture.h"
 
 namespace refframe_tests {
 namespace {
+
+using namespace QvRefSystem;
+using namespace testing;
 
 constexpr int kEgm96 = 5773;
 
@@ -22,16 +24,15 @@ TEST_F(PlaneSystemEditTest, StoredHeightsAreKeptReplacedOrGivenUp) {
     for (const auto& fate : fates) {
       SCOPED_TRACE(std::string(system) + ", " + fate.name);
       const int heights = Field("VERT_SYSTEM_AUTOKEY");
-      EXPECT_EQ(Change(form, system,
-                       [&](QWidget& dialog) {
-                         EXPECT_TRUE(IsChecked(dialog, "radiobtnHeightGeoid"));
-                         EXPECT_EQ(TextOf(dialog, "Edit1"), "Alps");
-                         EXPECT_EQ(HeightRecords(), 2) << "a working copy";
-                         if (fate.drops) Click(dialog, "radiobtnHeightEllipsoid");
-                         EXPECT_EQ(IsEnabled(dialog, "Button1"), !fate.drops);
-                         fate.saves ? Save(dialog) : (void)dialog.close();
-                       }),
-                fate.saves);
+      const bool saved = Change(form, system, [&](QWidget& dialog) {
+        EXPECT_TRUE(IsChecked(dialog, "radiobtnHeightGeoid"));
+        EXPECT_EQ(TextOf(dialog, "Edit1"), "Alps");
+        EXPECT_EQ(HeightRecords(), 2) << "a working copy";
+        if (fate.drops) Click(dialog, "radiobtnHeightEllipsoid");
+        EXPECT_EQ(IsEnabled(dialog, "Button1"), !fate.drops);
+        fate.saves ? Save(dialog) : (void)dialog.close();
+      });
+      EXPECT_EQ(saved, fate.saves);
       const bool gone = fate.drops && fate.saves;
       EXPECT_EQ(HeightRecords(), gone ? 0 : 1);
       EXPECT_THAT(HeightFiles(), SizeIs(gone ? 0 : 1));
@@ -47,18 +48,17 @@ TEST_F(PlaneSystemEditTest, StoredHeightsAreKeptReplacedOrGivenUp) {
 TEST_F(PlaneSystemEditTest, HeightsWhoseFileIsLostAreNotRemovedByClosing) {
   const int heights = GiveHeights(kGeodetic, HeightTableTree);
   const auto path = database_.data->GetHeightsPrefix() + HeightFiles().front();
-  ASSERT_TRUE(QvRefSystem::DeleteStorageFile(path, false));
+  ASSERT_TRUE(DeleteStorageFile(path, false));
   EXPECT_FALSE(Change(kGeodSystemForm, kGeodetic, [](QWidget& dialog) {
     EXPECT_TRUE(IsChecked(dialog, "radiobtnHeightGeoid"));
     EXPECT_EQ(TextOf(dialog, "Edit1"), "");
     Save(dialog);
     EXPECT_EQ(RefusedControls(dialog, kGeodSystemForm), "Edit1");
-    Close(dialog);
   }));
   EXPECT_FALSE(database_.ui.messages.empty());
   EXPECT_EQ(Field("VERT_SYSTEM_AUTOKEY"), heights);
   EXPECT_EQ(HeightRecords(), 1);
-  ASSERT_TRUE(QvRefSystem::SaveStorageFile(path, false, HeightText()));
+  ASSERT_TRUE(SaveStorageFile(path, false, HeightText()));
 }
 
 TEST_F(PlaneSystemEditTest, HeightsOfAnotherPlaneAreNotSaved) {
@@ -82,8 +82,7 @@ TEST_F(PlaneSystemEditTest, HeightsOfAnotherPlaneAreNotSaved) {
 
 TEST_F(PlaneSystemEditTest, AnotherProjectionIsAnotherPlane) {
   GiveHeights(kProjected, HeightOffsetTree);
-  InsertChanged(kMapProjection, MakeTree(ProjectionTree),
-                {{6020, "Zone 18"}, {8802, "-75"}, {6022, "R"}});
+  Insert(kMapProjection, MakeTree(ProjectionTree), {{6020, "Zone 18"}, {8802, "-75"}, {6022, "R"}});
   EXPECT_FALSE(Change(kProjSystemForm, kProjected, [](QWidget& dialog) {
     Type(dialog, "edFirstCoordName", "typed");
     Choose(dialog, "btnMapProjection", "Zone 18");
@@ -92,7 +91,6 @@ TEST_F(PlaneSystemEditTest, AnotherProjectionIsAnotherPlane) {
     EXPECT_EQ(TextOf(dialog, "edSecondCoordName"), "N");
     Save(dialog);
     EXPECT_EQ(RefusedControls(dialog, kProjSystemForm), "Edit1");
-    Close(dialog);
   }));
   EXPECT_EQ(HeightRecords(), 1);
 }
@@ -109,15 +107,14 @@ void MakeOffset(QWidget& heights) {
 
 TEST_F(PlaneSystemEditTest, HeightsThatAreMadeHereShareTheFateOfTheSystem) {
   for (const bool saved : {false, true}) {
-    EXPECT_EQ(Change(kGeodSystemForm, kGeodetic,
-                     [&](QWidget& dialog) {
-                       Click(dialog, "radiobtnHeightGeoid");
-                       Open<TformQvRfEdit>(dialog, "Button1", MakeOffset);
-                       EXPECT_TRUE(dialog.isVisible());
-                       EXPECT_EQ(TextOf(dialog, "Edit1"), "Quay");
-                       saved ? Save(dialog) : Close(dialog);
-                     }),
-              saved);
+    const bool stored = Change(kGeodSystemForm, kGeodetic, [&](QWidget& dialog) {
+      Click(dialog, "radiobtnHeightGeoid");
+      Open<TformQvRfEdit>(dialog, "Button1", MakeOffset);
+      EXPECT_TRUE(dialog.isVisible());
+      EXPECT_EQ(TextOf(dialog, "Edit1"), "Quay");
+      if (saved) Save(dialog);
+    });
+    EXPECT_EQ(stored, saved);
     EXPECT_EQ(HeightRecords(), saved ? 1 : 0);
     EXPECT_EQ(Field("VERT_SYSTEM_AUTOKEY") != 0, saved);
   }
@@ -151,21 +148,19 @@ TEST_F(PlaneSystemEditTest, HeightsNeedAWholePlane) {
       EXPECT_EQ(RefusedControls(dialog, form), "edHeightAbbr");
       Save(dialog);
       EXPECT_EQ(RefusedControls(dialog, form), "edHeightAbbr Edit1") << "none made yet";
-      Close(dialog);
     }));
   }
   EXPECT_FALSE(Make(kProjSystemForm, [](QWidget& dialog) {
     Click(dialog, "radiobtnHeightGeoid");
     Click(dialog, "Button1");
     EXPECT_TRUE(IsPainted(dialog, "edMapProjection", Qt::red));
-    Close(dialog);
   }));
   EXPECT_THAT(database_.ui.messages, SizeIs(3));
 }
 
 TEST_F(PlaneSystemEditTest, GeoidsOfTheMachineAreChosenFromAList) {
   std::map<int, std::string> known;
-  ASSERT_TRUE(QvRefSystem::GetSystemGeoidsList(&known));
+  ASSERT_TRUE(GetSystemGeoidsList(&known));
   const auto geoids = [](QWidget& dialog) -> QComboBox& {
     return Child<QComboBox>(dialog, "comboSystemGeoids");
   };
@@ -196,7 +191,6 @@ TEST_F(PlaneSystemEditTest, GeoidsOfTheMachineAreChosenFromAList) {
     EXPECT_EQ(geoids(dialog).currentIndex(), -1) << "not on this machine";
     Save(dialog);
     EXPECT_EQ(RefusedControls(dialog, kGeodSystemForm), "comboSystemGeoids");
-    Close(dialog);
   }));
   Set(kGeodetic, "VERT_SYSTEM_CODE", 0);
 }
@@ -204,14 +198,13 @@ TEST_F(PlaneSystemEditTest, GeoidsOfTheMachineAreChosenFromAList) {
 TEST_F(PlaneSystemEditTest, ASystemThatVanishesLeavesNoCopyOfItsHeights) {
   const TreePtr tree = MakeTree(SystemTree, 4);
   RemoveField(tree.get(), 102005, 0);
-  InsertChanged(kReferenceSystem, tree, {{1020, "Doomed"}});
+  Insert(kReferenceSystem, tree, {{1020, "Doomed"}});
   const int heights = GiveHeights("Doomed", HeightTableTree);
   EXPECT_FALSE(Change(kGeodSystemForm, "Doomed", [this](QWidget& dialog) {
     Locate("Doomed");
     Systems().Delete();
     Save(dialog);
     EXPECT_TRUE(dialog.isVisible());
-    Close(dialog);
   }));
   EXPECT_EQ(HeightRecords(), 1);
   ASSERT_TRUE(database_.Processor(kVerticalReferenceSystem).LocateKey(heights));

@@ -1,11 +1,6 @@
 // What the dialogs of Cartesian, geocentric, local and topocentric systems do beside their rows,
 // and how the selector of reference systems gets to them.
 
-#include <gtest/gtest.h>
-
-#include <QAbstractButton>
-#include <QTableWidget>
-
 #include "forms/system_forms.h"
 #include "platform/geocore/system_model.h"
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
@@ -13,18 +8,8 @@
 namespace refframe_tests {
 namespace {
 
-using QvRefSystem::FormDescription;
-using QvRefSystem::GetSelectorFor;
-using QvRefSystem::kCartSystemForm;
-using QvRefSystem::kGeocSystemForm;
-using QvRefSystem::kGeodSystemForm;
-using QvRefSystem::kLocalSystemForm;
-using QvRefSystem::kProjSystemForm;
-using QvRefSystem::kTopoSystemForm;
-using QvRefSystem::TableId;
-using QvRefSystem::TformQvRfEdit;
-using QvRefSystem::TformQvRfSelector;
-using enum QvRefSystem::TObjectType;
+using namespace QvRefSystem;
+using enum TObjectType;
 
 class RefSystemEdit : public EditTest {
  protected:
@@ -75,7 +60,6 @@ TEST_F(RefSystemEdit, ANewSystemHasTheAxesOfItsType) {
       Make(*form, [&](QWidget& dialog) {
         EXPECT_EQ(AxisNames(dialog), names);
         EXPECT_EQ(Handedness(dialog), handedness);
-        Close(dialog);
       });
     };
     SetOfType(form->type, "COORD2_ABBR", "Hochwert");
@@ -156,14 +140,9 @@ TEST_F(RefSystemEdit, TheOriginOfALocalSystemFollowsItsAxesAndUnit) {
     });
     EXPECT_EQ(TextOf(dialog, "edLinearUnit"), "Rod <b>");
     EXPECT_EQ(TipOf(dialog, "strgridOrigin"), "<qt>Rod &lt;b&gt;</qt>");
-    Close(dialog);
   }));
-  AddValid(kLocalSystemForm, "Without unit");
-  SetOfSystem("LINEAR_UNIT_AUTOKEY", "9999");
-  Change(kLocalSystemForm, [](QWidget& dialog) {
-    EXPECT_EQ(TipOf(dialog, "strgridOrigin"), "");
-    Close(dialog);
-  });
+  AddValid(kLocalSystemForm, "Without unit", {{"LINEAR_UNIT_AUTOKEY", "9999"}});
+  Change(kLocalSystemForm, [](QWidget& dialog) { EXPECT_EQ(TipOf(dialog, "strgridOrigin"), ""); });
 }
 
 TEST_F(RefSystemEdit, ALocalSystemStandsOnASphere) {
@@ -178,18 +157,16 @@ TEST_F(RefSystemEdit, ALocalSystemStandsOnASphere) {
     EXPECT_EQ(TextOf(dialog, "edEllipsoid"), "Sphere");
     Save(dialog);
   }));
-  EXPECT_EQ(Table(kLocalSystemForm).FieldByName("ELLIPSOID_AUTOKEY").AsInteger(),
-            KeyOf(kEllipsoid, "Sphere"));
+  EXPECT_EQ(TextOfField(kLocalSystemForm, "ELLIPSOID_AUTOKEY"),
+            std::to_string(KeyOf(kEllipsoid, "Sphere")));
 }
 
 TEST_F(RefSystemEdit, AHiddenOriginIsKeptAsItIs) {
   database_.data->ShowImportExport = true;
   UseLast(kLinearUnit);
-  AddValid(kLocalSystemForm, "Plane");
-  SetOfSystem("ORIGIN_COORD2", " 12.50 ");
+  AddValid(kLocalSystemForm, "Plane", {{"ORIGIN_COORD2", " 12.50 "}});
   const auto rename = [](QWidget& dialog) {
-    for (const char* control : {"strgridOrigin", "lblOrigin", "edOrigin1", "edOrigin2"})
-      EXPECT_FALSE(IsShown(dialog, control)) << control;
+    EXPECT_EQ(Which(IsShown, dialog, {"strgridOrigin", "lblOrigin", "edOrigin1", "edOrigin2"}), "");
     Type(dialog, "edName", "Renamed");
     Choose(dialog, "btnEllipsoid");
     Save(dialog);
@@ -263,35 +240,29 @@ TEST_F(TopoEdit, ThePrimarySystemGivesTheOriginItsAxesAndUnits) {
   constexpr char kNone[] = "  ; ; ";
   constexpr char kOfSecond[] = "Lat Lon H; <qt>First/Second</qt>; <qt>First</qt>";
   for (const bool choose : {false, true}) {
-    database_.data->DialogMode = QvRefSystem::kFullMode;
+    database_.data->DialogMode = kFullMode;
     LocateSystem("Station");
-    EXPECT_EQ(Change(kTopoSystemForm,
-                     [&](QWidget& dialog) {
-                       EXPECT_EQ(origin(dialog), kNone) << "the first one has neither";
-                       Type(dialog, "edName", "Half typed");
-                       Open<TformQvRfSelector>(dialog, "btnOriginRefSystem", [&](QWidget& systems) {
-                         EXPECT_EQ(ListedNames(systems), "First, Second") << "geodetic ones";
-                         for (const char* button : {"bitbtnNew", "bitbtnEdit", "bitbtnRemove"})
-                           EXPECT_FALSE(IsShown(systems, button)) << button;
-                         choose ? ChooseLast(systems) : Cancel(systems);
-                       });
-                       EXPECT_EQ(database_.data->DialogMode, QvRefSystem::kFullMode);
-                       EXPECT_EQ(TextOf(dialog, "edName"), "Half typed");
-                       EXPECT_EQ(TextOf(dialog, "edOriginRefSystem"), choose ? "Second" : "First");
-                       EXPECT_EQ(origin(dialog), choose ? kOfSecond : kNone);
-                       choose ? Save(dialog) : Close(dialog);
-                     }),
-              choose);
+    const bool saved = Change(kTopoSystemForm, [&](QWidget& dialog) {
+      EXPECT_EQ(origin(dialog), kNone) << "the first one has neither";
+      Type(dialog, "edName", "Half typed");
+      Open<TformQvRfSelector>(dialog, "btnOriginRefSystem", [&](QWidget& systems) {
+        EXPECT_EQ(ListedNames(systems), "First, Second") << "geodetic ones";
+        EXPECT_EQ(Which(IsShown, systems, {"bitbtnNew", "bitbtnEdit", "bitbtnRemove"}), "");
+        choose ? ChooseLast(systems) : Cancel(systems);
+      });
+      EXPECT_EQ(database_.data->DialogMode, kFullMode);
+      EXPECT_EQ(TextOf(dialog, "edName"), "Half typed");
+      EXPECT_EQ(TextOf(dialog, "edOriginRefSystem"), choose ? "Second" : "First");
+      EXPECT_EQ(origin(dialog), choose ? kOfSecond : kNone);
+      if (choose) Save(dialog);
+    });
+    EXPECT_EQ(saved, choose);
   }
   EXPECT_EQ(Record(kTopoSystemForm, {"NAME", "PRIMARY_REFSYSTEM_AUTOKEY"}),
             "NAME=Half typed PRIMARY_REFSYSTEM_AUTOKEY=" + std::to_string(SystemOf("Second")));
-  Change(kTopoSystemForm, [&](QWidget& dialog) {
-    EXPECT_EQ(origin(dialog), kOfSecond);
-    Close(dialog);
-  });
+  Change(kTopoSystemForm, [&](QWidget& dialog) { EXPECT_EQ(origin(dialog), kOfSecond); });
   Make(kTopoSystemForm, [&](QWidget& dialog) {
     EXPECT_EQ(origin(dialog), kNone) << "none is left from the run before";
-    Close(dialog);
   });
 }
 
@@ -314,8 +285,7 @@ TEST_F(TopoEdit, AMissingPrimarySystemHasToBeChosenAnew) {
 
 // Three dialogs over one table: the list, the system in it, and the list of its primaries.
 TEST_F(TopoEdit, TheListBehindStandsOnTheSavedSystem) {
-  ScreenUser user;
-  user.In<TformQvRfSelector>([](QWidget& list) {
+  ScreenUser user(In<TformQvRfSelector>([](QWidget& list) {
     EXPECT_EQ(ListedNames(list), "First, Second, Station");
     Open<TformQvRfEdit>(list, "bitbtnEdit", [](QWidget& dialog) {
       Choose(dialog, "btnOriginRefSystem");
@@ -325,7 +295,7 @@ TEST_F(TopoEdit, TheListBehindStandsOnTheSavedSystem) {
     EXPECT_EQ(ListedNames(list), "Alpha, First, Second");
     EXPECT_EQ(MarkedName(list), "Alpha");
     Cancel(list);
-  });
+  }));
   int key = SystemOf("Station");
   Systems().Select(nullptr, 0, false, &key, 0);
 }
@@ -358,14 +328,13 @@ TEST_F(RefSystemEdit, TheTypeLeadsToTheDialog) {
     EXPECT_TRUE(database_.ui.messages.empty());
   }
   int key = Add(TableId::kRefSystem, "Of no type", {{"TYPE", 9}});
-  ScreenUser user;
-  user.In<TformQvRfSelector>([&](QWidget& list) {
+  ScreenUser user(In<TformQvRfSelector>([&](QWidget& list) {
     database_.ui.messages.clear();
     Press(list, "dbgridList", Qt::Key_Return);
     EXPECT_TRUE(list.isVisible());
     EXPECT_TRUE(database_.ui.messages.empty());
     Cancel(list);
-  });
+  }));
   Systems().Select(nullptr, 0, false, &key, 0);
 }
 

@@ -1,16 +1,12 @@
 // What the dialogs of units do beside their rows.
 
-#include <gtest/gtest.h>
-
 #include "platform/text/text.h"
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
 
 namespace refframe_tests {
 namespace {
 
-using QvRefSystem::kAngularUnitForm;
-using QvRefSystem::kLinearUnitForm;
-using QvRefSystem::kScaleUnitForm;
+using namespace QvRefSystem;
 
 class UnitEditTest : public EditTest {
  protected:
@@ -37,7 +33,6 @@ TEST_F(UnitEditTest, NumbersAreReadInTheNotationOfTheUser) {
       Fill(dialog, "unit", row.text, "1");
       if (!dialog.isVisible()) return;
       EXPECT_EQ(RefusedControls(dialog, kLinearUnitForm), "edFactorB") << row.text;
-      Close(dialog);
     });
     EXPECT_EQ(saved, *row.stored != 0) << row.locale << " " << row.text;
     if (!saved) continue;
@@ -45,17 +40,13 @@ TEST_F(UnitEditTest, NumbersAreReadInTheNotationOfTheUser) {
     Change(kLinearUnitForm, [&](QWidget& dialog) {
       const std::string shown = std::string(row.text) == "-2e3" ? "-2000" : row.text;
       EXPECT_EQ(TextOf(dialog, "edFactorB"), shown) << row.locale;
-      Close(dialog);
     });
   }
 }
 
 TEST_F(UnitEditTest, AFactorThatIsLeftAloneKeepsItsLastBit) {
   const double foot = 1200.0 / 3937.0;
-  AddValid(kLinearUnitForm, "US foot");
-  Table(kLinearUnitForm).Edit();
-  Table(kLinearUnitForm).FieldByName("FACTOR_B").SetFloat(foot);
-  Table(kLinearUnitForm).Post();
+  AddValid(kLinearUnitForm, "US foot", {{"FACTOR_B", "0.3048006096012192"}});
   EXPECT_TRUE(Change(kLinearUnitForm, Save));
   EXPECT_EQ(Table(kLinearUnitForm).FieldByName("FACTOR_B").AsFloat(), foot);
 }
@@ -77,7 +68,6 @@ TEST_F(UnitEditTest, AnEmptyAbbreviationBecomesTheName) {
     EXPECT_EQ(TextOf(dialog, "edAbbreviation"), " per mille ");
     typeAndLeave(dialog, "edAbbreviation", "pm");
     EXPECT_EQ(TextOf(dialog, "lblThisUnitAbbreviation"), "pm");
-    Close(dialog);
   });
 }
 
@@ -87,8 +77,7 @@ TEST_F(UnitEditTest, TheFactorsOfAnAngularUnitAreLockedByItsCode) {
   };
   for (const auto* form : {&kLinearUnitForm, &kAngularUnitForm}) {
     for (const char* code : {"0", "1"}) {
-      AddValid(*form, "Delivered");
-      SetField(Table(*form), "CODE", code);
+      AddValid(*form, "Delivered", {{"CODE", code}});
       EXPECT_TRUE(Change(*form, [&](QWidget& dialog) {
         EXPECT_EQ(enabled(dialog), form != &kAngularUnitForm || *code == '0');
         Type(dialog, "edName", "Renamed");

@@ -1,9 +1,6 @@
 // The whole way of heights: made in the dialogs, chosen by a host with their system, carried to
 // another database, and computing the same there.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <fstream>
 
@@ -12,22 +9,14 @@
 #include "platform/geocore/shell_reference_system.h"
 #include "processors/ref_system_processor.h"
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
-#include "tests/support/sample_trees.h"
 
 namespace refframe_tests {
 namespace {
 
+using namespace QvRefSystem;
+using enum TObjectType;
 using QvCommonUtils::TStringTree;
-using QvRefSystem::TformQvRfEdit;
-using QvRefSystem::TformQvRfSelector;
-using QvRefSystem::TformQvRfTableRasterView;
-using QvRefSystem::TformQvRfVerticalRefSystemEdit;
-using QvRefSystem::TShellPoint;
-using QvRefSystem::TShellReferenceSystem;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
-using enum QvRefSystem::TObjectType;
+using namespace testing;
 
 constexpr char kFilePlane[] = "NAD27 geodetic";
 constexpr char kMade[] = "Harbour geodetic";
@@ -109,7 +98,7 @@ void LookAtTable(QWidget& system) {
 
 std::unique_ptr<TShellReferenceSystem> Compute(TStringTree* tree) {
   std::string error;
-  auto system = QvRefSystem::CreateShellReferenceSystem(tree, nullptr, &error);
+  auto system = CreateShellReferenceSystem(tree, nullptr, &error);
   if (!system) throw std::runtime_error(error);
   return system;
 }
@@ -120,7 +109,7 @@ TShellPoint Moved(const TShellReferenceSystem& from, const TShellReferenceSystem
   return point;
 }
 
-class HeightsRoad : public testing::TestWithParam<bool> {
+class HeightsRoad : public TestWithParam<bool> {
  protected:
   HeightsRoad() : first_(GetParam()), second_(GetParam()) {
     WorkIn(first_);
@@ -134,19 +123,18 @@ class HeightsRoad : public testing::TestWithParam<bool> {
       ExpectSound(*database);
       EXPECT_THAT(database->ui.messages, IsEmpty());
     }
-    QvRefSystem::datamoduleQvRfData = nullptr;
+    datamoduleQvRfData = nullptr;
   }
   void WorkIn(TestDatabase& database) {
-    QvRefSystem::datamoduleQvRfData = database.data.get();
+    datamoduleQvRfData = database.data.get();
     database.data->ShowImportExport = true;
     current_ = &database;
   }
   /// A host's question for a system, and what its user does in the list.
   template <typename Act>
   void SelectInto(TStringTree* tree, Act act) {
-    const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 1));
-    ScreenUser user;
-    user.In<TformQvRfSelector>(act);
+    const std::unique_ptr<TformQvRfSelector> selector(GetSelectorFor(nullptr, 1));
+    ScreenUser user(In<TformQvRfSelector>(act));
     EXPECT_TRUE(selector->Select(tree, 0, false, nullptr, 0));
   }
   /// Gives the system the table, exports it and takes it.
@@ -165,7 +153,7 @@ class HeightsRoad : public testing::TestWithParam<bool> {
     });
   }
   [[nodiscard]] std::vector<std::string> HeightFiles() const {
-    return QvRefSystem::ListStorageFiles(current_->data->GetHeightsPrefix(), GetParam());
+    return ListStorageFiles(current_->data->GetHeightsPrefix(), GetParam());
   }
 
   TestDatabase first_;
@@ -175,18 +163,15 @@ class HeightsRoad : public testing::TestWithParam<bool> {
   std::string file_;
 };
 
-INSTANTIATE_TEST_SUITE_P(Forms, HeightsRoad, testing::Bool(),
-                         [](const auto& form) { return form.param ? "Container" : "Folder"; });
+INSTANTIATE_TEST_SUITE_P(Forms, HeightsRoad, Bool(), FormName());
 
 constexpr TShellPoint kPlaces[] = {{54.3, 36.4, 0}, {54.5, 37, 100.125}, {54.71, 37.63, -12.5}};
 
 /// The undulations of the made system are those of the file, carried from datum to datum.
 void ExpectUndulationsOfTheFile(const TShellReferenceSystem& made,
                                 const TShellReferenceSystem& plain) {
-  const TreePtr fileTree = MakeTree(SystemTree, 4);
-  const auto filePlane = Compute(fileTree.get());
-  const TreePtr wgsTree = MakeTree(Wgs84SystemTree, "WGS 84 geodetic");
-  const auto wgs84 = Compute(wgsTree.get());
+  const auto filePlane = Compute(MakeTree(SystemTree, 4).get());
+  const auto wgs84 = Compute(MakeTree(Wgs84SystemTree, "WGS 84 geodetic").get());
   for (const TShellPoint& place : kPlaces) {
     SCOPED_TRACE(place.First);
     TShellPoint geoid = Moved(plain, *filePlane, {place.First, place.Second, 0});
@@ -224,8 +209,7 @@ TEST_P(HeightsRoad, MadeExportedAndImportedItComputesTheSame) {
   const auto here = Compute(&made);
   const auto there = Compute(&imported);
   EXPECT_TRUE(here->HasHeightSystem());
-  const TreePtr wgsTree = MakeTree(Wgs84SystemTree, "WGS 84 geodetic");
-  const auto wgs84 = Compute(wgsTree.get());
+  const auto wgs84 = Compute(MakeTree(Wgs84SystemTree, "WGS 84 geodetic").get());
   for (const TShellPoint& place : kPlaces) {
     const TShellPoint one = Moved(*here, *wgs84, place);
     const TShellPoint other = Moved(*there, *wgs84, place);

@@ -1,16 +1,12 @@
 #include "dialogs/heights/offset_report.h"
 
-#include <gtest/gtest.h>
-
 #include "dialogs/heights/table_raster_view.h"
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
 
 namespace refframe_tests {
 namespace {
 
-using QvRefSystem::TformQvRfOffsetApproximationReport;
-using QvRefSystem::TformQvRfTableRasterView;
-using QvRefSystem::THeightTable;
+using namespace QvRefSystem;
 
 constexpr char kText[] = "Approximation of Alps: RMS error 0.25 m; Max error 1.5 m.";
 
@@ -20,8 +16,7 @@ class OffsetReport : public DialogTest {
     errors_.Resize(3, 2, 1, 1, 0, 0);
     errors_.Set(1, 1, 1.5);
     TformQvRfOffsetApproximationReport report(nullptr);
-    ScreenUser user;
-    user.In<TformQvRfOffsetApproximationReport>(act);
+    ScreenUser user(In<TformQvRfOffsetApproximationReport>(act));
     *text = "Alps";
     return report.Run("47.125", "m", text, nullptr, &errors_, "1.5", "0.25");
   }

@@ -2,29 +2,21 @@
 
 #include "dialogs/heights/recalculate_grid.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 
 #include "platform/text/text.h"
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
-#include "tests/support/sample_trees.h"
 
 namespace refframe_tests {
 namespace {
 
-using QvRefSystem::CreateShellReferenceSystem;
-using QvRefSystem::TformQvRfRecalculateGridParams;
-using QvRefSystem::TShell2DTableExtents;
-using QvRefSystem::TShellReferenceSystem;
+using namespace QvRefSystem;
 
-constexpr std::array kParts{"ExtentsNorth", "ExtentsWest", "ExtentsEast",
-                            "ExtentsSouth", "StepWE",      "StepNS"};
-using Texts = std::array<std::string, kParts.size()>;
-const Texts kGround{"41", "-81.5", "-80.5", "40", "0.25", "0.5"};
-const Texts kNothing{};
+const GridTexts kTyped{"41", "-81.5", "-80.5", "40", "0.25", "0.5"};
+constexpr char kGround[] = "41 -81.5 -80.5 40 0.25 0.5";
+constexpr char kNothing[] = "     ";
 
-Texts TextsOf(const TShell2DTableExtents& grid) {
+GridTexts TextsOf(const TShell2DTableExtents& grid) {
   return {grid.North, grid.West, grid.East, grid.South, grid.CellEastWest, grid.CellNorthSouth};
 }
 
@@ -32,43 +24,27 @@ class RecalculateGrid : public DialogTest {
  protected:
   RecalculateGrid() {
     for (const int kind : {4, 5})
-      EXPECT_GT(database_.Processor(QvRefSystem::TObjectType::kReferenceSystem)
-                    .InsertFromTree(MakeTree(SystemTree, kind).get()),
-                0);
+      Insert(TObjectType::kReferenceSystem, MakeTree(SystemTree, kind));
   }
   static std::unique_ptr<TShellReferenceSystem> System(int kind) {
     return CreateShellReferenceSystem(MakeTree(SystemTree, kind).get(), nullptr);
   }
-  static std::string Name(const char* prefix, const char* part) {
-    return std::string(prefix) + "DataGrid" + part;
-  }
-  static Texts Grid(const QWidget& form, const char* side) {
-    Texts texts;
-    for (std::size_t n = 0; n < kParts.size(); ++n)
-      texts[n] = TextOf(form, Name(side, kParts[n]).c_str());
-    return texts;
-  }
-  static void TypeGround(const QWidget& form, const Texts& texts = kGround) {
-    for (std::size_t n = 0; n < kParts.size(); ++n) {
-      auto& edit = Child<QLineEdit>(form, Name("edSrc", kParts[n]).c_str());
-      edit.clear();
-      QTest::keyClicks(&edit, QString::fromStdString(texts[n]));
-    }
+  static void TypeGround(const QWidget& form, const GridTexts& texts = kTyped) {
+    TypeGrid(form, "edSrcDataGrid", texts);
   }
   /// The labels of north, west, east and south, joined.
-  static std::string Axes(const QWidget& form, const char* side) {
+  static std::string Axes(const QWidget& form, const std::string& side) {
     std::string axes;
     for (std::size_t n = 0; n < 4; ++n)
-      axes += TextOf(form, Name(side, kParts[n]).c_str()) + "|";
+      axes += TextOf(form, (side + "DataGrid" + kGridParts[n]).c_str()) + "|";
     return axes;
   }
   bool Run(TShellReferenceSystem* target, TShell2DTableExtents* result, const Act& act) {
-    ScreenUser user;
-    user.In<TformQvRfRecalculateGridParams>(act);
+    ScreenUser user(In<TformQvRfRecalculateGridParams>(act));
     return dialog_.Run(target, result);
   }
 
-  TformQvRfRecalculateGridParams dialog_{nullptr, QvRefSystem::DialogChooser()};
+  TformQvRfRecalculateGridParams dialog_{nullptr, DialogChooser()};
 };
 
 TEST_F(RecalculateGrid, CoversTheGroundInTheTargetSystem) {
@@ -82,13 +58,13 @@ TEST_F(RecalculateGrid, CoversTheGroundInTheTargetSystem) {
     EXPECT_EQ(TextOf(form, "memoDstRefSystemDescription"), "A system");
     TypeGround(form);
     Click(form, "bitbtnRecalculate");
-    EXPECT_EQ(Grid(form, "edDst"), kNothing) << "no source system";
+    EXPECT_EQ(GridOf(form, "edDstDataGrid"), kNothing) << "no source system";
     Choose(form, "btnSrcRefSystemSelect", "NAD27 geodetic");
     EXPECT_EQ(Axes(form, "lblSrc"), "X|Y|Y|X|") << "the first axis runs north";
     EXPECT_EQ(TextOf(form, "edSrcRefSystemName"), "NAD27 geodetic");
     EXPECT_EQ(TextOf(form, "memoSrcRefSystemDescription"), "A system");
-    EXPECT_EQ(Grid(form, "edSrc"), kGround) << "what was typed stays";
-    EXPECT_NE(Grid(form, "edDst"), kNothing) << "a new system recalculates";
+    EXPECT_EQ(GridOf(form, "edSrcDataGrid"), kGround) << "what was typed stays";
+    EXPECT_NE(GridOf(form, "edDstDataGrid"), kNothing) << "a new system recalculates";
     Click(form, "btnApply");
   }));
   const TShell2DTableExtents source{"-81.5", "-80.5", "40", "41", "0.25", "0.5"};
@@ -105,23 +81,23 @@ TEST_F(RecalculateGrid, WithoutAWholeGridTheTargetIsEmpty) {
   EXPECT_TRUE(Run(System(4).get(), &result, [](QWidget& form) {
     TypeGround(form);
     Choose(form, "btnSrcRefSystemSelect", "geodetic");
-    EXPECT_EQ(Grid(form, "edDst"), kGround) << "the same system, the same grid";
+    EXPECT_EQ(GridOf(form, "edDstDataGrid"), kGround) << "the same system, the same grid";
     for (const char* wrong : {"", "abc"}) {
-      for (std::size_t n = 0; n < kParts.size(); ++n) {
+      for (std::size_t n = 0; n < kGridParts.size(); ++n) {
         TypeGround(form);
         Click(form, "bitbtnRecalculate");
-        EXPECT_EQ(Grid(form, "edDst"), kGround);
-        Texts texts = kGround;
+        EXPECT_EQ(GridOf(form, "edDstDataGrid"), kGround);
+        GridTexts texts = kTyped;
         texts[n] = wrong;
         TypeGround(form, texts);
-        EXPECT_EQ(Grid(form, "edDst"), kGround) << "typing alone computes nothing";
+        EXPECT_EQ(GridOf(form, "edDstDataGrid"), kGround) << "typing alone computes nothing";
         Click(form, "bitbtnRecalculate");
-        EXPECT_EQ(Grid(form, "edDst"), kNothing) << kParts[n] << ": " << wrong;
+        EXPECT_EQ(GridOf(form, "edDstDataGrid"), kNothing) << kGridParts[n] << ": " << wrong;
       }
     }
     Click(form, "btnApply");
   }));
-  EXPECT_EQ(TextsOf(result), kNothing);
+  EXPECT_EQ(TextsOf(result), GridTexts());
 }
 
 TEST_F(RecalculateGrid, CloseChangesNothingAndTheNextRunStartsAnew) {
@@ -133,13 +109,13 @@ TEST_F(RecalculateGrid, CloseChangesNothingAndTheNextRunStartsAnew) {
     Click(form, "btnClose");
   }));
   EXPECT_FALSE(Run(target.get(), &result, [](QWidget& form) {
-    EXPECT_EQ(Grid(form, "edSrc"), kNothing);
-    EXPECT_EQ(Grid(form, "edDst"), kNothing);
+    EXPECT_EQ(GridOf(form, "edSrcDataGrid"), kNothing);
+    EXPECT_EQ(GridOf(form, "edDstDataGrid"), kNothing);
     EXPECT_EQ(Axes(form, "lblSrc") + TextOf(form, "edSrcRefSystemName"), "||||");
     TypeGround(form);
     Press(form, "edSrcDataGridStepNS", Qt::Key_Return);
     EXPECT_TRUE(form.isVisible()) << "Enter computes";
-    EXPECT_EQ(Grid(form, "edDst"), kNothing) << "the system of the last run is gone";
+    EXPECT_EQ(GridOf(form, "edDstDataGrid"), kNothing) << "the system of the last run is gone";
     Press(form, "edSrcDataGridStepNS", Qt::Key_Escape);
   }));
   EXPECT_EQ(result.CellNorthSouth, "6");
@@ -149,9 +125,7 @@ TEST_F(RecalculateGrid, ShowsNothingWithoutAResultOrATargetThatTellsItsAxes) {
   class Mute : public TShellReferenceSystem {
    public:
     explicit Mute(const TShellReferenceSystem& other) : TShellReferenceSystem(other) {}
-    [[nodiscard]] bool IsFirstAxisNorth() const override {
-      throw QvRefSystem::GeodesyError("no axes");
-    }
+    [[nodiscard]] bool IsFirstAxisNorth() const override { throw GeodesyError("no axes"); }
   };
   TShell2DTableExtents result;
   const auto target = System(4);

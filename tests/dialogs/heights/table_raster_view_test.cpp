@@ -2,31 +2,14 @@
 
 #include "dialogs/heights/table_raster_view.h"
 
-#include <gtest/gtest.h>
-
-#include <QFileDialog>
-#include <QProgressBar>
-#include <QRadioButton>
-#include <QSlider>
-#include <QSpinBox>
-#include <QStatusBar>
-#include <QWheelEvent>
-#include <fstream>
-
 #include "dialogs/heights/big_image_scroll.h"
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
-#include "tests/support/sample_trees.h"
 #include "vertical/bitmap_file.h"
 
 namespace refframe_tests {
 namespace {
 
-using QvRefSystem::HeightRaster;
-using QvRefSystem::TBigImageScroll;
-using QvRefSystem::TformQvRfTableRasterView;
-using QvRefSystem::THeightTable;
-using QvRefSystem::TMarker;
-using QvRefSystem::TShellReferenceSystem;
+using namespace QvRefSystem;
 
 class TableRasterView : public DialogTest {
  protected:
@@ -44,11 +27,10 @@ class TableRasterView : public DialogTest {
   void View(Act act, TShellReferenceSystem* system = nullptr) {
     raster_.Setup(&table_, false, false, true, 1);
     TformQvRfTableRasterView view(nullptr);
-    ScreenUser user;
-    user.In<TformQvRfTableRasterView>([&](QWidget& form) {
+    ScreenUser user(In<TformQvRfTableRasterView>([&](QWidget& form) {
       act(form);
       Close(form);
-    });
+    }));
     view.Show(&raster_, system);
     for (const char* image : {"MainImage", "LenseImage"})
       EXPECT_FALSE(Child<TBigImageScroll>(view, image).HasRaster()) << "dropped when closed";
@@ -65,10 +47,7 @@ class TableRasterView : public DialogTest {
   static TBigImageScroll& Image(const QWidget& form) {
     return Child<TBigImageScroll>(form, "MainImage");
   }
-  static QPointF Marker(const QWidget& form) {
-    auto* marker = form.findChild<TMarker*>("Marker1");
-    return marker->Position();
-  }
+  static QPointF Marker(const QWidget& form) { return Child<TMarker>(form, "Marker1").Position(); }
   static void ClickAt(TBigImageScroll& image, QPointF place) {
     QTest::mouseClick(image.viewport(), Qt::LeftButton, {}, place.toPoint());
   }
@@ -91,10 +70,6 @@ class TableRasterView : public DialogTest {
       if (button->text() == QLatin1String(mode))
         QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
     }
-  }
-  static std::string Content(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
   }
 
   THeightTable table_;
@@ -131,7 +106,7 @@ TEST_F(TableRasterView, TheStatusTellsZoomsMarkerSizeAndHeight) {
 TEST_F(TableRasterView, ASystemTellsThePlaceInItsNotation) {
   Fill(11, 6, 0.5, -80, 40);
   const TreePtr tree = MakeTree(SystemTree, 4);
-  const auto system = QvRefSystem::CreateShellReferenceSystem(tree.get(), nullptr);
+  const auto system = CreateShellReferenceSystem(tree.get(), nullptr);
   ASSERT_NE(system, nullptr);
   View(
       [](QWidget& form) {
@@ -308,10 +283,8 @@ TEST_F(TableRasterView, SavesTheColourImageFromTheHiddenPanel) {
         Ok(form);
       })
       .In<QFileDialog>([&](QFileDialog& dialog) {
-        auto& name = Child<QLineEdit>(dialog, "fileNameEdit");
-        EXPECT_EQ(name.text(), "view  of a b");
-        name.setText(QString::fromStdString(path));
-        QMetaObject::invokeMethod(&dialog, "accept");
+        EXPECT_EQ(TextOf(dialog, "fileNameEdit"), "view  of a b");
+        TakeFile(dialog, path);
       });
   view.setWindowTitle("view: of a/b");
   view.Show(&raster_, nullptr);

@@ -2,38 +2,23 @@
 
 #include "dialogs/heights/vertical_edit.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <QGroupBox>
-
 #include "dialogs/heights/offset_report.h"
 #include "dialogs/heights/recalculate_grid.h"
 #include "dialogs/heights/table_raster_view.h"
 #include "processors/ref_system_processor.h"
 #include "tests/dialogs/edit/edit_dialog_fixture.h"
-#include "tests/support/sample_trees.h"
 #include "vertical/vertical_processor.h"
 
 namespace refframe_tests {
 namespace {
 
+using namespace QvRefSystem;
+using namespace testing;
+using enum TObjectType;
 using QvPlatform::MessageAnswer;
 using QvPlatform::SystemText;
 using QvPlatform::TextId;
-using QvRefSystem::TformQvRfOffsetApproximationReport;
-using QvRefSystem::TformQvRfRecalculateGridParams;
-using QvRefSystem::TformQvRfSelector;
-using QvRefSystem::TformQvRfTableRasterView;
-using QvRefSystem::TformQvRfVerticalRefSystemEdit;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::SizeIs;
-using Strings = std::vector<std::string>;
 
-constexpr const char* kParts[] = {"ExtentsNorth", "ExtentsWest", "ExtentsEast",
-                                  "ExtentsSouth", "StepWE",      "StepNS"};
 constexpr char kFileGrid[] = "55 36 38 54 1 1";
 
 class VerticalEdit : public EditDialogTest {
@@ -42,8 +27,10 @@ class VerticalEdit : public EditDialogTest {
     // Names alone, which no check lets pass.
     while (database_.data->datasetEllipsoid.RecordCount() > 0)
       database_.data->datasetEllipsoid.Delete();
-    plane_ = Insert("Plane", false);
-    Insert("Highlands", true);
+    plane_ = Insert(kReferenceSystem, MakeTree(SystemTree, 4), {{1020, "Plane"}});
+    const TreePtr highlands = MakeTree(SystemTree, 4);
+    HeightTableTree(TreeBuilder(highlands.get()).Sub(1500));
+    Insert(kReferenceSystem, highlands, {{1020, "Highlands"}});
     Records().LocateKey(0);
     owner_.setGeometry(20, 20, 100, 100);
     file_ = database_.folder.Path("geoid.txt");
@@ -58,38 +45,24 @@ class VerticalEdit : public EditDialogTest {
     ExpectSound(database_);
   }
 
-  int Insert(const char* name, bool withHeights) {
-    TreePtr tree = MakeTree(SystemTree, 4);
-    RemoveField(tree.get(), 1020, 0);
-    TreeBuilder(tree.get()).Field(1020, name);
-    if (withHeights) HeightTableTree(TreeBuilder(tree.get()).Sub(1500));
-    return Systems().InsertFromTree(tree.get());
-  }
-  [[nodiscard]] QvRefSystem::TQvRfDataProcessor& Systems() {
-    return *database_.data->RefSystemProcessor;
-  }
-  [[nodiscard]] QvRefSystem::TQvRfVerticalRefSystemDataProcessor& Records() {
+  [[nodiscard]] TQvRfDataProcessor& Systems() { return *database_.data->RefSystemProcessor; }
+  [[nodiscard]] TQvRfVerticalRefSystemDataProcessor& Records() {
     return *database_.data->VerticalRefSystemProcessor;
   }
   [[nodiscard]] std::string Field(const char* name) {
     return Records().DataSet->FieldByName(name).AsString();
   }
-  void WriteFile(const std::string& text) {
-    EXPECT_TRUE(QvRefSystem::SaveStorageFile(file_, false, text));
-  }
-  [[nodiscard]] Strings Files() {
-    return QvRefSystem::ListStorageFiles(database_.data->GetHeightsPrefix(), false);
-  }
+  void WriteFile(const std::string& text) { EXPECT_TRUE(SaveStorageFile(file_, false, text)); }
 
-  // A run over the plane system: of a new record, or of the one that was made before.
+  // A run over the plane system: of a new record, or of the one that was made before. The user
+  // closes what `act` leaves open.
   template <typename Act>
   bool Run(Act act) {
     QvCommonUtils::TStringTree tree;
     Systems().LocateKey(plane_);
     EXPECT_TRUE(Systems().WriteToTree(&tree, 0, 0));
-    EXPECT_TRUE(form_.SetPlaneSystem(WriteTreeText(&tree), KeyOf(kUnit, "metre")));
-    ScreenUser user;
-    user.In<TformQvRfVerticalRefSystemEdit>(act);
+    EXPECT_TRUE(form_.SetPlaneSystem(WriteTreeText(&tree), KeyOf(kLinearUnit, "metre")));
+    ScreenUser user(In<TformQvRfVerticalRefSystemEdit>(ThenClose(act)));
     if (made_ != 0) {
       Records().LocateKey(made_);
       return form_.EditCurrent();
@@ -102,18 +75,6 @@ class VerticalEdit : public EditDialogTest {
     Check(form, "radiobtnDataSourceFile");
     NameFile(form, "btnDataSourceParamsFileName", file_);
     Choose(form, "btnDataSourceParamsFilePlaneRefsystem", "Plane");
-  }
-  void CreateTable(QWidget& form) const {
-    TakeFileSource(form);
-    Click(form, "btnDataCreate");
-    EXPECT_EQ(State(form), "Table");
-  }
-  static std::string Grid(const QWidget& form) {
-    std::string grid;
-    for (const char* part : kParts) {
-      grid += (grid.empty() ? "" : " ") + TextOf(form, (std::string("edDataGrid") + part).c_str());
-    }
-    return grid;
   }
   static std::string State(const QWidget& form) {
     EXPECT_EQ(IsShown(form, "btnDataView"), TextOf(form, "pnlDataType") == "Table");
@@ -131,8 +92,7 @@ class VerticalEdit : public EditDialogTest {
   static std::string Refusal(const QWidget& form, const char* name) {
     return IsPainted(form, name, Qt::red) ? TipOf(form, name) : std::string();
   }
-  static constexpr auto kUnit = QvRefSystem::TObjectType::kLinearUnit;
-  TformQvRfVerticalRefSystemEdit form_{&owner_, QvRefSystem::DialogChooser()};
+  TformQvRfVerticalRefSystemEdit form_{&owner_, DialogChooser()};
   std::string file_;
   int plane_ = 0;
   int made_ = 0;
@@ -155,7 +115,7 @@ TEST_F(VerticalEdit, AFileMakesATableWhichTheNextRunShowsAgain) {
     EXPECT_FALSE(IsEnabled(form, "btnDataSourceView"));
     NameFile(form, "btnDataSourceParamsFileName", file_);
     EXPECT_EQ(TextOf(form, "edDataSourceParamsFileName"), file_);
-    EXPECT_EQ(Grid(form) + Enabled(form), std::string(kFileGrid) + "---");
+    EXPECT_EQ(GridOf(form, "edDataGrid") + Enabled(form), std::string(kFileGrid) + "---");
     Open<TformQvRfTableRasterView>(form, "btnDataSourceView", Ok);
     Choose(form, "btnDataSourceParamsFilePlaneRefsystem", "Plane");
     EXPECT_EQ(TextOf(form, "comboDataSourceParamsFilePlaneRefsystem"), "Plane");
@@ -171,9 +131,9 @@ TEST_F(VerticalEdit, AFileMakesATableWhichTheNextRunShowsAgain) {
     Save(form);
   }));
   EXPECT_EQ(Field("NAME") + Field("ABBREVIATION") + Field("VDATA_TYPE"), "LowlandsLOW1");
-  EXPECT_THAT(Files(), testing::UnorderedElementsAre("Alps", "Lowlands"));
+  EXPECT_THAT(HeightFiles(), UnorderedElementsAre("Alps", "Lowlands"));
   EXPECT_FALSE(form_.isVisible());
-  const Strings files = Files();
+  const auto files = HeightFiles();
   EXPECT_FALSE(Run([&](QWidget& form) {
     EXPECT_EQ(form.geometry(), left) << "where and as large as the user left it";
     EXPECT_EQ(TextOf(form, "edName"), "Lowlands");
@@ -181,19 +141,20 @@ TEST_F(VerticalEdit, AFileMakesATableWhichTheNextRunShowsAgain) {
     EXPECT_EQ(TextOf(form, "edDataSourceParamsFileName") +
                   TextOf(form, "comboDataSourceParamsFilePlaneRefsystem"),
               file_ + "Plane");
-    EXPECT_EQ(Grid(form) + State(form) + Enabled(form), std::string(kFileGrid) + "Tablexxx");
+    EXPECT_EQ(GridOf(form, "edDataGrid") + State(form) + Enabled(form),
+              std::string(kFileGrid) + "Tablexxx");
     Type(form, "edName", "Renamed");
     Type(form, "edDataGridExtentsEast", "37");
     Click(form, "btnDataCreate");
     QTest::keyClick(&form, Qt::Key_Escape);
   }));
   EXPECT_EQ(Field("NAME") + Field("VDATA_EXTENTS_EAST"), "Lowlands38");
-  EXPECT_EQ(Files(), files);
+  EXPECT_EQ(HeightFiles(), files);
   EXPECT_TRUE(Run([](QWidget& form) {
-    EXPECT_EQ(Grid(form) + State(form), std::string(kFileGrid) + "Table");
+    EXPECT_EQ(GridOf(form, "edDataGrid") + State(form), std::string(kFileGrid) + "Table");
     Save(form);
   }));
-  EXPECT_THAT(Files(), SizeIs(2)) << "no old file is left";
+  EXPECT_THAT(HeightFiles(), SizeIs(2)) << "no old file is left";
   EXPECT_THAT(database_.ui.messages, IsEmpty()) << "the data are current";
 }
 
@@ -218,11 +179,11 @@ TEST_F(VerticalEdit, AnOffsetIsAcceptedOrRejectedInItsReport) {
     approximate(form, "btnAccept", true);
     EXPECT_EQ(State(form), "Offset");
     EXPECT_EQ(TextOf(form, "edDataOffset"), "13.396 metre (m)");
-    EXPECT_THAT(TextOf(form, "memoDescription"), testing::StartsWith("About Approximation of"));
+    EXPECT_THAT(TextOf(form, "memoDescription"), StartsWith("About Approximation of"));
     Save(form);
   }));
   EXPECT_EQ(Field("VDATA_TYPE") + " " + Field("VDATA_OFFSET"), "2 13.396");
-  EXPECT_THAT(Files(), ElementsAre("Alps"));
+  EXPECT_THAT(HeightFiles(), ElementsAre("Alps"));
 }
 
 TEST_F(VerticalEdit, ASystemWithHeightsIsASource) {
@@ -236,13 +197,13 @@ TEST_F(VerticalEdit, ASystemWithHeightsIsASource) {
     EXPECT_EQ(Refusal(form, kName) + TipOf(form, kName), "");
     EXPECT_EQ(TextOf(form, kName) + TextOf(form, "memoDataSourceParamsVertRefsystem"),
               "HighlandsA system");
-    EXPECT_EQ(Grid(form), kFileGrid);
+    EXPECT_EQ(GridOf(form, "edDataGrid"), kFileGrid);
     Click(form, "btnDataCreate");
     EXPECT_EQ(State(form), "Table");
     Type(form, "edName", "Alps");
     Save(form);
   }));
-  EXPECT_THAT(Files(), testing::UnorderedElementsAre("Alps", "Alps[1]")) << "each has its own";
+  EXPECT_THAT(HeightFiles(), UnorderedElementsAre("Alps", "Alps[1]")) << "each has its own";
   EXPECT_FALSE(Run([](QWidget& form) {
     EXPECT_EQ(TextOf(form, "comboDataSourceParamsVertRefsystem"), "Highlands");
     // A plane for a file must have no heights.
@@ -251,7 +212,6 @@ TEST_F(VerticalEdit, ASystemWithHeightsIsASource) {
     EXPECT_EQ(TextOf(form, "comboDataSourceParamsFilePlaneRefsystem"), "");
     EXPECT_THAT(Refusal(form, "comboDataSourceParamsFilePlaneRefsystem"),
                 HasSubstr("must not have"));
-    Close(form);
   }));
 }
 
@@ -282,14 +242,14 @@ TEST_F(VerticalEdit, AnOffsetIsTypedWithItsUnit) {
   EXPECT_FALSE(Run([&](QWidget& form) {
     EXPECT_TRUE(IsChecked(form, "radiobtnDataSourceOffset"));
     EXPECT_EQ(TextOf(form, kValue) + State(form), "-2.50Offset");
-    Close(form);
   }));
 }
 
 TEST_F(VerticalEdit, StaleDataAreStoredOnlyIfTheUserInsists) {
   database_.ui.answers = {MessageAnswer::kNo, MessageAnswer::kYes};
   EXPECT_TRUE(Run([this](QWidget& form) {
-    CreateTable(form);
+    TakeFileSource(form);
+    Click(form, "btnDataCreate");
     Type(form, "edName", "Lowlands");
     Type(form, "edDataGridStepWE", "5");
     Save(form);
@@ -310,23 +270,20 @@ TEST_F(VerticalEdit, AGridIsTypedOrComputed) {
     EXPECT_EQ(State(form), "No data");
     EXPECT_THAT(TipOf(form, "pnlDataType"), HasSubstr("Cell size"));
     for (const char* button : {"btnClose", "btnApply"}) {
-      const std::string before = Grid(form);
+      const std::string before = GridOf(form, "edDataGrid");
       Open<TformQvRfRecalculateGridParams>(form, "Button1", [&](QWidget& grid) {
         EXPECT_EQ(TextOf(grid, "edDstRefSystemName"), "Plane");
-        const char* texts[] = {"54.5", "36", "37", "54", "0.5", "0.25"};
-        for (std::size_t n = 0; n < std::size(texts); ++n)
-          Type(grid, (std::string("edSrcDataGrid") + kParts[n]).c_str(), texts[n]);
+        TypeGrid(grid, "edSrcDataGrid", {"54.5", "36", "37", "54", "0.5", "0.25"});
         Choose(grid, "btnSrcRefSystemSelect", "Plane");
         Click(grid, button);
       });
-      EXPECT_EQ(Grid(form),
+      EXPECT_EQ(GridOf(form, "edDataGrid"),
                 std::string_view(button) == "btnApply" ? "54.5 36 37 54 0.5 0.25" : before);
     }
     Click(form, "btnDataCreate");
     EXPECT_EQ(State(form), "Table");
-    Close(form);
   }));
-  EXPECT_THAT(Files(), ElementsAre("Alps")) << "nothing was saved";
+  EXPECT_THAT(HeightFiles(), ElementsAre("Alps")) << "nothing was saved";
 }
 
 TEST_F(VerticalEdit, AFileThatIsNoneIsToldWithItsNameAndWhatIsWrong) {
@@ -341,11 +298,9 @@ TEST_F(VerticalEdit, AFileThatIsNoneIsToldWithItsNameAndWhatIsWrong) {
       WriteFile(text);
       database_.ui.messages.clear();
       NameFile(form, "btnDataSourceParamsFileName", file_);
-      EXPECT_THAT(database_.ui.messages,
-                  ElementsAre(testing::AllOf(HasSubstr(file_), HasSubstr(why))));
+      EXPECT_THAT(database_.ui.messages, ElementsAre(AllOf(HasSubstr(file_), HasSubstr(why))));
       EXPECT_EQ(Enabled(form), "---") << why;
     }
-    Close(form);
   }));
 }
 

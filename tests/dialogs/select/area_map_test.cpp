@@ -1,10 +1,5 @@
 #include "dialogs/select/area_map.h"
 
-#include <gtest/gtest.h>
-
-#include <QImage>
-#include <QPalette>
-
 #include "dialogs/select/world_land.h"
 #include "tests/dialogs/dialog_fixture.h"
 
@@ -15,10 +10,7 @@ using QvRefSystem::EpsgBox;
 using QvRefSystem::FitMap;
 using QvRefSystem::MapView;
 
-const struct {
-  const char* name;
-  EpsgBox box;
-} kAreas[] = {
+const std::pair<const char*, EpsgBox> kAreas[] = {
     {"a city", {.south = 53.4, .north = 53.8, .west = 9.7, .east = 10.4}},
     {"a zone of a projection", {.south = 0, .north = 84, .west = 6, .east = 12}},
     {"the world", {.south = -90, .north = 90, .west = -180, .east = 180}},
@@ -32,10 +24,10 @@ const struct {
 };
 
 TEST(AreaMap, ShowsTheWholeAreaOnThisEarth) {
-  for (const auto& row : kAreas) {
+  for (const auto& [name, box] : kAreas) {
     for (const QSizeF size : {QSizeF(280, 140), QSizeF(120, 300), QSizeF(700, 90), QSizeF(0, 0)}) {
-      SCOPED_TRACE(std::string(row.name) + ", width " + std::to_string(size.width()));
-      const MapView view = FitMap(row.box, size);
+      SCOPED_TRACE(std::string(name) + ", width " + std::to_string(size.width()));
+      const MapView view = FitMap(box, size);
       EXPECT_GE(view.area.left(), view.degrees.left() - 1e-9);
       EXPECT_LE(view.area.right(), view.degrees.right() + 1e-9);
       EXPECT_GE(view.area.top(), view.degrees.top() - 1e-9);
@@ -52,7 +44,7 @@ TEST(AreaMap, ShowsTheWholeAreaOnThisEarth) {
 }
 
 TEST(AreaMap, NorthIsUpAndEastIsRight) {
-  const MapView view = FitMap(kAreas[2].box, QSizeF(360, 180));
+  const MapView view = FitMap(kAreas[2].second, QSizeF(360, 180));
   EXPECT_EQ(view.Transform().map(QPointF(-180, 90)), QPointF(0, 0));
   EXPECT_EQ(view.Transform().map(QPointF(10, 50)), QPointF(190, 40));
 }

@@ -1,17 +1,11 @@
 #include "dialogs/select/database_manager.h"
 
-#include <gtest/gtest.h>
-
-#include <QListWidget>
-
 #include "tests/dialogs/dialog_fixture.h"
 
 namespace refframe_tests {
 namespace {
 
-using QvRefSystem::TformGeoRefFrameDatabaseManager;
-using QvRefSystem::TformQvRfSelector;
-using QvRefSystem::TQvGeoRefFrameDialogOptions;
+using namespace QvRefSystem;
 
 class DatabaseManager : public DialogTest {
  protected:
@@ -28,7 +22,7 @@ class DatabaseManager : public DialogTest {
 // All object types stand there once, and types ahead of what has them.
 TEST_F(DatabaseManager, ListsEveryObjectTypeInBothModes) {
   QStringList expected;
-  for (const QvRefSystem::ObjectDescriptor& object : QvRefSystem::ObjectDescriptors()) {
+  for (const ObjectDescriptor& object : ObjectDescriptors()) {
     std::string text;
     database_.Processor(object.type).GetDisplayNames(&text, nullptr);
     expected << QString::fromStdString(text);
@@ -40,9 +34,8 @@ TEST_F(DatabaseManager, ListsEveryObjectTypeInBothModes) {
     for (int row = 0; row < List().count(); ++row)
       texts << List().item(row)->text();
     const bool listed = mode == 1 || mode == 2;
-    for (const char* object : {"reference system", "datum shift", "map projection"}) {
+    for (const char* object : {"reference system", "datum shift", "map projection"})
       EXPECT_EQ(texts.indexOf(object) - texts.indexOf(object + QString(" type")), listed ? 1 : 0);
-    }
     texts.sort();
     EXPECT_EQ(texts, listed ? expected : QStringList()) << mode;
     EXPECT_EQ(IsEnabled(manager_, "bitbtnEdit"), listed) << mode;
@@ -85,11 +78,10 @@ TEST_F(DatabaseManager, WithoutASelectionThereIsNothingToEdit) {
   Fill(2);
   List().clearSelection();
   EXPECT_FALSE(IsEnabled(manager_, "bitbtnEdit"));
-  ScreenUser user;
-  user.In<TformGeoRefFrameDatabaseManager>([](QWidget& form) {
+  ScreenUser user(In<TformGeoRefFrameDatabaseManager>([](QWidget& form) {
     Press(form, "listboxContent", Qt::Key_Return);
     Click(form, "bitbtnClose");
-  });
+  }));
   manager_.RunModal();
 }
 

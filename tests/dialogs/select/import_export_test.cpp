@@ -1,79 +1,52 @@
 #include "dialogs/select/import_export.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <QDir>
-#include <QFileDialog>
-#include <QLineEdit>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 
 #include "platform/storage/stream.h"
-#include "tests/dialogs/dialog_fixture.h"
-#include "tests/support/sample_trees.h"
+#include "tests/dialogs/edit/edit_dialog_fixture.h"
 
 namespace refframe_tests {
 namespace {
 
-using QvRefSystem::ObjectFileForm;
-using QvRefSystem::TformQvRfSelector;
-using enum QvRefSystem::TObjectType;
-
-// Takes a path, under one of the filters if that is given.
-void Answer(QFileDialog& dialog, const std::string& path, int filter = 0) {
-  if (filter != 0) {
-    dialog.selectNameFilter(dialog.nameFilters().at(filter - 1));
-    emit dialog.filterSelected(dialog.nameFilters().at(filter - 1));
-  }
-  Child<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(path));
-  QMetaObject::invokeMethod(&dialog, "accept");
-}
+using namespace QvRefSystem;
+using enum TObjectType;
 
 class ImportAndExport : public DialogTest {
  protected:
-  static std::string Content(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-  QvRefSystem::TQvRfDataProcessor& Units() { return database_.Processor(kLinearUnit); }
+  TQvRfDataProcessor& Units() { return database_.Processor(kLinearUnit); }
   QStringList Listed(QDir::Filters which) const {
     return QDir(QString::fromStdString(folder_.Path())).entryList(which | QDir::NoDotAndDotDot);
   }
   // Opens the list of a type, lets the user do something in it and then in file dialogs.
   template <typename... Acts>
   static void Browse(int type, std::function<void(QWidget&)> inList, Acts... inDialogs) {
-    const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, type));
-    ScreenUser user;
-    user.In<TformQvRfSelector>([inList](QWidget& form) {
+    const std::unique_ptr<TformQvRfSelector> selector(GetSelectorFor(nullptr, type));
+    ScreenUser user(In<TformQvRfSelector>([inList](QWidget& form) {
       inList(form);
       Click(form, "bitbtnClose");
-    });
+    }));
     (user.In<QFileDialog>(inDialogs), ...);
     EXPECT_FALSE(selector->Browse(0, false, true));
-  }
-  void ExportAll(int type) {
-    Browse(
-        type, [](QWidget& form) { Click(form, "bitbtnExport", Qt::ShiftModifier); },
-        [this](QFileDialog& dialog) { Answer(dialog, folder_.Path()); });
   }
   TemporaryFolder folder_;
 };
 
 TEST_F(ImportAndExport, BothFormsComeBackAsTheSameTree) {
-  ASSERT_GT(Units().InsertFromTree(MakeTree(MetreTree).get()), 0);
+  Insert(kLinearUnit, MakeTree(MetreTree));
   for (const auto form : {ObjectFileForm::kText, ObjectFileForm::kXml}) {
     const std::string path = folder_.Path("metre");
     ASSERT_TRUE(WriteObjectFile(Units(), path, form));
     QvCommonUtils::TStringTree expected;
     ASSERT_TRUE(Units().WriteToTree(&expected, 0, 0));
     QvCommonUtils::TStringTree told;
-    QvRefSystem::ReadTreeFile(path, form, &told);
+    ReadTreeFile(path, form, &told);
     EXPECT_TRUE(SameTree(&told, &expected));
     QvCommonUtils::TStringTree guessed;
-    QvRefSystem::ReadTreeFile(path, &guessed);
+    ReadTreeFile(path, &guessed);
     EXPECT_TRUE(SameTree(&guessed, &expected));
     EXPECT_EQ(Content(path).back() == '\0', form == ObjectFileForm::kText);
   }
@@ -82,36 +55,26 @@ TEST_F(ImportAndExport, BothFormsComeBackAsTheSameTree) {
 // The user writes an object to a file through the dialog, and takes it into another database.
 TEST_F(ImportAndExport, AnObjectTravelsThroughTheDialogs) {
   database_.data->ShowImportExport = true;
-  ASSERT_GT(Units().InsertFromTree(MakeTree(MetreTree).get()), 0);
-  const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, 8));
+  Insert(kLinearUnit, MakeTree(MetreTree));
+  const std::unique_ptr<TformQvRfSelector> selector(GetSelectorFor(nullptr, 8));
   const std::string path = folder_.Path("out.x-ref-system");
   const auto choose = [&path](QFileDialog& dialog) {
     EXPECT_TRUE(dialog.selectedNameFilter().contains("*.x-ref-system"))
         << "the XML form is offered first";
-    Answer(dialog, path);
+    TakeFile(dialog, path);
   };
-  {
-    ScreenUser user;
-    user.In<TformQvRfSelector>([](QWidget& form) {
-          Click(form, "bitbtnExport");
-          Click(form, "bitbtnCancel");
-        })
-        .In<QFileDialog>([&](QFileDialog& dialog) {
-          EXPECT_EQ(Child<QLineEdit>(dialog, "fileNameEdit").text().toStdString(), "metre");
-          choose(dialog);
-        });
-    EXPECT_FALSE(selector->Select(nullptr, 0, false, nullptr, 0));
-  }
-  ASSERT_NE(Content(path), "");
-  database_.data->datasetLinearUnit.Delete();
-  ScreenUser user;
-  user.In<TformQvRfSelector>([](QWidget& form) {
-        Click(form, "bitbtnImport");
-        EXPECT_EQ(ListedNames(form), "metre");
-        EXPECT_EQ(MarkedName(form), "metre");
-        Click(form, "bitbtnCancel");
-      })
-      .In<QFileDialog>(choose);
+  ScreenUser user(In<TformQvRfSelector>([&](QWidget& form) {
+    Open<QFileDialog>(form, "bitbtnExport", [&](QFileDialog& dialog) {
+      EXPECT_EQ(TextOf(dialog, "fileNameEdit"), "metre");
+      choose(dialog);
+    });
+    ASSERT_NE(Content(path), "");
+    database_.data->datasetLinearUnit.Delete();
+    Open<QFileDialog>(form, "bitbtnImport", choose);
+    EXPECT_EQ(ListedNames(form), "metre");
+    EXPECT_EQ(MarkedName(form), "metre");
+    Cancel(form);
+  }));
   EXPECT_FALSE(selector->Select(nullptr, 0, false, nullptr, 0));
   EXPECT_TRUE(database_.ui.messages.empty());
 }
@@ -162,7 +125,7 @@ TEST_F(ImportAndExport, AFileThatCannotBeReadIsToldWithItsPlaceAndChangesNothing
     database_.ui.messages.clear();
     Browse(
         8, [](QWidget& form) { Click(form, "bitbtnImport"); },
-        [&](QFileDialog& dialog) { Answer(dialog, path, row.filter); });
+        [&](QFileDialog& dialog) { TakeFile(dialog, path, row.filter - 1); });
     ASSERT_EQ(database_.ui.messages.size(), 1U);
     for (const std::string& part : {"\"" + path + "\"", std::string(row.told)})
       EXPECT_THAT(database_.ui.messages[0], testing::HasSubstr(part));
@@ -172,7 +135,7 @@ TEST_F(ImportAndExport, AFileThatCannotBeReadIsToldWithItsPlaceAndChangesNothing
 
 TEST_F(ImportAndExport, WhatIsNoFileOfAnObjectIsNotEvenRead) {
   std::ofstream(folder_.Path("huge")) << "(0,0)";
-  std::filesystem::resize_file(folder_.Path("huge"), QvRefSystem::kLargestObjectFile + 1);
+  std::filesystem::resize_file(folder_.Path("huge"), kLargestObjectFile + 1);
   std::filesystem::create_directory(folder_.Path("folder"));
   ASSERT_EQ(mkfifo(folder_.Path("pipe").c_str(), 0600), 0);
   const std::pair<const char*, const char*> rows[] = {{"huge", "too large"},
@@ -183,20 +146,17 @@ TEST_F(ImportAndExport, WhatIsNoFileOfAnObjectIsNotEvenRead) {
     for (const auto form : {ObjectFileForm::kText, ObjectFileForm::kXml}) {
       QvCommonUtils::TStringTree tree;
       TreeBuilder(&tree).Field(1020, "as before");
-      try {
-        QvRefSystem::ReadTreeFile(folder_.Path(name), form, &tree);
-        ADD_FAILURE() << name << " was read";
-      } catch (const QvPlatform::StorageError& error) {
-        EXPECT_THAT(error.what(), testing::HasSubstr(told));
-        EXPECT_THAT(error.what(), testing::HasSubstr(folder_.Path(name)));
-      }
+      const auto read = [&, name = name] { ReadTreeFile(folder_.Path(name), form, &tree); };
+      const auto tells =
+          testing::AllOf(testing::HasSubstr(told), testing::HasSubstr(folder_.Path(name)));
+      EXPECT_THAT(read, testing::ThrowsMessage<QvPlatform::StorageError>(tells));
       EXPECT_NE(FindField(&tree, 1020, 0), nullptr) << name;
     }
   }
 }
 
 TEST_F(ImportAndExport, ATargetThatCannotBeWrittenKeepsWhatStoodThere) {
-  ASSERT_GT(Units().InsertFromTree(MakeTree(MetreTree).get()), 0);
+  Insert(kLinearUnit, MakeTree(MetreTree));
   std::filesystem::create_directory(folder_.Path("folder"));
   const std::string rows[] = {"folder", "missing/metre", std::string(300, 'x')};
   for (const std::string& name : rows) {
@@ -210,7 +170,7 @@ TEST_F(ImportAndExport, ATargetThatCannotBeWrittenKeepsWhatStoodThere) {
 }
 
 TEST_F(ImportAndExport, OffersTheObjectsOwnFormFirstAndXmlAtOnce) {
-  ASSERT_GT(Units().InsertFromTree(MakeTree(MetreTree).get()), 0);
+  Insert(kLinearUnit, MakeTree(MetreTree));
   const auto look = [](const char* first) {
     return [first](QFileDialog& dialog) {
       EXPECT_EQ(dialog.nameFilters(),
@@ -238,41 +198,29 @@ TEST_F(ImportAndExport, AnObjectOfAnotherTypeIsRefusedByName) {
       [](QWidget& form) {
         Press(form, "dbgridList", Qt::Key_F3, Qt::ControlModifier | Qt::ShiftModifier);
       },
-      [&](QFileDialog& dialog) { Answer(dialog, path); });
+      [&](QFileDialog& dialog) { TakeFile(dialog, path); });
   EXPECT_EQ(database_.ui.messages, std::vector<std::string>{"Import failed(datum)"});
 }
 
-TEST_F(ImportAndExport, AWholeTableGoesToAFolder) {
-  ASSERT_GT(Units().InsertFromTree(MakeTree(MetreTree).get()), 0);
-  ASSERT_GT(database_.Processor(kAngularUnit).InsertFromTree(MakeTree(DegreeTree).get()), 0);
-  ASSERT_GT(database_.Processor(kAngularUnit).InsertFromTree(MakeTree(SecondTree).get()), 0);
-  ExportAll(10);
-  EXPECT_EQ(Listed(QDir::Files), QStringList({"arc-second.x-ref-system", "degree.x-ref-system"}));
-}
-
 // One object refers to another that is gone, and one has a name longer than a file's may be.
-TEST_F(ImportAndExport, OfAWholeTableWhatCannotBeWrittenIsTold) {
-  auto& systems = database_.Processor(kReferenceSystem);
-  for (const int kind : {1, 4, 5})
-    ASSERT_GT(systems.InsertFromTree(MakeTree(SystemTree, kind).get()), 0);
-  const auto rename = [&](int kind, const std::string& name, int unit) {
-    QvPlatform::TQvDataSet& dataSet = *systems.DataSet;
-    for (dataSet.First(); dataSet.FieldByName("TYPE").AsInteger() != kind; dataSet.Next()) {
-    }
-    dataSet.Edit();
-    dataSet.FieldByName("NAME").SetString(name);
-    if (unit != 0) dataSet.FieldByName("LINEAR_UNIT_AUTOKEY").SetInteger(unit);
-    dataSet.Post();
+TEST_F(ImportAndExport, AWholeTableGoesToAFolderAndWhatCannotBeWrittenIsTold) {
+  for (const int kind : {1, 3, 4, 5})
+    Insert(kReferenceSystem, MakeTree(SystemTree, kind));
+  const auto change = [&](const char* name, const char* field, const std::string& value) {
+    database_.Processor(kReferenceSystem).LocateKey(KeyOf(kReferenceSystem, name));
+    SetField(database_.data->datasetRefSystem, field, value);
   };
-  rename(1, "A broken grid", 4711);
-  rename(4, "Long " + std::string(300, 'x'), 0);
-  ExportAll(1);
+  change("Site grid", "LINEAR_UNIT_AUTOKEY", "4711");
+  change("NAD27 geodetic", "NAME", "Long " + std::string(300, 'x'));
+  Browse(
+      1, [](QWidget& form) { Click(form, "bitbtnExport", Qt::ShiftModifier); },
+      [this](QFileDialog& dialog) { TakeFile(dialog, folder_.Path()); });
   ASSERT_EQ(database_.ui.messages.size(), 1U);
   const std::string& told = database_.ui.messages[0];
-  EXPECT_TRUE(told.starts_with("Objects that could not be written: 2\n\"A broken grid\": "))
-      << told;
-  EXPECT_NE(told.find("\"Long xxx"), std::string::npos) << told;
-  EXPECT_EQ(Listed(QDir::Files | QDir::Hidden), QStringList{"NAD27   UTM 17N.x-ref-system"});
+  EXPECT_THAT(told, testing::StartsWith("Objects that could not be written: 2\n\"Long xxx"));
+  EXPECT_THAT(told, testing::HasSubstr("\n\"Site grid\": "));
+  EXPECT_EQ(Listed(QDir::Files | QDir::Hidden),
+            QStringList({"NAD27   UTM 17N.x-ref-system", "NAD27 geocentric.x-ref-system"}));
 }
 
 }  // namespace

@@ -2,10 +2,6 @@
 
 #include "dialogs/select/legacy_tool.h"
 
-#include <gtest/gtest.h>
-
-#include <QFileDialog>
-#include <QLineEdit>
 #include <fstream>
 
 #include "dialogs/select/import_export.h"
@@ -16,18 +12,11 @@
 namespace refframe_tests {
 namespace {
 
-using QvRefSystem::ConvertLegacySystem;
-using QvRefSystem::TformQvRfSelector;
-using enum QvRefSystem::TObjectType;
+using namespace QvRefSystem;
+using enum TObjectType;
 
 std::string Hex(const std::string& bytes) {
-  constexpr char kDigits[] = "0123456789abcdef";
-  std::string hex;
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    hex += {kDigits[byte / 16], kDigits[byte % 16]};
-  }
-  return hex;
+  return QByteArray::fromStdString(bytes).toHex().toStdString();
 }
 
 class LegacyTool : public DialogTest {
@@ -38,31 +27,25 @@ class LegacyTool : public DialogTest {
     return path;
   }
   static std::string Whole() { return Hex(WriteLegacyBlock(GaussKrueger(), kGaussKruegerFlags)); }
-  static std::string Content(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
   TemporaryFolder folder_;
 };
 
 // Ctrl+Shift+F2 on Import writes the file beside the database's tables; elsewhere it exports.
 TEST_F(LegacyTool, AnswersItsKeyOnTheImportButtonOfSystemsAlone) {
   const std::string ini = Ini(Whole());
-  const std::string output = QvRefSystem::LegacyOutputPath(*database_.data);
+  const std::string output = LegacyOutputPath(*database_.data);
   EXPECT_EQ(output, database_.path + "/legacy system.reference system");
   const std::vector<int> before = database_.Counts();
   for (const int type : {3, 1}) {
-    const std::unique_ptr<TformQvRfSelector> selector(QvRefSystem::GetSelectorFor(nullptr, type));
-    ScreenUser user;
-    user.In<TformQvRfSelector>([](QWidget& form) {
+    const std::unique_ptr<TformQvRfSelector> selector(GetSelectorFor(nullptr, type));
+    ScreenUser user(In<TformQvRfSelector>([](QWidget& form) {
       Press(form, "bitbtnImport", Qt::Key_F2, Qt::ControlModifier | Qt::ShiftModifier);
       Click(form, "bitbtnClose");
-    });
+    }));
     if (type == 1) {
       user.In<QFileDialog>([&](QFileDialog& dialog) {
         EXPECT_EQ(dialog.nameFilters(), QStringList({"Ini files (*.ini)", "All files (*.*)"}));
-        Child<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(ini));
-        QMetaObject::invokeMethod(&dialog, "accept");
+        TakeFile(dialog, ini);
       });
     }
     selector->Browse(0, false, true);
@@ -72,7 +55,7 @@ TEST_F(LegacyTool, AnswersItsKeyOnTheImportButtonOfSystemsAlone) {
   EXPECT_EQ(database_.Counts(), before);
   EXPECT_EQ(Content(output).back(), '\0');
   QvCommonUtils::TStringTree tree;
-  ReadTreeFile(output, QvRefSystem::ObjectFileForm::kText, &tree);
+  ReadTreeFile(output, ObjectFileForm::kText, &tree);
   std::string name;
   EXPECT_TRUE(tree.GetString(1020, 0, &name));
   EXPECT_EQ(name, GaussKrueger().SystemName);
@@ -123,7 +106,7 @@ TEST_F(LegacyTool, OverwritesItsOwnFileAndNoOther) {
 TEST(LegacyOutput, StandsBesideAContainer) {
   const TestDatabase container(true);
   container.data->DatabasePath = "/data/refs.qvdb";
-  EXPECT_EQ(QvRefSystem::LegacyOutputPath(*container.data), "/data/legacy system.reference system");
+  EXPECT_EQ(LegacyOutputPath(*container.data), "/data/legacy system.reference system");
 }
 
 }  // namespace

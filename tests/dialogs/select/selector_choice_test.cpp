@@ -1,22 +1,12 @@
 // Choosing and browsing: what a run of a selector gives back, and which buttons it offers.
 
-#include <gtest/gtest.h>
-
-#include <QAbstractItemView>
-#include <QDialog>
-#include <QPushButton>
-
 #include "tests/dialogs/dialog_fixture.h"
-#include "tests/support/sample_trees.h"
 
 namespace refframe_tests {
 namespace {
 
-using QvRefSystem::DialogChooser;
-using QvRefSystem::GetSelectorFor;
-using QvRefSystem::TableId;
-using QvRefSystem::TformQvRfSelector;
-using enum QvRefSystem::TObjectType;
+using namespace QvRefSystem;
+using enum TObjectType;
 
 class SelectorChoice : public ListTest {};
 
@@ -64,9 +54,7 @@ TEST_F(SelectorChoice, AKeyThatIsGoneOpensOnTheLastRow) {
 
 TEST_F(SelectorChoice, OkOnAnEmptyTableGivesNothing) {
   EXPECT_FALSE(ChooseIn(systems_, [](QWidget& form) {
-    for (const char* button : {"bitbtnEdit", "bitbtnRemove", "bitbtnDetails"}) {
-      EXPECT_FALSE(IsEnabled(form, button)) << button;
-    }
+    EXPECT_EQ(Which(IsEnabled, form, {"bitbtnEdit", "bitbtnRemove", "bitbtnDetails"}), "");
     Click(form, "bitbtnOk");
     EXPECT_FALSE(form.isVisible());
   }));
@@ -75,11 +63,10 @@ TEST_F(SelectorChoice, OkOnAnEmptyTableGivesNothing) {
 TEST_F(SelectorChoice, WritesTheChosenObjectWhereItWasAskedTo) {
   QvCommonUtils::TStringTree tree;
   TreeBuilder(&tree).Field(1, "the host's own");
-  const int whole = database_.Processor(kEllipsoid).InsertFromTree(MakeTree(EllipsoidTree).get());
+  const int whole = Insert(kEllipsoid, MakeTree(EllipsoidTree));
   for (const int id : {5113, 0}) {
     int key = whole;
-    ScreenUser user;
-    user.In<TformQvRfSelector>(Clicks("bitbtnOk"));
+    ScreenUser user(In<TformQvRfSelector>(Clicks("bitbtnOk")));
     ASSERT_TRUE(ellipsoids_.Select(&tree, id, false, &key, 2)) << id;
     const auto* object = id == 0 ? &tree : FindSubtree(&tree, id, 2);
     ASSERT_NE(object, nullptr) << id;
@@ -98,8 +85,7 @@ TEST_F(SelectorChoice, AnObjectThatIsNotWholeIsRefusedAndTheTreeKeepsItsContent)
       TreeBuilder(&tree).Field(1020, "the host's system");
       TreeBuilder(&tree).Sub(1121).Field(1020, "the host's system");
       database_.ui.messages.clear();
-      ScreenUser user;
-      user.In<TformQvRfSelector>(Clicks("bitbtnOk"));
+      ScreenUser user(In<TformQvRfSelector>(Clicks("bitbtnOk")));
       int key = 0;
       EXPECT_FALSE(type == 0 ? systems_.Select(&tree, id, false, &key, 0)
                              : systems_.SelectFiltered(&tree, id, type, false, &key, 0));
@@ -115,9 +101,8 @@ TEST_F(SelectorChoice, AnObjectThatIsNotWholeIsRefusedAndTheTreeKeepsItsContent)
 
 // A topocentric system refers to a geodetic one, which the filter hides.
 TEST_F(SelectorChoice, AFilterHidesNothingFromTheTreeOfTheChosenObject) {
-  ASSERT_NE(database_.Processor(kReferenceSystem).InsertFromTree(MakeTree(SystemTree, 6).get()), 0);
-  ScreenUser user;
-  user.In<TformQvRfSelector>(Clicks("bitbtnOk"));
+  Insert(kReferenceSystem, MakeTree(SystemTree, 6));
+  ScreenUser user(In<TformQvRfSelector>(Clicks("bitbtnOk")));
   QvCommonUtils::TStringTree tree;
   EXPECT_TRUE(systems_.SelectFiltered(&tree, 0, 6, false, nullptr, 0));
   EXPECT_NE(FindSubtree(&tree, 1121, 0), nullptr);
@@ -132,8 +117,7 @@ TEST_F(SelectorChoice, ADoubleClickChoosesAndInTheViewerCloses) {
   };
   EXPECT_TRUE(Choose(doubleClick));
   EXPECT_EQ(CurrentName(kEllipsoid), "Clarke 1866");
-  ScreenUser user;
-  user.In<TformQvRfSelector>(doubleClick);
+  ScreenUser user(In<TformQvRfSelector>(doubleClick));
   EXPECT_FALSE(ellipsoids_.Browse(0, false, true));
 }
 
@@ -149,14 +133,13 @@ TEST_F(SelectorChoice, TheViewerOpensOnItsRecordOrElseOnTheFirst) {
               {"unknown key, details", 9999, true, "Airy 1830", false},
               {"no key", 0, false, "Airy 1830", false}};
   for (const auto& row : rows) {
-    ScreenUser user;
-    user.In<TformQvRfSelector>([&](QWidget& form) {
+    ScreenUser user(In<TformQvRfSelector>([&](QWidget& form) {
       EXPECT_EQ(form.windowTitle().toStdString(), "View ellipsoid");
       EXPECT_EQ(CurrentName(kEllipsoid), row.expected) << row.name;
       EXPECT_EQ(IsShown(form, "memoDetails"), row.inDetails) << row.name;
       EXPECT_EQ(IsShown(form, "dbgridList"), !row.inDetails) << row.name;
       Click(form, "bitbtnClose");
-    });
+    }));
     EXPECT_FALSE(ellipsoids_.Browse(row.key, row.details, true)) << row.name;
     EXPECT_EQ(LastUse(kEllipsoid), 0) << row.name;
   }
@@ -199,8 +182,7 @@ TEST_F(SelectorChoice, OffersTheButtonsOfItsMode) {
     if (row.select) {
       EXPECT_FALSE(ChooseIn(*selector, look));
     } else {
-      ScreenUser user;
-      user.In<TformQvRfSelector>(look);
+      ScreenUser user(In<TformQvRfSelector>(look));
       EXPECT_FALSE(selector->Browse(0, false, row.writable));
     }
     EXPECT_EQ(shown, row.expected) << row.name;
@@ -222,11 +204,10 @@ TEST_F(SelectorChoice, ConfinedToAKindShowsThatAloneAndIsWholeAgainAfterwards) {
               {"cancelled", 5, "Beta", "bitbtnCancel", false, "Alpha"},
               {"none of the kind", 6, "", "bitbtnOk", false, "Alpha"}};
   for (const auto& row : rows) {
-    ScreenUser user;
-    user.In<TformQvRfSelector>([&](QWidget& form) {
+    ScreenUser user(In<TformQvRfSelector>([&](QWidget& form) {
       EXPECT_EQ(ListedNames(form), row.listed) << row.name;
       Click(form, row.button);
-    });
+    }));
     int key = 0;
     EXPECT_EQ(systems_.SelectFiltered(nullptr, 0, row.type, false, &key, 0), row.chosen)
         << row.name;
@@ -236,21 +217,11 @@ TEST_F(SelectorChoice, ConfinedToAKindShowsThatAloneAndIsWholeAgainAfterwards) {
   }
 }
 
-TEST_F(SelectorChoice, SpheresAloneCanBeChosen) {
-  ScreenUser user;
-  user.In<TformQvRfSelector>([](QWidget& form) {
-    EXPECT_EQ(ListedNames(form), "Sphere");
-    Click(form, "bitbtnOk");
-  });
-  EXPECT_TRUE(ellipsoids_.SelectSpheres(nullptr, 0, false, nullptr, 0));
-  EXPECT_EQ(CurrentName(kEllipsoid), "Sphere");
-}
-
 TEST_F(SelectorChoice, FindsItsSelectorAmongTheOwnersChildren) {
   QDialog owner;
-  for (int type = -1; type <= QvRefSystem::kObjectTypeCodes; ++type) {
+  for (int type = -1; type <= kObjectTypeCodes; ++type) {
     TformQvRfSelector* made = GetSelectorFor(&owner, type);
-    EXPECT_EQ(made != nullptr, QvRefSystem::ProcessorFor(*database_.data, type) != nullptr) << type;
+    EXPECT_EQ(made != nullptr, ProcessorFor(*database_.data, type) != nullptr) << type;
     if (made == nullptr) continue;
     EXPECT_EQ(made->Processor->ObjectType, type);
     EXPECT_EQ(made->parent(), &owner) << type;
@@ -258,8 +229,7 @@ TEST_F(SelectorChoice, FindsItsSelectorAmongTheOwnersChildren) {
     const std::unique_ptr<TformQvRfSelector> own(GetSelectorFor(nullptr, type));
     EXPECT_NE(own.get(), made) << type;
   }
-  EXPECT_NE(dynamic_cast<QvRefSystem::TformQvRfRefSystemSelector*>(GetSelectorFor(&owner, 1)),
-            nullptr);
+  EXPECT_NE(dynamic_cast<TformQvRfRefSystemSelector*>(GetSelectorFor(&owner, 1)), nullptr);
 }
 
 // Tab walks the controls as the eye does, without a stop at what does not show.
@@ -279,7 +249,7 @@ TEST_F(SelectorChoice, TabGoesFromTheSearchToTheListToTheButtons) {
 
 TEST_F(SelectorChoice, IsLiveThoughOuterOperationsHoldTheControlsDisabled) {
   QvPlatform::TQvDataSet& dataSet = database_.data->datasetEllipsoid;
-  QvRefSystem::TformQvRfEllipsoidSelector inner(&ellipsoids_, DialogChooser());
+  TformQvRfEllipsoidSelector inner(&ellipsoids_, DialogChooser());
   dataSet.DisableControls();
   dataSet.DisableControls();
   dataSet.MoveTo(3);

@@ -1,31 +1,20 @@
 // Keys, search and the filter of a selector.
 
-#include <gtest/gtest.h>
-
-#include <QAbstractItemView>
-#include <QComboBox>
-#include <QDialog>
-#include <QLineEdit>
-
 #include "dialogs/base/edit_base.h"
 #include "platform/widgets/data_grid.h"
 #include "tests/dialogs/dialog_fixture.h"
-#include "tests/support/sample_trees.h"
 
 namespace refframe_tests {
 namespace {
 
-using QvRefSystem::GetSelectorFor;
-using QvRefSystem::TableId;
-using QvRefSystem::TformQvRfEdit;
-using QvRefSystem::TformQvRfSelector;
-using enum QvRefSystem::TObjectType;
+using namespace QvRefSystem;
+using enum TObjectType;
 
 // An edit dialog that does at once what its test says.
 class ScriptedEdit : public TformQvRfEdit {
  public:
   explicit ScriptedEdit(TformQvRfSelector* owner)
-      : TformQvRfEdit(owner, QvRefSystem::DialogChooser(), owner->Processor->Descriptor().type) {
+      : TformQvRfEdit(owner, DialogChooser(), owner->Processor->Descriptor().type) {
     owner->EditForm = this;
   }
   std::string calls;
@@ -70,9 +59,7 @@ TEST_F(SelectorKeys, WhatDoesNotShowCannotBeChosenOrChanged) {
     Search(form, "zzz");
     EXPECT_EQ(Child<QvPlatform::DataGrid>(form, "dbgridList").EmptyText().toStdString(),
               "No name contains \"zzz\".");
-    for (const char* button : {"bitbtnOk", "bitbtnRemove", "bitbtnDetails"}) {
-      EXPECT_FALSE(IsEnabled(form, button)) << button;
-    }
+    EXPECT_EQ(Which(IsEnabled, form, {"bitbtnOk", "bitbtnRemove", "bitbtnDetails"}), "");
     Press(form, "comboSearch", Qt::Key_Return, Qt::ControlModifier);
     EXPECT_TRUE(form.isVisible());
     Child<QComboBox>(form, "comboSearch").lineEdit()->clear();
@@ -116,8 +103,13 @@ TEST_F(SelectorKeys, ANameIsChosenFromTheSearchField) {
        {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return},
        "Clarke 1880 (IGN)"},
       {"down, up, and back again", "clarke", {Qt::Key_Down, Qt::Key_Up, Qt::Key_Return}, ""},
+      {"up within the list",
+       "clarke",
+       {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Return},
+       "Clarke 1866"},
+      {"a letter in the list", "", {Qt::Key_Down, Qt::Key_W, Qt::Key_Return}, "WGS 84"},
   };
-  database_.data->DialogMode = QvRefSystem::kSimpleMode;
+  database_.data->DialogMode = kSimpleMode;
   for (const auto& row : rows) {
     const bool chosen = Choose([&](QDialog& form) {
       Search(form, row.text);
@@ -129,59 +121,33 @@ TEST_F(SelectorKeys, ANameIsChosenFromTheSearchField) {
   }
 }
 
-TEST_F(SelectorKeys, FocusGoesBetweenSearchFieldAndListByArrows) {
-  Choose([](QDialog& form) {
-    EXPECT_EQ(form.focusWidget(), &Child(form, "comboSearch"));
-    QTest::keyClick(form.focusWidget(), Qt::Key_Down);
-    EXPECT_EQ(form.focusWidget(), &Child(form, "dbgridList"));
-    EXPECT_EQ(MarkedName(form), "Airy 1830");
-    QTest::keyClick(form.focusWidget(), Qt::Key_Down);
-    QTest::keyClick(form.focusWidget(), Qt::Key_Up);
-    EXPECT_EQ(form.focusWidget(), &Child(form, "dbgridList"));
-    QTest::keyClick(form.focusWidget(), Qt::Key_Up);
-    EXPECT_EQ(form.focusWidget(), &Child(form, "comboSearch"));
-    Press(form, "dbgridList", Qt::Key_W);
-    EXPECT_EQ(form.focusWidget(), &Child(form, "comboSearch"));
-    EXPECT_EQ(MarkedName(form), "WGS 84") << "letters in the list are a search";
-  });
-}
-
 TEST_F(SelectorKeys, KeysDoWhatTheirButtonsOffer) {
-  ScriptedEdit edit(&ellipsoids_);
   const struct {
     const char* name;
+    int type;
     signed char mode;
     Qt::Key key;
     const char* calls;
     int left;
     bool chosen;
-  } rows[] = {{"Enter edits", 2, Qt::Key_Return, "edit ", 7, false},
-              {"Enter chooses where Edit does not show", 1, Qt::Key_Enter, "", 7, true},
-              {"Insert", 2, Qt::Key_Insert, "new ", 7, false},
-              {"Insert in simple mode", 1, Qt::Key_Insert, "", 7, false},
-              {"Delete in simple mode", 1, Qt::Key_Delete, "", 7, false},
-              {"Delete", 2, Qt::Key_Delete, "", 6, false}};
+  } rows[] = {{"Enter edits", 3, 2, Qt::Key_Return, "edit ", 7, false},
+              {"Enter chooses where Edit does not show", 3, 1, Qt::Key_Enter, "", 7, true},
+              {"Insert", 3, 2, Qt::Key_Insert, "new ", 7, false},
+              {"Insert in simple mode", 3, 1, Qt::Key_Insert, "", 7, false},
+              {"Delete in simple mode", 3, 1, Qt::Key_Delete, "", 7, false},
+              {"Delete", 3, 2, Qt::Key_Delete, "", 6, false},
+              {"Enter edits a type", 12, 2, Qt::Key_Return, "edit ", 6, false},
+              {"Insert among types", 12, 2, Qt::Key_Insert, "", 6, false},
+              {"Delete among types", 12, 2, Qt::Key_Delete, "", 6, false}};
   for (const auto& row : rows) {
-    edit.calls.clear();
     database_.data->DialogMode = row.mode;
+    const std::unique_ptr<TformQvRfSelector> list(GetSelectorFor(nullptr, row.type));
+    ScriptedEdit edit(list.get());
     const auto press = [&](QDialog& form) { Press(form, "dbgridList", row.key); };
-    EXPECT_EQ(Choose(press), row.chosen) << row.name;
+    EXPECT_EQ(ChooseIn(*list, press), row.chosen) << row.name;
     EXPECT_EQ(edit.calls, row.calls) << row.name;
-    EXPECT_EQ(database_.data->datasetEllipsoid.RecordCount(), row.left) << row.name;
+    EXPECT_EQ(list->Processor->DataSet->RecordCount(), row.left) << row.name;
   }
-}
-
-TEST_F(SelectorKeys, OnTypeListsInsertAndDeleteDoNothing) {
-  const std::unique_ptr<TformQvRfSelector> types(GetSelectorFor(nullptr, 12));
-  ScriptedEdit edit(types.get());
-  ChooseIn(*types, [&](QDialog& form) {
-    Press(form, "dbgridList", Qt::Key_Insert);
-    Press(form, "dbgridList", Qt::Key_Delete);
-    EXPECT_EQ(edit.calls, "");
-    Press(form, "dbgridList", Qt::Key_Return);
-    EXPECT_EQ(edit.calls, "edit ");
-  });
-  EXPECT_EQ(database_.data->datasetRefSystemType.RecordCount(), 6);
 }
 
 TEST_F(SelectorKeys, ANewRecordShowsWhateverTheFilterWas) {
@@ -219,24 +185,6 @@ TEST_F(SelectorKeys, AfterARemovalTheNeighbourInSightIsCurrent) {
     Click(form, "bitbtnRemove");
     EXPECT_EQ(MarkedName(form), "Airy 1830") << "a No leaves everything";
   });
-}
-
-TEST_F(SelectorKeys, AHeightSystemGoesWithItsFileOnceTheUserSaysYes) {
-  auto& heights = database_.Processor(kVerticalReferenceSystem);
-  ASSERT_GT(heights.InsertFromTree(MakeTree(HeightTableTree).get()), 0);
-  const std::unique_ptr<TformQvRfSelector> selector(GetSelectorFor(nullptr, 16));
-  const auto fileCount = [this] {
-    return QvRefSystem::ListStorageFiles(database_.data->GetHeightsPrefix(), false).size();
-  };
-  database_.ui.answers = {QvPlatform::MessageAnswer::kNo};
-  ChooseIn(*selector, [&](QDialog& form) {
-    EXPECT_EQ(ListedNames(form), "Alps");
-    Click(form, "bitbtnRemove");
-    EXPECT_EQ(fileCount(), 1U);
-    Click(form, "bitbtnRemove");
-    EXPECT_EQ(fileCount(), 0U);
-  });
-  EXPECT_EQ(heights.DataSet->RecordCount(), 0);
 }
 
 TEST_F(SelectorKeys, SearchButtonsGoFromMatchToMatchAndTellTheEnd) {
@@ -288,23 +236,6 @@ TEST_F(SelectorKeys, TheRawTableComesAndGoesByItsKeys) {
     Press(form, "dbgridShowAll", Qt::Key_F12, kBoth);
     EXPECT_FALSE(grid.isVisible());
     EXPECT_FALSE(grid.isEnabled());
-    EXPECT_EQ(MarkedName(form), "Bessel 1841");
-  });
-}
-
-TEST_F(SelectorKeys, DetailsDescribeTheCurrentRecordWhereverItMoves) {
-  Choose([&](QDialog& form) {
-    Click(form, "bitbtnDetails");
-    EXPECT_FALSE(IsShown(form, "dbgridList"));
-    EXPECT_FALSE(IsShown(form, "bitbtnDetails"));
-    const auto text = [&] {
-      return Child(form, "memoDetails").property("plainText").toString().toStdString();
-    };
-    EXPECT_NE(text().find("Airy 1830"), std::string::npos);
-    database_.data->datasetEllipsoid.Next();
-    EXPECT_NE(text().find("Bessel 1841"), std::string::npos);
-    Click(form, "bitbtnList");
-    EXPECT_FALSE(IsShown(form, "memoDetails"));
     EXPECT_EQ(MarkedName(form), "Bessel 1841");
   });
 }

@@ -2,24 +2,13 @@
 
 #include "dialogs/select/used_by_list.h"
 
-#include <gtest/gtest.h>
-
-#include <QSignalSpy>
-#include <QTableWidget>
-
-#include "tests/dialogs/dialog_fixture.h"
+#include "tests/dialogs/edit/edit_dialog_fixture.h"
 
 namespace refframe_tests {
 namespace {
 
-using QvPlatform::UsedByAnswer;
-using QvPlatform::UsedByRow;
-using QvRefSystem::GetUsedByListFor;
-using QvRefSystem::TableId;
-using QvRefSystem::TformQvRfEllipsoidSelector;
-using QvRefSystem::TformQvRfSelector;
-using QvRefSystem::TformQvRfUsedByList;
-using enum QvRefSystem::TObjectType;
+using namespace QvRefSystem;
+using enum TObjectType;
 
 class UsedByList : public ListTest {
  protected:
@@ -32,26 +21,21 @@ class UsedByList : public ListTest {
     database_.ui.onUsedBy = [this] {
       TformQvRfUsedByList* list = GetUsedByListFor(&ellipsoids_);
       list->BeginList();
-      for (const UsedByRow& row : database_.ui.usedBy)
+      for (const QvPlatform::UsedByRow& row : database_.ui.usedBy)
         list->AddRow(row);
       return list->ShowList(database_.ui.viewAllowed);
     };
   }
-  [[nodiscard]] int Ellipsoids() const { return database_.data->datasetEllipsoid.RecordCount(); }
   void Release(const char* datum) {
-    QvPlatform::TQvDataSet& datums = database_.data->datasetDatum;
     ASSERT_TRUE(database_.Processor(kDatum).LocateKey(KeyOf(kDatum, datum)));
-    datums.Edit();
-    datums.FieldByName("ELLIPSOID_AUTOKEY").SetInteger(0);
-    datums.Post();
+    SetField(database_.data->datasetDatum, "ELLIPSOID_AUTOKEY", "0");
   }
   static std::string Cells(const QWidget& list) {
     const auto& grid = Child<QTableWidget>(list, "strgridList");
     std::string text;
     for (int row = 0; row < grid.rowCount(); ++row) {
-      for (int column = 0; column < grid.columnCount(); ++column) {
+      for (int column = 0; column < grid.columnCount(); ++column)
         text += grid.item(row, column)->text().toStdString() + (column < 2 ? "," : ";");
-      }
     }
     return text;
   }
@@ -71,17 +55,16 @@ TEST_F(UsedByList, ShowsWhoRefersAndClosingItRefusesTheRemoval) {
         Click(list, "bitbtnClose");
       });
   ellipsoids_.Select(nullptr, 0, false, nullptr, 0);
-  EXPECT_EQ(Ellipsoids(), 7);
+  EXPECT_EQ(database_.data->datasetEllipsoid.RecordCount(), 7);
   EXPECT_TRUE(database_.ui.messages.empty());
 }
 
 TEST_F(UsedByList, HasNoViewInSimpleMode) {
-  database_.data->DialogMode = QvRefSystem::kSimpleMode;
-  ScreenUser user;
-  user.In<TformQvRfUsedByList>([](QWidget& list) {
+  database_.data->DialogMode = kSimpleMode;
+  ScreenUser user(In<TformQvRfUsedByList>([](QWidget& list) {
     EXPECT_FALSE(IsShown(list, "bitbtnView"));
     Click(list, "bitbtnClose");
-  });
+  }));
   EXPECT_FALSE(database_.Processor(kEllipsoid).DeleteWithConsent(&ellipsoids_));
 }
 
@@ -111,13 +94,13 @@ TEST_F(UsedByList, ScansAgainAfterEachViewUntilNothingRefers) {
         Click(viewer, "bitbtnClose");
       });
   ellipsoids_.Select(nullptr, 0, false, nullptr, 0);
-  EXPECT_EQ(Ellipsoids(), 6);
+  EXPECT_EQ(database_.data->datasetEllipsoid.RecordCount(), 6);
   ASSERT_EQ(database_.ui.messages.size(), 1U);
   EXPECT_NE(database_.ui.messages[0].find("\"Bessel 1841\""), std::string::npos);
 }
 
 TEST_F(UsedByList, IsOneForEachOwner) {
-  TformQvRfEllipsoidSelector other(nullptr, QvRefSystem::DialogChooser());
+  TformQvRfEllipsoidSelector other(nullptr, DialogChooser());
   TformQvRfUsedByList* list = GetUsedByListFor(&ellipsoids_);
   EXPECT_EQ(GetUsedByListFor(&ellipsoids_), list);
   EXPECT_NE(GetUsedByListFor(&other), list);
@@ -131,8 +114,8 @@ TEST_F(UsedByList, IsOneForEachOwner) {
 TEST_F(UsedByList, HiddenOwnersComeBackInTheReverseOrder) {
   QvPlatform::ModalForm host(nullptr);
   QSignalSpy quits(qApp, &QGuiApplication::lastWindowClosed);
-  TformQvRfSelector* outer = QvRefSystem::GetSelectorFor(&host, 3);
-  TformQvRfSelector* inner = QvRefSystem::GetSelectorFor(outer, 2);
+  TformQvRfSelector* outer = GetSelectorFor(&host, 3);
+  TformQvRfSelector* inner = GetSelectorFor(outer, 2);
   std::string course;
   ScreenUser user;
   user.In<QvPlatform::ModalForm>([&](QDialog& form) {

@@ -1,19 +1,14 @@
 #include "platform/widgets/data_set_model.h"
 
-#include <gtest/gtest.h>
-
-#include <QAbstractItemModelTester>
-#include <QSignalSpy>
-
 #include "platform/dbset/data_source.h"
 #include "platform/widgets/data_grid.h"
-#include "tests/dialogs/dialog_fixture.h"
+#include "tests/dialogs/edit/edit_dialog_fixture.h"
 
 namespace refframe_tests {
 namespace {
 
+using namespace QvRefSystem;
 using QvPlatform::DataSetTableModel;
-using QvRefSystem::TableId;
 
 // The table stands in the order: Airy 1830, Bessel 1841, Clarke 1866, Clarke 1880 (IGN), GRS 1980,
 // Sphere, WGS 84.
@@ -21,9 +16,8 @@ class DataSetModel : public DialogTest {
  protected:
   [[nodiscard]] std::string Names() const {
     std::string names;
-    for (int row = 0; row < model_.rowCount(); ++row) {
+    for (int row = 0; row < model_.rowCount(); ++row)
       names += model_.index(row, 0).data().toString().left(2).toStdString();
-    }
     return names;
   }
   QvPlatform::TQvDataSet& table_ = database_.data->datasetEllipsoid;
@@ -37,9 +31,7 @@ TEST_F(DataSetModel, ShowsTheRowsInTheTablesOrderAndFollowsItsChanges) {
   EXPECT_EQ(Names(), "AiBeClClGRSpWG");
   Add(TableId::kEllipsoid, "Danish");
   EXPECT_EQ(Names(), "AiBeClClDaGRSpWG");
-  table_.Edit();
-  table_.FieldByName("NAME").SetString("Zach 1812");
-  table_.Post();
+  SetField(table_, "NAME", "Zach 1812");
   EXPECT_EQ(Names(), "AiBeClClGRSpWGZa");
   table_.Delete();
   EXPECT_EQ(Names(), "AiBeClClGRSpWG");

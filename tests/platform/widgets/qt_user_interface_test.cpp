@@ -1,12 +1,5 @@
 #include "platform/widgets/qt_user_interface.h"
 
-#include <gtest/gtest.h>
-
-#include <QAbstractButton>
-#include <QMessageBox>
-#include <QProgressDialog>
-#include <QTranslator>
-
 #include "platform/widgets/colour.h"
 #include "platform/widgets/qt_text.h"
 #include "platform/widgets/text_translation.h"
@@ -43,12 +36,11 @@ TEST(QtUserInterface, AnswersAreThoseOfTheButtons) {
   };
   QtUserInterface ui(nullptr);
   for (const auto& row : rows) {
-    ScreenUser user;
-    user.In<QMessageBox>([&](QMessageBox& box) {
+    ScreenUser user(In<QMessageBox>([&](QMessageBox& box) {
       EXPECT_EQ(box.text(), "<b>Grad</b> & \"Größe\"") << "shown letter by letter";
       EXPECT_EQ(box.textFormat(), Qt::PlainText);
       row.act(box);
-    });
+    }));
     EXPECT_EQ(ui.ShowMessage(row.kind, "<b>Grad</b> & \"Größe\"", row.buttons), row.answer)
         << row.name;
   }
@@ -58,9 +50,8 @@ TEST(QtUserInterface, ProgressGoesOnUntilTheUserCancels) {
   QtUserInterface ui(nullptr);
   const auto progress = ui.StartProgress(0, "Conversion", 5);
   QProgressDialog* dialog = nullptr;
-  for (QWidget* window : QApplication::topLevelWidgets()) {
+  for (QWidget* window : QApplication::topLevelWidgets())
     if (auto* found = qobject_cast<QProgressDialog*>(window)) dialog = found;
-  }
   ASSERT_NE(dialog, nullptr);
   EXPECT_EQ(dialog->labelText(), "Conversion");
   EXPECT_EQ(dialog->maximum(), 5);
@@ -96,16 +87,13 @@ TEST(Texts, GoThroughTheApplicationsTranslatorsWhileTranslationLives) {
 }
 
 TEST(Colours, RunFromRedInTheLowByteToBlue) {
-  const struct {
-    int value;
-    QColor colour;
-  } rows[] = {{255, Qt::red},
-              {0x00FF00, Qt::green},
-              {0xFF0000, Qt::blue},
-              {0x336699, QColor(0x99, 0x66, 0x33)}};
-  for (const auto& row : rows) {
-    EXPECT_EQ(QvPlatform::ColourFromBgr(row.value), row.colour);
-    EXPECT_EQ(QvPlatform::BgrFromColour(row.colour), row.value);
+  const std::pair<int, QColor> rows[] = {{255, Qt::red},
+                                         {0x00FF00, Qt::green},
+                                         {0xFF0000, Qt::blue},
+                                         {0x336699, QColor(0x99, 0x66, 0x33)}};
+  for (const auto& [value, colour] : rows) {
+    EXPECT_EQ(QvPlatform::ColourFromBgr(value), colour);
+    EXPECT_EQ(QvPlatform::BgrFromColour(colour), value);
   }
 }
 
