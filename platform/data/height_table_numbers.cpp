@@ -121,10 +121,9 @@ constexpr std::array<std::array<char, 4>, 1000> kDecimals = [] {
 constexpr std::array<std::array<char, 4>, 1000> kLeading = [] {
   std::array<std::array<char, 4>, 1000> result{};
   for (std::size_t i = 0; i < 1000; ++i) {
-    const int count = i < 10 ? 1 : i < 100 ? 2 : 3;
-    for (int digit = 0; digit < count; ++digit)
-      result[i][static_cast<std::size_t>(digit)] =
-          kDecimals[i][static_cast<std::size_t>(4 - count + digit)];
+    const std::size_t count = i < 10 ? 1 : i < 100 ? 2 : 3;
+    for (std::size_t digit = 0; digit < count; ++digit)
+      result[i][digit] = kDecimals[i][4 - count + digit];
     result[i][3] = static_cast<char>(count);
   }
   return result;

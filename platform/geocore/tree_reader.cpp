@@ -29,9 +29,10 @@ std::string TreeReader::Text(const TreeIds::Item& item, int index) const {
   return text;
 }
 
-std::string TreeReader::TextOr(const TreeIds::Item& item, std::string fallback, int index) const {
+std::string TreeReader::TextOr(const TreeIds::Item& item, std::string_view fallback,
+                               int index) const {
   std::string text;
-  return tree_ && tree_->GetString(item.id, index, &text) ? text : fallback;
+  return tree_ && tree_->GetString(item.id, index, &text) ? text : std::string(fallback);
 }
 
 int TreeReader::Integer(const TreeIds::Item& item, int index) const {

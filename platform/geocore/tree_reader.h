@@ -20,7 +20,7 @@ class TreeReader {
   /// The text of a field that must be there.
   [[nodiscard]] std::string Text(const TreeIds::Item& item, int index = 0) const;
   /// The fallback for a field that is not there.
-  [[nodiscard]] std::string TextOr(const TreeIds::Item& item, std::string fallback,
+  [[nodiscard]] std::string TextOr(const TreeIds::Item& item, std::string_view fallback,
                                    int index = 0) const;
   /// The integer of a field that must be there.
   [[nodiscard]] int Integer(const TreeIds::Item& item, int index = 0) const;
