@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <string>
 #include <utility>
@@ -14,6 +15,8 @@ namespace QvRefSystem {
 /// what InsertFromTree has read, or what an editor shows.
 class RecordImage {
  public:
+  /// An image of nothing, with room for the fields of the widest table.
+  RecordImage() { values_.reserve(kUsualFields); }
   /// Sets an integer field, in the place of a value that it has.
   void SetInteger(int field, int value);
   /// Sets a floating-point field.
@@ -35,6 +38,7 @@ class RecordImage {
   std::map<int, std::string> Beside;
 
  private:
+  static constexpr std::size_t kUsualFields = 24;
   using Value = std::variant<int, double, std::string>;
   [[nodiscard]] const Value* Find(int field) const;
   Value& Slot(int field);

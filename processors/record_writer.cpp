@@ -16,21 +16,30 @@ RecordWriter::RecordWriter(TObjectType type, const TableColumns& columns, const 
 
 bool RecordWriter::WriteItems(TStringTree* tree, std::span<const TreeItem> items,
                               const RecordView& record) {
-  for (const TreeItem& item : items) {
-    if (!WriteItem(tree, item, record)) return false;
+  const std::span<const int> columns = columns_.OfAll(items);
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const bool written = columns.size() == items.size()
+                             ? WriteMember(tree, items[i], columns[i], record)
+                             : WriteItem(tree, items[i], record);
+    if (!written) return false;
   }
   return true;
 }
 
 bool RecordWriter::WriteItem(TStringTree* tree, const TreeItem& item, const RecordView& record) {
+  return WriteMember(tree, item, item.column.empty() ? -1 : columns_.Of(item), record);
+}
+
+bool RecordWriter::WriteMember(TStringTree* tree, const TreeItem& item, int column,
+                               const RecordView& record) {
   if (item.within != 0 && !EnterSubtree(&tree, item.within, 0)) return false;
   switch (item.kind) {
     case TreeItem::Kind::kField:
-      return WriteField(tree, item, record);
+      return WriteText(tree, item, column, record);
     case TreeItem::Kind::kSubtree:
       return EnsureSubtree(tree, item.id, item.index, item.label);
     case TreeItem::Kind::kSubobject: {
-      const int key = record.Integer(columns_.Of(item));
+      const int key = record.Integer(column);
       return (item.optional && key == 0) || own_.WriteSubobject(tree, item.object, key, item.id);
     }
     case TreeItem::Kind::kCode:
@@ -45,7 +54,11 @@ bool RecordWriter::WriteItem(TStringTree* tree, const TreeItem& item, const Reco
 
 bool RecordWriter::WriteField(TStringTree* tree, const TreeItem& item,
                               const RecordView& record) const {
-  const int column = columns_.Of(item);
+  return WriteText(tree, item, columns_.Of(item), record);
+}
+
+bool RecordWriter::WriteText(TStringTree* tree, const TreeItem& item, int column,
+                             const RecordView& record) {
   // An integer without content is 0: who reads the tree finds a number.
   if (item.form == ValueForm::kInteger) {
     return EnsureField(tree, item.id, item.index, std::to_string(record.Integer(column)),

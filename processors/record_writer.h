@@ -28,6 +28,10 @@ class RecordWriter {
                                 const RecordView& record) const;
 
  private:
+  [[nodiscard]] bool WriteMember(QvCommonUtils::TStringTree* tree, const TreeItem& item, int column,
+                                 const RecordView& record);
+  static bool WriteText(QvCommonUtils::TStringTree* tree, const TreeItem& item, int column,
+                        const RecordView& record);
   void WriteCode(QvCommonUtils::TStringTree* tree, const TreeItem& item,
                  const RecordView& record) const;
 

@@ -26,11 +26,13 @@ constexpr int kProjected = static_cast<int>(SystemKind::kProjected);
 constexpr int kPositiveLongitude = TreeIds::kPositiveLongitude.id;
 
 // The ellipsoid of a system stands at its own level, or in its datum.
-constexpr TreeItem kOwnEllipsoid =
-    SubobjectItem(TreeIds::kEllipsoid, TObjectType::kEllipsoid, "ELLIPSOID_AUTOKEY");
-constexpr TreeItem kDatumEllipsoid =
-    SubobjectItem(TreeIds::kDatumEllipsoid, TObjectType::kEllipsoid, "ELLIPSOID_AUTOKEY");
-constexpr TreeItem kDatum = SubobjectItem(TreeIds::kDatum, TObjectType::kDatum, "DATUM_AUTOKEY");
+constexpr std::array kSurfaces{
+    SubobjectItem(TreeIds::kEllipsoid, TObjectType::kEllipsoid, "ELLIPSOID_AUTOKEY"),
+    SubobjectItem(TreeIds::kDatumEllipsoid, TObjectType::kEllipsoid, "ELLIPSOID_AUTOKEY"),
+    SubobjectItem(TreeIds::kDatum, TObjectType::kDatum, "DATUM_AUTOKEY")};
+constexpr const TreeItem& kOwnEllipsoid = kSurfaces[0];
+constexpr const TreeItem& kDatumEllipsoid = kSurfaces[1];
+constexpr const TreeItem& kDatum = kSurfaces[2];
 
 constexpr std::array kAxes{"COORD1_ABBR", "COORD2_ABBR", "COORD3_ABBR"};
 
@@ -74,6 +76,7 @@ TQvRfRefSystemDataProcessor::TQvRfRefSystemDataProcessor(TdatamoduleQvRfData& da
     : TQvRfDataProcessor(data, DescriptorOf(TObjectType::kReferenceSystem)) {
   for (const SystemKind kind : kSystemKinds)
     columns_.Bind(BodyOf(kind));
+  columns_.Bind(kSurfaces);
   fields_ = {.type = Column("TYPE"),
              .azimuth = Column("AZIMUTH"),
              .linearUnit = Column("LINEAR_UNIT_AUTOKEY"),

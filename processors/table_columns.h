@@ -29,6 +29,14 @@ class TableColumns {
     const std::size_t place = PlaceIn(bound_[last_], item);
     return place != kNowhere ? bound_[last_].numbers[place] : Search(item);
   }
+  /// The columns of a whole list that was bound, item by item, -1 for a member without one; empty
+  /// for a list that was not.
+  [[nodiscard]] std::span<const int> OfAll(std::span<const TreeItem> items) const {
+    for (const Bound& bound : bound_) {
+      if (bound.items.data() == items.data()) return bound.numbers;
+    }
+    return {};
+  }
 
  private:
   struct Bound {
