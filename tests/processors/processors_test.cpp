@@ -579,6 +579,23 @@ TEST(NameFilter, FindsTheRowsThatASearchByNameWouldMeet) {
   }
 }
 
+TEST(Processors, KnowEveryFieldThatMayReferToThem) {
+  for (const auto& user : QvRefSystem::ObjectDescriptors()) {
+    for (const auto& field : QvRefSystem::TableOf(user.table).fields) {
+      for (const auto& object : QvRefSystem::ObjectDescriptors()) {
+        // Types are never removed, and heights belong to one system.
+        if (object.table != field.refersTo || object.usedBy.empty()) continue;
+        EXPECT_TRUE(std::ranges::any_of(object.usedBy,
+                                        [&](const auto& scan) {
+                                          return scan.object == user.type &&
+                                                 scan.column == field.name;
+                                        }))
+            << field.name << " of a " << user.typeName << " is not looked at";
+      }
+    }
+  }
+}
+
 TEST(Processors, TellTheirInfoLines) {
   TestDatabase database;
   database.Processor(kReferenceSystem).InsertFromTree(MakeTree(SystemTree, 5).get());
