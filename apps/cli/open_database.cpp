@@ -16,7 +16,6 @@ using QvPlatform::RowView;
 using QvPlatform::TQvDataSet;
 using QvRefSystem::ObjectDescriptor;
 using QvRefSystem::ParamTag;
-using QvRefSystem::TableId;
 using QvRefSystem::TableOf;
 using QvRefSystem::TableSpec;
 using QvRefSystem::TQvRfDataProcessor;
@@ -44,11 +43,12 @@ void RequirePlace(const std::string& path) {
 // The table that has to be delivered and is not there; "" if all are.
 std::string MissingTable(const std::string& path) {
   const bool container = IsContainer(path);
+  const std::string root = path + (container ? "." : "/");
   for (const TableSpec& table : QvRefSystem::TableCatalogue()) {
     if (table.tag == QvRefSystem::kUnopenedTag) continue;
     std::string name(table.streamName);
     if (container) name = QvRefSystem::ExtractTableBaseName(name);
-    if (!QvRefSystem::StorageFileExists(path + (container ? "." : "/") + name, container)) {
+    if (!QvRefSystem::StorageFileExists(root + name, container)) {
       return name;
     }
   }

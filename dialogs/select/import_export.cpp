@@ -136,9 +136,10 @@ void ExportTable(QWidget* window, TQvRfDataProcessor& processor) {
   for (dataSet.First(); !dataSet.Eof(); dataSet.Next()) {
     std::string name;
     processor.GetNames(nullptr, &name);
+    std::string path = folder;
+    path.append("/").append(MakeFileName(name)).append(extension);
     try {
-      if (!WriteObjectFile(processor, folder + "/" + MakeFileName(name) + extension,
-                           ObjectFileForm::kXml)) {
+      if (!WriteObjectFile(processor, path, ObjectFileForm::kXml)) {
         failures.Add(name, Translated("it refers to an object that is not in the database"));
       }
     } catch (const std::exception& error) {

@@ -121,7 +121,6 @@ struct ProjectionParameterModel {
 };
 
 /// A map projection with the axes of its plane.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): clang copies an array by such an index.
 struct ProjectionModel {
   /// The name of the record.
   std::string name;
