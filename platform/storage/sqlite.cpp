@@ -2,19 +2,25 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <limits>
 #include <new>
+#include <thread>
 
 #include "platform/storage/file_use.h"
+#include "platform/storage/waiting.h"
 
 namespace QvPlatform::detail {
 
 namespace {
 
-/// How long to wait for another process to finish its transaction.
-constexpr int kBusyMilliseconds = 5000;
+/// Pauses between two looks whether a lock is free: short at first, since most writers are done
+/// within a few milliseconds, and never longer than a window may stand still.
+constexpr std::array kPauses = {std::chrono::milliseconds{1}, std::chrono::milliseconds{2},
+                                std::chrono::milliseconds{5}, std::chrono::milliseconds{10},
+                                std::chrono::milliseconds{20}};
 
 /// SQLite's own way to say "copy this before you return" is a pointer of value -1, and "it stays
 /// where it is" is null; the header spells both with C casts.
@@ -59,6 +65,11 @@ std::string FileUri(const std::string& path) {
 
 bool SqliteError::IsTakenKey() const {
   return code_ == SQLITE_CONSTRAINT_PRIMARYKEY || code_ == SQLITE_CONSTRAINT_ROWID;
+}
+
+bool SqliteError::IsLocked() const {
+  const int kind = code_ & 0xFF;
+  return kind == SQLITE_BUSY || kind == SQLITE_LOCKED;
 }
 
 void Connection::Closer::operator()(sqlite3* handle) const {
@@ -116,10 +127,31 @@ Connection Connection::OpenImage(std::string_view bytes, const std::string& name
   return connection;
 }
 
+void Connection::WaitPolitely() {
+  waitBegin_ = std::make_unique<Clock::time_point>();
+  Check(sqlite3_busy_handler(handle_.get(), &OnLocked, waitBegin_.get()), "cannot be made safe");
+}
+
+int Connection::OnLocked(void* begin, int timesAsked) noexcept {
+  Clock::time_point& waitBegin = *static_cast<Clock::time_point*>(begin);
+  if (timesAsked == 0) waitBegin = Clock::now();
+  try {
+    using std::chrono::milliseconds;
+    const auto waited = std::chrono::duration_cast<milliseconds>(Clock::now() - waitBegin);
+    if (!CurrentWaiter().KeepWaiting(waited)) return 0;
+    const auto pause = std::min(static_cast<std::size_t>(timesAsked), kPauses.size() - 1);
+    std::this_thread::sleep_for(kPauses[pause]);
+    return 1;
+  } catch (...) {
+    // No exception may pass through SQLite.
+    return 0;
+  }
+}
+
 void Connection::Harden() {
   sqlite3* const handle = handle_.get();
   sqlite3_extended_result_codes(handle, 1);
-  sqlite3_busy_timeout(handle, kBusyMilliseconds);
+  WaitPolitely();
   struct Setting {
     int option;
     int value;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -28,6 +29,8 @@ class SqliteError : public StorageError {
   [[nodiscard]] const std::string& Reason() const { return reason_; }
   /// A row was to get a key that another row has.
   [[nodiscard]] bool IsTakenKey() const;
+  /// Another connection, mostly another program's, holds a lock that was waited for long enough.
+  [[nodiscard]] bool IsLocked() const;
 
  private:
   int code_;
@@ -40,8 +43,9 @@ class Statement;
 constexpr std::size_t kFileHeaderSize = 100;
 
 /// A connection to one file or to memory, hardened against files made by strangers: no trusted
-/// schema, triggers, views or extensions, no memory map. All its statements must be gone before
-/// it. Not for use by two threads.
+/// schema, triggers, views or extensions, no memory map. Where another program writes, each
+/// operation waits as long as the CurrentWaiter of its thread has it wait. All its statements must
+/// be gone before it. Not for use by two threads.
 class Connection {
  public:
   /// Opens a file for writing, or for reading where the medium allows no more. Never creates it.
@@ -97,15 +101,20 @@ class Connection {
   struct Closer {
     void operator()(sqlite3* handle) const;
   };
+  using Clock = std::chrono::steady_clock;
 
   Connection(sqlite3* handle, std::string name);
   static Connection Open(const std::string& uri, const std::string& name, int flags);
   static Connection OpenShared(const std::string& name, int flags);
   void Harden();
+  void WaitPolitely();
+  static int OnLocked(void* begin, int timesAsked) noexcept;
   void Check(int code, std::string_view doing) const;
 
   // Says which files this process has open, for file_use.h. The last member to go.
   std::vector<std::shared_ptr<void>> uses_;
+  // When the present wait for a lock began; SQLite knows the address.
+  std::unique_ptr<Clock::time_point> waitBegin_;
   std::unique_ptr<sqlite3, Closer> handle_;
   std::string name_;
 };
