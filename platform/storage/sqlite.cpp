@@ -5,11 +5,12 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <limits>
 #include <new>
 #include <thread>
 
-#include "platform/storage/file_use.h"
+#include "platform/storage/file_fault.h"
+#include "platform/storage/left_journal.h"
+#include "platform/storage/lock_vfs.h"
 #include "platform/storage/waiting.h"
 
 namespace QvPlatform::detail {
@@ -26,23 +27,50 @@ constexpr std::array kPauses = {std::chrono::milliseconds{1}, std::chrono::milli
 /// where it is" is null; the header spells both with C casts.
 constexpr sqlite3_destructor_type kStays = nullptr;
 
-std::string FileName(const std::string& path) {
-  return std::filesystem::path(path).filename().string();
-}
-
 /// SQLite gives a meaning to relative names such as ":memory:" and "file:x", to absolute ones
 /// never.
 std::string AbsolutePath(const std::string& path) {
   return std::filesystem::absolute(path).string();
 }
 
+/// What users call the causes that they can do something about, by the kind of SQLite's code.
+struct Cause {
+  int kind;
+  std::string_view words;
+};
+constexpr std::array kCauses = {
+    Cause{SQLITE_BUSY, "another program is writing to it"},
+    Cause{SQLITE_LOCKED, "another part of this program is writing to it"},
+    Cause{SQLITE_FULL, "the disk is full"},
+    Cause{SQLITE_READONLY, "it cannot be written: the medium, the folder or the file is read-only"},
+    Cause{SQLITE_NOMEM, "there is not enough memory"},
+    Cause{SQLITE_CORRUPT, "it is damaged"},
+    Cause{SQLITE_NOTADB, "it is no database, or is damaged"},
+    Cause{SQLITE_IOERR, "the medium fails"},
+    Cause{SQLITE_CANTOPEN, "it cannot be opened"},
+};
+
+std::string_view CauseOf(int code) {
+  if (code == SQLITE_IOERR_NOMEM) code = SQLITE_NOMEM;
+  if (code == SQLITE_READONLY_ROLLBACK) {
+    return "an interrupted change has to be undone first, and it is read-only";
+  }
+  if (code == SQLITE_READONLY_DBMOVED) return "it was moved or removed while it was open";
+  const auto* cause = std::ranges::find(kCauses, code & 0xFF, &Cause::kind);
+  return cause != kCauses.end() ? cause->words : std::string_view();
+}
+
+/// File, cause in the user's words if there are such, and in brackets what SQLite says.
 std::string Describe(int code, std::string_view doing, const std::string& name,
                      std::string_view reason) {
-  std::string message = "\"" + name + "\": ";
-  message.append(doing);
-  message += ": ";
-  message.append(reason);
-  return message + " (SQLite " + std::to_string(code) + ")";
+  const FileFault fault = TakeFileFault(code);
+  const std::string_view cause = CauseOf(code);
+  std::string message = "\"" + (fault.path.empty() ? name : fault.path) + "\": ";
+  message.append(cause.empty() ? reason : cause);
+  if (!fault.reason.empty() && (code & 0xFF) != SQLITE_BUSY) message += ": " + fault.reason;
+  message.append(" (").append(doing);
+  if (!cause.empty()) message.append(": ").append(reason);
+  return message + ", SQLite " + std::to_string(code) + ")";
 }
 
 /// A path as SQLite's URI: the characters that mean something there are escaped.
@@ -79,9 +107,10 @@ void Connection::Closer::operator()(sqlite3* handle) const {
 Connection::Connection(sqlite3* handle, std::string name)
     : handle_(handle), name_(std::move(name)) {}
 
-Connection Connection::Open(const std::string& uri, const std::string& name, int flags) {
+Connection Connection::Open(const std::string& uri, const std::string& name, int flags,
+                            const char* fileSystem) {
   sqlite3* handle = nullptr;
-  const int code = sqlite3_open_v2(uri.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+  const int code = sqlite3_open_v2(uri.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, fileSystem);
   if (handle == nullptr) throw std::bad_alloc();
   Connection connection(handle, name);
   connection.Check(code, "cannot be opened");
@@ -89,30 +118,32 @@ Connection Connection::Open(const std::string& uri, const std::string& name, int
   return connection;
 }
 
-Connection Connection::OpenShared(const std::string& name, int flags) {
+Connection Connection::OpenChecked(const std::string& name, int flags, const char* fileSystem) {
   const std::string path = AbsolutePath(name);
-  std::shared_ptr<void> use = RegisterFileUse(path);
-  Connection connection = Open(path, FileName(path), flags);
-  connection.uses_.push_back(std::move(use));
-  return connection;
+  CheckLeftJournal(path);
+  return Open(path, path, flags, fileSystem);
 }
 
 Connection Connection::OpenFile(const std::string& path) {
-  return OpenShared(path, SQLITE_OPEN_READWRITE);
+  return OpenChecked(path, SQLITE_OPEN_READWRITE, LockVfs());
 }
 
 Connection Connection::OpenReadOnly(const std::string& path) {
-  return OpenShared(path, SQLITE_OPEN_READONLY);
+  return OpenChecked(path, SQLITE_OPEN_READONLY, LockVfs());
+}
+
+Connection Connection::OpenLogged(const std::string& path) {
+  return OpenChecked(path, SQLITE_OPEN_READWRITE, LoggedVfs());
 }
 
 Connection Connection::OpenImmutable(const std::string& name) {
   const std::string path = AbsolutePath(name);
-  return Open(FileUri(path) + "?immutable=1", FileName(path),
-              SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+  return Open(FileUri(path) + "?immutable=1", path, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI,
+              LockVfs());
 }
 
 Connection Connection::OpenMemory() {
-  return Open(":memory:", "memory", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  return Open(":memory:", "memory", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
 }
 
 Connection Connection::OpenImage(std::string_view bytes, const std::string& name) {
@@ -184,7 +215,7 @@ void Connection::Check(int code, std::string_view doing) const {
 
 void Connection::Attach(const std::string& name, const std::string& schema) {
   const std::string path = AbsolutePath(name);
-  uses_.push_back(RegisterFileUse(path));
+  CheckLeftJournal(path);
   Execute("ATTACH " + QuoteText(path) + " AS " + QuoteName(schema));
 }
 
@@ -376,20 +407,6 @@ std::string Quote(std::string_view text, char quote) {
 }
 
 }  // namespace
-
-void SettleLeftJournal(const std::string& path) noexcept {
-  std::error_code error;
-  const std::string journal = path + "-journal";
-  if (!std::filesystem::exists(journal, error)) return;
-  try {
-    Connection connection = Connection::OpenFile(path);
-    // The first read rolls back what the journal holds.
-    static_cast<void>(connection.QueryInteger("SELECT count(*) FROM sqlite_master"));
-  } catch (const std::exception&) {
-    // No table file after all, or one past saving: what stands there is about to be replaced.
-  }
-  std::filesystem::remove(journal, error);
-}
 
 std::string QuoteName(std::string_view name) {
   return Quote(name, '"');
