@@ -87,6 +87,8 @@ std::optional<DatabaseHeader> ParseDatabaseHeader(std::string_view bytes) {
   // A page of 65,536 bytes does not fit the two bytes and is written as 1.
   const std::uint32_t pageSize = Number(bytes, 16) >> 16;
   header.pageSize = pageSize == 1 ? 65536 : pageSize;
+  constexpr char kLogVersion = 2;
+  header.isLogged = bytes[18] == kLogVersion || bytes[19] == kLogVersion;
   const bool counted = Number(bytes, 92) == header.changeCounter;
   header.pageCount = counted ? Number(bytes, 28) : 0;
   return header;

@@ -44,6 +44,8 @@ struct DatabaseHeader {
   std::uint32_t pageSize = 0;
   /// Pages of the database; 0 if an old program has left no true number.
   std::uint32_t pageCount = 0;
+  /// The file says that it has a write-ahead log.
+  bool isLogged = false;
 };
 
 /// Reads the header of a database file, none if it has none. Throws StorageError if it cannot be

@@ -31,16 +31,6 @@ bool IsThere(const std::string& path) {
   return lstat(path.c_str(), &status) == 0;
 }
 
-JournalFault FaultOf(const JournalFile& journal, const std::string& path) {
-  if (!journal.isHot) return JournalFault::kNone;
-  if (!Fits(journal, ReadDatabaseHeader(path))) return JournalFault::kMisfit;
-  const std::string& super = journal.superJournal;
-  if (super.empty()) return JournalFault::kNone;
-  if (!IsSuperJournalName(super)) return JournalFault::kForeignName;
-  const bool here = IsSameFolder(FolderOf(super), FolderOf(path));
-  return here ? JournalFault::kNone : JournalFault::kElsewhere;
-}
-
 /// Somebody is in the middle of a transaction with the file: its journal is none that was left.
 bool HasWriter(const std::string& path) {
   FileLocks locks;
@@ -55,10 +45,20 @@ std::string Quoted(const std::string& path) {
 
 }  // namespace
 
+JournalFault JudgeJournal(const JournalFile& journal, const std::string& path) {
+  if (!journal.isHot) return JournalFault::kNone;
+  if (!Fits(journal, ReadDatabaseHeader(path))) return JournalFault::kMisfit;
+  const std::string& super = journal.superJournal;
+  if (super.empty()) return JournalFault::kNone;
+  if (!IsSuperJournalName(super)) return JournalFault::kForeignName;
+  const bool here = IsSameFolder(FolderOf(super), FolderOf(path));
+  return here ? JournalFault::kNone : JournalFault::kElsewhere;
+}
+
 JournalFault JudgeLeftJournal(const std::string& path) {
   JournalFault fault = JournalFault::kNone;
   for (int look = 0; look < kLooks; ++look) {
-    fault = FaultOf(ReadJournalFile(JournalOf(path)), path);
+    fault = JudgeJournal(ReadJournalFile(JournalOf(path)), path);
     if (fault == JournalFault::kNone || HasWriter(path)) return JournalFault::kNone;
   }
   return fault;

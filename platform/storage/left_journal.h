@@ -21,8 +21,12 @@ enum class JournalFault {
   kMisfit,
 };
 
-/// Judges the journal of a file, whose path must not be that of a link. Throws StorageError where
-/// one of both cannot be read, or the journal is no plain file.
+/// Judges a journal that was read as that of the file of this path, which must not be that of a
+/// link, as if nobody were writing. Throws StorageError where the file cannot be read.
+[[nodiscard]] JournalFault JudgeJournal(const JournalFile& journal, const std::string& path);
+
+/// Judges what stands under the name of a file's journal. Throws StorageError where one of both
+/// cannot be read, or the journal is no plain file.
 [[nodiscard]] JournalFault JudgeLeftJournal(const std::string& path);
 
 /// Throws StorageError, which names the file, its journal and what helps, for a journal that is not
