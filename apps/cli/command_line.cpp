@@ -96,15 +96,8 @@ Arguments::Arguments() {
   remove.add_flag("--yes", request_.yes, "Do not ask");
   remove.add_flag("--force", request_.force, "Delete a height system although it is used");
 
-  CLI::App& check =
-      Add("check", "Verifies every reference, code row and duplicate; prints errors, then notes",
-          CheckWhole);
-  CLI::Option* repair = check.add_flag(
-      "--repair", request_.repair,
-      "Mend what has one right answer: rows that deleted objects left, records that say the same, "
-      "height files of no record. A backup of the database comes first; each step is told");
-  check.add_flag("--dry-run", request_.dryRun, "Tell the steps of --repair and change nothing")
-      ->needs(repair);
+  Add("check", "Verifies every reference, code row and duplicate; prints errors, then notes",
+      CheckWhole);
 }
 
 void Arguments::AddExchangeCommands() {

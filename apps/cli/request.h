@@ -45,10 +45,6 @@ struct Request {
   bool yes = false;
   /// An object that nobody asks for goes although it is used.
   bool force = false;
-  /// What has one right answer is mended before the check.
-  bool repair = false;
-  /// The steps of repair are told and not done.
-  bool dryRun = false;
   /// The form of files; without it text is written, and the content tells what is read.
   std::optional<QvRefSystem::ObjectFileForm> form;
   /// Of a geodetic system; without it two, or what the EPSG code that names it means.
