@@ -43,6 +43,8 @@ struct Request {
   bool all = false;
   /// Questions are answered Yes beforehand.
   bool yes = false;
+  /// An object that nobody asks for goes although it is used.
+  bool force = false;
   /// The form of files; without it text is written, and the content tells what is read.
   std::optional<QvRefSystem::ObjectFileForm> form;
   /// Of a geodetic system; without it two, or what the EPSG code that names it means.
