@@ -61,6 +61,10 @@ bool SqliteError::IsTakenKey() const {
   return code_ == SQLITE_CONSTRAINT_PRIMARYKEY || code_ == SQLITE_CONSTRAINT_ROWID;
 }
 
+bool SqliteError::IsBusy() const {
+  return (code_ & 0xFF) == SQLITE_BUSY || (code_ & 0xFF) == SQLITE_LOCKED;
+}
+
 void Connection::Closer::operator()(sqlite3* handle) const {
   sqlite3_close_v2(handle);
 }

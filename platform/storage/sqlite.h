@@ -28,6 +28,8 @@ class SqliteError : public StorageError {
   [[nodiscard]] const std::string& Reason() const { return reason_; }
   /// A row was to get a key that another row has.
   [[nodiscard]] bool IsTakenKey() const;
+  /// Another connection held the lock that was needed for longer than is waited.
+  [[nodiscard]] bool IsBusy() const;
 
  private:
   int code_;
