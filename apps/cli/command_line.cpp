@@ -124,6 +124,12 @@ void Arguments::AddKeepingCommands() {
           RestoreWhole);
   restore.add_option("FILE", request_.otherDatabase, "The backup")->required();
   AddDatabase(restore);
+
+  CLI::App& salvage = Add("salvage",
+                          "Makes a new database of what can be read of a damaged one: table, "
+                          "records, what is lost",
+                          SalvageWhole);
+  salvage.add_option("DB2", request_.otherDatabase, "The new database")->required();
 }
 
 void Arguments::AddExchangeCommands() {

@@ -4,6 +4,7 @@
 
 #include "apps/cli/open_database.h"
 #include "assembly/database_copy.h"
+#include "assembly/salvage.h"
 
 namespace RefframeCli {
 
@@ -43,6 +44,18 @@ int RestoreWhole(const Request& request, Terminal terminal) {
     terminal.out << "the former database is kept as " << report.kept << "\n";
   }
   return kSucceeded;
+}
+
+int SalvageWhole(const Request& request, Terminal terminal) {
+  TerminalInterface ui(terminal, false);
+  const QvRefSystem::SalvageReport report =
+      SalvageDatabase(PlaceOf(request.database), PlaceOf(request.otherDatabase), ui);
+  Tell(report.notes, request.database, terminal);
+  for (const QvRefSystem::SalvagedCount& table : report.tables) {
+    terminal.out << table.table << "\t" << std::to_string(table.records) << "\t"
+                 << (table.lost.empty() ? "whole" : table.lost) << "\n";
+  }
+  return report.whole ? kSucceeded : kFailed;
 }
 
 }  // namespace RefframeCli

@@ -13,5 +13,8 @@ int CopyWhole(const Request& request, Terminal terminal);
 int BackUpWhole(const Request& request, Terminal terminal);
 /// Puts a backup in the place of a database, and prints where the former one stands now.
 int RestoreWhole(const Request& request, Terminal terminal);
+/// Makes a new database of what can be read of a damaged one, and prints a line for each table:
+/// name, records, and what is lost. kFailed if something is.
+int SalvageWhole(const Request& request, Terminal terminal);
 
 }  // namespace RefframeCli
