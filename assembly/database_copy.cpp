@@ -6,16 +6,16 @@
 #include "assembly/database_copier.h"
 #include "assembly/processor_set.h"
 #include "database/storage_files.h"
-#include "platform/storage/aside_folder.h"
 #include "platform/storage/store_lock.h"
+#include "platform/storage/work_folder.h"
 
 namespace QvRefSystem {
 namespace {
 
 namespace fs = std::filesystem;
-using QvPlatform::AsideFolder;
 using QvPlatform::StorageError;
 using QvPlatform::StoreLock;
+using QvPlatform::WorkFolder;
 
 constexpr std::string_view kContainerExtension = ".qvdb";
 
@@ -42,7 +42,7 @@ std::string PathOf(const TdatamoduleQvRfData& data) {
 
 // Makes a copy out of sight and gives its path.
 std::string MakeAside(TdatamoduleQvRfData& data, const DatabasePlace& target,
-                      const AsideFolder& aside, CopyNotes* notes) {
+                      const WorkFolder& aside, CopyNotes* notes) {
   const std::string made = aside.Path(fs::path(target.path).filename().string());
   *notes = DatabaseCopier(data, {made, target.resourceForm}).Run();
   aside.Sync();
@@ -80,19 +80,27 @@ std::string KeptName(const DatabasePlace& place) {
   return name;
 }
 
+// A journal that could not be taken back belongs to the database that it is of.
+void MoveLeftJournals(const DatabasePlace& target, const std::string& kept) {
+  if (!target.resourceForm) return;
+  for (const char* ending : {"-journal", "-wal", "-shm"}) {
+    if (Stands(target.path + ending))
+      QvPlatform::TakeFreePlace(target.path + ending, kept + ending);
+  }
+}
+
 // What stands in the place is moved beside by two steps that leave a whole database there at any
 // moment.
 std::string TakePlace(const std::string& made, const DatabasePlace& target) {
   if (!Stands(target.path)) {
-    QvPlatform::MoveToFreePlace(made, target.path);
-    QvPlatform::SyncFolder(QvPlatform::FolderOf(target.path));
+    QvPlatform::TakeFreePlace(made, target.path);
     return {};
   }
   const StoreLock lock(RecordFiles(target));
   const std::string kept = KeptName(target);
   QvPlatform::ExchangePlaces(made, target.path);
-  QvPlatform::MoveToFreePlace(made, kept);
-  QvPlatform::SyncFolder(QvPlatform::FolderOf(target.path));
+  QvPlatform::TakeFreePlace(made, kept);
+  MoveLeftJournals(target, kept);
   return kept;
 }
 
@@ -126,9 +134,8 @@ std::unique_ptr<TdatamoduleQvRfData> OpenPlace(const DatabasePlace& place,
 CopyNotes CopyDatabase(TdatamoduleQvRfData& data, const DatabasePlace& target) {
   RequireFree(target.path);
   CopyNotes notes;
-  const AsideFolder aside(QvPlatform::FolderOf(target.path));
-  QvPlatform::MoveToFreePlace(MakeAside(data, target, aside, &notes), target.path);
-  QvPlatform::SyncFolder(QvPlatform::FolderOf(target.path));
+  const WorkFolder aside(QvPlatform::FolderOf(target.path));
+  QvPlatform::TakeFreePlace(MakeAside(data, target, aside, &notes), target.path);
   return notes;
 }
 
@@ -142,11 +149,10 @@ CopyNotes BackupDatabase(TdatamoduleQvRfData& data, const std::string& target, C
   if (!replaces) return CopyDatabase(data, container);
   RequireReplaceable(data, target);
   CopyNotes notes;
-  const AsideFolder aside(QvPlatform::FolderOf(target));
+  const WorkFolder aside(QvPlatform::FolderOf(target));
   const std::string made = MakeAside(data, container, aside, &notes);
   const StoreLock lock(RecordFiles(container));
   QvPlatform::ExchangePlaces(made, target);
-  QvPlatform::SyncFolder(QvPlatform::FolderOf(target));
   return notes;
 }
 
@@ -157,7 +163,7 @@ RestoreReport RestoreDatabase(const std::string& backup, const DatabasePlace& ta
   }
   RestoreReport report;
   const std::unique_ptr<TdatamoduleQvRfData> data = OpenPlace(PlaceOf(backup), ui);
-  const AsideFolder aside(QvPlatform::FolderOf(target.path));
+  const WorkFolder aside(QvPlatform::FolderOf(target.path));
   const std::string made = MakeAside(*data, target, aside, &report.notes);
   report.kept = TakePlace(made, target);
   return report;

@@ -12,18 +12,18 @@
 #include "platform/data/height_kind.h"
 #include "platform/data/height_table_writer.h"
 #include "platform/dbset/field_descriptions.h"
-#include "platform/storage/aside_folder.h"
 #include "platform/storage/crc32.h"
 #include "platform/storage/resource_group.h"
 #include "platform/storage/table_image.h"
+#include "platform/storage/work_folder.h"
 
 namespace QvRefSystem {
 namespace {
 
 namespace fs = std::filesystem;
-using QvPlatform::AsideFolder;
 using QvPlatform::StorageError;
 using QvPlatform::TQvResourceGroup;
+using QvPlatform::WorkFolder;
 using QvPlatform::detail::StoredRecord;
 using QvPlatform::detail::StoredValue;
 using QvPlatform::detail::TableImage;
@@ -48,7 +48,7 @@ std::int64_t IntegerAt(const StoredRecord& record, std::size_t field) {
 
 class Salvage {
  public:
-  Salvage(DatabasePlace damaged, DatabasePlace made, const AsideFolder& work)
+  Salvage(DatabasePlace damaged, DatabasePlace made, const WorkFolder& work)
       : damaged_(std::move(damaged)), made_(std::move(made)), work_(work) {}
 
   SalvageReport Run() {
@@ -234,7 +234,7 @@ class Salvage {
 
   const DatabasePlace damaged_;
   const DatabasePlace made_;
-  const AsideFolder& work_;
+  const WorkFolder& work_;
   std::unique_ptr<SalvagedFile> container_;
   // The tables that are opened, in the order of the catalogue.
   std::vector<SalvagedTable> tables_;
@@ -252,14 +252,13 @@ SalvageReport SalvageDatabase(const DatabasePlace& damaged, const DatabasePlace&
   }
   if (Stands(target.path)) throw StorageError("\"" + target.path + "\" is there already");
   const std::string folder = QvPlatform::FolderOf(target.path);
-  const AsideFolder aside(folder);
-  const AsideFolder work(folder);
+  const WorkFolder aside(folder);
+  const WorkFolder work(folder);
   const std::string made = aside.Path(fs::path(target.path).filename().string());
   SalvageReport report = Salvage(damaged, {made, target.resourceForm}, work).Run();
   (void)OpenPlace({made, target.resourceForm}, ui);
   aside.Sync();
-  QvPlatform::MoveToFreePlace(made, target.path);
-  QvPlatform::SyncFolder(folder);
+  QvPlatform::TakeFreePlace(made, target.path);
   return report;
 }
 

@@ -244,9 +244,9 @@ void ObjectFolder::Add(std::string_view objectName, std::string_view extension, 
 void ObjectFolder::Deliver() {
   aside_.Sync();
   for (const std::string& name : std::exchange(files_, {})) {
-    QvPlatform::MoveToFreePlace(aside_.Path(name), folder_ + "/" + name);
+    QvPlatform::MoveUnflushed(aside_.Path(name), folder_ + "/" + name);
   }
-  QvPlatform::SyncFolder(folder_);
+  QvPlatform::FlushFolder(folder_);
 }
 
 }  // namespace QvRefSystem

@@ -11,7 +11,7 @@
 
 #include "platform/data/string_tree.h"
 #include "platform/geocore/projjson.h"
-#include "platform/storage/aside_folder.h"
+#include "platform/storage/work_folder.h"
 #include "processors/object_descriptor.h"
 
 /// The files in which objects travel: how their forms are told apart, read, written and named.
@@ -123,7 +123,7 @@ class ObjectFolder {
   void Deliver();
 
  private:
-  QvPlatform::AsideFolder aside_;
+  QvPlatform::WorkFolder aside_;
   std::string folder_;
   FreeFileNames names_;
   // The files by their names, which they have aside already.

@@ -102,6 +102,8 @@ Arguments::Arguments() {
   remove.add_option("OBJ", request_.object, "The object")->required();
   remove.add_flag("--yes", request_.yes, "Do not ask");
 
+  Add("recover", "Finishes or takes back what an interrupted program left; prints each step",
+      RecoverInterrupted);
   Add("check", "Verifies every reference, code row and duplicate; prints what it finds",
       CheckWhole);
   AddKeepingCommands();

@@ -7,6 +7,7 @@
 #include "apps/cli/object_types.h"
 #include "apps/cli/open_database.h"
 #include "assembly/database_check.h"
+#include "platform/storage/database_recovery.h"
 #include "platform/text/text.h"
 #include "processors/name_filter.h"
 #include "registry/epsg_registry.h"
@@ -78,6 +79,17 @@ int InitDatabase(const Request& request, Terminal terminal) {
                << std::to_string(report.refused.size()) << " of the registry are not"
                << (request.listRefused && !report.refused.empty() ? ":\n" : "\n");
   if (request.listRefused) PutRefused(terminal.out, report);
+  return kSucceeded;
+}
+
+int RecoverInterrupted(const Request& request, Terminal terminal) {
+  bool told = false;
+  const auto tell = [&](const std::string& step) {
+    told = true;
+    terminal.out << step << "\n";
+  };
+  QvPlatform::detail::RecoverDatabase(request.database, tell);
+  if (!told) terminal.out << "nothing is left of an interrupted change\n";
   return kSucceeded;
 }
 

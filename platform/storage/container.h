@@ -13,7 +13,9 @@ namespace QvPlatform::detail {
 
 /// One container file, shared by all of its users in this process, so that a group of changes and
 /// a stream never wait for each other. Names of resources are compared without regard to the case
-/// of ASCII letters. The write-ahead log is folded into the file when the last user goes.
+/// of ASCII letters. A
+/// container at rest is one whole file; one that an older program left with a write-ahead log takes
+/// that in when it is opened.
 class Container {
  public:
   /// The two halves of a resource's full name.
@@ -45,7 +47,7 @@ class Container {
 
   /// Opens the file by its canonical path; callers take Open. Throws StorageError.
   explicit Container(const std::string& path);
-  ~Container();
+  ~Container() = default;
   Container(const Container&) = delete;
   Container& operator=(const Container&) = delete;
 
@@ -83,7 +85,6 @@ class Container {
   void Remove(const std::string& resource);
   void WriteBlob(const std::string& resource, std::string_view bytes);
 
-  std::string path_;
   std::unique_ptr<Session> session_;
   std::map<std::string, std::uint64_t> changes_;
   std::uint64_t serial_;

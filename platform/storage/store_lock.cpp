@@ -18,8 +18,11 @@ StoreLock::StoreLock(std::vector<std::string> paths) {
       connection.Execute("BEGIN IMMEDIATE");
       held_.push_back(std::move(connection));
     } catch (const detail::SqliteError& failure) {
-      if (!failure.IsBusy()) continue;
+      if (!failure.IsLocked()) continue;
       throw StorageError("\"" + path + "\" is being written by another program");
+    } catch (const StorageError&) {
+      // What a stopped change has left is of no use to the file.
+      continue;
     }
   }
 }
