@@ -1,6 +1,7 @@
 #include "apps/cli/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <chrono>
 #include <map>
 #include <ostream>
 
@@ -11,6 +12,7 @@
 #include "apps/cli/keeping_commands.h"
 #include "apps/cli/object_types.h"
 #include "apps/cli/transform_commands.h"
+#include "platform/storage/waiting.h"
 
 namespace RefframeCli {
 
@@ -24,6 +26,8 @@ constexpr const char* kAbout =
     "name:TEXT.\n"
     "Exit status: 0 done, 1 the operation failed, 2 the arguments make no command.";
 
+// A day, in seconds.
+constexpr double kLongestWait = 86400;
 // In the place of a type: files of mixed types.
 constexpr const char* kAnyType = "any";
 
@@ -250,6 +254,10 @@ CLI::App& Arguments::Add(const char* name, const char* about, Command command) {
 
 void Arguments::AddDatabase(CLI::App& app) {
   app.add_option("DB", request_.database, "The database")->required();
+  app.add_option("--wait", request_.wait,
+                 "How long to wait for another program that writes to the database (30)")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.0, kLongestWait));
 }
 
 void Arguments::AddType(CLI::App& app) {
@@ -275,6 +283,9 @@ int Arguments::Execute(Terminal terminal) {
   if (!type_.empty() && type_ != kAnyType) request_.type = TypeOfArgument(type_);
   if (!form_.empty()) request_.form = kForms.at(form_);
   if (dimension_ != 0) request_.dimension = static_cast<QvRefSystem::Dimension>(dimension_);
+  const std::chrono::duration<double> wait(request_.wait);
+  QvPlatform::TimedWaiter waiter(std::chrono::duration_cast<std::chrono::milliseconds>(wait));
+  const QvPlatform::WaiterScope waits(waiter);
   return command_(request_, terminal);
 }
 

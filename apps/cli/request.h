@@ -33,6 +33,8 @@ struct Request {
   std::string database;
   /// Where another database or a backup lies, or is made.
   std::string otherDatabase;
+  /// How many seconds another program that writes to a database is waited for.
+  double wait = 30;
   /// What stands in the way of a backup is replaced.
   bool force = false;
   /// A new database gets no systems.

@@ -134,5 +134,46 @@ TEST_F(Keeping, FilesOfManyTypesComeInTogetherOrNotAtAll) {
   }
 }
 
+TEST_F(Keeping, AnotherProgramThatWritesIsWaitedForAsLongAsWasSaid) {
+  (void)Printed("copy DB @other.qvdb");
+  (void)Printed("backup DB @backup.qvdb");
+  Put("unit.txt", WriteTreeText(MakeTree(DegreeTree).get()));
+  for (const char* file : {"other.qvdb", "refs/reference_system.dat"}) {
+    const QvPlatform::StoreLock writer({Path(file)});
+    const std::string database = *file == 'o' ? "@other.qvdb" : "DB";
+    Expect({("restore @backup.qvdb " + database + " --wait 0").c_str(), 1, "", "another program"});
+    EXPECT_FALSE(fs::exists(Path("other-before-restore.qvdb")));
+    EXPECT_EQ(Say("restore @backup.qvdb " + database + " --wait x").status, 2);
+  }
+}
+
+TEST_F(Keeping, WhatCanBeReadOfADamagedDatabaseIsBroughtBack) {
+  ImportHeights();
+  const std::string contents = Contents("DB");
+  (void)Printed("copy DB @other.qvdb");
+  for (const char* database : {"DB", "@other.qvdb"}) {
+    SCOPED_TRACE(database);
+    fs::remove_all(Path("new"));
+    EXPECT_EQ(Say(std::string("salvage ") + database + " @new").status, 0);
+    EXPECT_EQ(Contents("@new"), contents);
+    Expect({(std::string("salvage ") + database + " @new").c_str(), 1, "", "is there already"});
+  }
+  // The schema of a table and the last page of another; a third is gone.
+  const std::string schema = Get("refs/reference_system.dat");
+  Put("refs/reference_system.dat", std::string(4096, '\x55') + schema.substr(4096));
+  fs::remove(Path("refs/datum_shift.dat"));
+  Put("refs/ellipsoid.dat", "nothing");
+  const Outcome salvaged = Say("salvage DB @rest");
+  EXPECT_EQ(salvaged.status, 1);
+  EXPECT_THAT(salvaged.err, HasSubstr("reference_system.dat: the list of its tables is damaged"));
+  EXPECT_THAT(salvaged.out, HasSubstr("reference_system\t8\t"));
+  EXPECT_THAT(salvaged.out, HasSubstr("geodetic_datum\t1\twhole\n"));
+  EXPECT_THAT(salvaged.out, HasSubstr("datum_shift\t0\t"));
+  EXPECT_EQ(Printed("list @rest reference-system"), Printed("list @new reference-system"));
+  // The key of the lost ellipsoid is not given to another one, for the datum still names it.
+  Put("other.txt", Printed("export @new ellipsoid 1"));
+  EXPECT_THAT(Printed("import @rest any @other.txt"), HasSubstr("2\tinserted"));
+}
+
 }  // namespace
 }  // namespace refframe_tests
