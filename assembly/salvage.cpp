@@ -13,6 +13,7 @@
 #include "platform/data/height_table_writer.h"
 #include "platform/dbset/field_descriptions.h"
 #include "platform/storage/crc32.h"
+#include "platform/storage/database_recovery.h"
 #include "platform/storage/resource_group.h"
 #include "platform/storage/table_image.h"
 #include "platform/storage/work_folder.h"
@@ -48,8 +49,9 @@ std::int64_t IntegerAt(const StoredRecord& record, std::size_t field) {
 
 class Salvage {
  public:
-  Salvage(DatabasePlace damaged, DatabasePlace made, const WorkFolder& work)
-      : damaged_(std::move(damaged)), made_(std::move(made)), work_(work) {}
+  // `tables` is where the tables are read, which may be a copy.
+  Salvage(DatabasePlace damaged, DatabasePlace tables, DatabasePlace made)
+      : damaged_(std::move(damaged)), from_(std::move(tables)), made_(std::move(made)) {}
 
   SalvageReport Run() {
     ReadTables();
@@ -71,14 +73,14 @@ class Salvage {
   }
 
   std::unique_ptr<SalvagedFile> OpenFile(const std::string& path) {
-    auto file = std::make_unique<SalvagedFile>(path, work_.Path("."));
+    auto file = std::make_unique<SalvagedFile>(path);
     for (const std::string& note : file->Notes())
       Lose(fs::path(path).filename().string() + ": " + note);
     return file;
   }
 
   void ReadTables() {
-    if (damaged_.resourceForm) container_ = OpenFile(damaged_.path);
+    if (damaged_.resourceForm) container_ = OpenFile(from_.path);
     for (const TableSpec& table : TableCatalogue()) {
       if (table.tag != kUnopenedTag) tables_.push_back(ReadTable(table));
     }
@@ -93,7 +95,7 @@ class Salvage {
     SalvagedTable read;
     try {
       read = container_ != nullptr ? container_->Read(table, name)
-                                   : OpenFile(damaged_.path + "/" + std::string(table.streamName))
+                                   : OpenFile(from_.path + "/" + std::string(table.streamName))
                                          ->Read(table, QvPlatform::detail::kRecordTable);
     } catch (const StorageError& error) {
       read.lost = error.what();
@@ -233,8 +235,8 @@ class Salvage {
   }
 
   const DatabasePlace damaged_;
+  const DatabasePlace from_;
   const DatabasePlace made_;
-  const WorkFolder& work_;
   std::unique_ptr<SalvagedFile> container_;
   // The tables that are opened, in the order of the catalogue.
   std::vector<SalvagedTable> tables_;
@@ -242,6 +244,43 @@ class Salvage {
   std::map<std::string, std::pair<std::string, std::string>> heights_;
   SalvageReport report_;
 };
+
+// The files of a database that hold its tables, and the journals beside them.
+std::vector<fs::path> FilesOf(const DatabasePlace& place) {
+  const fs::path path(place.path);
+  const std::string name = path.filename().string();
+  std::vector<fs::path> files;
+  for (const auto& entry : fs::directory_iterator(place.resourceForm ? path.parent_path() : path)) {
+    const bool belongs = !place.resourceForm || entry.path().filename().string().starts_with(name);
+    if (belongs && entry.is_regular_file()) files.push_back(entry.path());
+  }
+  return files;
+}
+
+// Where a stopped change was left half done, a copy in which it is taken back. The damaged database
+// itself is only read.
+DatabasePlace Settled(const DatabasePlace& damaged, const WorkFolder& work, CopyNotes* notes) {
+  const DatabasePlace copy{work.Path(fs::path(damaged.path).filename().string()),
+                           damaged.resourceForm};
+  try {
+    const DatabasePlace whole{fs::absolute(damaged.path).string(), damaged.resourceForm};
+    const std::vector<fs::path> files = FilesOf(whole);
+    const bool left = std::ranges::any_of(files, [](const fs::path& file) {
+      return file.string().ends_with("-journal") || file.string().ends_with("-wal");
+    });
+    if (!left) return damaged;
+    const std::string folder = copy.resourceForm ? QvPlatform::FolderOf(copy.path) : copy.path;
+    fs::create_directories(folder);
+    for (const fs::path& file : files)
+      fs::copy_file(file, fs::path(folder) / file.filename());
+    QvPlatform::detail::RecoverDatabase(copy.path, [](const std::string&) {});
+    return copy;
+  } catch (const std::runtime_error& error) {
+    notes->push_back(std::string("what a stopped change left half done cannot be taken back: ") +
+                     error.what());
+    return damaged;
+  }
+}
 
 }  // namespace
 
@@ -255,7 +294,11 @@ SalvageReport SalvageDatabase(const DatabasePlace& damaged, const DatabasePlace&
   const WorkFolder aside(folder);
   const WorkFolder work(folder);
   const std::string made = aside.Path(fs::path(target.path).filename().string());
-  SalvageReport report = Salvage(damaged, {made, target.resourceForm}, work).Run();
+  CopyNotes notes;
+  const DatabasePlace tables = Settled(damaged, work, &notes);
+  SalvageReport report = Salvage(damaged, tables, {made, target.resourceForm}).Run();
+  report.whole = report.whole && notes.empty();
+  report.notes.insert(report.notes.end(), notes.begin(), notes.end());
   (void)OpenPlace({made, target.resourceForm}, ui);
   aside.Sync();
   QvPlatform::TakeFreePlace(made, target.path);

@@ -1,13 +1,10 @@
 #include "assembly/salvaged_file.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <limits>
 #include <utility>
 
 #include "platform/geocore/system_model.h"
-#include "platform/storage/sqlite.h"
-#include "platform/storage/stream.h"
 #include "platform/text/ascii.h"
 #include "platform/text/text.h"
 #include "processors/object_descriptor.h"
@@ -16,10 +13,8 @@ namespace QvRefSystem {
 
 namespace {
 
-namespace fs = std::filesystem;
 using QvPlatform::FieldNeed;
 using QvPlatform::FieldType;
-using QvPlatform::detail::Connection;
 using QvPlatform::detail::StoredBytes;
 using QvPlatform::detail::StoredRecord;
 using QvPlatform::detail::StoredTable;
@@ -149,8 +144,7 @@ void Add(FittingRecord fitting, bool replaces, SalvagedTable* table) {
 
 }  // namespace
 
-SalvagedFile::SalvagedFile(const std::string& path, const std::string& workFolder)
-    : file_(Load(path, workFolder)) {
+SalvagedFile::SalvagedFile(const std::string& path) : file_(Load(path)) {
   bool whole = true;
   roots_ = file_.ReadRoots(&whole);
   if (!whole) notes_.emplace_back("the list of its tables is damaged");
@@ -159,26 +153,9 @@ SalvagedFile::SalvagedFile(const std::string& path, const std::string& workFolde
   ReadSequence();
 }
 
-// SQLite itself takes back what a stopped change left half done, in a copy.
-std::string SalvagedFile::Load(const std::string& path, const std::string& workFolder) {
+std::string SalvagedFile::Load(const std::string& path) {
   bool whole = true;
-  std::string at = path;
-  const std::string journal = path + "-journal";
-  std::error_code error;
-  if (fs::exists(journal, error)) {
-    at = workFolder + "/" + fs::path(path).filename().string();
-    fs::copy_file(path, at, error);
-    if (!error) fs::copy_file(journal, at + "-journal", error);
-    try {
-      if (error) throw QvPlatform::StorageError(error.message());
-      Connection connection = Connection::OpenFile(at);
-      (void)connection.QueryInteger("SELECT count(*) FROM sqlite_master");
-    } catch (const QvPlatform::StorageError&) {
-      notes_.emplace_back("what a stopped change left half done could not be taken back");
-      if (error) at = path;
-    }
-  }
-  std::string bytes = QvPlatform::detail::ReadDamagedFile(at, &whole);
+  std::string bytes = QvPlatform::detail::ReadDamagedFile(path, &whole);
   if (!whole) notes_.emplace_back("the medium does not give all of it");
   return bytes;
 }

@@ -28,9 +28,9 @@ struct SalvagedTable {
 /// One file of a damaged database, a table or a container.
 class SalvagedFile {
  public:
-  /// Reads the file with what a journal beside it takes back. Throws StorageError where there is no
+  /// Reads the file as it lies there, without any journal. Throws StorageError where there is no
   /// such file or it cannot be opened.
-  SalvagedFile(const std::string& path, const std::string& workFolder);
+  explicit SalvagedFile(const std::string& path);
 
   /// The records of a table that lies in the file under that name.
   [[nodiscard]] SalvagedTable Read(const TableSpec& table, const std::string& name) const;
@@ -44,7 +44,7 @@ class SalvagedFile {
  private:
   using Records = std::vector<QvPlatform::detail::StoredRecord>;
 
-  [[nodiscard]] std::string Load(const std::string& path, const std::string& workFolder);
+  [[nodiscard]] std::string Load(const std::string& path);
   void ReadSequence();
   [[nodiscard]] Records OfTree(const std::string& name, bool* whole) const;
   [[nodiscard]] std::string LostOf(const SalvagedTable& table, const std::string& name,
