@@ -66,11 +66,13 @@ int InitDatabase(const Request& request, Terminal terminal) {
   TerminalInterface ui(terminal, false);
   QvRefSystem::RegistryOptions options;
   options.resourceForm = IsContainer(request.database);
+  options.empty = request.empty;
   QvRefSystem::RegistryReport report;
   std::string error;
   if (!BuildRegistryDatabase(request.database, options, ui, &report, &error)) {
     throw CommandError(request.database + ": " + error);
   }
+  if (request.empty) return kSucceeded;
   terminal.out << std::to_string(report.systems) << " reference systems are in, "
                << std::to_string(report.refused.size()) << " of the registry are not"
                << (request.listRefused && !report.refused.empty() ? ":\n" : "\n");

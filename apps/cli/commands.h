@@ -7,7 +7,7 @@
 /// CommandError or UsageError.
 namespace RefframeCli {
 
-/// Makes a new database with the systems of the EPSG registry.
+/// Makes a new database with the systems of the EPSG registry, or without objects.
 int InitDatabase(const Request& request, Terminal terminal);
 /// Finishes or takes back what an interrupted program left in a database, and prints each step.
 int RecoverInterrupted(const Request& request, Terminal terminal);

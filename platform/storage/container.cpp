@@ -215,15 +215,30 @@ bool Container::FindBlob(const std::string& resource, Blob* blob) {
   return true;
 }
 
-std::vector<std::string> Container::BlobNames(const std::string& prefix) {
-  Statement query = session_->Db().Prepare(
-      "SELECT name FROM qv_blobs WHERE lower(substr(name, 1, length(?1))) = lower(?1) "
-      "AND length(name) > length(?1) ORDER BY id");
+namespace {
+
+std::vector<std::string> NamesLike(Connection& connection, const std::string& prefix,
+                                   const std::string& select, const std::string& order) {
+  Statement query = connection.Prepare(select +
+                                       " WHERE lower(substr(name, 1, length(?1))) = lower(?1) "
+                                       "AND length(name) > length(?1)" +
+                                       order);
   query.BindText(1, prefix);
   std::vector<std::string> names;
   while (query.Step())
     names.emplace_back(query.ColumnText(0));
   return names;
+}
+
+}  // namespace
+
+std::vector<std::string> Container::BlobNames(const std::string& prefix) {
+  return NamesLike(session_->Db(), prefix, "SELECT name FROM qv_blobs", " ORDER BY id");
+}
+
+std::vector<std::string> Container::TableNames(const std::string& prefix) {
+  return NamesLike(session_->Db(), prefix,
+                   "SELECT name FROM (SELECT DISTINCT table_name AS name FROM qv_fields)", "");
 }
 
 std::string Container::ReadTable(const std::string& resource) {

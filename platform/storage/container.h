@@ -61,6 +61,8 @@ class Container {
   /// Names of all blobs that begin with the prefix and go on behind it, in the order of their
   /// making.
   [[nodiscard]] std::vector<std::string> BlobNames(const std::string& prefix);
+  /// The same for the names of record tables, in no order.
+  [[nodiscard]] std::vector<std::string> TableNames(const std::string& prefix);
   /// Bytes of a table file with the records of a table, which has to be there.
   [[nodiscard]] std::string ReadTable(const std::string& resource);
   /// One part of a blob, each but the last of kPartSize bytes. Throws StorageError if the blob has
