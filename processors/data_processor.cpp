@@ -186,7 +186,7 @@ TQvRfDataProcessor& TQvRfDataProcessor::ProcessorOf(TObjectType type) const {
 
 void TQvRfDataProcessor::ReportStorage(const std::exception& error) {
   data_.Ui().ShowMessage(MessageKind::kError,
-                         SystemText(TextId::kCannotWriteDatabase) + " (" + error.what() + ")",
+                         SystemText(TextId::kCannotWriteDatabase) + " (" + QvPlatform::ReasonOf(error) + ")",
                          MessageButtons::kOk);
 }
 

@@ -12,6 +12,7 @@
 #include "apps/cli/keeping_commands.h"
 #include "apps/cli/object_types.h"
 #include "apps/cli/transform_commands.h"
+#include "platform/ui/texts.h"
 #include "platform/storage/waiting.h"
 
 namespace RefframeCli {
@@ -312,7 +313,8 @@ int Run(int argc, const char* const* argv, Terminal terminal) {
     terminal.err << "refframe: " << error.what() << "\n";
     return kMisused;
   } catch (const std::exception& error) {
-    if (*error.what() != '\0') terminal.err << "refframe: " << error.what() << "\n";
+    const std::string reason = QvPlatform::ReasonOf(error);
+    if (!reason.empty()) terminal.err << "refframe: " << reason << "\n";
     return kFailed;
   }
 }
