@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/dbset/write_group.h"
+#include "platform/storage/stream.h"
 
 namespace QvRefSystem {
 namespace {
@@ -60,9 +60,7 @@ void RaiseNewCounters(TdatamoduleQvRfData& data) {
     const int key = GreatestNamedKey(data, table.id);
     if (key == 0) continue;
     try {
-      QvPlatform::TQvWriteGroup group({&dataSet});
       dataSet.RaiseLastKey(key);
-      group.Commit();
     } catch (const QvPlatform::StorageError&) {
       continue;
     }

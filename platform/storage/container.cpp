@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <map>
 #include <mutex>
 #include <optional>
 
@@ -11,6 +12,8 @@
 #include "platform/storage/file_use.h"
 #include "platform/storage/paths.h"
 #include "platform/storage/table_format.h"
+#include "platform/storage/table_state.h"
+#include "platform/storage/table_upgrade.h"
 #include "platform/text/ascii.h"
 
 namespace QvPlatform::detail {
@@ -26,7 +29,6 @@ constexpr const char* kKind = "container";
 struct OpenContainers {
   std::mutex mutex;
   std::map<std::string, std::weak_ptr<Container>> containers;
-  std::uint64_t openings = 0;
 };
 
 OpenContainers& Registry() {
@@ -66,7 +68,7 @@ Connection OpenContainerFile(const std::string& path) {
     Connection connection = Connection::OpenFile(path);
     CheckMark(connection, kContainerId, kKind);
     if (!connection.IsReadOnly("main")) {
-      connection.Execute("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL");
+      connection.Execute("PRAGMA journal_mode=DELETE; PRAGMA synchronous=EXTRA");
     }
     CheckFile(connection, kKind);
     static_cast<void>(connection.QueryInteger("SELECT count(*) FROM qv_blobs"));
@@ -152,8 +154,7 @@ std::shared_ptr<Container> Container::OpenOrCreate(const std::string& path) {
 Container::Container(const std::string& path)
     : path_(path),
       session_(
-          std::make_unique<Session>(OpenContainerFile(path), std::vector<std::string>{"main"})),
-      serial_(++Registry().openings) {}
+          std::make_unique<Session>(OpenContainerFile(path), std::vector<std::string>{"main"})) {}
 
 Container::~Container() {
   const bool replaced = session_->Db().HasMoved("main");
@@ -207,10 +208,7 @@ std::string Container::ReadPart(const Blob& blob, std::uint64_t part) {
 }
 
 void Container::Remove(const std::string& resource) {
-  if (HasTable(resource)) {
-    DropRecordTable(session_->Db(), resource);
-    ++ChangesOf(resource);
-  }
+  if (HasTable(resource)) DropRecordTable(session_->Db(), resource);
   Blob blob;
   if (!FindBlob(resource, &blob)) return;
   const std::string id = std::to_string(blob.id);
@@ -236,13 +234,26 @@ void Container::WriteBlob(const std::string& resource, std::string_view bytes) {
   }
 }
 
-void Container::Write(const std::string& resource, std::string_view bytes) {
+void Container::BeginWriting() {
+  session_->BeginFile("main");
+  if (!HasSums(session_->Db(), "main")) AddSums(session_->Db(), "main");
+}
+
+bool Container::Has(const std::string& resource) {
+  Blob blob;
+  return HasTable(resource) || FindBlob(resource, &blob);
+}
+
+void Container::Write(const std::string& resource, std::string_view bytes, Target target) {
   const std::unique_ptr<Connection> image = OpenTableImage(bytes);
   WriteScope scope(*session_, true);
+  if (target == Target::kMustBeFree && Has(resource)) {
+    throw StorageError("\"" + session_->Db().Name() + "." + resource + "\" is there already");
+  }
+  BeginWriting();
   Remove(resource);
   if (image != nullptr) {
     CopyRecordTable(*image, kRecordTable, session_->Db(), resource);
-    ++ChangesOf(resource);
   } else {
     WriteBlob(resource, bytes);
   }
@@ -251,15 +262,11 @@ void Container::Write(const std::string& resource, std::string_view bytes) {
 
 bool Container::Delete(const std::string& resource) {
   WriteScope scope(*session_, true);
-  Blob blob;
-  if (!HasTable(resource) && !FindBlob(resource, &blob)) return false;
+  if (!Has(resource)) return false;
+  BeginWriting();
   Remove(resource);
   scope.Done(nullptr);
   return true;
-}
-
-std::uint64_t& Container::ChangesOf(const std::string& table) {
-  return changes_[LowerAscii(table)];
 }
 
 }  // namespace QvPlatform::detail

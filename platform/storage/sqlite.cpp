@@ -13,6 +13,9 @@ namespace QvPlatform::detail {
 
 namespace {
 
+/// Place of the change counter in the head of an SQLite file, four bytes, the highest first.
+constexpr std::size_t kChangeCounterAt = 24;
+
 /// How long to wait for another process to finish its transaction.
 constexpr int kBusyMilliseconds = 5000;
 
@@ -56,6 +59,10 @@ std::string FileUri(const std::string& path) {
 }
 
 }  // namespace
+
+bool SqliteError::IsReadOnly() const {
+  return (code_ & 0xFF) == SQLITE_READONLY;
+}
 
 bool SqliteError::IsTakenKey() const {
   return code_ == SQLITE_CONSTRAINT_PRIMARYKEY || code_ == SQLITE_CONSTRAINT_ROWID;
@@ -211,6 +218,16 @@ std::string Connection::ReadFileHeader(const std::string& schema) const {
     Check(code, "cannot be read");
   }
   return bytes;
+}
+
+std::uint32_t Connection::ChangeCounter(const std::string& schema) const {
+  const std::string header = ReadFileHeader(schema);
+  if (header.size() < kFileHeaderSize) return 0;
+  std::uint32_t counter = 0;
+  for (std::size_t i = 0; i < 4; ++i) {
+    counter = (counter << 8) | static_cast<unsigned char>(header[kChangeCounterAt + i]);
+  }
+  return counter;
 }
 
 std::int64_t Connection::FileSize(const std::string& schema) const {

@@ -28,6 +28,8 @@ class SqliteError : public StorageError {
   [[nodiscard]] const std::string& Reason() const { return reason_; }
   /// A row was to get a key that another row has.
   [[nodiscard]] bool IsTakenKey() const;
+  /// The file or its medium takes no writing.
+  [[nodiscard]] bool IsReadOnly() const;
 
  private:
   int code_;
@@ -85,6 +87,8 @@ class Connection {
   /// The first bytes of the file, fewer if it is shorter, read without opening it again: closing a
   /// second descriptor would drop the locks that this process has on the file.
   [[nodiscard]] std::string ReadFileHeader(const std::string& schema) const;
+  /// The number in the head of the file that each commit raises; 0 for a file without a head.
+  [[nodiscard]] std::uint32_t ChangeCounter(const std::string& schema) const;
   /// Size in bytes of the file as it lies on the medium; 0 without a file.
   [[nodiscard]] std::int64_t FileSize(const std::string& schema) const;
   /// The bytes of the database.

@@ -74,6 +74,7 @@ constexpr std::array kTexts = {
     TextRow{TextId::kAngularUnits, "Latitude & longitude units"},
     TextRow{TextId::kHeightUnits, "Height units"},
     TextRow{TextId::kCannotWriteDatabase, "Cannot write to the database"},
+    TextRow{TextId::kTableMadeAnew, "A table was missing and has been made anew, empty:"},
 };
 
 static_assert(std::ranges::adjacent_find(kTexts, std::ranges::greater_equal{}, &TextRow::id) ==
@@ -89,7 +90,7 @@ constexpr bool HasAll(TextId first, TextId last) {
 
 static_assert(HasAll(TextId::kNotFound, TextId::kInfoLongitude) &&
                   HasAll(TextId::kPlaneNotDefined, TextId::kCannotCreateFile) &&
-                  HasAll(TextId::kCannotOpenTable, TextId::kCannotWriteDatabase),
+                  HasAll(TextId::kCannotOpenTable, TextId::kTableMadeAnew),
               "each number has its text");
 
 std::function<std::string(std::string_view)>& Translator() {

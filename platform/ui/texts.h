@@ -64,6 +64,7 @@ enum class TextId : int {
   kAngularUnits,
   kHeightUnits,
   kCannotWriteDatabase,
+  kTableMadeAnew,
 };
 
 /// The text in the language of the user. Unknown numbers give "".
