@@ -6,6 +6,7 @@
 #include "apps/cli/object_types.h"
 #include "apps/cli/open_database.h"
 #include "assembly/database_check.h"
+#include "platform/storage/database_recovery.h"
 #include "platform/text/text.h"
 #include "processors/name_filter.h"
 #include "processors/object_users.h"
@@ -65,15 +66,28 @@ int InitDatabase(const Request& request, Terminal terminal) {
   TerminalInterface ui(terminal, false);
   QvRefSystem::RegistryOptions options;
   options.resourceForm = IsContainer(request.database);
+  options.empty = request.empty;
   QvRefSystem::RegistryReport report;
   std::string error;
   if (!BuildRegistryDatabase(request.database, options, ui, &report, &error)) {
     throw CommandError(request.database + ": " + error);
   }
+  if (request.empty) return kSucceeded;
   terminal.out << std::to_string(report.systems) << " reference systems are in, "
                << std::to_string(report.refused.size()) << " of the registry are not"
                << (request.listRefused && !report.refused.empty() ? ":\n" : "\n");
   if (request.listRefused) PutRefused(terminal.out, report);
+  return kSucceeded;
+}
+
+int RecoverInterrupted(const Request& request, Terminal terminal) {
+  bool told = false;
+  const auto tell = [&](const std::string& step) {
+    told = true;
+    terminal.out << step << "\n";
+  };
+  QvPlatform::detail::RecoverDatabase(request.database, tell);
+  if (!told) terminal.out << "nothing is left of an interrupted change\n";
   return kSucceeded;
 }
 

@@ -7,8 +7,10 @@
 /// CommandError or UsageError.
 namespace RefframeCli {
 
-/// Makes a new database with the systems of the EPSG registry.
+/// Makes a new database with the systems of the EPSG registry, or without objects.
 int InitDatabase(const Request& request, Terminal terminal);
+/// Finishes or takes back what an interrupted program left in a database, and prints each step.
+int RecoverInterrupted(const Request& request, Terminal terminal);
 /// Prints a line for each object: key, name and description between tabs.
 int ListObjects(const Request& request, Terminal terminal);
 /// Prints the lines by which an object is described.

@@ -31,7 +31,15 @@ struct HeightRequest {
 struct Request {
   /// Path of a folder or a container.
   std::string database;
-  /// The object type; null for a command without one.
+  /// Where another database or a backup lies, or is made.
+  std::string otherDatabase;
+  /// How many seconds another program that writes to a database is waited for.
+  double wait = 30;
+  /// What stands in the way of a backup is replaced.
+  bool force = false;
+  /// A new database gets no systems.
+  bool empty = false;
+  /// The object type; null for a command without one, and for files of mixed types.
   const QvRefSystem::ObjectDescriptor* type = nullptr;
   /// A key, epsg:CODE or name:TEXT, as it was typed.
   std::string object;
@@ -51,8 +59,12 @@ struct Request {
   std::optional<QvRefSystem::Dimension> dimension;
   /// Path of the file or the folder to write to; empty: standard output.
   std::string output;
-  /// Paths of the files to read; "-" is standard input.
+  /// A file that is there is never replaced.
+  bool noClobber = false;
+  /// Paths of the files to read, and of folders with such; "-" is standard input.
   std::vector<std::string> files;
+  /// Files are taken one by one, so that one that is refused keeps no other out.
+  bool each = false;
   /// What a command about heights has besides.
   HeightRequest heights;
   /// The system of the points that come in.

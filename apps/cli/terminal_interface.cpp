@@ -112,6 +112,10 @@ QvPlatform::UsedByAnswer TerminalInterface::ShowUsedBy(QvPlatform::TComponent* /
 std::unique_ptr<QvPlatform::TProgress> TerminalInterface::StartProgress(int /*options*/,
                                                                         const std::string& title,
                                                                         int count) {
+  // What changes a database that was only to be read is told to everyone.
+  if (title == QvPlatform::SystemText(QvPlatform::TextId::kConversion)) {
+    terminal_.err << "refframe: " << title << "\n";
+  }
   if (!terminal_.interactive) return std::make_unique<SilentProgress>();
   return std::make_unique<TerminalProgress>(terminal_.err, title, count);
 }

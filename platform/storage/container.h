@@ -12,7 +12,9 @@ namespace QvPlatform::detail {
 
 /// One container file, shared by all of its users in this process, so that a group of changes and
 /// a stream never wait for each other. Names of resources are compared without regard to the case
-/// of ASCII letters. The write-ahead log is folded into the file when the last user goes.
+/// of ASCII letters. A
+/// container at rest is one whole file; one that an older program left with a write-ahead log takes
+/// that in when it is opened.
 class Container {
  public:
   /// The two halves of a resource's full name.
@@ -44,7 +46,7 @@ class Container {
 
   /// Opens the file by its canonical path; callers take Open. Throws StorageError.
   explicit Container(const std::string& path);
-  ~Container();
+  ~Container() = default;
   Container(const Container&) = delete;
   Container& operator=(const Container&) = delete;
 
@@ -59,6 +61,8 @@ class Container {
   /// Names of all blobs that begin with the prefix and go on behind it, in the order of their
   /// making.
   [[nodiscard]] std::vector<std::string> BlobNames(const std::string& prefix);
+  /// The same for the names of record tables, in no order.
+  [[nodiscard]] std::vector<std::string> TableNames(const std::string& prefix);
   /// Bytes of a table file with the records of a table, which has to be there.
   [[nodiscard]] std::string ReadTable(const std::string& resource);
   /// One part of a blob, each but the last of kPartSize bytes. Throws StorageError if the blob has
@@ -81,7 +85,6 @@ class Container {
   void Remove(const std::string& resource);
   void WriteBlob(const std::string& resource, std::string_view bytes);
 
-  std::string path_;
   std::unique_ptr<Session> session_;
 };
 

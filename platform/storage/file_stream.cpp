@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "platform/storage/aside_file.h"
-#include "platform/storage/file_use.h"
+#include "platform/storage/retried.h"
 
 namespace QvPlatform {
 
@@ -29,7 +29,7 @@ struct TQvFileStream::Impl {
 
   void OpenForReading();
   void Close() noexcept {
-    if (descriptor >= 0) detail::CloseBesideConnections(std::exchange(descriptor, -1));
+    if (descriptor >= 0) close(std::exchange(descriptor, -1));
     target.reset();
   }
   [[noreturn]] void Fail(const std::string& reason) const {
@@ -39,7 +39,8 @@ struct TQvFileStream::Impl {
 
 void TQvFileStream::Impl::OpenForReading() {
   // Without blocking, for a name may be that of a pipe to which nobody writes.
-  descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  descriptor =
+      detail::Retried([this] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
   if (descriptor < 0) Fail(std::strerror(errno));
   struct stat status {};
   if (fstat(descriptor, &status) != 0) Fail(std::strerror(errno));
@@ -76,11 +77,10 @@ bool TQvFileStream::Open(const std::string& path, QvOpenMode mode) {
 
 std::size_t TQvFileStream::Read(void* buffer, std::size_t size) {
   if (impl_->descriptor < 0) impl_->Fail("it is not open for reading");
-  for (;;) {
-    const ssize_t count = read(impl_->descriptor, buffer, std::min(size, kReadPiece));
-    if (count >= 0) return static_cast<std::size_t>(count);
-    if (errno != EINTR) impl_->Fail(std::strerror(errno));
-  }
+  const ssize_t count =
+      detail::Retried([&] { return read(impl_->descriptor, buffer, std::min(size, kReadPiece)); });
+  if (count < 0) impl_->Fail(std::strerror(errno));
+  return static_cast<std::size_t>(count);
 }
 
 void TQvFileStream::Write(const void* data, std::size_t size) {

@@ -202,6 +202,15 @@ std::vector<std::string> TQvResourceSession::NamesBehind(const std::string& pref
   return names;
 }
 
+std::vector<std::string> TQvResourceSession::TablesBehind(const std::string& prefix) {
+  const Container::Place place = Container::Resolve(prefix);
+  if (!place.exists) return {};
+  std::vector<std::string> names = Container::Open(place.path)->TableNames(place.resource);
+  for (std::string& name : names)
+    name.erase(0, place.resource.size());
+  return names;
+}
+
 bool TQvResourceSession::Delete(const std::string& name) {
   try {
     const Container::Place place = Container::Resolve(name);

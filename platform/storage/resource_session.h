@@ -34,6 +34,8 @@ class TQvResourceSession final : public TQvStream {
   /// tables. The prefix is a container's path, "." and the beginning of the resources' own names.
   /// Throws StorageError if the container cannot be read.
   [[nodiscard]] static std::vector<std::string> NamesBehind(const std::string& prefix);
+  /// The same for those that are record tables.
+  [[nodiscard]] static std::vector<std::string> TablesBehind(const std::string& prefix);
   /// True if the resource was there and is gone.
   [[nodiscard]] static bool Delete(const std::string& name);
 

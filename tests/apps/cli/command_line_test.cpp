@@ -216,8 +216,8 @@ TEST_F(Lines, ExportAndImportTheSameObject) {
 TEST_F(Lines, GoOnBehindAFileThatDoesNotGetIn) {
   Expect({"export DB ellipsoid 1 -o @clarke.ellipsoid", 0, "", ""});
   Put("alps.txt", "(0,0)\n(1020,0)[1]\tname\tAlps\n(1021,0)[one]\tdesc\t\n\n");
-  Expect({"import DB ellipsoid @alps.txt @none.txt @clarke.ellipsoid", 1, "1\tfound\tClarke 1866\n",
-          "refframe: @alps.txt: line 3: "});
+  Expect({"import DB ellipsoid @alps.txt @none.txt @clarke.ellipsoid --each", 1,
+          "1\tfound\tClarke 1866\n", "refframe: @alps.txt: line 3: "});
 }
 
 TEST_F(Lines, BringSystemsInAndOutThroughProj) {

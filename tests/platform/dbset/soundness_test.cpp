@@ -22,9 +22,9 @@ using namespace platform_tests;
 using testing::AllOf;
 using testing::HasSubstr;
 
-/// Runs SQL on a file past the table engine.
+/// Runs SQL on a file past the table engine, as any other program would.
 void Tamper(const std::string& path, const std::string& sql) {
-  detail::Connection::OpenFile(path).Execute(sql);
+  detail::Connection::OpenLogged(path).Execute(sql);
 }
 
 /// The reason why a table does not open; empty if it does.
@@ -66,7 +66,7 @@ TEST_F(Opening, RefusesWhatIsNoTable) {
     const char* name;
     QvDataBufferType type;
     const char* reason;
-  } rows[] = {{"text.dat", kFile, "\"text.dat\" is no table file"},
+  } rows[] = {{"text.dat", kFile, "/text.dat\" is no table file"},
               {"short.dat", kFile, "is no table file"},
               {"empty.dat", kFile, "is empty"},
               {"none.dat", kFile, "no such file"},
