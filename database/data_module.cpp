@@ -7,6 +7,7 @@
 
 #include "database/conversion.h"
 #include "database/moments.h"
+#include "database/key_counters.h"
 #include "database/table_files.h"
 #include "platform/dbset/read_group.h"
 #include "platform/dbset/write_group.h"
@@ -158,9 +159,11 @@ bool TdatamoduleQvRfData::OpenTables(std::string* currentTable) {
         ExtractTableBaseName(StorageShortName(std::string(table.streamName), false));
     *currentTable = ResourceForm ? name : name + ".dat";
     buffer.StreamName = DatabasePath + *currentTable;
-    if (StorageFileIsAbsent(buffer.StreamName, ResourceForm) &&
-        !CreateMissingTable(buffer.StreamName, ResourceForm, table.tag, ui_)) {
-      return false;
+    if (StorageFileIsAbsent(buffer.StreamName, ResourceForm)) {
+      if (!CreateMissingTable(buffer.StreamName, ResourceForm, table.tag, ui_)) return false;
+      ui_.ShowMessage(MessageKind::kWarning,
+                      SystemText(TextId::kTableMadeAnew) + " " + Quoted(*currentTable),
+                      MessageButtons::kOk);
     }
     OpenTable(table);
     currentTable->clear();
@@ -192,6 +195,7 @@ bool TdatamoduleQvRfData::OpenDatabase(const std::string& path, signed char dial
     DatabasePath = NormalisedPath(path, resourceForm);
     opened = OpenTables(&currentTable);
     if (opened && !HasVerticalFields()) opened = ConvertDatabase();
+    if (opened) RaiseNewCounters(*this);
     if (opened) processors_ = makeProcessors_(*this);
     if (opened) WarnOfOlderTables();
   } catch (const std::exception& error) {

@@ -296,6 +296,10 @@
         <translation>Der Arbeitsspeicher reicht nicht aus</translation>
     </message>
     <message>
+        <source>A table was missing and has been made anew, empty:</source>
+        <translation>Eine Tabelle fehlte und wurde neu und leer angelegt:</translation>
+    </message>
+    <message>
         <source>Cell size is greater than table size!</source>
         <translation>Die Zelle ist größer als die Tabelle!</translation>
     </message>

@@ -110,12 +110,20 @@ Arguments::Arguments() {
 
   Add("recover", "Finishes or takes back what an interrupted program left; prints each step",
       RecoverInterrupted);
-  Add("check", "Verifies every reference, code row and duplicate; prints errors, then notes",
-      CheckWhole);
   AddKeepingCommands();
 }
 
 void Arguments::AddKeepingCommands() {
+  CLI::App& check =
+      Add("check", "Verifies files, references, codes and duplicates; prints errors, then notes",
+          CheckWhole);
+  CLI::Option* repair = check.add_flag(
+      "--repair", request_.repair,
+      "First mend what has one right answer: rows that deleted objects left, records that say the "
+      "same, height files of no record; a backup is made before, and each step is printed");
+  check.add_flag("--dry-run", request_.dryRun, "Print the steps of --repair and change nothing")
+      ->needs(repair);
+
   CLI::App& copy =
       Add("copy", "Copies a database, also from a folder to a container or back", CopyWhole);
   copy.add_option("DB2", request_.otherDatabase, "The copy, where nothing stands yet")->required();

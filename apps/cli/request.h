@@ -35,7 +35,7 @@ struct Request {
   std::string otherDatabase;
   /// How many seconds another program that writes to a database is waited for.
   double wait = 30;
-  /// What stands in the way of a backup is replaced; a height system goes although it is used.
+  /// What stands in the way of a backup is replaced, and a height system goes although it is used.
   bool force = false;
   /// A new database gets no systems.
   bool empty = false;
@@ -51,6 +51,10 @@ struct Request {
   bool all = false;
   /// Questions are answered Yes beforehand.
   bool yes = false;
+  /// What has one right answer is mended ahead of the check.
+  bool repair = false;
+  /// The steps of repair are told and not done.
+  bool dryRun = false;
   /// The form of files; without it text is written, and the content tells what is read.
   std::optional<QvRefSystem::ObjectFileForm> form;
   /// Of a geodetic system; without it two, or what the EPSG code that names it means.

@@ -79,6 +79,7 @@ constexpr std::array kTexts = {
             "Part of the last change is missing, as in a copy that was made while it was under way. "
             "Check the database or put a backup back. Tables that are too old:"},
     TextRow{TextId::kNoMemory, "There is not enough memory"},
+    TextRow{TextId::kTableMadeAnew, "A table was missing and has been made anew, empty:"},
 };
 
 static_assert(std::ranges::adjacent_find(kTexts, std::ranges::greater_equal{}, &TextRow::id) ==
@@ -94,7 +95,7 @@ constexpr bool HasAll(TextId first, TextId last) {
 
 static_assert(HasAll(TextId::kNotFound, TextId::kInfoLongitude) &&
                   HasAll(TextId::kPlaneNotDefined, TextId::kCannotCreateFile) &&
-                  HasAll(TextId::kCannotOpenTable, TextId::kNoMemory),
+                  HasAll(TextId::kCannotOpenTable, TextId::kTableMadeAnew),
               "each number has its text");
 
 std::function<std::string(std::string_view)>& Translator() {

@@ -67,6 +67,7 @@ enum class TextId : int {
   kCannotWriteDatabase,
   kOlderTables,
   kNoMemory,
+  kTableMadeAnew,
 };
 
 /// The text in the language of the user. Unknown numbers give "".
