@@ -96,6 +96,15 @@ bool StorageFileOpens(const std::string& name, bool resourceForm) {
   return stream->Open(name, QvOpenMode::kRead);
 }
 
+bool StorageFileIsAbsent(const std::string& name, bool resourceForm) {
+  if (resourceForm) return TQvResourceSession::IsAbsent(name);
+  std::error_code error;
+  const fs::file_status status = fs::symlink_status(ToPath(name), error);
+  if (status.type() == fs::file_type::not_found) return true;
+  if (error) throw StorageError("\"" + name + "\" cannot be looked at: " + error.message());
+  return false;
+}
+
 bool StorageFileExists(const std::string& name, bool resourceForm) {
   if (resourceForm) return TQvResourceSession::Exists(name);
   std::error_code error;

@@ -27,6 +27,9 @@ void TellCannotCreate(const std::string& name, bool resourceForm, QvPlatform::TU
 [[nodiscard]] std::string ExtractTableBaseName(std::string_view name);
 /// Whether the stream opens for reading.
 [[nodiscard]] bool StorageFileOpens(const std::string& name, bool resourceForm);
+/// Whether it is certain that nothing stands under the name: the file system or the container says
+/// so. Throws StorageError where neither can be asked, since what cannot be looked at may be there.
+[[nodiscard]] bool StorageFileIsAbsent(const std::string& name, bool resourceForm);
 /// Whether something stands under the name. Asks the file system or the container; opens nothing.
 [[nodiscard]] bool StorageFileExists(const std::string& name, bool resourceForm);
 /// Removes a file or a resource. True if it was there and is gone.

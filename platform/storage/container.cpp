@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <map>
 #include <mutex>
 #include <optional>
 
@@ -15,6 +16,8 @@
 #include "platform/storage/paths.h"
 #include "platform/storage/retried.h"
 #include "platform/storage/table_format.h"
+#include "platform/storage/table_state.h"
+#include "platform/storage/table_upgrade.h"
 #include "platform/text/ascii.h"
 
 namespace QvPlatform::detail {
@@ -30,18 +33,11 @@ constexpr const char* kKind = "container";
 struct OpenContainers {
   std::mutex mutex;
   std::map<std::string, std::weak_ptr<Container>> containers;
-  std::uint64_t openings = 0;
 };
 
 OpenContainers& Registry() {
   static OpenContainers registry;
   return registry;
-}
-
-std::uint64_t NextSerial() {
-  OpenContainers& registry = Registry();
-  const std::lock_guard lock(registry.mutex);
-  return ++registry.openings;
 }
 
 /// The container that is open under this path already; not one whose file is gone from there.
@@ -205,8 +201,7 @@ std::shared_ptr<Container> Container::OpenOrCreate(const std::string& path) {
 
 Container::Container(const std::string& path)
     : session_(
-          std::make_unique<Session>(OpenContainerFile(path), std::vector<std::string>{"main"})),
-      serial_(NextSerial()) {}
+          std::make_unique<Session>(OpenContainerFile(path), std::vector<std::string>{"main"})) {}
 
 bool Container::HasTable(const std::string& resource) {
   return HasRecordTable(session_->Db(), resource);
@@ -264,10 +259,7 @@ std::string Container::ReadPart(const Blob& blob, std::uint64_t part) {
 }
 
 void Container::Remove(const std::string& resource) {
-  if (HasTable(resource)) {
-    DropRecordTable(session_->Db(), resource);
-    ++ChangesOf(resource);
-  }
+  if (HasTable(resource)) DropRecordTable(session_->Db(), resource);
   Blob blob;
   if (!FindBlob(resource, &blob)) return;
   const std::string id = std::to_string(blob.id);
@@ -293,13 +285,26 @@ void Container::WriteBlob(const std::string& resource, std::string_view bytes) {
   }
 }
 
-void Container::Write(const std::string& resource, std::string_view bytes) {
+void Container::BeginWriting() {
+  session_->BeginFile("main");
+  if (!HasSums(session_->Db(), "main")) AddSums(session_->Db(), "main");
+}
+
+bool Container::Has(const std::string& resource) {
+  Blob blob;
+  return HasTable(resource) || FindBlob(resource, &blob);
+}
+
+void Container::Write(const std::string& resource, std::string_view bytes, Target target) {
   const std::unique_ptr<Connection> image = OpenTableImage(bytes);
   WriteScope scope(*session_, true);
+  if (target == Target::kMustBeFree && Has(resource)) {
+    throw StorageError("\"" + session_->Db().Name() + "." + resource + "\" is there already");
+  }
+  BeginWriting();
   Remove(resource);
   if (image != nullptr) {
     CopyRecordTable(*image, kRecordTable, session_->Db(), resource);
-    ++ChangesOf(resource);
   } else {
     WriteBlob(resource, bytes);
   }
@@ -308,15 +313,11 @@ void Container::Write(const std::string& resource, std::string_view bytes) {
 
 bool Container::Delete(const std::string& resource) {
   WriteScope scope(*session_, true);
-  Blob blob;
-  if (!HasTable(resource) && !FindBlob(resource, &blob)) return false;
+  if (!Has(resource)) return false;
+  BeginWriting();
   Remove(resource);
   scope.Done(nullptr);
   return true;
-}
-
-std::uint64_t& Container::ChangesOf(const std::string& table) {
-  return changes_[LowerAscii(table)];
 }
 
 }  // namespace QvPlatform::detail

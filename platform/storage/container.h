@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -55,6 +54,8 @@ class Container {
   [[nodiscard]] Session& Transactions() { return *session_; }
   /// Whether a record table stands under the name.
   [[nodiscard]] bool HasTable(const std::string& resource);
+  /// Whether anything stands under the name.
+  [[nodiscard]] bool Has(const std::string& resource);
   /// Whether a blob stands under the name; `blob` is unchanged if not.
   [[nodiscard]] bool FindBlob(const std::string& resource, Blob* blob);
   /// Names of all blobs that begin with the prefix and go on behind it, in the order of their
@@ -67,27 +68,24 @@ class Container {
   /// One part of a blob, each but the last of kPartSize bytes. Throws StorageError if the blob has
   /// been replaced.
   [[nodiscard]] std::string ReadPart(const Blob& blob, std::uint64_t part);
-  /// Puts bytes in place of whatever stands under the name: as a table if they are a sound table
-  /// file, else as a blob. Throws StorageError; what stood there then stays.
-  void Write(const std::string& resource, std::string_view bytes);
+  /// What may stand under a name that is written.
+  enum class Target { kReplaced, kMustBeFree };
+  /// Puts bytes under the name: as a table if they are a sound table file, else as a blob. Throws
+  /// StorageError, also where something stands there and must not; what stood there then stays.
+  void Write(const std::string& resource, std::string_view bytes,
+             Target target = Target::kReplaced);
   /// Deletes what stands under the name; false if there was nothing. Throws StorageError.
   [[nodiscard]] bool Delete(const std::string& resource);
-
-  /// A count that each change of the table in this process raises, for the caller to do so.
-  std::uint64_t& ChangesOf(const std::string& table);
-  /// Differs between two openings, even of one file.
-  [[nodiscard]] std::uint64_t Serial() const { return serial_; }
 
   /// Size in bytes of the parts in which blobs are kept, so that none is read or written whole.
   static constexpr std::size_t kPartSize = std::size_t{256} << 10;
 
  private:
+  void BeginWriting();
   void Remove(const std::string& resource);
   void WriteBlob(const std::string& resource, std::string_view bytes);
 
   std::unique_ptr<Session> session_;
-  std::map<std::string, std::uint64_t> changes_;
-  std::uint64_t serial_;
 };
 
 /// Whether a name is one that the container needs for itself.

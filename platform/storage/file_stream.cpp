@@ -25,6 +25,7 @@ struct TQvFileStream::Impl {
   std::string path;
   int descriptor = -1;
   std::unique_ptr<detail::AsideFile> target;
+  detail::AsideFile::Place place = detail::AsideFile::Place::kReplace;
 
   void OpenForReading();
   void Close() noexcept {
@@ -60,7 +61,9 @@ bool TQvFileStream::Open(const std::string& path, QvOpenMode mode) {
   lastError_.clear();
   impl_->path = path;
   try {
-    if (mode == QvOpenMode::kCreate) {
+    if (mode != QvOpenMode::kRead) {
+      impl_->place = mode == QvOpenMode::kCreate ? detail::AsideFile::Place::kReplace
+                                                 : detail::AsideFile::Place::kMustBeFree;
       impl_->target = std::make_unique<detail::AsideFile>(path);
     } else {
       impl_->OpenForReading();
@@ -98,7 +101,7 @@ void TQvFileStream::Commit() {
   if (impl_->target == nullptr) {
     throw StorageError("\"" + impl_->path + "\" is not open for writing");
   }
-  impl_->target->Publish(detail::AsideFile::Place::kReplace);
+  impl_->target->Publish(impl_->place);
   impl_->target.reset();
 }
 

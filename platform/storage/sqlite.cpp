@@ -22,6 +22,8 @@ namespace {
 constexpr std::array kPauses = {std::chrono::milliseconds{1}, std::chrono::milliseconds{2},
                                 std::chrono::milliseconds{5}, std::chrono::milliseconds{10},
                                 std::chrono::milliseconds{20}};
+/// Place of the change counter in the head of an SQLite file, four bytes, the highest first.
+constexpr std::size_t kChangeCounterAt = 24;
 
 /// SQLite's own way to say "copy this before you return" is a pointer of value -1, and "it stays
 /// where it is" is null; the header spells both with C casts.
@@ -90,6 +92,10 @@ std::string FileUri(const std::string& path) {
 }
 
 }  // namespace
+
+bool SqliteError::IsReadOnly() const {
+  return (code_ & 0xFF) == SQLITE_READONLY;
+}
 
 bool SqliteError::IsTakenKey() const {
   return code_ == SQLITE_CONSTRAINT_PRIMARYKEY || code_ == SQLITE_CONSTRAINT_ROWID;
@@ -274,6 +280,16 @@ std::string Connection::ReadFileHeader(const std::string& schema) const {
     Check(code, "cannot be read");
   }
   return bytes;
+}
+
+std::uint32_t Connection::ChangeCounter(const std::string& schema) const {
+  const std::string header = ReadFileHeader(schema);
+  if (header.size() < kFileHeaderSize) return 0;
+  std::uint32_t counter = 0;
+  for (std::size_t i = 0; i < 4; ++i) {
+    counter = (counter << 8) | static_cast<unsigned char>(header[kChangeCounterAt + i]);
+  }
+  return counter;
 }
 
 std::int64_t Connection::FileSize(const std::string& schema) const {

@@ -30,6 +30,8 @@ class SqliteError : public StorageError {
   [[nodiscard]] bool IsTakenKey() const;
   /// Another connection, mostly another program's, holds a lock that was waited for long enough.
   [[nodiscard]] bool IsLocked() const;
+  /// The file or its medium takes no writing.
+  [[nodiscard]] bool IsReadOnly() const;
 
  private:
   int code_;
@@ -91,6 +93,8 @@ class Connection {
   [[nodiscard]] bool HasMoved(const std::string& schema) const;
   /// The first bytes of the file, fewer if it is shorter. Takes no lock.
   [[nodiscard]] std::string ReadFileHeader(const std::string& schema) const;
+  /// The number in the head of the file that each commit raises; 0 for a file without a head.
+  [[nodiscard]] std::uint32_t ChangeCounter(const std::string& schema) const;
   /// Size in bytes of the file as it lies on the medium; 0 without a file.
   [[nodiscard]] std::int64_t FileSize(const std::string& schema) const;
   /// The bytes of the database.

@@ -37,13 +37,10 @@ class HeightSystems : public HeightTest {
   }
   // Another file comes into the place of the open one, as when a copy is put back: whatever is
   // written from now on is refused.
-  void ReplaceUnderfoot() const {
-    namespace fs = std::filesystem;
-    const fs::path victim = InContainer() ? fs::path(database_.path)
-                                          : fs::path(database_.path) / "vertical_refsystem.dat";
-    const fs::path away = victim.string() + ".old";
-    fs::rename(victim, away);
-    fs::copy_file(away, victim);
+  /// The file that holds the records of heights.
+  [[nodiscard]] std::filesystem::path Medium() const {
+    const std::filesystem::path path(database_.path);
+    return InContainer() ? path : path / "vertical_refsystem.dat";
   }
 
   QvRefSystem::TQvRfVerticalRefSystemDataProcessor& heights_ = Records();
@@ -307,20 +304,23 @@ TEST_P(HeightSystems, AndTheirFilesAreUndoneTogether) {
   EXPECT_EQ(Files().size(), 1U);
 }
 
-TEST_P(HeightSystems, LeaveNothingWhereTheirRecordIsRefused) {
+TEST_P(HeightSystems, LeaveNothingWhereTheirRecordIsRefusedAndGoOnWhenTheirMediumIsBack) {
   const int key = Insert(HeightTableTree);
-  ReplaceUnderfoot();
+  const std::filesystem::path away = Medium().string() + ".away";
+  std::filesystem::rename(Medium(), away);
   EXPECT_FALSE(heights_.DuplicateCurrent());
   EXPECT_EQ(heights_.DataSet->State(), QvPlatform::DataSetState::kBrowse);
   EXPECT_EQ(Insert(HeightTableTree), 0);
   heights_.DataSet->Cancel();
   ASSERT_TRUE(heights_.LocateKey(key));
   EXPECT_FALSE(heights_.DeleteRecord(nullptr));
+  EXPECT_EQ(database_.ui.messages.size(), 3U);
+  EXPECT_FALSE(heights_.DataSet->ControlsDisabled());
+  std::filesystem::rename(away, Medium());
   EXPECT_EQ(Count(), 1);
   EXPECT_EQ(heights_.GetCurrentKey(), key);
   EXPECT_THAT(Files(), ElementsAre("Alps"));
-  EXPECT_EQ(database_.ui.messages.size(), 3U);
-  EXPECT_FALSE(heights_.DataSet->ControlsDisabled());
+  EXPECT_GT(Insert(HeightTableTree), key);
 }
 
 TEST(HeightSystemsInAFolder, LeaveNoRecordWhereTheirFileIsRefused) {

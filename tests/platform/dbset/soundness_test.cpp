@@ -128,7 +128,7 @@ TEST_F(Opening, RefusesATamperedTableWithTheReason) {
       {"CREATE TRIGGER t AFTER INSERT ON records BEGIN DELETE FROM records; END", "does not fit"},
       {"CREATE INDEX i ON records (abs(CODE))", "does not fit"},
       {"DROP TABLE records; CREATE VIEW records AS SELECT 1", "does not fit"},
-      {"PRAGMA user_version = 2", "another version"},
+      {"PRAGMA user_version = 3", "another version"},
       {"PRAGMA application_id = 7", "another program"},
       {"PRAGMA journal_mode = WAL", "log beside it"},
       {"UPDATE records SET CODE = 3000000000 WHERE AUTOKEY = 7",
