@@ -8,6 +8,7 @@
 #include "database/conversion.h"
 #include "database/table_files.h"
 #include "platform/dbset/read_group.h"
+#include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 
@@ -250,11 +251,21 @@ std::string TdatamoduleQvRfData::BackupTable(const std::string& name, bool resou
 }
 
 bool TdatamoduleQvRfData::ConvertDatabase() {
+  // Every writer takes the lock of this table. Who has waited for another one's conversion finds
+  // the table in the current layout.
+  QvPlatform::TQvWriteGroup lock({&datasetParamValue});
+  databufRefSystem.Close();
+  datasetRefSystem.Close();
+  datasetRefSystem.Open();
+  if (HasVerticalFields()) return true;
   const std::string name = databufRefSystem.StreamName;
   RefSystemConversion conversion(datasetRefSystem, datasetInternalService, ui_);
   const std::string backup = BackupTable(name, ResourceForm);
-  return !backup.empty() &&
-         conversion.Run(backup, GetBackupPrefix() + StorageShortName(name, ResourceForm));
+  const bool converted =
+      !backup.empty() &&
+      conversion.Run(backup, GetBackupPrefix() + StorageShortName(name, ResourceForm));
+  if (converted) lock.Commit();
+  return converted;
 }
 
 }  // namespace QvRefSystem

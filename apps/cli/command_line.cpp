@@ -105,10 +105,11 @@ Arguments::Arguments() {
   AddType(remove);
   remove.add_option("OBJ", request_.object, "The object")->required();
   remove.add_flag("--yes", request_.yes, "Do not ask");
+  remove.add_flag("--force", request_.force, "Delete a height system although it is used");
 
   Add("recover", "Finishes or takes back what an interrupted program left; prints each step",
       RecoverInterrupted);
-  Add("check", "Verifies every reference, code row and duplicate; prints what it finds",
+  Add("check", "Verifies every reference, code row and duplicate; prints errors, then notes",
       CheckWhole);
   AddKeepingCommands();
 }

@@ -17,10 +17,11 @@ int ListObjects(const Request& request, Terminal terminal);
 int ShowInfo(const Request& request, Terminal terminal);
 /// Prints a line for each user: type, key, name and description between tabs.
 int ListUsers(const Request& request, Terminal terminal);
-/// Deletes an object to which nothing refers, if the answer is Yes; a No that a person gave is no
-/// failure.
+/// Deletes an object to which nothing refers, with `force` also a height system that is used, if
+/// the answer is Yes; a No that a person gave is no failure.
 int DeleteObject(const Request& request, Terminal terminal);
-/// Prints a line for each finding; throws CommandError if there is one.
+/// Prints a line for each find, errors first, after the steps of repair if that is asked for;
+/// throws CommandError if there is an error.
 int CheckWhole(const Request& request, Terminal terminal);
 
 }  // namespace RefframeCli

@@ -17,13 +17,14 @@ namespace QvPlatform::detail {
 
 namespace {
 
+/// Place of the change counter in the head of an SQLite file, four bytes, the highest first.
+constexpr std::size_t kChangeCounterAt = 24;
+
 /// Pauses between two looks whether a lock is free: short at first, since most writers are done
 /// within a few milliseconds, and never longer than a window may stand still.
 constexpr std::array kPauses = {std::chrono::milliseconds{1}, std::chrono::milliseconds{2},
                                 std::chrono::milliseconds{5}, std::chrono::milliseconds{10},
                                 std::chrono::milliseconds{20}};
-/// Place of the change counter in the head of an SQLite file, four bytes, the highest first.
-constexpr std::size_t kChangeCounterAt = 24;
 
 /// SQLite's own way to say "copy this before you return" is a pointer of value -1, and "it stays
 /// where it is" is null; the header spells both with C casts.

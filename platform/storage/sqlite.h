@@ -28,10 +28,10 @@ class SqliteError : public StorageError {
   [[nodiscard]] const std::string& Reason() const { return reason_; }
   /// A row was to get a key that another row has.
   [[nodiscard]] bool IsTakenKey() const;
-  /// Another connection, mostly another program's, holds a lock that was waited for long enough.
-  [[nodiscard]] bool IsLocked() const;
   /// The file or its medium takes no writing.
   [[nodiscard]] bool IsReadOnly() const;
+  /// Another connection, mostly another program's, holds a lock that was waited for long enough.
+  [[nodiscard]] bool IsLocked() const;
 
  private:
   int code_;

@@ -259,6 +259,22 @@ TEST_P(HeightSystems, DoNotTakeTheFileOfAnother) {
   EXPECT_EQ(FileText(), HeightText());
 }
 
+// A folder tells "Alps" from "ALPS", a container does not: each record has its own file, which goes
+// with it and with no other.
+TEST_P(HeightSystems, ThatDifferByCaseAloneHaveTheirOwnFiles) {
+  const int first = Insert(HeightTableTree);
+  const TreePtr other = MakeTree(HeightTableTree);
+  ReplaceField(other.get(), 1502, "ALPS");
+  const int second = heights_.InsertFromTree(other.get());
+  EXPECT_EQ(Text("VDATA_FILENAME"), GetParam() ? "ALPS_1" : "ALPS");
+  for (const int key : {first, second}) {
+    ASSERT_TRUE(heights_.LocateKey(key));
+    EXPECT_THAT(FileText(), HasSubstr("20.125"));
+    EXPECT_TRUE(heights_.DeleteRecord(nullptr));
+    EXPECT_EQ(Files().size(), key == first ? 1U : 0U);
+  }
+}
+
 TEST_P(HeightSystems, AreCopiedWithTheirFiles) {
   EXPECT_FALSE(heights_.DuplicateCurrent());
   const int key = Insert(HeightTableTree);
@@ -333,7 +349,7 @@ TEST(HeightSystemsInAFolder, LeaveNoRecordWhereTheirFileIsRefused) {
   ASSERT_EQ(database.ui.messages.size(), 1U);
   EXPECT_THAT(database.ui.messages.front(),
               testing::AllOf(testing::StartsWith(SystemText(QvPlatform::TextId::kCannotCreateFile)),
-                             testing::EndsWith(" " + database.path + "/Heights/Alps")));
+                             HasSubstr(" " + database.path + "/Heights/Alps (")));
   // Nothing stays of a system whose heights cannot be stored.
   const TreePtr system = MakeTree(SystemTree, 4);
   HeightTableTree(TreeBuilder(system.get()).Sub(1500));
