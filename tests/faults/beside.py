@@ -7,18 +7,19 @@ PROCESSES = 8
 
 
 def expected(outputs):
-    """Names that have to be there, with their descriptions, after what was acknowledged."""
-    names = {}
-    for output in outputs:
-        for line in output.splitlines():
-            kind, _, name = line.partition(" ")
-            if kind == "I":
-                names.setdefault(name, "A system")
-            elif kind == "E":
-                names[name] = "edited"
-            elif kind == "D":
-                names.pop(name, None)
-    return names
+    """Names that have to be there, with their descriptions, after what was acknowledged; and those
+    of which nobody can tell, since one process deleted what another may have imported again."""
+    names, open_names = {}, set()
+    for line in "".join(outputs).splitlines():
+        kind, _, name = line.partition(" ")
+        if kind == "I":
+            names.setdefault(name, "A system")
+        elif kind == "E":
+            names[name] = "edited"
+        elif kind == "D":
+            names.pop(name, None)
+            open_names |= {name} if name.startswith("shared") else set()
+    return {name: text for name, text in names.items() if name not in open_names}, open_names
 
 
 def listed(driver, database):
@@ -41,26 +42,27 @@ def write_at_once(bench, form, how, means, count, figures, processes=PROCESSES, 
         if answer["exit"] != 0:
             figures.add("CRASH", f"{label}: exit {answer['exit']}: {answer['err'][-200:]}")
         for line in lines(answer["out"], "X"):
-            figures.add("ERROR", f"{label}: {line}")
-    names, found = expected(outputs), listed(bench.driver, database)
+            figures.add("ERROR", f"{label}: {line}", tried=0)
+    (names, open_names), found = expected(outputs), listed(bench.driver, database)
     # Besides those that were asked for there are the systems from which they are derived.
     counted = collections.Counter(name for name, _ in found)
     there = dict(found)
-    done = sum(line[:2] in ("I ", "E ", "D ") for output in outputs for line in output.splitlines())
+    done = sum(line[:2] in ("I ", "E ", "D ", "U ") for output in outputs for line in output.splitlines())
     figures.add("done", count=done, tried=done)
     for name, description in names.items():
         if there.get(name) != description:
-            figures.add("LOST", f"{label}: {name} is {there.get(name)}")
+            figures.add("LOST", f"{label}: {name} is {there.get(name)}", tried=0)
     for name, times in counted.items():
         if times > 1:
-            figures.add("DOUBLED", f"{label}: {name} {times} times", times - 1)
-        if "_" in name and name not in names:
-            figures.add("NOT DELETED", f"{label}: {name}")
+            figures.add("DOUBLED", f"{label}: {name} {times} times", times - 1, 0)
+        if "_" in name and name not in names and name not in open_names:
+            figures.add("NOT DELETED", f"{label}: {name}", tried=0)
     verdict = bench.driver.judge(database)
     if verdict.refused or verdict.integrity != "ok":
-        figures.add("CORRUPT", f"{label}: {verdict}")
-    if verdict.errors:
-        figures.add("FINDING", f"{label}: {verdict.findings[:3]}", len(verdict.findings))
+        figures.add("CORRUPT", f"{label}: {verdict}", tried=0)
+    for finding in verdict.findings if verdict.errors else ():
+        if not finding.startswith(("note: ", "refframe: ")):
+            figures.add("FINDING", f"{label}: {finding}", tried=0)
     waits = [float(line) for output in outputs for line in lines(output, "W")]
     figures.notes.append(f"{label}: longest wait {max(waits, default=0):.1f} s")
 

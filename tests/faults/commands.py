@@ -22,13 +22,13 @@ OF_DATABASE = {
     "conversion": "refframe list OLD reference-system",
     "export": "refframe export DB reference-system name:known_7 -o {0}/out.txt",
     "init": "refframe init --empty {0}/new-DB",
-    "backup": "refframe backup DB {0}/backup",
-    "restore": "refframe restore {0}/older-backup DB --yes",
+    "backup": "refframe backup DB {0}/backup.qvdb",
+    "restore": "refframe restore {0}/older-backup.qvdb DB",
     "copy": "refframe copy DB {0}/new-OTHER",
     "salvage": "refframe salvage DB {0}/new-OTHER",
 }
 JUDGED = {"conversion": ["OLD"], "export": ["DB", "out.txt"], "init": ["new-DB"],
-          "backup": ["DB", "backup"], "copy": ["DB", "new-OTHER"], "salvage": ["DB", "new-OTHER"]}
+          "backup": ["DB", "backup.qvdb"], "copy": ["DB", "new-OTHER"], "salvage": ["DB", "new-OTHER"]}
 
 
 class Stage:
@@ -40,7 +40,7 @@ class Stage:
         (self.base / "many").mkdir()
         for name, number in (("known", 7), ("new", 9), ("many/one", 1), ("many/two", 2)):
             (self.base / f"{name}.txt").write_text(driver.must("tree", name[:5] + "_", number, 5))
-        driver.run("refframe", "backup", database, self.base / "older-backup")
+        driver.run("refframe", "backup", database, self.base / "older-backup.qvdb")
         driver.must("refframe", "import", database, "reference-system", self.base / "known.txt")
         (self.base / "out.txt").write_text("what stood there")
         driver.must("old", self.base / f"old-{FORMS[form]}", 40)

@@ -30,8 +30,6 @@
 #include "platform/data/string_tree_text.h"
 #include "platform/dbset/write_group.h"
 #include "tests/faults/failing_calls.h"
-#include "tests/faults/operations.h"
-#include "tests/faults/verdict.h"
 #include "tests/support/test_database.h"
 
 namespace refframe_faults {
@@ -40,7 +38,7 @@ using nlohmann::json;
 using Words = std::vector<std::string>;
 namespace fs = std::filesystem;
 
-CommandResult RunCommandLine(std::vector<std::string> arguments, const std::string& input) {
+CommandResult RunCommandLine(const std::vector<std::string>& arguments, const std::string& input) {
   std::istringstream in(input);
   std::ostringstream out;
   std::ostringstream err;

@@ -1,5 +1,3 @@
-#include "tests/faults/operations.h"
-
 #include <algorithm>
 #include <chrono>
 #include <numeric>
@@ -187,62 +185,63 @@ namespace {
 /// One of several processes at its work.
 class Neighbour {
  public:
-  Neighbour(std::string path, int process, bool isOpen) : path_(std::move(path)) {
+  Neighbour(std::string path, bool isOpen) : path_(std::move(path)) {
     if (isOpen) open_ = std::make_unique<OpenDatabase>(path_);
-    own_ = "p" + std::to_string(process) + "_";
   }
-  [[nodiscard]] const std::string& Own() const { return own_; }
+  [[nodiscard]] double Longest() const { return longest_; }
 
-  // Does it and prints the line if it is done.
-  template <typename Change>
-  void Try(const std::string& line, Change change) {
+  // Does it, and prints what became of it.
+  void Try(char kind, const std::string& name, char refusal = 'X') {
     const auto start = std::chrono::steady_clock::now();
-    std::string said = line;
+    std::string said = kind + (" " + name);
     try {
-      (this->*change)(line.substr(2));
+      if (open_) {
+        Change(*open_, kind, name);
+      } else {
+        Command(kind, name);
+      }
     } catch (const std::exception& error) {
-      said = "X " + line + ": " + error.what();
+      said = refusal + (" " + said) + ": " + error.what();
     }
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
     longest_ = std::max(longest_, taken.count());
     Say(said + '\n');
   }
-  void Import(const std::string& name) {
-    const std::string prefix = name.substr(0, name.find('_') + 1);
-    const int number = std::stoi(name.substr(prefix.size()));
-    const TreePtr tree = NumberedSystem(prefix, number, 4 + number % 2, number % 5 == 0);
-    if (open_) return open_->Expect(open_->data->RefSystemProcessor->InsertFromTree(tree.get()));
-    Command({"import", path_, "reference-system", "-"}, WriteTreeText(tree.get()) + '\0');
-  }
-  void Delete(const std::string& name) {
-    if (!open_) return Command({"delete", path_, "reference-system", "name:" + name, "--yes"}, "");
-    Locate(*open_, name);
-    open_->Expect(open_->data->RefSystemProcessor->DeleteRecord(nullptr));
-  }
-  void Edit(const std::string& name) {
-    const std::unique_ptr<OpenDatabase> other =
-        open_ ? nullptr : std::make_unique<OpenDatabase>(path_);
-    OpenDatabase& database = open_ ? *open_ : *other;
-    Locate(database, name);
-    SetField(database.data->datasetRefSystem, "DESCRIPTION", "edited");
-  }
-  [[nodiscard]] double Longest() const { return longest_; }
 
  private:
-  static void Locate(OpenDatabase& database, const std::string& name) {
-    TQvDataSet& table = database.data->datasetRefSystem;
+  [[nodiscard]] static TreePtr Tree(const std::string& name) {
+    const std::string prefix = name.substr(0, name.find('_') + 1);
+    const int number = std::stoi(name.substr(prefix.size()));
+    return NumberedSystem(prefix, number, 4 + number % 2, number % 5 == 0);
+  }
+  static void Change(OpenDatabase& database, char kind, const std::string& name) {
     database.ui.messages.clear();
+    auto& processor = *ProcessorFor(*database.data, kind == 'U' ? 2 : 1);
+    TQvDataSet& table = kind == 'U' ? database.data->datasetDatum : database.data->datasetRefSystem;
+    if (kind == 'I') return database.Expect(processor.InsertFromTree(Tree(name).get()) != 0);
     if (!table.MoveTo(
             table.FindFirst({RowMatch::Text(table.FieldByName("NAME").GetIndex(), name)})))
       throw std::runtime_error("is not there");
+    if (kind == 'E') return SetField(table, "DESCRIPTION", "edited");
+    database.Expect(processor.DeleteRecord(nullptr));
   }
-  static void Command(std::vector<std::string> arguments, const std::string& input) {
-    const CommandResult result = RunCommandLine(std::move(arguments), input);
+  void Command(char kind, const std::string& name) const {
+    CommandResult result;
+    if (kind == 'E') {
+      OpenDatabase database(path_);
+      return Change(database, kind, name);
+    }
+    if (kind == 'I') {
+      result = RunCommandLine({"import", path_, "reference-system", "-"},
+                              WriteTreeText(Tree(name).get()) + '\0');
+    } else {
+      const char* const type = kind == 'U' ? "datum" : "reference-system";
+      result = RunCommandLine({"delete", path_, type, "name:" + name, "--yes"});
+    }
     if (result.exitCode != 0) throw std::runtime_error(result.errors);
   }
 
   std::string path_;
-  std::string own_;
   std::unique_ptr<OpenDatabase> open_;
   double longest_ = 0;
 };
@@ -251,17 +250,23 @@ class Neighbour {
 
 void WriteBeside(const std::string& path, int process, int count, const std::string& how,
                  bool isOpen) {
-  Neighbour neighbour(path, process, isOpen);
+  Neighbour neighbour(path, isOpen);
   std::vector<int> order(count);
   std::iota(order.begin(), order.end(), 0);
   std::ranges::shuffle(order, std::mt19937(process));
   for (const int number : order) {
-    const bool isShared = how == "same" || (how == "mixed" && number % 4 == 0);
-    const std::string name = (isShared ? "shared_" : neighbour.Own()) + std::to_string(number);
-    neighbour.Try("I " + name, &Neighbour::Import);
-    if (how != "mixed" || isShared) continue;
-    if (number % 3 == 0) neighbour.Try("E " + name, &Neighbour::Edit);
-    if (number % 4 == 1) neighbour.Try("D " + name, &Neighbour::Delete);
+    const bool isShared = how == "same" || number % 4 == 0;
+    const std::string prefix = isShared ? "shared_" : "p" + std::to_string(process) + "_";
+    const std::string name = prefix + std::to_string(number);
+    neighbour.Try('I', name);
+    if (how == "same") continue;
+    if (!isShared && number % 3 == 0) neighbour.Try('E', name);
+    if (!isShared && number % 4 == 1) neighbour.Try('D', name);
+    if (isShared && number % 8 == 0) {
+      // Others import the same, and may use the datum again.
+      neighbour.Try('D', name, 'R');
+      neighbour.Try('U', prefix + "D" + std::to_string(number), 'R');
+    }
   }
   Say("W " + std::to_string(neighbour.Longest()) + "\n");
 }

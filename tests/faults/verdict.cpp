@@ -1,5 +1,3 @@
-#include "tests/faults/verdict.h"
-
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -10,7 +8,6 @@
 #include "database/height_storage.h"
 #include "platform/storage/crc32.h"
 #include "tests/faults/driver.h"
-#include "tests/faults/operations.h"
 #include "vertical/vertical_processor.h"
 
 namespace refframe_faults {
