@@ -83,4 +83,30 @@ def host_beside(bench, form):
     return [figures]
 
 
-SCENARIOS = {"eight-processes": eight_processes, "host-beside": host_beside}
+def at_once(bench, form, words, name, base, figures):
+    """The same command by all processes on one database that it makes or brings up to date."""
+    folder = bench.folder()
+    database = folder / FORMS[form]
+    if base:
+        bench.driver.must("old", database, 40)
+    drivers = [Driver(bench.program) for _ in range(PROCESSES)]
+    for driver in drivers:
+        driver.start("refframe", *(str(database) if word == "DB" else word for word in words))
+    answers = [driver.finish() for driver in drivers]
+    done = sum(answer["exit"] == 0 for answer in answers)
+    verdict = bench.driver.judge(database)
+    is_good = done == (PROCESSES if base else 1) and not verdict.refused \
+        and verdict.integrity == "ok" and [path.name for path in folder.iterdir()] == [FORMS[form]]
+    figures.add(name if is_good else f"{name} FAILS".upper(),
+                f"{done} succeed, {verdict}, {[answer['err'][-100:] for answer in answers]}")
+
+
+def made_at_once(bench, form):
+    figures = Figures(f"{PROCESSES} processes make or convert one database", form)
+    for _ in range(bench.many(50, 2)):
+        at_once(bench, form, ("init", "--empty", "DB"), "made once", False, figures)
+        at_once(bench, form, ("list", "DB", "reference-system"), "converted once", True, figures)
+    return [figures]
+
+
+SCENARIOS = {"made-at-once": made_at_once, "eight-processes": eight_processes, "host-beside": host_beside}

@@ -90,6 +90,11 @@ def is_log(_, names):
     return [name for name in names if "journal" in name or "-mj" in name or "-wal" in name]
 
 
+def moved(bench, form, folder, _):
+    """The folder gets another name."""
+    return judge_moved(bench.driver, folder, bench.root / f"{folder.name}-moved", form)[0]
+
+
 def copied(bench, form, folder, _):
     """A copy of the bare files: what was going on is gone, and is noticed."""
     copy = bench.folder()
@@ -113,8 +118,8 @@ def made_anew(bench, form, folder, _):
     return bench.driver.judge(database)
 
 
-# What may stand there after each; else it has to be noticed.
-WAYS = {copied: ("before", "after"), replaced: ("the other",), made_anew: ("the new one",)}
+# What may stand there after each; else it has to be noticed, and what was moved has to be mended.
+WAYS = {moved: ("before", "after"), copied: ("before", "after"), replaced: ("the other",), made_anew: ("the new one",)}
 
 
 def meddled(bench, form):
@@ -134,7 +139,7 @@ def meddled(bench, form):
             stage.run(importing, folder, fault={**fault, "at": point})
             verdict = way(bench, form, folder, other)
             found = state(verdict, known)
-            if found == "REFUSED" or (found in ("HALF", "CORRUPT") and verdict.errors):
+            if way is not moved and (found == "REFUSED" or found.isupper() and verdict.errors):
                 found = "noticed"
             elif found.islower() and found not in may_be:
                 found = found.upper()
