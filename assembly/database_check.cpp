@@ -28,13 +28,22 @@ constexpr Check kChecks[] = {
 
 }  // namespace
 
-bool CheckDatabase(TdatamoduleQvRfData& data, std::vector<std::string>* findings) {
-  const std::size_t before = findings->size();
+CheckReport CheckDatabase(TdatamoduleQvRfData& data) {
+  CheckReport report;
   const CheckedDatabase database(data);
-  Findings found(findings);
-  for (const Check check : kChecks)
+  Findings found(&report);
+  for (const Check check : kChecks) {
+    found.BeginCheck();
     check(database, found);
-  return findings->size() == before;
+  }
+  return report;
+}
+
+bool CheckDatabase(TdatamoduleQvRfData& data, std::vector<std::string>* findings) {
+  const CheckReport report = CheckDatabase(data);
+  const std::vector<std::string> lines = report.Lines();
+  findings->insert(findings->end(), lines.begin(), lines.end());
+  return report.errors == 0;
 }
 
 }  // namespace QvRefSystem

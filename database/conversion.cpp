@@ -1,5 +1,6 @@
 #include "database/conversion.h"
 
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 #include <vector>
@@ -133,14 +134,18 @@ void RefSystemConversion::FillFrom(const std::string& backup) {
   const auto progress = ui_.StartProgress(kConversionProgress,
                                           QvPlatform::SystemText(QvPlatform::TextId::kConversion),
                                           scratch_.RecordCount());
-  QvPlatform::TQvWriteGroup group({&table_});
+  // In a container all is part of the transaction that is open already.
+  std::optional<QvPlatform::TQvWriteGroup> group;
+  if (source.GetDataBufferType() != QvPlatform::QvDataBufferType::kResource) {
+    group.emplace(std::vector{&table_});
+  }
   ConvertedRecords records(scratch_, table_);
   for (scratch_.First(); !scratch_.Eof(); scratch_.Next()) {
     records.Append();
     // There is no half converted database to stop at.
     if (progress != nullptr) (void)progress->Next();
   }
-  group.Commit();
+  if (group) group->Commit();
 }
 
 bool RefSystemConversion::Run(const std::string& backup, const std::string& place) {

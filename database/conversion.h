@@ -11,7 +11,8 @@ namespace QvRefSystem {
 ///
 /// The old table keeps its place until the new one stands whole beside it and takes that place in
 /// one step, so that a stop at any moment leaves one of the two under the table's name, and the
-/// next opening goes on from there.
+/// next opening goes on from there. It works under the lock of a writer, and in a container inside
+/// an open group of changes, so that only one of those who open the database converts it.
 class RefSystemConversion {
  public:
   /// Closes `table`, the data set of the old table, whose buffer names its stream. `scratch` is a

@@ -1,11 +1,14 @@
 #include "database/data_module.h"
 
+#include <algorithm>
 #include <exception>
 #include <filesystem>
 #include <stdexcept>
 
 #include "database/conversion.h"
 #include "database/table_files.h"
+#include "platform/dbset/read_group.h"
+#include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
 
@@ -110,6 +113,39 @@ std::vector<TQvDataSet*> TdatamoduleQvRfData::WritableTables() {
           &datasetParamValue,    &datasetVerticalRefSystem};
 }
 
+std::vector<TQvDataSet*> TdatamoduleQvRfData::OpenedTables() {
+  std::vector<TQvDataSet*> tables;
+  for (const TableSpec& table : TableCatalogue()) {
+    if (table.tag != kUnopenedTag) tables.push_back(&DataSet(table.id));
+  }
+  return tables;
+}
+
+bool TdatamoduleQvRfData::HasChanged() {
+  return !NotActive && std::ranges::any_of(OpenedTables(), [](const TQvDataSet* table) {
+    return !table->GetActive() || table->HasMoved();
+  });
+}
+
+bool TdatamoduleQvRfData::Refresh() {
+  const std::vector<TQvDataSet*> tables = OpenedTables();
+  const bool busy = std::ranges::any_of(tables, [](const TQvDataSet* table) {
+    return table->ControlsDisabled() ||
+           (table->GetActive() && table->State() != QvPlatform::DataSetState::kBrowse);
+  });
+  if (busy || !HasChanged()) return false;
+  for (const TableSpec& table : TableCatalogue()) {
+    if (table.tag != kUnopenedTag && !DataSet(table.id).GetActive()) OpenTable(table);
+  }
+  const QvPlatform::TQvReadGroup moment(tables);
+  return true;
+}
+
+void TdatamoduleQvRfData::OpenTable(const TableSpec& table) {
+  DataSet(table.id).Open();
+  RequireFields(table, DataSet(table.id));
+}
+
 bool TdatamoduleQvRfData::OpenTables(std::string* currentTable) {
   for (const TableSpec& table : TableCatalogue()) {
     TQvDataBuffer& buffer = DataBuffer(table.id);
@@ -121,14 +157,11 @@ bool TdatamoduleQvRfData::OpenTables(std::string* currentTable) {
         ExtractTableBaseName(StorageShortName(std::string(table.streamName), false));
     *currentTable = ResourceForm ? name : name + ".dat";
     buffer.StreamName = DatabasePath + *currentTable;
-    if (!StorageFileOpens(buffer.StreamName, ResourceForm) &&
-        !CreateTable(buffer.StreamName, ResourceForm, table.tag, ui_)) {
+    if (StorageFileIsAbsent(buffer.StreamName, ResourceForm) &&
+        !CreateMissingTable(buffer.StreamName, ResourceForm, table.tag, ui_)) {
       return false;
     }
-    TQvDataSet& dataSet = DataSet(table.id);
-    dataSet.Open();
-    if (!dataSet.GetActive()) return false;
-    RequireFields(table, dataSet);
+    OpenTable(table);
     currentTable->clear();
   }
   return true;
@@ -218,11 +251,21 @@ std::string TdatamoduleQvRfData::BackupTable(const std::string& name, bool resou
 }
 
 bool TdatamoduleQvRfData::ConvertDatabase() {
+  // Every writer takes the lock of this table. Who has waited for another one's conversion finds
+  // the table in the current layout.
+  QvPlatform::TQvWriteGroup lock({&datasetParamValue});
+  databufRefSystem.Close();
+  datasetRefSystem.Close();
+  datasetRefSystem.Open();
+  if (HasVerticalFields()) return true;
   const std::string name = databufRefSystem.StreamName;
   RefSystemConversion conversion(datasetRefSystem, datasetInternalService, ui_);
   const std::string backup = BackupTable(name, ResourceForm);
-  return !backup.empty() &&
-         conversion.Run(backup, GetBackupPrefix() + StorageShortName(name, ResourceForm));
+  const bool converted =
+      !backup.empty() &&
+      conversion.Run(backup, GetBackupPrefix() + StorageShortName(name, ResourceForm));
+  if (converted) lock.Commit();
+  return converted;
 }
 
 }  // namespace QvRefSystem

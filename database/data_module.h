@@ -80,6 +80,14 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
   /// Closes all tables; the processors are gone, and their pointers null. Closing twice is no
   /// fault.
   void CloseDatabase();
+  /// Whether another program has changed the database since it was read. Costs the reading of a
+  /// counter for each table. False for one that is not open.
+  [[nodiscard]] bool HasChanged();
+  /// Brings all tables up to one moment of the store, if it has changed; a table that could not be
+  /// read earlier is opened again. Cursors stay on their records. Does nothing, and is to be called
+  /// again later, while controls are disabled or a change is pending. Whether anything was read.
+  /// Throws what the tables throw.
+  bool Refresh();
   /// Where the tables lie, with the separator behind. The database must be open or have been.
   [[nodiscard]] std::string GetDatabaseRoot() const;
   /// Where height files lie, with the separator behind.
@@ -113,9 +121,12 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
   }
   /// The tables that objects are written to, as one write group takes them.
   [[nodiscard]] std::vector<QvPlatform::TQvDataSet*> WritableTables();
+  /// All tables that a database opens.
+  [[nodiscard]] std::vector<QvPlatform::TQvDataSet*> OpenedTables();
 
  private:
   [[nodiscard]] bool OpenTables(std::string* currentTable);
+  void OpenTable(const TableSpec& table);
   void ReportOpening(const std::string& path, const std::string& currentTable, const char* reason);
   void DropProcessors();
 

@@ -1,10 +1,15 @@
 #include "database/storage_files.h"
 
+#include <fcntl.h>
+
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <system_error>
 
+#include "platform/storage/aside_file.h"
 #include "platform/storage/file_stream.h"
 #include "platform/storage/resource_session.h"
 #include "platform/text/text.h"
@@ -53,6 +58,23 @@ NumberedName SplitNumber(std::string_view name, std::size_t earliest, char open,
   return {std::string(name), 0};
 }
 
+// Where no folder can be made, the file tells why.
+void MakeFolderOf(const std::string& path) {
+  const fs::path folder = ToPath(path).parent_path();
+  std::error_code error;
+  if (!folder.empty()) fs::create_directories(folder, error);
+}
+
+// Not every file system can refuse a rename that would replace.
+std::error_code RenameToFreePlace(const std::string& from, const std::string& to) {
+  if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return {};
+  std::error_code error(errno, std::generic_category());
+  if (error == std::errc::invalid_argument || error == std::errc::function_not_supported) {
+    fs::rename(ToPath(from), ToPath(to), error);
+  }
+  return error;
+}
+
 }  // namespace
 
 std::unique_ptr<TQvStream> MakeStream(bool resourceForm) {
@@ -61,20 +83,20 @@ std::unique_ptr<TQvStream> MakeStream(bool resourceForm) {
 }
 
 std::unique_ptr<TQvStream> CreateStream(const std::string& name, bool resourceForm) {
-  if (!resourceForm) {
-    const fs::path folder = ToPath(name).parent_path();
-    std::error_code error;
-    if (!folder.empty()) fs::create_directories(folder, error);
-  }
+  if (!resourceForm) MakeFolderOf(name);
   auto stream = MakeStream(resourceForm);
-  return stream->Open(name, QvOpenMode::kCreate) ? std::move(stream) : nullptr;
+  if (!stream->Open(name, QvOpenMode::kCreate)) throw StorageError(stream->LastError());
+  return stream;
 }
 
-void TellCannotCreate(const std::string& name, bool resourceForm, QvPlatform::TUserInterface& ui) {
+void TellCannotCreate(const std::string& name, bool resourceForm, QvPlatform::TUserInterface& ui,
+                      const std::string& reason) {
   using QvPlatform::TextId;
   const TextId text = resourceForm ? TextId::kCannotCreateResource : TextId::kCannotCreateFile;
-  ui.ShowMessage(QvPlatform::MessageKind::kError, QvPlatform::SystemText(text) + " " + name,
-                 QvPlatform::MessageButtons::kOk);
+  ui.ShowMessage(
+      QvPlatform::MessageKind::kError,
+      QvPlatform::SystemText(text) + " " + name + (reason.empty() ? reason : " (" + reason + ")"),
+      QvPlatform::MessageButtons::kOk);
 }
 
 std::string ExtractTableBaseName(std::string_view name) {
@@ -96,6 +118,15 @@ bool StorageFileOpens(const std::string& name, bool resourceForm) {
   return stream->Open(name, QvOpenMode::kRead);
 }
 
+bool StorageFileIsAbsent(const std::string& name, bool resourceForm) {
+  if (resourceForm) return TQvResourceSession::IsAbsent(name);
+  std::error_code error;
+  const fs::file_status status = fs::symlink_status(ToPath(name), error);
+  if (status.type() == fs::file_type::not_found) return true;
+  if (error) throw StorageError("\"" + name + "\" cannot be looked at: " + error.message());
+  return false;
+}
+
 bool StorageFileExists(const std::string& name, bool resourceForm) {
   if (resourceForm) return TQvResourceSession::Exists(name);
   std::error_code error;
@@ -109,25 +140,44 @@ bool DeleteStorageFile(const std::string& name, bool resourceForm) {
   return fs::is_regular_file(path, error) && fs::remove(path, error);
 }
 
+std::string ReadStorageFile(const std::string& name, bool resourceForm) {
+  const auto stream = MakeStream(resourceForm);
+  if (!stream->Open(name, QvOpenMode::kRead)) throw StorageError(stream->LastError());
+  std::string bytes = stream->ReadAll();
+  if (bytes.empty()) throw StorageError("\"" + name + "\" is empty");
+  return bytes;
+}
+
 bool LoadStorageFile(const std::string& name, bool resourceForm, std::string* content) {
   try {
-    const auto stream = MakeStream(resourceForm);
-    if (!stream->Open(name, QvOpenMode::kRead)) return false;
-    std::string bytes = stream->ReadAll();
-    if (bytes.empty()) return false;
-    *content = std::move(bytes);
+    *content = ReadStorageFile(name, resourceForm);
     return true;
   } catch (const StorageError&) {
     return false;
   }
 }
 
+void CreateStorageFile(const std::string& name, bool resourceForm, std::string_view content) {
+  if (resourceForm) {
+    // Nobody comes between the question and the writing of one transaction.
+    if (StorageFileExists(name, true)) throw StorageError("\"" + name + "\" is there already");
+    return WriteStorageFile(name, true, content);
+  }
+  MakeFolderOf(name);
+  QvPlatform::detail::AsideFile file(name);
+  file.Write(content.data(), content.size());
+  file.Publish(QvPlatform::detail::AsideFile::Place::kMustBeFree);
+}
+
+void WriteStorageFile(const std::string& name, bool resourceForm, std::string_view content) {
+  const auto stream = CreateStream(name, resourceForm);
+  stream->Write(content.data(), content.size());
+  stream->Commit();
+}
+
 bool SaveStorageFile(const std::string& name, bool resourceForm, std::string_view content) {
   try {
-    const auto stream = CreateStream(name, resourceForm);
-    if (stream == nullptr) return false;
-    stream->Write(content.data(), content.size());
-    stream->Commit();
+    WriteStorageFile(name, resourceForm, content);
     return true;
   } catch (const StorageError&) {
     return false;
@@ -139,6 +189,21 @@ bool CopyStorageFile(const std::string& from, bool fromResourceForm, const std::
   std::string content;
   return LoadStorageFile(from, fromResourceForm, &content) &&
          SaveStorageFile(to, toResourceForm, content);
+}
+
+void MoveStorageFile(const std::string& from, const std::string& to, bool resourceForm) {
+  if (resourceForm) {
+    const auto stream = MakeStream(true);
+    if (!stream->Open(from, QvOpenMode::kRead)) throw StorageError(stream->LastError());
+    WriteStorageFile(MakeUniqueStorageName(to, true), true, stream->ReadAll());
+    if (!DeleteStorageFile(from, true)) throw StorageError("\"" + from + "\" cannot be moved");
+    return;
+  }
+  MakeFolderOf(to);
+  std::error_code error = std::make_error_code(std::errc::file_exists);
+  while (error == std::errc::file_exists)
+    error = RenameToFreePlace(from, MakeUniqueStorageName(to, false));
+  if (error) throw StorageError("\"" + from + "\" cannot be moved: " + error.message());
 }
 
 std::vector<std::string> ListStorageFiles(const std::string& prefix, bool resourceForm) {

@@ -22,11 +22,13 @@ const TableSpec* CreatableTable(int tag) {
   }
 }
 
+using QvPlatform::QvOpenMode;
+
 // A null table still tries the target, so that an unwritable place is told; nothing is left there.
 bool CreateFrom(const std::string& name, bool resourceForm, const TableSpec* table,
-                QvPlatform::TUserInterface& ui) {
+                QvPlatform::TUserInterface& ui, QvOpenMode mode = QvOpenMode::kCreate) {
   auto stream = MakeStream(resourceForm);
-  if (!stream->Open(name, QvPlatform::QvOpenMode::kCreate)) {
+  if (!stream->Open(name, mode)) {
     TellCannotCreate(name, resourceForm, ui);
     return false;
   }
@@ -44,6 +46,11 @@ bool CreateFrom(const std::string& name, bool resourceForm, const TableSpec* tab
 bool CreateCatalogueTable(const std::string& name, bool resourceForm, const TableSpec& table,
                           QvPlatform::TUserInterface& ui) {
   return CreateFrom(name, resourceForm, &table, ui);
+}
+
+bool CreateMissingTable(const std::string& name, bool resourceForm, int tag,
+                        QvPlatform::TUserInterface& ui) {
+  return CreateFrom(name, resourceForm, CreatableTable(tag), ui, QvOpenMode::kCreateNew);
 }
 
 bool CreateTable(const std::string& name, bool resourceForm, int tag,

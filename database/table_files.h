@@ -12,6 +12,10 @@ namespace QvRefSystem {
 /// be opened is told to the user.
 [[nodiscard]] bool CreateTable(const std::string& name, bool resourceForm, int tag,
                                QvPlatform::TUserInterface& ui);
+/// The same for a table that is missing. Throws StorageError where anything has come to stand under
+/// the name.
+[[nodiscard]] bool CreateMissingTable(const std::string& name, bool resourceForm, int tag,
+                                      QvPlatform::TUserInterface& ui);
 /// The same for any table of the catalogue, for those who deliver a database.
 [[nodiscard]] bool CreateCatalogueTable(const std::string& name, bool resourceForm,
                                         const TableSpec& table, QvPlatform::TUserInterface& ui);

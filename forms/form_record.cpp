@@ -1,5 +1,7 @@
 #include "forms/form_record.h"
 
+#include <utility>
+
 #include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
 
@@ -26,6 +28,8 @@ TQvRfDataProcessor& FormRecord::ReferredProcessor(const FormRow& row) const {
 }
 
 void FormRecord::Load() {
+  key_ = processor_.GetCurrentKey();
+  version_ = processor_.DataSet->CurrentRow().Version();
   // The fields come first: an object may refer to one of its own table.
   for (std::size_t at = 0; at < values_.size(); ++at) {
     const FormRow& row = form_.rows[at];
@@ -66,6 +70,8 @@ void FormRecord::LoseReference(std::size_t row) {
 }
 
 void FormRecord::Clear() {
+  key_ = 0;
+  version_ = 0;
   for (std::size_t at = 0; at < values_.size(); ++at) {
     const FormRow& row = form_.rows[at];
     values_[at] = {};
@@ -153,24 +159,28 @@ void FormRecord::WriteRows() {
   }
 }
 
+void FormRecord::RequireUnchanged() {
+  const long long found = processor_.RowOfKey(key_).Version();
+  if (std::exchange(version_, found) == found) return;
+  throw QvPlatform::StaleRecordError(
+      found == 0 ? "the record was deleted by somebody else in the meantime"
+                 : "the record was changed by somebody else in the meantime");
+}
+
 void FormRecord::Store(bool append, const Extras& extras) {
   TQvDataSet& dataSet = *processor_.DataSet;
   try {
-    std::optional<QvPlatform::TQvWriteGroup> group;
-    if (extras.beside) {
-      std::vector<TQvDataSet*> tables = extras.tables;
-      tables.push_back(&dataSet);
-      group.emplace(tables);
-    }
+    std::vector<TQvDataSet*> tables = extras.tables;
+    tables.push_back(&dataSet);
+    QvPlatform::TQvWriteGroup group(tables);
+    if (!append) RequireUnchanged();
     append ? dataSet.Append() : dataSet.Edit();
     WriteStamps(append);
     WriteRows();
     if (extras.fields) extras.fields(dataSet);
     const int key = processor_.KeyOf(dataSet.Post());
-    if (extras.beside) {
-      extras.beside(key);
-      group->Commit();
-    }
+    if (extras.beside) extras.beside(key);
+    group.Commit();
   } catch (...) {
     dataSet.Cancel();
     throw;

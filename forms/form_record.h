@@ -85,10 +85,14 @@ class FormRecord {
   void LoseReference(std::size_t row);
   void WriteRows();
   void WriteStamps(bool append);
+  void RequireUnchanged();
 
   TQvRfDataProcessor& processor_;
   const FormDescription& form_;
   std::vector<FormValue> values_;
+  /// Key and version of the record that was loaded; 0 for a new one.
+  int key_ = 0;
+  long long version_ = 0;
 };
 
 }  // namespace QvRefSystem

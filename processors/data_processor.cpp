@@ -6,6 +6,7 @@
 #include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
+#include "processors/object_users.h"
 #include "processors/record_equality.h"
 
 namespace QvRefSystem {
@@ -191,30 +192,16 @@ void TQvRfDataProcessor::ReportStorage(const std::exception& error) {
 
 // Deletion and its check.
 
-std::vector<UsedByRow> TQvRfDataProcessor::CollectUsers(int key) const {
-  std::vector<UsedByRow> rows;
-  for (const UsedByScan& scan : descriptor_.usedBy) {
-    const ObjectDescriptor& user = DescriptorOf(scan.object);
-    TQvDataSet& table = data_.DataSet(user.table);
-    const int column = table.FieldByName(scan.column).GetIndex();
-    const int userKey = table.FieldByName("AUTOKEY").GetIndex();
-    const int name = table.FieldByName("NAME").GetIndex();
-    const int description = table.FieldByName("DESCRIPTION").GetIndex();
-    // Rows that a filter hides refer to the object all the same.
-    for (const RowView row :
-         table.FindAll({RowMatch::Integer(column, key)}, QvPlatform::RowScope::kAll)) {
-      rows.push_back({std::string(user.typeName), row.GetText(name), row.GetText(description),
-                      static_cast<int>(scan.object), row.GetInteger(userKey)});
-    }
-  }
-  return rows;
+std::vector<UsedByRow> TQvRfDataProcessor::UsersOf(int key, Users users) const {
+  return users == Users::kOfDescriptor ? UsersByDescriptor(data_, descriptor_, key)
+                                       : UsersByCatalogue(data_, descriptor_.table, key);
 }
 
 bool TQvRfDataProcessor::CheckNotUsed(TComponent* owner) {
   if (!CheckNotEditing()) return false;
   const int key = GetCurrentKey();
   for (;;) {
-    const std::vector<UsedByRow> users = CollectUsers(key);
+    const std::vector<UsedByRow> users = UsersOf(key, Users::kOfDescriptor);
     if (users.empty()) break;
     const QvPlatform::UsedByAnswer answer =
         data_.Ui().ShowUsedBy(owner, users, data_.DialogMode != kSimpleMode);
@@ -237,35 +224,58 @@ bool TQvRfDataProcessor::ConfirmDelete() {
          MessageAnswer::kYes;
 }
 
-void TQvRfDataProcessor::RemoveCurrent() {
-  const int key = GetCurrentKey();
+void TQvRfDataProcessor::RemoveKey(int key, TQvWriteGroup& /*group*/) {
+  if (!LocateKey(key)) return;
   const int neighbour = GetNeighbourKey(key);
-  TQvWriteGroup group(data_.WritableTables());
-  LocateKey(key);
   DeleteBeside(key);
-  if (LocateKey(key)) {
-    DataSet->Delete();
-    LocateKey(neighbour);
+  if (!LocateKey(key)) return;
+  DataSet->Delete();
+  LocateKey(neighbour);
+}
+
+TQvRfDataProcessor::Removal TQvRfDataProcessor::RemoveUnused(int key, Users users) {
+  try {
+    TQvWriteGroup group(data_.WritableTables());
+    const bool unused = UsersOf(key, users).empty();
+    if (unused) RemoveKey(key, group);
+    group.Commit();
+    return unused ? Removal::kDone : Removal::kUsed;
+  } catch (const std::runtime_error& error) {
+    ReportStorage(error);
+    return Removal::kRefused;
   }
-  group.Commit();
 }
 
 bool TQvRfDataProcessor::DeleteRecord(TComponent* owner) {
   const ControlsGuard guard(*DataSet);
+  const int key = GetCurrentKey();
   if (!CheckNotUsed(owner)) return false;
   if (AsksToDelete() && !ConfirmDelete()) return true;
-  try {
-    RemoveCurrent();
-    return true;
-  } catch (const std::runtime_error& error) {
-    ReportStorage(error);
-    return false;
-  }
+  Removal removal = RemoveUnused(key, Users::kOfDescriptor);
+  // Somebody has come to use it while the user was asked: the users are shown as usual.
+  while (removal == Removal::kUsed && LocateKey(key) && CheckNotUsed(owner))
+    removal = RemoveUnused(key, Users::kOfDescriptor);
+  return removal == Removal::kDone;
 }
 
 bool TQvRfDataProcessor::DeleteWithConsent(TComponent* owner) {
   const bool declined = GetCurrentKey() != 0 && !AsksToDelete() && !ConfirmDelete();
   return declined || DeleteRecord(owner);
+}
+
+bool TQvRfDataProcessor::DeleteUnused(TComponent* owner) {
+  if (AsksToDelete()) return DeleteRecord(owner);
+  const int key = GetCurrentKey();
+  for (bool confirmed = false;; confirmed = true) {
+    const std::vector<UsedByRow> users = UsersOf(key, Users::kOfCatalogue);
+    if (!users.empty()) {
+      data_.Ui().ShowUsedBy(owner, users, false);
+      return false;
+    }
+    if (!confirmed && key != 0 && !ConfirmDelete()) return true;
+    const Removal removal = RemoveUnused(key, Users::kOfCatalogue);
+    if (removal != Removal::kUsed) return removal == Removal::kDone;
+  }
 }
 
 void TQvRfDataProcessor::DeleteIfUsedOnce(TObjectType object, std::string_view column) {

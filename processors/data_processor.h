@@ -20,6 +20,10 @@
 #include "processors/table_columns.h"
 #include "processors/written_subtree.h"
 
+namespace QvPlatform {
+class TQvWriteGroup;
+}
+
 namespace QvRefSystem {
 
 using QvCommonUtils::TStringTree;
@@ -79,6 +83,9 @@ class TQvRfDataProcessor : public EditLock, protected OwnMembers {
   virtual bool DeleteRecord(TComponent* owner);
   /// DeleteRecord for those whom a user drives: asks first where DeleteRecord itself does not.
   bool DeleteWithConsent(TComponent* owner);
+  /// The same, refused also where a record refers to the current one that CheckNotUsed does not ask
+  /// for: who refers to it is shown then.
+  bool DeleteUnused(TComponent* owner);
   /// False, after a warning, if the current record is under editing.
   virtual bool CheckNotEditing();
   /// Finds the equal record or adds one, its sub-objects first. Returns its key, or 0 if the tree
@@ -168,8 +175,9 @@ class TQvRfDataProcessor : public EditLock, protected OwnMembers {
   virtual void DropBeside(const RecordImage& /*image*/) {}
   /// Removes what goes with the current record, which is removed next.
   virtual void DeleteBeside(int /*key*/) {}
-  /// Removes the current record with what goes with it, or throws; the neighbour is current then.
-  virtual void RemoveCurrent();
+  /// Removes the record of that key with what goes with it, if it is there; the neighbour is
+  /// current then. Throws StorageError or DataSetError. To be called inside a group of changes.
+  virtual void RemoveKey(int key, QvPlatform::TQvWriteGroup& group);
   /// Whether DeleteRecord asks the user.
   [[nodiscard]] virtual bool AsksToDelete() const { return true; }
 
@@ -210,8 +218,14 @@ class TQvRfDataProcessor : public EditLock, protected OwnMembers {
   [[nodiscard]] int AppendRecord(const RecordImage& image);
   void WriteResultNotes(TStringTree* tree, int key, bool inserted) const;
   [[nodiscard]] bool ConfirmDelete();
+  /// Who is asked for before a record goes.
+  enum class Users { kOfDescriptor, kOfCatalogue };
+  [[nodiscard]] std::vector<QvPlatform::UsedByRow> UsersOf(int key, Users users) const;
+  /// What became of a removal; the user was told why of kRefused.
+  enum class Removal { kDone, kUsed, kRefused };
+  /// Removes the record, unless somebody uses it by now.
+  [[nodiscard]] Removal RemoveUnused(int key, Users users);
   [[nodiscard]] bool FindByName(std::string_view text, int step);
-  [[nodiscard]] std::vector<QvPlatform::UsedByRow> CollectUsers(int key) const;
 
   WrittenSubtree written_;
   const ObjectDescriptor& descriptor_;

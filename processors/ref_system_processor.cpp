@@ -36,6 +36,25 @@ constexpr const TreeItem& kDatum = kSurfaces[2];
 
 constexpr std::array kAxes{"COORD1_ABBR", "COORD2_ABBR", "COORD3_ABBR"};
 
+// A record in the chain of those that are being written, as long as it is: also a writing that
+// fails on the way takes it out.
+class ChainLink {
+ public:
+  ChainLink(std::set<int>* chain, int key)
+      : chain_(chain), key_(key), isNew_(chain->insert(key).second) {}
+  ~ChainLink() {
+    if (isNew_) chain_->erase(key_);
+  }
+  ChainLink(const ChainLink&) = delete;
+  ChainLink& operator=(const ChainLink&) = delete;
+  [[nodiscard]] bool IsNew() const { return isNew_; }
+
+ private:
+  std::set<int>* chain_;
+  int key_;
+  bool isNew_;
+};
+
 bool WriteGeneratedRadian(TStringTree* primary) {
   struct Member {
     TreeIds::Item item;
@@ -182,10 +201,15 @@ bool TQvRfRefSystemDataProcessor::WritePrimary(TStringTree* tree, const RecordVi
   }
   // A chain of primaries that comes back to this record would never end.
   const int key = KeyIn(record);
-  if (!writing_.insert(key).second) return false;
-  const bool written = LocateKey(primary) && WriteToTree(tree, TreeIds::kPrimary.id, 0);
-  writing_.erase(key);
-  return LocateKey(key) && written;
+  const ChainLink link(&writing_, key);
+  if (!link.IsNew()) return false;
+  try {
+    const bool written = LocateKey(primary) && WriteToTree(tree, TreeIds::kPrimary.id, 0);
+    return LocateKey(key) && written;
+  } catch (const QvCommonUtils::TreeFormatError&) {
+    throw QvCommonUtils::TreeFormatError(
+        "the chain of primary systems is longer than a tree can be deep");
+  }
 }
 
 // A projected system without a primary of its own travels with a geodetic one made up for it. No

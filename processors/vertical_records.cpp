@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 
+#include "platform/dbset/write_group.h"
 #include "processors/record_equality.h"
 
 namespace QvRefSystem {
@@ -67,7 +68,9 @@ std::string VerticalRecords::ComparableHeights(int key) const {
 
 void VerticalRecords::Remove(int key) {
   const ControlsGuard guard(*DataSet);
-  if (LocateKey(key)) RemoveCurrent();
+  QvPlatform::TQvWriteGroup group(data_.WritableTables());
+  RemoveKey(key, group);
+  group.Commit();
 }
 
 }  // namespace QvRefSystem

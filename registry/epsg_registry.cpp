@@ -187,7 +187,8 @@ class RegistryWriter {
   TStringTree tree_;
 };
 
-void FillDatabase(const EpsgModelMaker& maker, const std::string& place, bool resourceForm,
+// Without a maker no objects are put in.
+void FillDatabase(const EpsgModelMaker* maker, const std::string& place, bool resourceForm,
                   QvPlatform::TUserInterface& ui, RegistryReport* report) {
   const std::unique_ptr<TdatamoduleQvRfData> data = MakeDataModule(ui);
   data->DatabasePath = place;
@@ -199,8 +200,9 @@ void FillDatabase(const EpsgModelMaker& maker, const std::string& place, bool re
   TQvWriteGroup delivered(DeliveredTables(*data));
   FillDeliveredTables(*data);
   delivered.Commit();
+  if (maker == nullptr) return;
   TQvWriteGroup objects(data->WritableTables());
-  RegistryWriter(maker, *data, report).Fill();
+  RegistryWriter(*maker, *data, report).Fill();
   objects.Commit();
 }
 
@@ -209,12 +211,12 @@ void FillDatabase(const EpsgModelMaker& maker, const std::string& place, bool re
 bool BuildRegistryDatabase(const std::string& path, const RegistryOptions& options,
                            QvPlatform::TUserInterface& ui, RegistryReport* report,
                            std::string* error) {
-  const EpsgModelMaker* maker = EpsgModelMaker::Installed(error);
-  if (!maker) return false;
+  const EpsgModelMaker* maker = options.empty ? nullptr : EpsgModelMaker::Installed(error);
+  if (maker == nullptr && !options.empty) return false;
   try {
     RegistryReport made;
     DatabaseMaking making(path, options.resourceForm, ui);
-    FillDatabase(*maker, making.Place(), options.resourceForm, ui, &made);
+    FillDatabase(maker, making.Place(), options.resourceForm, ui, &made);
     making.Deliver();
     if (report) *report = std::move(made);
     return true;

@@ -14,6 +14,8 @@ namespace QvRefSystem {
 struct RegistryOptions {
   /// True: `path` names a container; false: a folder.
   bool resourceForm = false;
+  /// True: the types that come with a database, and none of the registry's objects.
+  bool empty = false;
 };
 
 /// A system of the registry that did not get in.
@@ -35,8 +37,9 @@ struct RegistryReport {
 };
 
 /// Makes a new database at `path` (which must not hold one yet) and fills it with every live EPSG
-/// projected, geographic and geocentric system and all that they are built from. Takes less than a
-/// minute. False, with `error` set and nothing half-made left behind, if it cannot be made.
+/// projected, geographic and geocentric system and all that they are built from, or leaves it
+/// without objects. Takes less than a minute. False, with `error` set and nothing half-made left
+/// behind, if it cannot be made.
 [[nodiscard]] bool BuildRegistryDatabase(const std::string& path, const RegistryOptions& options,
                                          QvPlatform::TUserInterface& ui, RegistryReport* report,
                                          std::string* error);

@@ -2,11 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 
 #include "database/storage_files.h"
+#include "platform/data/tree_members.h"
+#include "platform/geocore/system_model.h"
 #include "platform/geocore/wkt2.h"
 #include "platform/storage/file_stream.h"
 #include "platform/storage/stream.h"
+#include "platform/storage/table_format.h"
 #include "platform/text/text.h"
 #include "registry/proj_bridge.h"
 
@@ -18,6 +22,8 @@ using QvPlatform::StorageError;
 using QvPlatform::TQvFileStream;
 
 namespace {
+
+namespace fs = std::filesystem;
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 // What a name may be long, in bytes, so that a number and an extension still fit into the 255 that
@@ -54,6 +60,47 @@ std::string SafeName(std::string_view objectName) {
   if (name.empty()) name = "unnamed";
   if (name.front() == '-' || IsDeviceName(QvPlatform::UpperCase(name))) name.insert(0, "_");
   return name;
+}
+
+// What ends a file in this form.
+std::string_view EndOf(ObjectFileForm form, std::string_view content) {
+  if (form == ObjectFileForm::kText) return {"\0", 1};
+  return content.ends_with('\n') ? "" : "\n";
+}
+
+// Whether the file is a table or a container; false for one that cannot be read.
+bool IsDatabaseFile(const fs::path& path) {
+  namespace storage = QvPlatform::detail;
+  TQvFileStream stream;
+  if (!stream.Open(path.string(), QvOpenMode::kRead)) return false;
+  std::string header(storage::kFileHeaderSize, '\0');
+  header.resize(stream.Read(header.data(), header.size()));
+  const std::uint32_t mark = storage::ApplicationIdOf(header);
+  return mark == storage::kTableFileId || mark == storage::kContainerId;
+}
+
+// The file beside which SQLite keeps such a journal; the path itself for a file that is none.
+fs::path OwnerOfJournal(const fs::path& path) {
+  std::string name = path.string();
+  for (const std::string_view ending : {"-journal", "-wal", "-shm"}) {
+    if (name.ends_with(ending)) name.resize(name.size() - ending.size());
+  }
+  return name;
+}
+
+bool IsDatabaseFolder(const fs::path& folder) {
+  return std::ranges::any_of(TableCatalogue(), [&folder](const TableSpec& table) {
+    return !table.streamName.empty() && IsDatabaseFile(folder / table.streamName);
+  });
+}
+
+// The units share their members but for the number of their kind.
+TObjectType UnitTypeOf(const TStringTree& tree) {
+  int kind = 0;
+  (void)TreeIds::GetInteger(tree, TreeIds::kUnitKind, &kind);
+  if (kind == static_cast<int>(UnitKind::kLinear)) return TObjectType::kLinearUnit;
+  return kind == static_cast<int>(UnitKind::kScale) ? TObjectType::kScaleUnit
+                                                    : TObjectType::kAngularUnit;
 }
 
 }  // namespace
@@ -110,8 +157,32 @@ void ReadTree(std::string_view content, ObjectFileForm form, TStringTree* tree) 
   if (!TreeFromProjText(std::string(content), tree, &error)) throw ObjectFormError(error);
 }
 
+std::optional<TObjectType> TypeOfTree(const TStringTree& tree) {
+  for (const ObjectDescriptor& type : ObjectDescriptors()) {
+    const auto name = std::ranges::find(type.items, "NAME", &TreeItem::column);
+    std::string text;
+    if (name == type.items.end() || !tree.GetString(name->id, name->index, &text)) continue;
+    return name->id == TreeIds::kUnitName.id ? UnitTypeOf(tree) : type.type;
+  }
+  return std::nullopt;
+}
+
+void RequireOutsideDatabases(const std::string& path) {
+  std::error_code error;
+  const fs::path canonical = fs::weakly_canonical(path, error);
+  const fs::path file = error ? fs::path(path) : canonical;
+  const fs::path folder = file.parent_path();
+  const bool inside = folder.filename() == "Heights" || folder.filename() == "Backup";
+  const bool refused = IsDatabaseFile(OwnerOfJournal(file)) || IsDatabaseFolder(file) ||
+                       IsDatabaseFolder(folder) ||
+                       (inside && IsDatabaseFolder(folder.parent_path()));
+  if (!refused) return;
+  throw StorageError("\"" + path + "\" belongs to a database, and nothing else is written there");
+}
+
 void WriteTreeFile(const TStringTree& tree, const std::string& path, ObjectFileForm form) {
   if (form != ObjectFileForm::kXml) return SaveObjectFile(path, form, WriteTreeText(&tree));
+  RequireOutsideDatabases(path);
   TQvFileStream stream;
   OpenStream(&stream, path, QvOpenMode::kCreate);
   QvCommonUtils::WriteTreeXml(&tree, &stream);
@@ -119,14 +190,12 @@ void WriteTreeFile(const TStringTree& tree, const std::string& path, ObjectFileF
 }
 
 void SaveObjectFile(const std::string& path, ObjectFileForm form, std::string_view content) {
+  RequireOutsideDatabases(path);
   TQvFileStream stream;
   OpenStream(&stream, path, QvOpenMode::kCreate);
   stream.Write(content.data(), content.size());
-  if (form == ObjectFileForm::kText) {
-    stream.Write("", 1);
-  } else if (!content.ends_with('\n')) {
-    stream.Write("\n", 1);
-  }
+  const std::string_view end = EndOf(form, content);
+  stream.Write(end.data(), end.size());
   stream.Commit();
 }
 
@@ -147,6 +216,37 @@ std::string FreeFileNames::Next(std::string_view objectName, std::string_view ex
   }
   used_.insert(QvPlatform::UpperCase(candidate));
   return candidate;
+}
+
+namespace {
+
+// The folder, once it is known that it is no database's.
+const std::string& FolderOfObjects(const std::string& folder) {
+  RequireOutsideDatabases(folder + "/.");
+  return folder;
+}
+
+}  // namespace
+
+ObjectFolder::ObjectFolder(const std::string& folder)
+    : aside_(FolderOfObjects(folder)), folder_(folder), names_(folder) {}
+
+void ObjectFolder::Add(std::string_view objectName, std::string_view extension, ObjectFileForm form,
+                       std::string_view content) {
+  const std::string path = names_.Next(objectName, extension);
+  const std::string name = path.substr(folder_.size() + 1);
+  std::string bytes(content);
+  bytes += EndOf(form, content);
+  QvPlatform::WriteUnflushed(aside_.Path(name), bytes.data(), bytes.size());
+  files_.push_back(name);
+}
+
+void ObjectFolder::Deliver() {
+  aside_.Sync();
+  for (const std::string& name : std::exchange(files_, {})) {
+    QvPlatform::MoveUnflushed(aside_.Path(name), folder_ + "/" + name);
+  }
+  QvPlatform::FlushFolder(folder_);
 }
 
 }  // namespace QvRefSystem

@@ -7,9 +7,11 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "platform/data/string_tree.h"
 #include "platform/geocore/projjson.h"
+#include "platform/storage/work_folder.h"
 #include "processors/object_descriptor.h"
 
 /// The files in which objects travel: how their forms are told apart, read, written and named.
@@ -62,12 +64,21 @@ void RequireForm(ObjectFileForm form, const ObjectDescriptor& type);
 /// ObjectFormError for one of PROJ, both with `tree` unchanged.
 void ReadTree(std::string_view content, ObjectFileForm form, QvCommonUtils::TStringTree* tree);
 
-/// Writes any tree in one of its two forms over whatever stands under the path. The file takes its
-/// place when it is whole. Throws StorageError.
+/// The type of the object that a tree holds, told by the members that it has. Nothing for a tree
+/// that holds no object.
+[[nodiscard]] std::optional<TObjectType> TypeOfTree(const QvCommonUtils::TStringTree& tree);
+
+/// Throws StorageError if a file that is written under the path, through links too, would come onto
+/// a database, one of its files or journals, or into its folders.
+void RequireOutsideDatabases(const std::string& path);
+
+/// Writes any tree in one of its two forms over whatever stands under the path, but never over
+/// anything that belongs to a database. The file takes its place when it is whole. Throws
+/// StorageError.
 void WriteTreeFile(const QvCommonUtils::TStringTree& tree, const std::string& path,
                    ObjectFileForm form);
-/// Puts what WriteTree gave into a file in place of what stood there: the text form with its zero
-/// byte, the others with a line feed at the end. Throws StorageError.
+/// Puts what WriteTree gave into a file in place of what stood there, with the same exception: the
+/// text form with its zero byte, the others with a line feed at the end. Throws StorageError.
 void SaveObjectFile(const std::string& path, ObjectFileForm form, std::string_view content);
 
 /// A file is larger than its reader allows.
@@ -95,6 +106,28 @@ class FreeFileNames {
   std::string folder_;
   // All that were given, in upper case.
   std::set<std::string> used_;
+};
+
+/// The files of many objects, written to one folder together: they are flushed once, and none
+/// stands under its name before all are whole. Without Deliver none comes there.
+class ObjectFolder {
+ public:
+  /// Makes the folder and what is missing of its path. Throws StorageError, also for the folder of
+  /// a database.
+  explicit ObjectFolder(const std::string& folder);
+  /// Adds the file of an object with what WriteTree gave for it. Throws StorageError.
+  void Add(std::string_view objectName, std::string_view extension, ObjectFileForm form,
+           std::string_view content);
+  /// Puts all files in their places. Throws StorageError where the medium takes them no more, or
+  /// where another program has taken one of the names meanwhile; those ahead of it then stand.
+  void Deliver();
+
+ private:
+  QvPlatform::WorkFolder aside_;
+  std::string folder_;
+  FreeFileNames names_;
+  // The files by their names, which they have aside already.
+  std::vector<std::string> files_;
 };
 
 }  // namespace QvRefSystem

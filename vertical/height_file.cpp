@@ -20,24 +20,19 @@ using QvPlatform::TextId;
 using QvPlatform::TUserInterface;
 using Table = QvCommonUtils::T2DTable<double>;
 
-/// Why a height file was not loaded or saved.
-enum class Outcome { kDone, kRefused, kStorageFailed };
-
 /// Runs the operation and tells the user where the storage failed. Memory may not suffice for a
 /// large file; that ends as a refusal.
 template <typename Operation>
 bool Run(const std::string& path, bool useResource, TUserInterface& ui,
          const Operation& operation) {
-  Outcome outcome = Outcome::kRefused;
   try {
-    outcome = operation();
-  } catch (const QvPlatform::StorageError&) {
-    outcome = Outcome::kStorageFailed;
+    return operation();
+  } catch (const QvPlatform::StorageError& error) {
+    TellCannotCreate(path, useResource, ui, error.what());
   } catch (const std::bad_alloc&) {
-    outcome = Outcome::kRefused;
+    return false;
   }
-  if (outcome == Outcome::kStorageFailed) TellCannotCreate(path, useResource, ui);
-  return outcome == Outcome::kDone;
+  return false;
 }
 
 /// Whether the head of the text, whose digits are limited, leads back to the table's nodes.
@@ -60,13 +55,12 @@ bool SaveHeightTable(const Table* table, const std::string& path, bool useResour
                      TUserInterface& ui) {
   return Run(path, useResource, ui, [&] {
     const auto stream = CreateStream(path, useResource);
-    if (stream == nullptr) return Outcome::kStorageFailed;
     std::string text;
-    if (!MakeHeightText(table, &text, ui)) return Outcome::kRefused;
+    if (!MakeHeightText(table, &text, ui)) return false;
     stream->Write(text.data(), text.size());
     stream->Commit();
     if (crc != nullptr) *crc = QvPlatform::Crc32(text);
-    return Outcome::kDone;
+    return true;
   });
 }
 
@@ -80,14 +74,16 @@ bool LoadHeightTable(Table* table, const std::string& path, bool useResource, TU
 bool LoadHeightText(const std::string& path, bool useResource, std::string* text,
                     TUserInterface& ui) {
   return Run(path, useResource, ui, [&] {
-    return LoadStorageFile(path, useResource, text) ? Outcome::kDone : Outcome::kStorageFailed;
+    *text = ReadStorageFile(path, useResource);
+    return true;
   });
 }
 
 bool SaveHeightText(const std::string& path, bool useResource, std::string_view text,
                     TUserInterface& ui) {
   return Run(path, useResource, ui, [&] {
-    return SaveStorageFile(path, useResource, text) ? Outcome::kDone : Outcome::kStorageFailed;
+    WriteStorageFile(path, useResource, text);
+    return true;
   });
 }
 

@@ -44,11 +44,11 @@ HeightRefusal ReadHeightTable(const std::string& path, bool useResource, THeight
                               QvPlatform::TUserInterface& ui) {
   std::string text;
   try {
-    if (!LoadStorageFile(path, useResource, &text)) {
-      if (StorageFileOpens(path, useResource)) return HeightRefusal::kNotRead;
-      TellCannotCreate(path, useResource, ui);
-      return HeightRefusal::kNotOpened;
-    }
+    text = ReadStorageFile(path, useResource);
+  } catch (const QvPlatform::StorageError& error) {
+    if (StorageFileOpens(path, useResource)) return HeightRefusal::kNotRead;
+    TellCannotCreate(path, useResource, ui, error.what());
+    return HeightRefusal::kNotOpened;
   } catch (const std::exception&) {
     return HeightRefusal::kNotRead;
   }

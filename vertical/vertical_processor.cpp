@@ -5,8 +5,8 @@
 
 #include "database/storage_files.h"
 #include "platform/storage/crc32.h"
+#include "platform/text/ascii.h"
 #include "platform/text/text.h"
-#include "platform/ui/texts.h"
 #include "vertical/height_file.h"
 
 namespace QvRefSystem {
@@ -14,7 +14,7 @@ namespace QvRefSystem {
 using QvPlatform::FieldType;
 using QvPlatform::RowMatch;
 using QvPlatform::RowView;
-using QvPlatform::TextId;
+using QvPlatform::StorageError;
 using QvPlatform::TQvWriteGroup;
 
 namespace {
@@ -53,26 +53,31 @@ std::optional<std::string> TQvRfVerticalRefSystemDataProcessor::CurrentHeightFil
   return HeightStoragePath(data_, CurrentText("VDATA_FILENAME"));
 }
 
-void TQvRfVerticalRefSystemDataProcessor::ReportFile(const std::string& path) {
-  const TextId text =
-      data_.ResourceForm ? TextId::kCannotCreateResource : TextId::kCannotCreateFile;
-  data_.Ui().ShowMessage(QvPlatform::MessageKind::kError, SystemText(text) + " " + path,
-                         QvPlatform::MessageButtons::kOk);
+void TQvRfVerticalRefSystemDataProcessor::ReportFile(const std::string& path,
+                                                     const std::string& reason) {
+  TellCannotCreate(path, data_.ResourceForm, data_.Ui(), reason);
 }
 
 bool TQvRfVerticalRefSystemDataProcessor::LoadTable(std::string* text) {
   const std::optional<std::string> path = CurrentHeightFile();
-  if (path && LoadStorageFile(*path, data_.ResourceForm, text)) return true;
-  ReportFile(path.value_or(CurrentText("VDATA_FILENAME")));
-  return false;
+  try {
+    if (!path) throw StorageError("this is no name of a file");
+    *text = ReadStorageFile(*path, data_.ResourceForm);
+    return true;
+  } catch (const StorageError& error) {
+    ReportFile(path.value_or(CurrentText("VDATA_FILENAME")), error.what());
+    return false;
+  }
 }
 
 void TQvRfVerticalRefSystemDataProcessor::SaveTable(const std::string& fileName,
                                                     const std::string& text) {
   TQvWriteGroup group(data_.WritableTables());
   const std::string path = data_.GetHeightsPrefix() + fileName;
-  if (!SaveStorageFile(path, data_.ResourceForm, text)) {
-    ReportFile(path);
+  try {
+    CreateStorageFile(path, data_.ResourceForm, text);
+  } catch (const StorageError& error) {
+    ReportFile(path, error.what());
     throw ToldStorageError("the height file \"" + path + "\" cannot be written");
   }
   // The record is written already, so that in a container the file is part of its transaction.
@@ -82,11 +87,17 @@ void TQvRfVerticalRefSystemDataProcessor::SaveTable(const std::string& fileName,
   group.Commit();
 }
 
-bool TQvRfVerticalRefSystemDataProcessor::IsNamedByRecords(std::string_view fileName,
-                                                           std::size_t atLeast) const {
-  // A container tells no letter from its capital.
-  const auto match = RowMatch::Folded(Column("VDATA_FILENAME"), QvPlatform::FoldName(fileName));
-  return DataSet->FindAll({match}, QvPlatform::RowScope::kAll).size() >= atLeast;
+int TQvRfVerticalRefSystemDataProcessor::CountNaming(const std::string& fileName) const {
+  const int column = Column("VDATA_FILENAME");
+  // Two files of a folder may differ by case alone; a container tells no ASCII letter from its
+  // capital.
+  const RowMatch match = data_.ResourceForm
+                             ? RowMatch::Folded(column, QvPlatform::FoldName(fileName))
+                             : RowMatch::Text(column, fileName);
+  const auto rows = DataSet->FindAll({match}, QvPlatform::RowScope::kAll);
+  return static_cast<int>(std::ranges::count_if(rows, [&](RowView row) {
+    return !data_.ResourceForm || QvPlatform::EqualAscii(row.GetText(column), fileName);
+  }));
 }
 
 std::string TQvRfVerticalRefSystemDataProcessor::NewFileName(std::string_view objectName,
@@ -96,7 +107,7 @@ std::string TQvRfVerticalRefSystemDataProcessor::NewFileName(std::string_view ob
     const std::string path = NewHeightStorageName(data_, name, naming);
     std::string fileName = StorageShortName(path, data_.ResourceForm);
     // A record whose file was lost must not come to name the file of another.
-    if (!IsNamedByRecords(fileName, 1)) return fileName;
+    if (CountNaming(fileName) == 0) return fileName;
     name = std::to_string(number) + " " + std::string(objectName);
   }
 }
@@ -202,24 +213,36 @@ RecordImage TQvRfVerticalRefSystemDataProcessor::ImageOf(const HeightRecord& rec
   return image;
 }
 
+void TQvRfVerticalRefSystemDataProcessor::RequireKey(int key) {
+  if (!LocateKey(key)) {
+    throw QvPlatform::DataSetError("the height system was deleted by somebody else");
+  }
+}
+
 bool TQvRfVerticalRefSystemDataProcessor::Store(const HeightRecord& record, bool append) {
   RecordImage image = ImageOf(record);
   std::string text;
-  std::string fileName;
-  if (record.Table != nullptr) {
-    // The text is made ahead of the transaction: it takes its time, and the user may cancel it.
-    if (!MakeHeightText(record.Table, &text, data_.Ui())) return false;
-    fileName = NewFileName(record.Name, HeightNaming::kReplaced);
-    image.SetText(Column("VDATA_FILENAME"), fileName);
-    image.SetInteger(Column("VDATA_CRC32"), static_cast<int>(QvPlatform::Crc32(text)));
-  }
-  const std::optional<std::string> old = append ? std::nullopt : OwnHeightFile();
+  const bool isTable = record.Table != nullptr;
+  // The text is made ahead of the transaction: it takes its time, and the user may cancel it.
+  if (isTable && !MakeHeightText(record.Table, &text, data_.Ui())) return false;
+  const int key = GetCurrentKey();
   try {
     TQvWriteGroup group(data_.WritableTables());
+    std::optional<std::string> old;
+    if (!append) {
+      RequireKey(key);
+      old = OwnHeightFile();
+    }
+    const std::string fileName =
+        isTable ? NewFileName(record.Name, HeightNaming::kReplaced) : std::string();
+    image.SetText(Column("VDATA_FILENAME"), fileName);
+    if (isTable) {
+      image.SetInteger(Column("VDATA_CRC32"), static_cast<int>(QvPlatform::Crc32(text)));
+    }
     append ? DataSet->Append() : DataSet->Edit();
     image.Store(*DataSet);
     DataSet->Post();
-    if (!fileName.empty()) SaveTable(fileName, text);
+    if (isTable) SaveTable(fileName, text);
     if (old) DeleteFile(group, *old);
     group.Commit();
   } catch (...) {
@@ -250,7 +273,9 @@ RecordImage TQvRfVerticalRefSystemDataProcessor::ImageOfCurrent() const {
   return image;
 }
 
-void TQvRfVerticalRefSystemDataProcessor::AppendDuplicate() {
+void TQvRfVerticalRefSystemDataProcessor::AppendDuplicate(int key) {
+  TQvWriteGroup group(data_.WritableTables());
+  RequireKey(key);
   RecordImage image = ImageOfCurrent();
   std::string table;
   std::string fileName;
@@ -261,7 +286,6 @@ void TQvRfVerticalRefSystemDataProcessor::AppendDuplicate() {
     image.SetText(Column("VDATA_FILENAME"), fileName);
   }
   image.SetDouble(Column("LAST_USE"), QvPlatform::CurrentMoment());
-  TQvWriteGroup group(data_.WritableTables());
   DataSet->Append();
   image.Store(*DataSet);
   DataSet->Post();
@@ -274,7 +298,7 @@ bool TQvRfVerticalRefSystemDataProcessor::DuplicateCurrent() {
   if (key == 0) return false;
   const ControlsGuard guard(*DataSet);
   try {
-    AppendDuplicate();
+    AppendDuplicate(key);
     return true;
   } catch (const ToldStorageError&) {
     DataSet->Cancel();
@@ -288,7 +312,7 @@ bool TQvRfVerticalRefSystemDataProcessor::DuplicateCurrent() {
 
 std::optional<std::string> TQvRfVerticalRefSystemDataProcessor::OwnHeightFile() const {
   std::optional<std::string> path = CurrentHeightFile();
-  if (path && IsNamedByRecords(CurrentText("VDATA_FILENAME"), 2)) path.reset();
+  if (path && CountNaming(CurrentText("VDATA_FILENAME")) > 1) path.reset();
   return path;
 }
 
@@ -301,24 +325,11 @@ void TQvRfVerticalRefSystemDataProcessor::DeleteFile(TQvWriteGroup& group,
   }
 }
 
-void TQvRfVerticalRefSystemDataProcessor::RemoveCurrent() {
+void TQvRfVerticalRefSystemDataProcessor::RemoveKey(int key, TQvWriteGroup& group) {
+  if (!LocateKey(key)) return;
   const std::optional<std::string> path = OwnHeightFile();
-  TQvWriteGroup group(data_.WritableTables());
-  VerticalRecords::RemoveCurrent();
+  VerticalRecords::RemoveKey(key, group);
   if (path) DeleteFile(group, *path);
-  group.Commit();
-}
-
-bool TQvRfVerticalRefSystemDataProcessor::DeleteRecord(TComponent* owner) {
-  const ControlsGuard guard(*DataSet);
-  if (!CheckNotUsed(owner)) return false;
-  try {
-    RemoveCurrent();
-    return true;
-  } catch (const std::runtime_error& error) {
-    ReportStorage(error);
-    return false;
-  }
 }
 
 }  // namespace QvRefSystem

@@ -17,7 +17,8 @@ namespace QvRefSystem {
 /// reference system that refers to it, so that a tree always adds a new one.
 ///
 /// Record and height file come and go together: a file whose record was not stored is removed
-/// again, and a file is removed only once its record is gone for good. In a container both are one
+/// again, and a file is removed only once its record is gone for good. A file is never put in the
+/// place of another. In a container both are one
 /// transaction; in a folder a crash between the two may leave a file without a record, never a
 /// record without its file.
 class TQvRfVerticalRefSystemDataProcessor final : public VerticalRecords {
@@ -28,15 +29,14 @@ class TQvRfVerticalRefSystemDataProcessor final : public VerticalRecords {
 
   /// Always: whoever owns a height system decides on its end.
   bool CheckNotUsed(TComponent* /*owner*/) override { return true; }
-  /// Removes the current record and its height file without a question.
-  bool DeleteRecord(TComponent* owner) override;
   /// Adds a copy of the current record, with a copy of its height file, and makes it the current
   /// one. False, with nothing added and the record still current, for an empty table or if storage
   /// refuses; the user was told then.
   [[nodiscard]] bool DuplicateCurrent();
   /// Adds a height system, or changes the current one, whose old height file goes then, and opens
   /// the table anew on it. False if the user cancels or the table cannot be put into text; throws
-  /// StorageError or DataSetError, a ToldStorageError if the user knows. On failure record and file
+  /// StorageError or DataSetError, also for a current record that somebody has removed, and a
+  /// ToldStorageError if the user knows. On failure record and file
   /// are as they were, but the cursor may stand elsewhere.
   ///
   /// In a folder the new file gets a name beside the old one, so that no moment is without the file
@@ -52,14 +52,15 @@ class TQvRfVerticalRefSystemDataProcessor final : public VerticalRecords {
   [[nodiscard]] bool WriteContent(TStringTree* tree) override;
   [[nodiscard]] bool ReadContent(TStringTree* tree, RecordImage* image) override;
   void AppendBeside(TStringTree* tree, const RecordImage& image, int key) override;
-  void RemoveCurrent() override;
+  void RemoveKey(int key, QvPlatform::TQvWriteGroup& group) override;
   [[nodiscard]] bool AsksToDelete() const override { return false; }
 
  private:
   [[nodiscard]] bool HasAll(QvPlatform::RowView row, std::span<const int> ids) const;
   void ReadGrid(TStringTree* tree, RecordImage* image) const;
   [[nodiscard]] RecordImage ImageOfCurrent() const;
-  [[nodiscard]] bool IsNamedByRecords(std::string_view fileName, std::size_t atLeast) const;
+  /// How many records name the height file.
+  [[nodiscard]] int CountNaming(const std::string& fileName) const;
   [[nodiscard]] std::string NewFileName(std::string_view objectName, HeightNaming naming) const;
   [[nodiscard]] RecordImage ImageOf(const HeightRecord& record) const;
   /// The stream of the current record's height file, unless another record names it as well.
@@ -71,8 +72,12 @@ class TQvRfVerticalRefSystemDataProcessor final : public VerticalRecords {
   /// Writes the file of a record that was just added, inside the group of its changes. Throws
   /// ToldStorageError.
   void SaveTable(const std::string& fileName, const std::string& text);
-  void ReportFile(const std::string& path);
-  void AppendDuplicate();
+  /// Tells that the file could not be read or written; `reason` may be empty.
+  void ReportFile(const std::string& path, const std::string& reason);
+  /// Moves to a record that is to be changed or copied. Throws DataSetError if somebody has removed
+  /// it.
+  void RequireKey(int key);
+  void AppendDuplicate(int key);
 };
 
 }  // namespace QvRefSystem

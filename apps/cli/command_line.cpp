@@ -1,6 +1,7 @@
 #include "apps/cli/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <chrono>
 #include <map>
 #include <ostream>
 
@@ -8,8 +9,10 @@
 #include "apps/cli/commands.h"
 #include "apps/cli/exchange_commands.h"
 #include "apps/cli/height_commands.h"
+#include "apps/cli/keeping_commands.h"
 #include "apps/cli/object_types.h"
 #include "apps/cli/transform_commands.h"
+#include "platform/storage/waiting.h"
 
 namespace RefframeCli {
 
@@ -22,6 +25,11 @@ constexpr const char* kAbout =
     "DB is a folder, or a container when its name ends in \".qvdb\". OBJ is a key, epsg:CODE or "
     "name:TEXT.\n"
     "Exit status: 0 done, 1 the operation failed, 2 the arguments make no command.";
+
+// A day, in seconds.
+constexpr double kLongestWait = 86400;
+// In the place of a type: files of mixed types.
+constexpr const char* kAnyType = "any";
 
 const std::map<std::string, ObjectFileForm> kForms{{"text", ObjectFileForm::kText},
                                                    {"xml", ObjectFileForm::kXml},
@@ -47,7 +55,9 @@ class Arguments {
   void AddDatabase(CLI::App& app);
   void AddType(CLI::App& app);
   void AddForm(CLI::App& app, const char* about);
+  void AddOutput(CLI::App& app, const char* name, const char* about);
   void AddExchangeCommands();
+  void AddKeepingCommands();
   void AddHeightCommands();
   CLI::App& AddHeightFile(CLI::App& heights, const char* name, const char* about, Command command);
   CLI::App& AddHeightWork(CLI::App& heights, const char* name, const char* about, Command command);
@@ -72,6 +82,7 @@ Arguments::Arguments() {
       Add("init", "Makes a new database with the systems of the EPSG registry", InitDatabase);
   init.add_flag("--list", request_.listRefused,
                 "Also print the systems that did not get in, and why");
+  init.add_flag("--empty", request_.empty, "Without systems: only the types that objects are of");
 
   CLI::App& list = Add("list", "Lists the objects of a type: key, name, description", ListObjects);
   AddType(list);
@@ -94,9 +105,38 @@ Arguments::Arguments() {
   AddType(remove);
   remove.add_option("OBJ", request_.object, "The object")->required();
   remove.add_flag("--yes", request_.yes, "Do not ask");
+  remove.add_flag("--force", request_.force, "Delete a height system although it is used");
 
-  Add("check", "Verifies every reference, code row and duplicate; prints what it finds",
+  Add("recover", "Finishes or takes back what an interrupted program left; prints each step",
+      RecoverInterrupted);
+  Add("check", "Verifies every reference, code row and duplicate; prints errors, then notes",
       CheckWhole);
+  AddKeepingCommands();
+}
+
+void Arguments::AddKeepingCommands() {
+  CLI::App& copy =
+      Add("copy", "Copies a database, also from a folder to a container or back", CopyWhole);
+  copy.add_option("DB2", request_.otherDatabase, "The copy, where nothing stands yet")->required();
+
+  CLI::App& backup = Add("backup",
+                         "Makes a container with all that a database holds at one moment, "
+                         "whoever writes to it",
+                         BackUpWhole);
+  backup.add_option("FILE", request_.otherDatabase, "The container (.qvdb)")->required();
+  backup.add_flag("--force", request_.force, "Replace a file that is there");
+
+  CLI::App& restore =
+      Add(app_, "restore", "Puts a backup in the place of a database, which is kept beside",
+          RestoreWhole);
+  restore.add_option("FILE", request_.otherDatabase, "The backup")->required();
+  AddDatabase(restore);
+
+  CLI::App& salvage = Add("salvage",
+                          "Makes a new database of what can be read of a damaged one: table, "
+                          "records, what is lost",
+                          SalvageWhole);
+  salvage.add_option("DB2", request_.otherDatabase, "The new database")->required();
 }
 
 void Arguments::AddExchangeCommands() {
@@ -110,16 +150,21 @@ void Arguments::AddExchangeCommands() {
                   "How many axes a geodetic system has in projjson and wkt2 (2, or as its "
                   "EPSG code means)")
       ->check(CLI::IsMember({2, 3}));
-  write.add_option("-o,--output", request_.output,
-                   "File to write to (standard output); with --all the folder");
+  AddOutput(write, "-o,--output", "File to write to (standard output); with --all the folder");
 
   CLI::App& read = Add("import",
                        "Finds or adds the objects that files hold: key, found or "
-                       "inserted, name",
+                       "inserted, name. All get in, or none",
                        ImportFiles);
-  AddType(read);
-  read.add_option("FILE", request_.files, "The files, - for standard input")->required();
+  std::vector<std::string> types = TypeArguments();
+  types.emplace_back(kAnyType);
+  read.add_option("TYPE", type_, "The type of the objects; any: each file's content tells it")
+      ->required()
+      ->check(CLI::IsMember(types));
+  read.add_option("FILE", request_.files, "The files, - for standard input, or folders of files")
+      ->required();
   AddForm(read, "How they are written; the content tells it otherwise");
+  read.add_flag("--each", request_.each, "One by one: a file that is refused keeps no other out");
 }
 
 void Arguments::AddHeightCommands() {
@@ -141,13 +186,13 @@ void Arguments::AddHeightCommands() {
   CLI::App& interpolate =
       AddHeightWork(heights, "interpolate", "Makes a file of heights on the grid of another system",
                     InterpolateHeightFile);
-  interpolate.add_option("-o,--output", request_.output, "File to write to")->required();
+  AddOutput(interpolate, "-o,--output", "File to write to");
+  interpolate.get_option("--output")->required();
   CLI::App& approximate =
       AddHeightWork(heights, "approximate",
                     "Tells the constant that stands best for heights on the grid of a system",
                     ApproximateHeightFile);
-  approximate.add_option("--errors", request_.output,
-                         "File for the differences, undulation less constant");
+  AddOutput(approximate, "--errors", "File for the differences, undulation less constant");
 }
 
 CLI::App& Arguments::AddHeightFile(CLI::App& heights, const char* name, const char* about,
@@ -210,6 +255,10 @@ CLI::App& Arguments::Add(const char* name, const char* about, Command command) {
 
 void Arguments::AddDatabase(CLI::App& app) {
   app.add_option("DB", request_.database, "The database")->required();
+  app.add_option("--wait", request_.wait,
+                 "How long to wait for another program that writes to the database (30)")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.0, kLongestWait));
 }
 
 void Arguments::AddType(CLI::App& app) {
@@ -226,10 +275,18 @@ void Arguments::AddForm(CLI::App& app, const char* about) {
   app.add_option("--form", form_, about)->check(CLI::IsMember(names));
 }
 
+void Arguments::AddOutput(CLI::App& app, const char* name, const char* about) {
+  app.add_option(name, request_.output, about);
+  app.add_flag("--no-clobber", request_.noClobber, "Refuse to replace a file that is there");
+}
+
 int Arguments::Execute(Terminal terminal) {
-  if (!type_.empty()) request_.type = TypeOfArgument(type_);
+  if (!type_.empty() && type_ != kAnyType) request_.type = TypeOfArgument(type_);
   if (!form_.empty()) request_.form = kForms.at(form_);
   if (dimension_ != 0) request_.dimension = static_cast<QvRefSystem::Dimension>(dimension_);
+  const std::chrono::duration<double> wait(request_.wait);
+  QvPlatform::TimedWaiter waiter(std::chrono::duration_cast<std::chrono::milliseconds>(wait));
+  const QvPlatform::WaiterScope waits(waiter);
   return command_(request_, terminal);
 }
 

@@ -1,23 +1,22 @@
 #include "apps/cli/commands.h"
 
 #include <ostream>
-#include <set>
 
 #include "apps/cli/command_error.h"
 #include "apps/cli/object_types.h"
 #include "apps/cli/open_database.h"
 #include "assembly/database_check.h"
+#include "platform/storage/database_recovery.h"
 #include "platform/text/text.h"
 #include "processors/name_filter.h"
+#include "processors/object_users.h"
 #include "registry/epsg_registry.h"
 
 namespace RefframeCli {
 
 using QvPlatform::Encode;
-using QvPlatform::RowMatch;
 using QvPlatform::RowView;
 using QvPlatform::TQvDataSet;
-using QvRefSystem::FieldSpec;
 using QvRefSystem::ObjectDescriptor;
 using QvRefSystem::TableOf;
 using QvRefSystem::TQvRfDataProcessor;
@@ -67,15 +66,28 @@ int InitDatabase(const Request& request, Terminal terminal) {
   TerminalInterface ui(terminal, false);
   QvRefSystem::RegistryOptions options;
   options.resourceForm = IsContainer(request.database);
+  options.empty = request.empty;
   QvRefSystem::RegistryReport report;
   std::string error;
   if (!BuildRegistryDatabase(request.database, options, ui, &report, &error)) {
     throw CommandError(request.database + ": " + error);
   }
+  if (request.empty) return kSucceeded;
   terminal.out << std::to_string(report.systems) << " reference systems are in, "
                << std::to_string(report.refused.size()) << " of the registry are not"
                << (request.listRefused && !report.refused.empty() ? ":\n" : "\n");
   if (request.listRefused) PutRefused(terminal.out, report);
+  return kSucceeded;
+}
+
+int RecoverInterrupted(const Request& request, Terminal terminal) {
+  bool told = false;
+  const auto tell = [&](const std::string& step) {
+    told = true;
+    terminal.out << step << "\n";
+  };
+  QvPlatform::detail::RecoverDatabase(request.database, tell);
+  if (!told) terminal.out << "nothing is left of an interrupted change\n";
   return kSucceeded;
 }
 
@@ -108,21 +120,10 @@ int ListUsers(const Request& request, Terminal terminal) {
   TerminalInterface ui(terminal, false);
   OpenedDatabase database(request.database, ui);
   const int key = database.Locate(*request.type, request.object).GetCurrentKey();
-  // The catalogue is asked, not the object's own list: it also knows who uses what nobody asks
-  // before a deletion, the kinds and the height systems.
-  for (const ObjectDescriptor& user : QvRefSystem::ObjectDescriptors()) {
-    TQvDataSet& dataSet = database.Data().DataSet(user.table);
-    const ListedColumns columns(dataSet, user);
-    std::set<std::string> listed;
-    for (const FieldSpec& field : TableOf(user.table).fields) {
-      if (field.refersTo != request.type->table) continue;
-      const int number = dataSet.FieldByName(field.name).GetIndex();
-      for (const RowView row : dataSet.FindAll({RowMatch::Integer(number, key)})) {
-        if (!listed.insert(columns.Key(row)).second) continue;
-        PutLine(terminal.out, {TypeArgument(user.typeName), columns.Key(row), columns.Name(row),
-                               columns.Description(row)});
-      }
-    }
+  for (const QvPlatform::UsedByRow& user :
+       QvRefSystem::UsersByCatalogue(database.Data(), request.type->table, key)) {
+    PutLine(terminal.out, {TypeArgument(user.typeName), std::to_string(user.key), Encode(user.name),
+                           Encode(user.description)});
   }
   return kSucceeded;
 }
@@ -132,7 +133,7 @@ int DeleteObject(const Request& request, Terminal terminal) {
   OpenedDatabase database(request.database, ui);
   TQvRfDataProcessor& processor = database.Locate(*request.type, request.object);
   const int key = processor.GetCurrentKey();
-  if (!processor.DeleteWithConsent(nullptr)) {
+  if (!(request.force ? processor.DeleteWithConsent(nullptr) : processor.DeleteUnused(nullptr))) {
     const bool told = ui.HasReported();
     throw CommandError(told ? std::string()
                             : "a " + std::string(request.type->typeName) + " cannot be deleted");
@@ -146,13 +147,13 @@ int DeleteObject(const Request& request, Terminal terminal) {
 int CheckWhole(const Request& request, Terminal terminal) {
   TerminalInterface ui(terminal, false);
   OpenedDatabase database(request.database, ui);
-  std::vector<std::string> findings;
-  const bool sound = QvRefSystem::CheckDatabase(database.Data(), &findings);
-  for (const std::string& finding : findings)
-    terminal.out << finding << "\n";
-  if (sound && findings.empty()) return kSucceeded;
-  throw CommandError(request.database + ": " + std::to_string(findings.size()) +
-                     (findings.size() == 1 ? " finding" : " findings"));
+  const QvRefSystem::CheckReport report = QvRefSystem::CheckDatabase(database.Data());
+  for (const std::string& line : report.Lines())
+    terminal.out << line << "\n";
+  const std::string summary = request.database + ": " + report.Summary();
+  if (report.errors > 0) throw CommandError(summary);
+  if (report.notes > 0) terminal.err << "refframe: " << summary << "\n";
+  return kSucceeded;
 }
 
 }  // namespace RefframeCli

@@ -1,13 +1,17 @@
 #include "apps/cli/exchange_commands.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <istream>
 #include <iterator>
 #include <ostream>
+#include <sstream>
 
 #include "apps/cli/command_error.h"
 #include "apps/cli/open_database.h"
+#include "apps/cli/output_file.h"
 #include "platform/data/tree_members.h"
+#include "platform/dbset/write_group.h"
 #include "platform/geocore/model_from_tree.h"
 #include "platform/storage/stream.h"
 #include "platform/text/text.h"
@@ -62,7 +66,8 @@ std::string WriteCurrent(TQvRfDataProcessor& processor, const Request& request) 
   return WriteTree(tree, form, dimension);
 }
 
-void ExportOne(OpenedDatabase& database, const Request& request, Terminal terminal) {
+void ExportOne(OpenedDatabase& database, const Request& request, Terminal terminal,
+               TerminalInterface& ui) {
   TQvRfDataProcessor& processor = database.Locate(*request.type, request.object);
   const ObjectFileForm form = request.form.value_or(ObjectFileForm::kText);
   std::string content;
@@ -71,38 +76,40 @@ void ExportOne(OpenedDatabase& database, const Request& request, Terminal termin
   } catch (const std::exception& error) {
     throw CommandError(request.object + ": " + error.what());
   }
-  if (!request.output.empty()) return SaveObjectFile(request.output, form, content);
+  if (!request.output.empty()) {
+    if (MayWriteOutput(request, terminal, ui)) SaveObjectFile(request.output, form, content);
+    return;
+  }
   terminal.out << content;
   if (!content.ends_with('\n')) terminal.out << "\n";
 }
 
 int ExportAll(OpenedDatabase& database, const Request& request, Terminal terminal,
               TerminalInterface& ui) {
-  std::error_code error;
-  std::filesystem::create_directories(request.output, error);
-  if (error) throw CommandError(request.output + ": " + error.message());
-
+  QvRefSystem::ObjectFolder folder(request.output);
   TQvRfDataProcessor& processor = database.Processor(*request.type);
   const ObjectFileForm form = request.form.value_or(ObjectFileForm::kText);
   const int count = processor.DataSet->RecordCount();
   const auto progress =
       ui.StartProgress(0, QvPlatform::SystemText(request.type->displayName), count);
-  QvRefSystem::FreeFileNames names(request.output);
   const std::string extension = ObjectFileExtension(form, request.type->typeName);
   int failed = 0;
   for (int position = 0; position < count; ++position) {
     processor.DataSet->MoveTo(position);
     const std::string name = CurrentName(processor);
     const std::string key = std::to_string(processor.GetCurrentKey());
+    std::string content;
     try {
-      const std::string content = WriteCurrent(processor, request);
-      SaveObjectFile(names.Next(name, extension), form, content);
+      content = WriteCurrent(processor, request);
     } catch (const std::exception& failure) {
       terminal.err << "refframe: " << key << " \"" << name << "\": " << failure.what() << "\n";
       ++failed;
+      continue;
     }
+    folder.Add(name, extension, form, content);
     progress->Next();
   }
+  folder.Deliver();
   terminal.out << std::to_string(count - failed) << " objects written to " << request.output
                << "\n";
   return failed == 0 ? kSucceeded : kFailed;
@@ -132,31 +139,120 @@ std::string ReadSource(const std::string& file, Terminal terminal) {
   }
 }
 
-void ReadContent(const std::string& content, const Request& request, TStringTree* tree) {
+// Reads the tree of a file and gives the type of its object.
+const ObjectDescriptor& ReadContent(const std::string& content, const Request& request,
+                                    TStringTree* tree) {
   if (QvPlatform::IsBlank(content)) throw CommandError("the file is empty");
   const ObjectFileForm form = request.form.value_or(QvRefSystem::FormOfContent(content));
-  RequireForm(form, *request.type);
+  if (request.type != nullptr) RequireForm(form, *request.type);
   ReadTree(content, form, tree);
+  if (request.type != nullptr) return *request.type;
+  const std::optional<TObjectType> type = QvRefSystem::TypeOfTree(*tree);
+  if (!type) throw CommandError("it does not hold an object of any type");
+  return QvRefSystem::DescriptorOf(*type);
 }
 
-void ImportOne(TQvRfDataProcessor& processor, const Request& request, const std::string& file,
-               Terminal terminal) {
-  const std::string content = ReadSource(file, terminal);
-  TStringTree tree;
-  int key = 0;
-  try {
-    ReadContent(content, request, &tree);
-    key = processor.InsertFromTree(&tree);
-  } catch (const std::exception& error) {
-    throw CommandError(file + ": " + error.what());
+// The files that are named, and those in the folders that are, in the order of their names.
+std::vector<std::string> FilesToRead(const std::vector<std::string>& named) {
+  namespace fs = std::filesystem;
+  std::vector<std::string> files;
+  for (const std::string& name : named) {
+    std::error_code error;
+    if (!fs::is_directory(name, error)) {
+      files.push_back(name);
+      continue;
+    }
+    const std::size_t first = files.size();
+    for (const fs::directory_entry& entry : fs::directory_iterator(name)) {
+      const bool hidden = entry.path().filename().string().starts_with('.');
+      if (!hidden && entry.is_regular_file()) files.push_back(entry.path().string());
+    }
+    std::sort(files.begin() + static_cast<std::ptrdiff_t>(first), files.end());
   }
-  if (key == 0) throw CommandError(file + ": " + WhyRefused(tree, *request.type));
-  // Height systems leave no note: they are added whenever they come.
-  int inserted = 1;
-  (void)GetInteger(tree, TreeIds::kInsertedNote, &inserted);
-  terminal.out << std::to_string(key) << "\t" << (inserted != 0 ? "inserted" : "found") << "\t"
-               << QvPlatform::Encode(CurrentName(processor)) << "\n";
+  return files;
 }
+
+// Takes files into a database.
+class Importer {
+ public:
+  Importer(const Request& request, Terminal terminal)
+      : request_(request),
+        terminal_(terminal),
+        ui_(terminal, false),
+        database_(request.database, ui_),
+        files_(FilesToRead(request.files)) {
+    if (files_.empty()) throw CommandError("there are no files to import");
+  }
+
+  // What can be taken is, one by one.
+  int ImportEach() {
+    ReadAll(terminal_.out);
+    return refused_ == 0 ? kSucceeded : kFailed;
+  }
+
+  // All files are looked at, so that all that are refused are told at once.
+  int ImportTogether() {
+    std::ostringstream lines;
+    QvPlatform::TQvWriteGroup group(database_.Data().WritableTables());
+    ReadAll(lines);
+    if (refused_ == 0) {
+      group.Commit();
+      terminal_.out << lines.str();
+    } else if (files_.size() > 1) {
+      terminal_.err << "refframe: nothing was imported: " << std::to_string(refused_) << " of "
+                    << std::to_string(files_.size()) << " files are refused (--each takes the "
+                    << "others)\n";
+    }
+    return refused_ == 0 ? kSucceeded : kFailed;
+  }
+
+ private:
+  void ReadAll(std::ostream& lines) {
+    const auto progress = ui_.StartProgress(0, request_.database, static_cast<int>(files_.size()));
+    for (const std::string& file : files_) {
+      try {
+        lines << ImportOne(file);
+      } catch (const CommandError& error) {
+        terminal_.err << "refframe: " << error.what() << "\n";
+        ++refused_;
+      }
+      (void)progress->Next();
+    }
+  }
+
+  // Takes the object of a file in and gives the line that tells of it.
+  std::string ImportOne(const std::string& file) {
+    const std::string content = ReadSource(file, terminal_);
+    TStringTree tree;
+    int key = 0;
+    const ObjectDescriptor* type = nullptr;
+    ui_.ForgetReported();
+    try {
+      type = &ReadContent(content, request_, &tree);
+      key = database_.Processor(*type).InsertFromTree(&tree);
+    } catch (const std::exception& error) {
+      throw CommandError(file + ": " + error.what());
+    }
+    if (key == 0) throw CommandError(file + ": " + WhyNotTaken(tree, *type));
+    // Height systems leave no note: they are added whenever they come.
+    int inserted = 1;
+    (void)GetInteger(tree, TreeIds::kInsertedNote, &inserted);
+    return std::to_string(key) + "\t" + (inserted != 0 ? "inserted" : "found") + "\t" +
+           QvPlatform::Encode(CurrentName(database_.Processor(*type))) + "\n";
+  }
+
+  // A database that refuses to be written has told so, and the tree is not to blame.
+  [[nodiscard]] std::string WhyNotTaken(const TStringTree& tree, const ObjectDescriptor& type) {
+    return ui_.HasReported() ? "it is not imported" : WhyRefused(tree, type);
+  }
+
+  const Request& request_;
+  Terminal terminal_;
+  TerminalInterface ui_;
+  OpenedDatabase database_;
+  std::vector<std::string> files_;
+  int refused_ = 0;
+};
 
 }  // namespace
 
@@ -173,24 +269,13 @@ int ExportObjects(const Request& request, Terminal terminal) {
   TerminalInterface ui(terminal, false);
   OpenedDatabase database(request.database, ui);
   if (request.all) return ExportAll(database, request, terminal, ui);
-  ExportOne(database, request, terminal);
+  ExportOne(database, request, terminal, ui);
   return kSucceeded;
 }
 
 int ImportFiles(const Request& request, Terminal terminal) {
-  TerminalInterface ui(terminal, false);
-  OpenedDatabase database(request.database, ui);
-  TQvRfDataProcessor& processor = database.Processor(*request.type);
-  int result = kSucceeded;
-  for (const std::string& file : request.files) {
-    try {
-      ImportOne(processor, request, file, terminal);
-    } catch (const CommandError& error) {
-      terminal.err << "refframe: " << error.what() << "\n";
-      result = kFailed;
-    }
-  }
-  return result;
+  Importer importer(request, terminal);
+  return request.each ? importer.ImportEach() : importer.ImportTogether();
 }
 
 }  // namespace RefframeCli

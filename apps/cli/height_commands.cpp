@@ -8,6 +8,7 @@
 
 #include "apps/cli/command_error.h"
 #include "apps/cli/open_database.h"
+#include "apps/cli/output_file.h"
 #include "platform/data/height_table_reader.h"
 #include "platform/geocore/model_from_tree.h"
 #include "platform/geocore/shell_reference_system.h"
@@ -245,6 +246,8 @@ int ViewHeightFile(const Request& request, Terminal terminal) {
 
 int InterpolateHeightFile(const Request& request, Terminal terminal) {
   RequireOneSource(request.heights, "interpolate");
+  TerminalInterface ui(terminal, false);
+  if (!MayWriteOutput(request, terminal, ui)) return kSucceeded;
   HeightWork work(request, terminal);
   THeightTable result;
   work.MakeGrid(&result);
@@ -257,6 +260,8 @@ int InterpolateHeightFile(const Request& request, Terminal terminal) {
 
 int ApproximateHeightFile(const Request& request, Terminal terminal) {
   RequireOneSource(request.heights, "approximate");
+  TerminalInterface ui(terminal, false);
+  if (!MayWriteOutput(request, terminal, ui)) return kSucceeded;
   HeightWork work(request, terminal);
   THeightTable errors;
   work.MakeGrid(&errors);

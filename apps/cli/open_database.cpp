@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "apps/cli/command_error.h"
+#include "assembly/database_copy.h"
 #include "assembly/processor_set.h"
 #include "platform/text/text.h"
 
@@ -98,7 +99,7 @@ bool EpsgCodeOf(std::string_view object, int* code) {
 }
 
 bool IsContainer(std::string_view path) {
-  return path.ends_with(kContainerSuffix);
+  return QvRefSystem::IsContainerPath(path);
 }
 
 OpenedDatabase::OpenedDatabase(const std::string& path, TerminalInterface& ui)

@@ -31,7 +31,15 @@ struct HeightRequest {
 struct Request {
   /// Path of a folder or a container.
   std::string database;
-  /// The object type; null for a command without one.
+  /// Where another database or a backup lies, or is made.
+  std::string otherDatabase;
+  /// How many seconds another program that writes to a database is waited for.
+  double wait = 30;
+  /// What stands in the way of a backup is replaced.
+  bool force = false;
+  /// A new database gets no systems.
+  bool empty = false;
+  /// The object type; null for a command without one, and for files of mixed types.
   const QvRefSystem::ObjectDescriptor* type = nullptr;
   /// A key, epsg:CODE or name:TEXT, as it was typed.
   std::string object;
@@ -43,14 +51,20 @@ struct Request {
   bool all = false;
   /// Questions are answered Yes beforehand.
   bool yes = false;
+  /// An object that nobody asks for goes although it is used.
+  bool force = false;
   /// The form of files; without it text is written, and the content tells what is read.
   std::optional<QvRefSystem::ObjectFileForm> form;
   /// Of a geodetic system; without it two, or what the EPSG code that names it means.
   std::optional<QvRefSystem::Dimension> dimension;
   /// Path of the file or the folder to write to; empty: standard output.
   std::string output;
-  /// Paths of the files to read; "-" is standard input.
+  /// A file that is there is never replaced.
+  bool noClobber = false;
+  /// Paths of the files to read, and of folders with such; "-" is standard input.
   std::vector<std::string> files;
+  /// Files are taken one by one, so that one that is refused keeps no other out.
+  bool each = false;
   /// What a command about heights has besides.
   HeightRequest heights;
   /// The system of the points that come in.

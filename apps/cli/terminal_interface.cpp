@@ -97,9 +97,14 @@ QvPlatform::UsedByAnswer TerminalInterface::ShowUsedBy(QvPlatform::TComponent* /
                                                        bool /*viewAllowed*/) {
   hasReported_ = true;
   terminal_.err << "refframe: " << QvPlatform::SystemText(QvPlatform::TextId::kUsedBy) << "\n";
-  for (const QvPlatform::UsedByRow& row : rows) {
+  constexpr std::size_t kMost = 20;
+  for (const QvPlatform::UsedByRow& row : rows.first(std::min(rows.size(), kMost))) {
     terminal_.err << "  " << TypeArgument(row.typeName) << " " << std::to_string(row.key) << " \""
                   << row.name << "\"\n";
+  }
+  if (rows.size() > kMost) {
+    terminal_.err << "  and " << std::to_string(rows.size() - kMost)
+                  << " more (refframe used-by lists them)\n";
   }
   return QvPlatform::UsedByAnswer::kClosed;
 }
@@ -107,6 +112,10 @@ QvPlatform::UsedByAnswer TerminalInterface::ShowUsedBy(QvPlatform::TComponent* /
 std::unique_ptr<QvPlatform::TProgress> TerminalInterface::StartProgress(int /*options*/,
                                                                         const std::string& title,
                                                                         int count) {
+  // What changes a database that was only to be read is told to everyone.
+  if (title == QvPlatform::SystemText(QvPlatform::TextId::kConversion)) {
+    terminal_.err << "refframe: " << title << "\n";
+  }
   if (!terminal_.interactive) return std::make_unique<SilentProgress>();
   return std::make_unique<TerminalProgress>(terminal_.err, title, count);
 }

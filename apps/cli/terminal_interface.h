@@ -27,6 +27,8 @@ class TerminalInterface final : public QvPlatform::TUserInterface {
                                                                      int count) override;
   /// Whether the user was told of a failure, so that the caller need not tell it again.
   [[nodiscard]] bool HasReported() const { return hasReported_; }
+  /// From here on only what is told anew counts as reported.
+  void ForgetReported() { hasReported_ = false; }
 
  private:
   [[nodiscard]] bool Confirm(const std::string& question);

@@ -49,6 +49,8 @@ class CheckedTable {
   [[nodiscard]] const TableSpec& Spec() const { return *spec_; }
   /// Whether its records have a key and a name: all tables but those of the services have.
   [[nodiscard]] bool HasKeys() const { return !spec_->keyField.empty(); }
+  /// The open table itself, for its fields and look-ups.
+  [[nodiscard]] QvPlatform::TQvDataSet& DataSet() const { return *dataSet_; }
   /// The place of a field in the open table.
   [[nodiscard]] int Column(std::string_view field) const { return columns_.at(field); }
 

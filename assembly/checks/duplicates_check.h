@@ -4,7 +4,8 @@
 
 namespace QvRefSystem {
 
-/// Finds records that are equal by the rules by which a tree finds them.
+/// Finds records that say the same as another one, or will once others are merged. Notes those that
+/// are equal only by the rules by which a tree finds them.
 void CheckDuplicates(const CheckedDatabase& database, Findings& findings);
 
 }  // namespace QvRefSystem

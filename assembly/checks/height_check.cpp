@@ -1,6 +1,5 @@
 #include "assembly/checks/height_check.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -10,6 +9,7 @@
 #include "platform/data/height_kind.h"
 #include "platform/data/height_table_writer.h"
 #include "platform/storage/crc32.h"
+#include "platform/text/ascii.h"
 #include "platform/text/text.h"
 
 namespace QvRefSystem {
@@ -25,11 +25,8 @@ bool HasChecksum(const std::string& text, std::uint32_t checksum) {
 }
 
 // A container tells no ASCII letter from its capital.
-std::string Comparable(std::string name, bool inContainer) {
-  if (!inContainer) return name;
-  std::ranges::transform(name, name.begin(),
-                         [](char c) { return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c; });
-  return name;
+std::string Comparable(const std::string& name, bool inContainer) {
+  return inContainer ? QvPlatform::LowerAscii(name) : name;
 }
 
 class HeightCheck {
@@ -97,7 +94,8 @@ class HeightCheck {
       for (const std::string& name :
            ListStorageFiles(data_.GetHeightsPrefix(), data_.ResourceForm)) {
         if (files_.contains(Comparable(name, data_.ResourceForm))) continue;
-        findings_.Add(heights_, "the height file \"" + name + "\" is that of no record");
+        findings_.Note(heights_, "the height file \"" + name + "\" is that of no record",
+                       FileSetAside{name});
       }
     } catch (const QvPlatform::StorageError& error) {
       findings_.Add(heights_, error.what());

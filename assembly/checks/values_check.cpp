@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <iterator>
-#include <set>
+#include <map>
 #include <tuple>
+#include <utility>
 
+#include "platform/geocore/epsg_twins.h"
 #include "platform/text/text.h"
 #include "processors/object_descriptor.h"
 
@@ -54,13 +56,92 @@ struct ValueRow {
   }
 };
 
-void CheckParameter(const CheckedDatabase& database, const ValueRow& it, Findings& findings) {
-  if (it.content != kProjectionParameterOwner || !database.Has(TableId::kMapProj, it.owner)) {
+RemovedValue Removal(const ValueRow& it) {
+  return {it.content, it.owner, it.tag, it.group, it.code, it.value};
+}
+
+// What the rows of owners that are there hold together.
+class RepeatedValues {
+ public:
+  explicit RepeatedValues(const CheckedDatabase& database) {
+    for (const ObjectDescriptor& descriptor : ObjectDescriptors()) {
+      // The types share what the exchange format does not tell apart.
+      if (TableOf(descriptor.table).keyField != "AUTOKEY") continue;
+      for (const CheckedRow row : database.Of(descriptor.table))
+        names_[{static_cast<int>(descriptor.type), row.Key()}] = &row.Text("NAME");
+    }
+  }
+
+  void Check(const ValueRow& it, Findings& findings) {
+    const auto [first, isNew] =
+        values_.emplace(std::tuple(it.content, it.owner, it.tag, it.group, it.code), it.value);
+    if (isNew) return CheckClaim(it, findings);
+    if (first->second == it.value) {
+      return findings.Add(it.row, it.Which() + " stands twice", Removal(it));
+    }
+    // The first row answers for the owner, whichever of the two is right.
+    if (it.tag == static_cast<int>(ParamTag::kProjectionParameter) || IsTwin(it, first->second)) {
+      return;
+    }
+    findings.Add(it.row, it.Which() + " holds \"" + it.value + "\" beside \"" + first->second +
+                             "\", and an owner has one code");
+  }
+
+ private:
+  // A system with and without heights is one record with both codes of the registry.
+  static bool IsTwin(const ValueRow& it, const std::string& first) {
+    int code = 0;
+    int other = 0;
+    return it.content == static_cast<int>(TObjectType::kReferenceSystem) &&
+           it.tag == static_cast<int>(ParamTag::kGeoTiff) &&
+           QvPlatform::TextToInteger(it.value, &code) && QvPlatform::TextToInteger(first, &other) &&
+           AreEpsgTwins(code, other);
+  }
+
+  // Objects of one name share a code: a system may be there with heights and without.
+  void CheckClaim(const ValueRow& it, Findings& findings) {
+    int code = 0;
+    const auto name = names_.find({it.content, it.owner});
+    const bool isClaim = it.tag == static_cast<int>(ParamTag::kGeoTiff) && name != names_.end() &&
+                         QvPlatform::TextToInteger(it.value, &code) && code > 0 &&
+                         code != kUserDefined;
+    if (!isClaim) return;
+    const std::string& first =
+        *claims_.emplace(std::pair(it.content, code), name->second).first->second;
+    if (QvPlatform::FoldName(first) == QvPlatform::FoldName(*name->second)) return;
+    findings.Note(it.row, it.Which() + " claims the code " + it.value + ", which is that of \"" +
+                              first + "\"");
+  }
+
+  // What the exchange format writes for an object that its registry does not know.
+  static constexpr int kUserDefined = 32767;
+
+  /// The names of the objects that may claim a code, by type and key.
+  std::map<std::pair<int, int>, const std::string*> names_;
+  /// The first value of each owner, tag, group and code.
+  std::map<std::tuple<int, int, int, int, int>, std::string> values_;
+  /// The name of the first owner of each code, by type of the owner.
+  std::map<std::pair<int, int>, const std::string*> claims_;
+};
+
+// An ordinary deletion leaves the rows of codes, and where a projection goes with its system also
+// those of parameters.
+void NoteLeft(const ValueRow& it, Findings& findings) {
+  findings.Note(it.row, it.Which() + " was left by a record that is gone", Removal(it));
+}
+
+void CheckParameter(const CheckedDatabase& database, const ValueRow& it, RepeatedValues& repeated,
+                    Findings& findings) {
+  if (it.content != kProjectionParameterOwner) {
     findings.Add(it.row, it.Which() + " belongs to no map projection");
+  } else if (!database.Has(TableId::kMapProj, it.owner)) {
+    return NoteLeft(it, findings);
   }
   double number = 0;
-  if (QvPlatform::TextToDouble(it.value, &number)) return;
-  findings.Add(it.row, it.Which() + " holds \"" + it.value + "\", which is no number");
+  if (!QvPlatform::TextToDouble(it.value, &number)) {
+    findings.Add(it.row, it.Which() + " holds \"" + it.value + "\", which is no number");
+  }
+  repeated.Check(it, findings);
 }
 
 bool IsCode(const std::string& value, const CodeForm& form) {
@@ -76,31 +157,29 @@ bool HasOwner(const CheckedDatabase& database, const ValueRow& it, const CodeFor
   return ofGeodetic || database.Has(DescriptorOf(form.owner).table, it.owner);
 }
 
-void CheckCode(const CheckedDatabase& database, const ValueRow& it, Findings& findings) {
+void CheckCode(const CheckedDatabase& database, const ValueRow& it, RepeatedValues& repeated,
+               Findings& findings) {
   const auto* const form = std::ranges::find_if(kCodeForms, [&](const CodeForm& known) {
     return static_cast<int>(known.tag) == it.tag && static_cast<int>(known.owner) == it.content;
   });
   if (form == std::end(kCodeForms)) {
     return findings.Add(it.row, it.Which() + " is of no known form");
   }
+  if (!HasOwner(database, it, *form)) return NoteLeft(it, findings);
   if (!IsCode(it.value, *form)) {
     findings.Add(it.row, it.Which() + " holds \"" + it.value + "\", which is no code");
   }
-  if (HasOwner(database, it, *form)) return;
-  findings.Add(it.row, it.Which() + " was left by a record that is gone");
+  repeated.Check(it, findings);
 }
 
 }  // namespace
 
 void CheckValues(const CheckedDatabase& database, Findings& findings) {
-  std::set<std::tuple<int, int, int, int, int, std::string>> seen;
+  RepeatedValues repeated(database);
   for (const CheckedRow row : database.Of(TableId::kParamValue)) {
     const ValueRow it{row};
-    if (!seen.emplace(it.content, it.owner, it.tag, it.group, it.code, it.value).second) {
-      findings.Add(row, it.Which() + " stands twice");
-    }
     const bool isParameter = it.tag == static_cast<int>(ParamTag::kProjectionParameter);
-    (isParameter ? CheckParameter : CheckCode)(database, it, findings);
+    (isParameter ? CheckParameter : CheckCode)(database, it, repeated, findings);
   }
 }
 

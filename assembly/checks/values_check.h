@@ -4,8 +4,10 @@
 
 namespace QvRefSystem {
 
-/// Finds rows of the table of parameter values that stand twice: parameters of no projection or
-/// with no number, and codes of no known form, without a code, or of a record that is gone.
+/// Finds rows of the table of parameter values that stand twice, a second code of one owner,
+/// parameters of no projection or with no number, and codes of no known form or without a code.
+/// Notes rows that were left by a record that is gone, and codes that two objects of one type
+/// claim.
 void CheckValues(const CheckedDatabase& database, Findings& findings);
 
 }  // namespace QvRefSystem

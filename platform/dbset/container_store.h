@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -16,33 +15,19 @@ class ContainerStore final : public SqliteStore {
   explicit ContainerStore(const std::string& name);
   ~ContainerStore() override;
 
-  std::string MirroredState() override;
-  bool TakeOver(const std::string& state, const TQvDbHeader& header) override;
-  void Insert(Row* row) override;
-  bool Update(std::int64_t id, Row* row) override;
-  bool Delete(std::int64_t id, std::int64_t version) override;
-  void OnCommitted() override {}
-  void OnRolledBack() noexcept override;
-
   /// The container, whose connection all of its tables share.
   [[nodiscard]] const std::shared_ptr<Container>& Owner() const { return container_; }
 
  protected:
   TableLink& Link() override { return link_; }
+  Session& Own() override { return container_->Transactions(); }
+  std::string Path() const override { return path_; }
   void CheckSound() override;
-  void NoteLoaded() override;
 
  private:
-  [[nodiscard]] std::int64_t DataVersion();
-  [[nodiscard]] std::string StateNow();
-  void NoteChange();
-
+  std::string path_;
   std::shared_ptr<Container> container_;
   TableLink link_;
-  /// The rows in memory are those of the container at this version by others and at this count of
-  /// changes by this process.
-  std::int64_t version_ = -1;
-  std::uint64_t changes_ = 0;
 };
 
 }  // namespace QvPlatform::detail

@@ -112,6 +112,38 @@ const TQvDbHeader& TQvDataSet::Header() const {
   return impl_->Header();
 }
 
+bool TQvDataSet::HasMoved() const {
+  return impl_->HasMoved();
+}
+
+bool TQvDataSet::Refresh() {
+  return impl_->Refresh();
+}
+
+int TQvDataSet::LastKey() const {
+  return static_cast<int>(impl_->OpenedStore().LastKey());
+}
+
+void TQvDataSet::RaiseLastKey(int key) {
+  impl_->RaiseLastKey(key);
+}
+
+std::optional<std::string> TQvDataSet::Note(int key, std::string_view kind) const {
+  return impl_->OpenedStore().Note(key, kind);
+}
+
+void TQvDataSet::SetNote(int key, std::string_view kind, std::string_view value) {
+  impl_->SetNote(key, kind, value);
+}
+
+std::vector<std::string> TQvDataSet::FindDamage() const {
+  return impl_->OpenedStore().FindDamage();
+}
+
+GroupMark TQvDataSet::LastGroup() const {
+  return impl_->OpenedStore().LastGroup();
+}
+
 RowView TQvDataSet::CurrentRow() const {
   return impl_->CurrentRow();
 }

@@ -2,7 +2,9 @@
 
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -11,6 +13,7 @@
 #include "platform/dbset/data_set_state.h"
 #include "platform/dbset/db_header.h"
 #include "platform/dbset/field.h"
+#include "platform/dbset/group_mark.h"
 #include "platform/dbset/row_match.h"
 #include "platform/dbset/row_view.h"
 
@@ -46,6 +49,15 @@ class TQvDataSet {
   /// Drops a pending change and gives the store up; the rows are left to the buffer. Does nothing
   /// for a closed data set.
   void Close();
+  /// Whether somebody else has changed the table since its rows were read; true also for a table
+  /// that was replaced or cannot be read. False for a closed data set. Costs the reading of a
+  /// counter.
+  [[nodiscard]] bool HasMoved() const;
+  /// Brings the rows up to date, if the table has moved on. The cursor stays on its record (or on
+  /// its place, if that is gone), and so do order, filter and a pending change; views of rows that
+  /// somebody else has changed are no longer valid. Whether anything was read. Throws StorageError,
+  /// with the rows as they were. Does nothing for a closed data set.
+  bool Refresh();
   /// Whether the data set is open.
   [[nodiscard]] bool GetActive() const;
   /// What the data set is doing.
@@ -108,6 +120,23 @@ class TQvDataSet {
   /// The declaration of the table that was opened last.
   [[nodiscard]] const TQvDbHeader& Header() const;
 
+  /// The last key that the table has given away, also to a record that is gone; 0 for none. This
+  /// and the five below throw DataSetError for a closed data set, and StorageError.
+  [[nodiscard]] int LastKey() const;
+  /// Gives new records keys behind this one.
+  void RaiseLastKey(int key);
+  /// What is noted, beside its fields, of the record of that key under a word; nothing if nothing
+  /// is.
+  [[nodiscard]] std::optional<std::string> Note(int key, std::string_view kind) const;
+  /// Notes something of the record of that key under a word, in the place of what was noted there.
+  /// It lies beside the record in the store, is durable as a Post is, and goes with the record.
+  void SetNote(int key, std::string_view kind, std::string_view value);
+  /// What is wrong with the file that holds the table, found by reading all of it; nothing if it is
+  /// sound.
+  [[nodiscard]] std::vector<std::string> FindDamage() const;
+  /// The last group of changes over several files that wrote to this one.
+  [[nodiscard]] GroupMark LastGroup() const;
+
   /// The current row (or the pending one in edit and append state); empty in an empty table.
   [[nodiscard]] RowView CurrentRow() const;
   /// The row at this place, from 0; empty where there is none.
@@ -126,6 +155,7 @@ class TQvDataSet {
 
  private:
   friend class TQvWriteGroup;
+  friend class TQvReadGroup;
   friend class TDataSource;
   [[nodiscard]] detail::Notices& Notices() const;
 

@@ -5,6 +5,7 @@
 
 #include "platform/dbset/data_set_error.h"
 #include "platform/dbset/open_table_store.h"
+#include "platform/storage/stream.h"
 #include "platform/text/ascii.h"
 #include "platform/text/locale.h"
 
@@ -43,12 +44,22 @@ void DataSetImpl::LetGo() noexcept {
   rows_.reset();
 }
 
+std::shared_ptr<detail::TableStore> DataSetImpl::OpenStore() {
+  auto store = detail::OpenTableStore(buffer_.GetDataBufferType(), storeName_);
+  store->SetUndoHandler([this] { ReloadAfterUndo(); });
+  return store;
+}
+
 void DataSetImpl::LoadRows() {
-  detail::LoadedTable table = store_->Load();
-  rows_ = std::make_unique<RowSet>(std::move(table.header), WantedArrangement());
+  TakeRows(store_->Load());
+}
+
+void DataSetImpl::TakeRows(detail::LoadedTable table) {
+  auto rows = std::make_unique<RowSet>(std::move(table.header), WantedArrangement());
   for (auto& row : table.rows)
-    rows_->AddLoaded(std::move(row));
-  rows_->Arrange(WantedArrangement());
+    rows->AddLoaded(std::move(row));
+  rows->Arrange(WantedArrangement());
+  rows_ = std::move(rows);
 }
 
 void DataSetImpl::TakeOverOrLoad() {
@@ -57,8 +68,7 @@ void DataSetImpl::TakeOverOrLoad() {
   if (store_ == nullptr || storeName_ != buffer_.StreamName) {
     LetGo();
     storeName_ = buffer_.StreamName;
-    store_ = detail::OpenTableStore(buffer_.GetDataBufferType(), storeName_);
-    store_->SetUndoHandler([this] { ReloadAfterUndo(); });
+    store_ = OpenStore();
     const bool known = cached != nullptr && cached->name == storeName_ &&
                        cached->type == buffer_.GetDataBufferType();
     if (known && store_->TakeOver(cached->state, cached->rows->Header())) {
@@ -125,13 +135,10 @@ void DataSetImpl::ReloadAfterUndo() noexcept {
       return;
     }
     const int position = position_;
-    const std::int64_t id = position_ >= 0 ? rows_->At(position_)->id : 0;
+    const std::int64_t id = CurrentId();
     state_ = DataSetState::kBrowse;
     LoadRows();
-    const Row* row = rows_->FindById(id);
-    const int place = row != nullptr ? rows_->PositionOf(row) : -1;
-    Place(place >= 0 ? place : position);
-    notices_.TellReset();
+    Settle(id, position);
   } catch (...) {
     // A table that cannot be read again must not show what was undone.
     state_ = DataSetState::kInactive;
@@ -139,6 +146,96 @@ void DataSetImpl::ReloadAfterUndo() noexcept {
     bof_ = eof_ = true;
     rows_.reset();
   }
+}
+
+// --- other programs ---------------------------------------------------------------------------
+
+std::int64_t DataSetImpl::CurrentId() const {
+  return position_ >= 0 ? rows_->At(position_)->id : 0;
+}
+
+void DataSetImpl::Settle(std::int64_t id, int position) {
+  const Row* row = rows_->FindById(id);
+  const int place = row != nullptr ? rows_->PositionOf(row) : -1;
+  Place(place >= 0 ? place : position);
+  notices_.TellReset();
+}
+
+bool DataSetImpl::HasMoved() {
+  if (!Active()) return false;
+  try {
+    return store_->IsReplaced() || store_->HasMoved();
+  } catch (const StorageError&) {
+    return true;
+  }
+}
+
+void DataSetImpl::ReattachIfReplaced() {
+  if (!Active() || group_ != nullptr || !store_->IsReplaced()) return;
+  const int position = position_;
+  const std::int64_t id = CurrentId();
+  std::shared_ptr<detail::TableStore> store = OpenStore();
+  TakeRows(store->Load());
+  store_->SetUndoHandler(nullptr);
+  store_ = std::move(store);
+  MakeFields();
+  Settle(id, position);
+}
+
+std::vector<detail::RecordMark> DataSetImpl::Marks() const {
+  std::vector<detail::RecordMark> marks;
+  for (const auto& row : rows_->All())
+    marks.push_back({row->id, row->version, row->sum});
+  std::ranges::sort(marks, {}, &detail::RecordMark::id);
+  return marks;
+}
+
+void DataSetImpl::Apply(detail::TableChanges changes) {
+  for (const std::int64_t id : changes.removed)
+    rows_->Remove(rows_->FindById(id));
+  for (auto& written : changes.written) {
+    if (Row* row = rows_->FindById(written->id)) {
+      rows_->Change(row, std::move(*written));
+    } else {
+      rows_->Insert(std::move(written));
+    }
+  }
+}
+
+bool DataSetImpl::Refresh() {
+  if (!Active()) return false;
+  if (group_ == nullptr && store_->IsReplaced()) {
+    ReattachIfReplaced();
+    return true;
+  }
+  if (!store_->HasMoved()) return false;
+  const int position = position_;
+  const std::int64_t id = CurrentId();
+  if (std::optional<detail::TableChanges> changes = store_->LoadChanges(Marks())) {
+    Apply(*std::move(changes));
+  } else {
+    LoadRows();
+    MakeFields();
+  }
+  Settle(id, position);
+  return true;
+}
+
+detail::TableStore& DataSetImpl::OpenedStore() {
+  RequireActive();
+  return *store_;
+}
+
+void DataSetImpl::RaiseLastKey(int key) {
+  RequireActive();
+  BeforeWrite();
+  store_->RaiseLastKey(key);
+}
+
+void DataSetImpl::SetNote(std::int64_t id, std::string_view kind, std::string_view value) {
+  RequireActive();
+  BeforeWrite();
+  store_->SetNote(id, kind, value);
 }
 
 // --- cursor -----------------------------------------------------------------------------------
@@ -273,6 +370,7 @@ void DataSetImpl::Edit() {
   pending_.cells = row->cells;
   pending_.id = row->id;
   pending_.version = row->version;
+  pending_.sum = row->sum;
   state_ = DataSetState::kEdit;
 }
 
@@ -315,11 +413,20 @@ const Row* DataSetImpl::PostInsert() {
   return inserted;
 }
 
+Row* DataSetImpl::ChangedRow() {
+  Row* row = rows_->FindById(pending_.id);
+  if (row != nullptr) return row;
+  state_ = DataSetState::kBrowse;
+  throw StaleRecordError("\"" + storeName_ +
+                         "\": the record to change was deleted by somebody else in the meantime");
+}
+
 const Row* DataSetImpl::PostEdit() {
-  Row* row = rows_->At(position_);
+  Row* row = ChangedRow();
   Row content;
   content.cells = pending_.cells;
   content.version = pending_.version;
+  content.sum = pending_.sum;
   if (!store_->Update(pending_.id, &content)) ShowStaleRow(row, "change");
   state_ = DataSetState::kBrowse;
   const detail::RowMove move = rows_->Change(row, std::move(content));
@@ -354,7 +461,7 @@ void DataSetImpl::Delete() {
   if (position_ < 0) throw DataSetError("an empty table has no record to delete");
   BeforeWrite();
   Row* row = rows_->At(position_);
-  if (!store_->Delete(row->id, row->version)) ShowStaleRow(row, "delete");
+  if (!store_->Delete(*row)) ShowStaleRow(row, "delete");
   detail::RowMove move;
   move.from = rows_->Remove(row);
   Place(position_);

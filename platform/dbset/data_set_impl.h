@@ -34,6 +34,15 @@ class DataSetImpl final : public detail::CurrentRecord, public detail::GroupMemb
   void Open();
   /// Leaves the rows to the buffer, at once or, inside a group of changes, when that is over.
   void Close();
+  /// Whether somebody else has changed the table since its rows were read; true for one that was
+  /// replaced or cannot be read. False for a closed data set.
+  [[nodiscard]] bool HasMoved();
+  /// Brings the rows up to date, if the table has moved on; cursor, order, filter and a pending
+  /// change stay. Whether anything was read. Throws StorageError; the rows are then as they were.
+  bool Refresh() override;
+  /// Opens the store anew, if another file has come into the place of the one that is open, and
+  /// loads it. Throws StorageError; the data set then stays on what it had.
+  void ReattachIfReplaced();
   /// Whether the data set is open.
   [[nodiscard]] bool Active() const { return state_ != DataSetState::kInactive; }
   /// What the data set is doing.
@@ -55,6 +64,12 @@ class DataSetImpl final : public detail::CurrentRecord, public detail::GroupMemb
   [[nodiscard]] bool Eof() const { return eof_; }
   /// Whether the last move ran against the start.
   [[nodiscard]] bool Bof() const { return bof_; }
+  /// Checks that the data set is open, and gives its store. Throws DataSetError.
+  [[nodiscard]] detail::TableStore& OpenedStore();
+  /// Gives new records keys behind this one.
+  void RaiseLastKey(int key);
+  /// Notes something of the record of an identity.
+  void SetNote(std::int64_t id, std::string_view kind, std::string_view value);
   /// Number of rows that show; 0 for a closed data set.
   [[nodiscard]] int Count() const { return Active() ? rows_->Count() : 0; }
   /// Place of the cursor, from 0; -1 in an empty or closed table.
@@ -111,7 +126,14 @@ class DataSetImpl final : public detail::CurrentRecord, public detail::GroupMemb
   struct CachedTable;
 
   void RequireActive() const;
+  [[nodiscard]] std::shared_ptr<detail::TableStore> OpenStore();
   void LoadRows();
+  void TakeRows(detail::LoadedTable table);
+  [[nodiscard]] std::vector<detail::RecordMark> Marks() const;
+  void Apply(detail::TableChanges changes);
+  [[nodiscard]] std::int64_t CurrentId() const;
+  /// Puts the cursor on the row of that identity, or else on that place, and tells the observers.
+  void Settle(std::int64_t id, int position);
   void TakeOverOrLoad();
   /// Leaves the rows to the buffer, if they are what the store holds, and closes the store.
   void Park();
@@ -132,6 +154,8 @@ class DataSetImpl final : public detail::CurrentRecord, public detail::GroupMemb
   void FillMandatory();
   const detail::Row* PostInsert();
   const detail::Row* PostEdit();
+  /// The row under change in memory. Throws StaleRecordError where it has gone since.
+  [[nodiscard]] detail::Row* ChangedRow();
   [[noreturn]] void ShowStaleRow(detail::Row* row, const char* what);
 
   TQvDataBuffer& buffer_;

@@ -1,9 +1,11 @@
 #include "platform/dbset/file_group.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <stdexcept>
 
 #include "platform/storage/table_format.h"
+#include "platform/storage/table_state.h"
 
 namespace QvPlatform::detail {
 
@@ -43,6 +45,23 @@ bool FileGroup::IsFor(const std::vector<std::string>& paths) const {
 
 TableLink* FileGroup::LinkTo(const std::string& path) {
   return links_.at(path).get();
+}
+
+void FileGroup::NoteCommit(const std::vector<std::string>& changed) {
+  Connection& db = session_->Db();
+  std::int64_t last = 0;
+  for (const auto& [path, link] : links_) {
+    if (!HasSums(db, link->Schema())) continue;
+    last = std::max(
+        last, db.QueryInteger("SELECT max(seq) FROM " + QuoteName(link->Schema()) + ".qv_state"));
+  }
+  std::string names;
+  for (const std::string& path : changed)
+    names += std::filesystem::path(path).filename().string() + '/';
+  for (const std::string& path : changed) {
+    db.Execute("UPDATE " + QuoteName(links_.at(path)->Schema()) +
+               ".qv_state SET seq = " + std::to_string(last + 1) + ", names = " + QuoteText(names));
+  }
 }
 
 void FileGroup::Close() {

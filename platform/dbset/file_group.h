@@ -23,6 +23,9 @@ class FileGroup {
   [[nodiscard]] Session& Transactions() { return *session_; }
   /// The table in the file of this path, which has to be one of the group's; valid until Close.
   [[nodiscard]] TableLink* LinkTo(const std::string& path);
+  /// Writes into the files of these paths, which the open transaction has changed, that they belong
+  /// together. Throws StorageError.
+  void NoteCommit(const std::vector<std::string>& changed);
   /// Gives up the connection, since one of the files is being closed.
   void Close();
 

@@ -1,7 +1,5 @@
 #include "platform/dbset/file_store.h"
 
-#include <sys/stat.h>
-
 #include <filesystem>
 
 #include "platform/dbset/field_descriptions.h"
@@ -14,8 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Place of the change counter in the header of an SQLite file.
-constexpr std::size_t kChangeCounterAt = 24;
 constexpr const char* kKind = "table file";
 
 Connection OpenTableFile(const std::string& path) {
@@ -53,65 +49,9 @@ void FileStore::SetGroup(std::shared_ptr<FileGroup> group) {
 }
 
 void FileStore::CheckSound() {
-  // Behind the writer's lock of a group there is nobody who could have changed the layout.
-  if (groupLink_ != nullptr) return;
-  CheckFile(own_.Db(), kKind);
-  SetHeader(HeaderOf(ReadFields(own_.Db(), kRecordTable)));
-}
-
-std::uint32_t FileStore::ChangeCounter() {
-  const std::string header = own_.Db().ReadFileHeader("main");
-  if (header.size() < kFileHeaderSize) return 0;
-  std::uint32_t counter = 0;
-  for (std::size_t i = 0; i < 4; ++i) {
-    counter = (counter << 8) | static_cast<unsigned char>(header[kChangeCounterAt + i]);
-  }
-  return counter;
-}
-
-void FileStore::NoteLoaded() {
-  // What was read inside a group's transaction may still be undone.
-  mirrors_ = !Link().Transactions().Active();
-  if (mirrors_) counter_ = ChangeCounter();
-}
-
-void FileStore::OnCommitted() {
-  ++counter_;
-}
-
-void FileStore::OnRolledBack() noexcept {
-  mirrors_ = false;
-  TellUndone();
-}
-
-std::string FileStore::StateNow() {
-  struct stat status {};
-  if (stat(path_.c_str(), &status) != 0) return {};
-  return path_ + ':' + std::to_string(status.st_dev) + ':' + std::to_string(status.st_ino) + ':' +
-         std::to_string(status.st_size) + ':' + std::to_string(status.st_mtim.tv_sec) + '.' +
-         std::to_string(status.st_mtim.tv_nsec) + ':' + std::to_string(ChangeCounter());
-}
-
-std::string FileStore::MirroredState() {
-  if (!mirrors_ || Link().Transactions().Active()) return {};
-  try {
-    const ReadScope scope(own_);
-    // The first read takes the lock, and with it waits for a writer's end.
-    static_cast<void>(own_.Db().QueryInteger("SELECT count(*) FROM sqlite_master"));
-    return ChangeCounter() == counter_ ? StateNow() : std::string();
-  } catch (const StorageError&) {
-    return {};
-  }
-}
-
-bool FileStore::TakeOver(const std::string& state, const TQvDbHeader& header) {
-  const ReadScope scope(own_);
-  static_cast<void>(own_.Db().QueryInteger("SELECT count(*) FROM sqlite_master"));
-  if (state.empty() || StateNow() != state) return false;
-  SetHeader(header);
-  mirrors_ = true;
-  counter_ = ChangeCounter();
-  return true;
+  // Behind the writer's lock of a group there is nobody who could change the layout.
+  if (groupLink_ == nullptr) CheckFile(own_.Db(), kKind);
+  SetHeader(HeaderOf(ReadFields(Link().Transactions().Db(), kRecordTable, Link().Schema())));
 }
 
 }  // namespace QvPlatform::detail

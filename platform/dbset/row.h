@@ -19,6 +19,9 @@ inline const Cell kNoContent;
 /// What is read as text where there is none.
 inline const std::string kNoText;
 
+/// What stands for the checksum of a record that has none.
+inline constexpr std::int64_t kNoSum = -1;
+
 /// One record in memory. Its address stays the same as long as the record exists.
 struct Row {
   /// The contents of the fields, in their order.
@@ -28,6 +31,8 @@ struct Row {
   /// How often the record has been changed in the store, from 1; a change of another version is
   /// refused.
   std::int64_t version = 0;
+  /// Checksum of the record in the store; kNoSum where it is not known.
+  std::int64_t sum = kNoSum;
   /// The collation bytes that the row is sorted by in an order of texts.
   std::string sortText;
   /// The value that the row is sorted by in an order of numbers.

@@ -23,6 +23,7 @@ RowSet::RowSet(TQvDbHeader header, const Arrangement& arrangement)
 
 void RowSet::AddLoaded(std::unique_ptr<Row> row) {
   row->slot = rows_.size();
+  if (!byId_.empty()) byId_[row->id] = row.get();
   rows_.push_back(std::move(row));
 }
 
@@ -74,8 +75,12 @@ int RowSet::PositionOf(const Row* row) const {
 }
 
 Row* RowSet::FindById(std::int64_t id) const {
-  const auto found = std::ranges::find(rows_, id, [](const auto& row) { return row->id; });
-  return found != rows_.end() ? found->get() : nullptr;
+  if (byId_.empty()) {
+    for (const auto& row : rows_)
+      byId_[row->id] = row.get();
+  }
+  const auto found = byId_.find(id);
+  return found != byId_.end() ? found->second : nullptr;
 }
 
 int RowSet::Enter(Row* row) {
@@ -116,8 +121,12 @@ RowMove RowSet::Change(Row* row, Row content) {
       row->folded[slot] = FoldName(CellText(content.At(field)));
   }
   row->cells = std::move(content.cells);
+  if (row->id != content.id) {
+    byId_.clear();
+  }
   row->id = content.id;
   row->version = content.version;
+  row->sum = content.sum;
   if (sortsAnew) SetSortKey(row);
   move.to = Enter(row);
   return move;
@@ -125,6 +134,7 @@ RowMove RowSet::Change(Row* row, Row content) {
 
 int RowSet::Remove(Row* row) {
   const int position = Withdraw(row);
+  byId_.erase(row->id);
   const std::size_t slot = row->slot;
   if (slot + 1 != rows_.size()) {
     std::swap(rows_[slot], rows_.back());

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <span>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/dbset/db_header.h"
@@ -56,6 +57,9 @@ class RowSet {
   /// The row of this identity, whether it shows or not; null if there is none.
   [[nodiscard]] Row* FindById(std::int64_t id) const;
 
+  /// All rows, whether they show or not, in no order.
+  [[nodiscard]] const std::vector<std::unique_ptr<Row>>& All() const { return rows_; }
+
   /// Takes in a new row and gives its place; -1 if it does not show.
   int Insert(std::unique_ptr<Row> row);
   /// Gives a row the content, identity and version of another, and tells how it moved.
@@ -86,6 +90,8 @@ class RowSet {
   Arrangement arrangement_;
   RowOrder order_;
   std::vector<std::unique_ptr<Row>> rows_;
+  /// Made at the first look-up of an identity.
+  mutable std::unordered_map<std::int64_t, Row*> byId_;
   std::vector<Row*> shown_;
   std::vector<int> foldedFields_;
   std::vector<std::unique_ptr<RowIndex>> indexes_;

@@ -16,6 +16,10 @@ const std::string& RowView::GetText(int field) const {
   return detail::CellText(row_ != nullptr ? row_->At(field) : detail::kNoContent);
 }
 
+long long RowView::Version() const {
+  return row_ != nullptr ? row_->version : 0;
+}
+
 std::string RowView::GetString(int field) const {
   return row_ != nullptr ? detail::CellString(row_->At(field)) : std::string();
 }

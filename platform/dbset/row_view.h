@@ -24,6 +24,9 @@ class RowView {
   [[nodiscard]] const std::string& GetText(int field) const;
   /// The content of any field as text, as TField::AsString gives it.
   [[nodiscard]] std::string GetString(int field) const;
+  /// How often the record has been changed in the store, from 1; 0 for an empty view and a record
+  /// that is not stored yet.
+  [[nodiscard]] long long Version() const;
   /// Two views are equal when they see the same row.
   bool operator==(const RowView&) const = default;
 

@@ -14,7 +14,7 @@ namespace QvPlatform::detail {
 namespace {
 
 /// A transaction of one connection, begun at the first write.
-class SessionTransaction : public StoreTransaction {
+class SessionTransaction final : public StoreTransaction {
  public:
   explicit SessionTransaction(Session& session) : session_(session) {}
   ~SessionTransaction() override { Undo(); }
@@ -46,12 +46,11 @@ class SessionTransaction : public StoreTransaction {
   void Commit() override {
     if (std::exchange(begun_, false)) session_.Commit();
   }
-
- private:
-  void Undo() noexcept {
+  void Undo() noexcept override {
     if (std::exchange(begun_, false)) session_.Rollback();
   }
 
+ private:
   Session& session_;
   int levels_ = 0;
   bool begun_ = false;
@@ -75,9 +74,22 @@ class JoinedTransaction final : public StoreTransaction {
   void PushLevel() override { transaction_.PushLevel(); }
   void ReleaseLevel() override { transaction_.ReleaseLevel(); }
   void UndoLevel() noexcept override { transaction_.UndoLevel(); }
-  void Commit() override { transaction_.Commit(); }
+  void Commit() override {
+    if (group_ != nullptr) NoteGroup();
+    transaction_.Commit();
+  }
+  void Undo() noexcept override { transaction_.Undo(); }
 
  private:
+  /// Tells each file that the transaction has changed of the others, so that one that is put back
+  /// alone, or copied without its journal, is noticed.
+  void NoteGroup() {
+    std::vector<std::string> changed;
+    for (const auto& store : stores_) {
+      if (store->TakesPart()) changed.push_back(static_cast<FileStore&>(*store).Path());
+    }
+    if (changed.size() > 1) group_->NoteCommit(changed);
+  }
   void Bind() {
     if (group_ == nullptr) return;
     for (const auto& store : stores_) {
@@ -105,11 +117,6 @@ std::unique_ptr<StoreTransaction> JoinFiles(const std::vector<std::shared_ptr<Ta
     paths.push_back(file->Path());
   std::ranges::sort(paths);
   paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
-  // Data sets on one file do not see each other's rows, yet share the count of its changes.
-  if (paths.size() < files.size()) {
-    for (FileStore* file : files)
-      file->ForgetState();
-  }
   if (stores.size() == 1) {
     return std::make_unique<JoinedTransaction>(stores, files.front()->Own(), nullptr);
   }

@@ -21,8 +21,10 @@ class StoreTransaction {
   virtual void ReleaseLevel() = 0;
   /// Closes the innermost level and undoes its changes.
   virtual void UndoLevel() noexcept = 0;
-  /// All changes are durable when it returns. Throws StorageError after all are undone.
+  /// All changes are durable when it returns. Throws StorageError where that is not sure.
   virtual void Commit() = 0;
+  /// Undoes everything, if the transaction is still open.
+  virtual void Undo() noexcept = 0;
 };
 
 /// Makes a transaction over these stores, which it keeps alive. Throws std::logic_error if they

@@ -26,7 +26,15 @@ class TableLink {
     return QuoteName(schema_) + "." + QuoteName(table_);
   }
 
-  /// Adds a record; empty until it is first prepared, as are the other three.
+  /// Forgets the statements, which are made for tables with checksums or for those without.
+  void MakeAnew(bool forSums) {
+    if (sums_ == forSums) return;
+    sums_ = forSums;
+    for (auto* statement : {&insert, &update, &remove, &read, &nextKey, &count, &changes})
+      statement->reset();
+  }
+
+  /// Adds a record; empty until it is first prepared, as are the others.
   std::optional<Statement> insert;
   /// Changes a record of a known version.
   std::optional<Statement> update;
@@ -34,11 +42,18 @@ class TableLink {
   std::optional<Statement> remove;
   /// Reads one record.
   std::optional<Statement> read;
+  /// Gives the last key of the table.
+  std::optional<Statement> nextKey;
+  /// Counts a change in the state of the table.
+  std::optional<Statement> count;
+  /// Reads how many changes the table has seen.
+  std::optional<Statement> changes;
 
  private:
   Session& session_;
   std::string schema_;
   std::string table_;
+  bool sums_ = false;
 };
 
 }  // namespace QvPlatform::detail

@@ -7,6 +7,7 @@
 #include "platform/dbset/data_set.h"
 #include "platform/dbset/data_set_impl.h"
 #include "platform/dbset/write_group_state.h"
+#include "platform/storage/session.h"
 
 namespace QvPlatform {
 
@@ -14,14 +15,37 @@ using detail::WriteGroupState;
 
 namespace {
 
+/// How often a group is begun anew because files were replaced meanwhile.
+constexpr int kMostBeginnings = 3;
+
 std::shared_ptr<WriteGroupState> StateOf(const std::vector<DataSetImpl*>& members) {
   std::vector<std::shared_ptr<detail::TableStore>> stores;
   stores.reserve(members.size());
-  for (const DataSetImpl* member : members)
+  for (DataSetImpl* member : members) {
+    member->ReattachIfReplaced();
     stores.push_back(member->Store());
+  }
   return std::make_shared<WriteGroupState>(
-      std::vector<detail::GroupMember*>(members.begin(), members.end()),
-      detail::BeginTransaction(stores));
+      std::vector<detail::GroupMember*>(members.begin(), members.end()), std::move(stores));
+}
+
+/// Puts the data sets into a new group that holds the locks.
+std::shared_ptr<WriteGroupState> Begin(const std::vector<DataSetImpl*>& members) {
+  for (int beginning = 1;; ++beginning) {
+    std::shared_ptr<WriteGroupState> state = StateOf(members);
+    for (DataSetImpl* member : members)
+      member->EnterGroup(state);
+    try {
+      state->LockAndRefresh();
+      return state;
+    } catch (const detail::FileReplacedError&) {
+      state->End();
+      if (beginning == kMostBeginnings) throw;
+    } catch (...) {
+      state->End();
+      throw;
+    }
+  }
 }
 
 /// The group that the data sets are in already, null if none of them is in one.
@@ -65,10 +89,8 @@ TQvWriteGroup::TQvWriteGroup(const std::vector<TQvDataSet*>& dataSets)
     impl_->firstFollower = impl_->state->FollowerCount();
     return;
   }
-  impl_->state = StateOf(members);
+  impl_->state = Begin(members);
   impl_->outermost = true;
-  for (DataSetImpl* member : members)
-    member->EnterGroup(impl_->state);
 }
 
 TQvWriteGroup::~TQvWriteGroup() {
@@ -91,14 +113,14 @@ void TQvWriteGroup::Commit() {
   // Committed or undone, the group is over.
   impl_->committed = true;
   try {
-    impl_->state->Transaction().Commit();
+    impl_->state->Commit();
   } catch (...) {
     impl_->state->End();
-    impl_->state->TellUndone(0);
+    impl_->state->TellEnd();
     throw;
   }
   impl_->state->End();
-  impl_->state->TellDone();
+  impl_->state->TellEnd();
 }
 
 void TQvWriteGroup::AtEnd(std::function<void()> done, std::function<void()> undone) {

@@ -6,11 +6,17 @@
 
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <filesystem>
+#include <mutex>
+#include <set>
 #include <utility>
 
-#include "platform/storage/sqlite.h"
+#include "platform/storage/durable.h"
+#include "platform/storage/journal_names.h"
+#include "platform/storage/left_journal.h"
+#include "platform/storage/retried.h"
 #include "platform/storage/stream.h"
 
 namespace QvPlatform::detail {
@@ -19,16 +25,46 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// A dot in front, so that no one takes a file left by a power cut for content.
+constexpr std::string_view kBeginning = ".refframe-";
 constexpr mode_t kUsualMode = 0666;
 constexpr mode_t kModeBits = 07777;
 
-/// A name in the folder of the target that no other writer of this moment uses. It begins with a
-/// dot so that no one takes a file left by a power cut for content.
-std::string AsideName(const std::string& path) {
-  static std::atomic<unsigned> counter = 0;
-  const std::string name =
-      ".refframe-" + std::to_string(getpid()) + "-" + std::to_string(counter++) + ".new";
-  return (fs::path(path).parent_path() / name).string();
+constexpr std::string_view kEnding = ".new";
+
+/// Takes the lock by which others know that the file is being written; it ends with the descriptor.
+/// False if somebody else has it.
+bool LockAside(int descriptor) {
+  struct flock lock {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  return fcntl(descriptor, F_OFD_SETLK, &lock) == 0;
+}
+
+/// Removes a file aside unless somebody still writes it.
+void RemoveDead(const fs::path& path) {
+  const int descriptor =
+      Retried([&path] { return open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK); });
+  if (descriptor < 0) return;
+  struct stat status {};
+  const bool own =
+      fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid();
+  if (own && LockAside(descriptor)) unlink(path.c_str());
+  close(descriptor);
+}
+
+/// Removes what killed writers have left in a folder, once for each folder that this process writes
+/// to.
+void ClearFolder(const std::string& folder) {
+  static std::mutex mutex;
+  static std::set<std::string> cleared;
+  const std::lock_guard lock(mutex);
+  if (!cleared.insert(folder).second) return;
+  std::error_code error;
+  fs::directory_iterator entry(folder, error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    if (IsOfDeadProcess(entry->path().filename().string(), kEnding)) RemoveDead(entry->path());
+  }
 }
 
 /// Where a link leads to: the link stays, its target is replaced.
@@ -41,6 +77,26 @@ std::string FollowLink(const std::string& path) {
 
 }  // namespace
 
+std::string AsideName(std::string_view ending) {
+  static std::atomic<unsigned> counter = 0;
+  std::string name(kBeginning);
+  name += std::to_string(getpid()) + "-" + std::to_string(counter++);
+  return name.append(ending);
+}
+
+bool IsOfDeadProcess(std::string_view name, std::string_view ending) {
+  if (!name.starts_with(kBeginning) || !name.ends_with(ending)) return false;
+  if (name.size() < kBeginning.size() + ending.size()) return false;
+  const std::string middle(
+      name.substr(kBeginning.size(), name.size() - kBeginning.size() - ending.size()));
+  int process = 0;
+  int number = 0;
+  int end = 0;
+  const bool fits = std::sscanf(middle.c_str(), "%9d-%9d%n", &process, &number, &end) == 2 &&
+                    static_cast<std::size_t>(end) == middle.size() && process > 0;
+  return fits && kill(process, 0) != 0 && errno == ESRCH;
+}
+
 AsideFile::AsideFile(const std::string& path) : path_(FollowLink(path)) {
   struct stat old {};
   const bool replaces = stat(path_.c_str(), &old) == 0;
@@ -48,11 +104,20 @@ AsideFile::AsideFile(const std::string& path) : path_(FollowLink(path)) {
     throw StorageError("\"" + path_ + "\" cannot be written: it is no plain file");
   }
   if (replaces && access(path_.c_str(), W_OK) != 0) Fail("cannot be written");
+  ClearFolder(FolderOf(path_));
   do {
-    aside_ = AsideName(path_);
-    descriptor_ = open(aside_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kUsualMode);
+    aside_ = FolderOf(path_) + "/" + AsideName(kEnding);
+    descriptor_ = Retried([this] {
+      constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+      return open(aside_.c_str(), kFlags, kUsualMode);
+    });
   } while (descriptor_ < 0 && errno == EEXIST);
-  if (descriptor_ < 0) Fail("cannot be created");
+  if (descriptor_ < 0) {
+    aside_.clear();
+    Fail("cannot be created");
+  }
+  // Without the lock, on a medium that has none, the process itself still says that it lives.
+  static_cast<void>(LockAside(descriptor_));
   if (replaces && fchmod(descriptor_, old.st_mode & kModeBits) != 0) {
     // The rights of the folder then decide, as for a new file.
     errno = 0;
@@ -60,8 +125,8 @@ AsideFile::AsideFile(const std::string& path) : path_(FollowLink(path)) {
 }
 
 AsideFile::~AsideFile() {
-  Close();
   if (!aside_.empty()) unlink(aside_.c_str());
+  Close();
 }
 
 void AsideFile::Fail(const char* doing) const {
@@ -72,8 +137,7 @@ void AsideFile::Fail(const char* doing) const {
 void AsideFile::Write(const void* data, std::size_t size) {
   const char* next = static_cast<const char*>(data);
   while (size > 0) {
-    const ssize_t written = write(descriptor_, next, size);
-    if (written < 0 && errno == EINTR) continue;
+    const ssize_t written = Retried([&] { return write(descriptor_, next, size); });
     if (written <= 0) Fail("cannot be written");
     next += written;
     size -= static_cast<std::size_t>(written);
@@ -81,36 +145,25 @@ void AsideFile::Write(const void* data, std::size_t size) {
 }
 
 void AsideFile::Sync() {
-  if (fsync(descriptor_) != 0) Fail("cannot be brought to the medium");
-  const int descriptor = std::exchange(descriptor_, -1);
-  if (close(descriptor) != 0) Fail("cannot be brought to the medium");
+  if (Retried([this] { return fsync(descriptor_); }) != 0) Fail("cannot be brought to the medium");
 }
 
-void AsideFile::TakeFreePlace() {
-  if (link(aside_.c_str(), path_.c_str()) == 0) return;
-  // Some media have no links; there a moment stays in which another process may come first.
-  const bool noLinks = errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS;
-  if (!noLinks || access(path_.c_str(), F_OK) == 0) Fail("cannot be created");
-  if (rename(aside_.c_str(), path_.c_str()) != 0) Fail("cannot be created");
+void AsideFile::TakePlace(Place place) {
+  if (place == Place::kReplace) {
+    SettleLeftJournal(path_);
+    const auto replace = [this] { return rename(aside_.c_str(), path_.c_str()); };
+    if (Retried(replace) != 0) Fail("cannot be replaced");
+  } else if (!MoveToFreePlace(aside_, path_)) {
+    Fail("cannot be created");
+  }
+  aside_.clear();
 }
 
 void AsideFile::Publish(Place place) {
   Sync();
-  if (place == Place::kReplace) {
-    SettleLeftJournal(path_);
-    if (rename(aside_.c_str(), path_.c_str()) != 0) Fail("cannot be replaced");
-    aside_.clear();
-  } else {
-    TakeFreePlace();
-  }
-  const fs::path folder = fs::path(path_).parent_path();
-  const int descriptor =
-      open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  // A folder that may be written but not read cannot be flushed by its owner; the file itself is
-  // on the medium by now.
-  if (descriptor < 0) return;
-  fsync(descriptor);
-  close(descriptor);
+  TakePlace(place);
+  Close();
+  if (!SyncFolder(FolderOf(path_))) Fail("cannot be brought to the medium");
 }
 
 void AsideFile::Close() noexcept {

@@ -2,12 +2,19 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace QvPlatform::detail {
 
+/// A name for something that stands aside until it is whole, which no other process of this moment
+/// uses: the number of this one is in it.
+[[nodiscard]] std::string AsideName(std::string_view ending);
+/// Whether a name is one that AsideName gave to a process of this machine that is gone.
+[[nodiscard]] bool IsOfDeadProcess(std::string_view name, std::string_view ending);
+
 /// A file that is written under a name of its own and then takes its place at once, so that a
 /// reader sees the old content or the new, whatever happens on the way. Without Publish it is
-/// dropped.
+/// dropped; what a killed process has left in the folder is removed by the next that writes there.
 class AsideFile {
  public:
   /// What may stand under the path when the file takes its place: anything that is replaced, or
@@ -30,7 +37,7 @@ class AsideFile {
  private:
   [[noreturn]] void Fail(const char* doing) const;
   void Sync();
-  void TakeFreePlace();
+  void TakePlace(Place place);
   void Close() noexcept;
 
   std::string path_;

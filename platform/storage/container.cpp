@@ -1,16 +1,23 @@
 #include "platform/storage/container.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
+#include <map>
 #include <mutex>
 #include <optional>
 
 #include "platform/storage/aside_file.h"
-#include "platform/storage/file_use.h"
+#include "platform/storage/journal_names.h"
 #include "platform/storage/paths.h"
+#include "platform/storage/retried.h"
 #include "platform/storage/table_format.h"
+#include "platform/storage/table_state.h"
+#include "platform/storage/table_upgrade.h"
 #include "platform/text/ascii.h"
 
 namespace QvPlatform::detail {
@@ -26,7 +33,6 @@ constexpr const char* kKind = "container";
 struct OpenContainers {
   std::mutex mutex;
   std::map<std::string, std::weak_ptr<Container>> containers;
-  std::uint64_t openings = 0;
 };
 
 OpenContainers& Registry() {
@@ -45,42 +51,83 @@ std::shared_ptr<Container> FindOpen(const std::string& canonical) {
   return here ? container : nullptr;
 }
 
-bool IsContainerFile(const std::string& path) {
-  std::error_code error;
-  if (!fs::is_regular_file(path, error)) return false;
-  if (FindOpen(CanonicalPath(path)) != nullptr) return true;
-  const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0) return false;
+/// What stands under a path.
+enum class Standing { kNothing, kContainer, kOther };
+
+/// `unread` is why the system cannot tell, which leaves open what is there; else it is unchanged.
+Standing StandingAt(const std::string& path, std::string* unread) {
+  const auto fail = [&](int reason) {
+    *unread = "\"" + path + "\" cannot be read: " + std::strerror(reason);
+    return Standing::kOther;
+  };
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) {
+    const bool isAbsent = errno == ENOENT || errno == ENOTDIR || errno == ENAMETOOLONG;
+    return isAbsent ? Standing::kNothing : fail(errno);
+  }
+  if (!S_ISREG(status.st_mode)) return Standing::kOther;
+  if (FindOpen(CanonicalPath(path)) != nullptr) return Standing::kContainer;
+  const int descriptor =
+      Retried([&path] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
+  if (descriptor < 0) return fail(errno);
   std::string header(kFileHeaderSize, '\0');
-  const ssize_t count = read(descriptor, header.data(), header.size());
-  CloseBesideConnections(descriptor);
-  header.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
-  return ApplicationIdOf(header) == kContainerId;
+  const ssize_t count = Retried([&] { return read(descriptor, header.data(), header.size()); });
+  const int reason = errno;
+  close(descriptor);
+  if (count < 0) return fail(reason);
+  header.resize(static_cast<std::size_t>(count));
+  return ApplicationIdOf(header) == kContainerId ? Standing::kContainer : Standing::kOther;
 }
 
-/// Opens the file for writing, or where its folder takes no log, as what cannot change.
+/// Whether the file says of itself that it has a write-ahead log.
+bool IsLogged(const Connection& connection) {
+  constexpr std::size_t kWriteVersionAt = 18;
+  constexpr std::size_t kReadVersionAt = 19;
+  constexpr char kLogVersion = 2;
+  const std::string header = connection.ReadFileHeader("main");
+  return header.size() > kReadVersionAt &&
+         (header[kWriteVersionAt] == kLogVersion || header[kReadVersionAt] == kLogVersion);
+}
+
+Connection Checked(Connection connection) {
+  CheckFile(connection, kKind);
+  static_cast<void>(connection.QueryInteger("SELECT count(*) FROM qv_blobs"));
+  return connection;
+}
+
+/// Takes the log of an older program into the file and has it do without from now on.
+void GiveUpLog(const std::string& path) {
+  Connection connection = Connection::OpenLogged(path);
+  connection.Execute("PRAGMA synchronous=EXTRA");
+  const std::string mode = connection.QueryText("PRAGMA journal_mode=DELETE");
+  if (mode == "delete") return;
+  throw StorageError("\"" + path + "\": its write-ahead log cannot be taken in");
+}
+
+/// Opens a container that has a log: without it, or on a medium that takes no more, as what cannot
+/// change.
+Connection OpenLoggedContainer(const std::string& path) {
+  if (access(path.c_str(), W_OK) == 0 && access(FolderOf(path).c_str(), W_OK) == 0) {
+    GiveUpLog(path);
+    return Connection::OpenFile(path);
+  }
+  std::error_code error;
+  const std::string log = path + std::string(kLogEnding);
+  if (fs::exists(log, error) && fs::file_size(log, error) != 0) {
+    throw StorageError("\"" + path + "\" cannot be read where it cannot be written: its last " +
+                       "changes lie in \"" + log + "\" and have to be taken in first");
+  }
+  return Connection::OpenImmutable(path);
+}
+
 Connection OpenContainerFile(const std::string& path) {
   std::error_code error;
   if (!fs::exists(path, error)) throw StorageError("\"" + path + "\": there is no such container");
-  try {
-    Connection connection = Connection::OpenFile(path);
-    CheckMark(connection, kContainerId, kKind);
-    if (!connection.IsReadOnly("main")) {
-      connection.Execute("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL");
-    }
-    CheckFile(connection, kKind);
-    static_cast<void>(connection.QueryInteger("SELECT count(*) FROM qv_blobs"));
-    return connection;
-  } catch (const SqliteError&) {
-    if (access(fs::path(path).parent_path().c_str(), W_OK) == 0 ||
-        fs::exists(path + "-wal", error)) {
-      throw;
-    }
-  }
-  Connection connection = Connection::OpenImmutable(path);
+  Connection connection = Connection::OpenFile(path);
   CheckMark(connection, kContainerId, kKind);
-  CheckFile(connection, kKind);
-  return connection;
+  if (IsLogged(connection)) return Checked(OpenLoggedContainer(path));
+  connection.Execute("PRAGMA synchronous=EXTRA");
+  return Checked(std::move(connection));
 }
 
 /// Why a name leads to no container, told of the prefix that looks most like one.
@@ -104,21 +151,24 @@ Container::Place Container::Resolve(const std::string& name) {
   std::optional<Place> found;
   std::optional<Place> fresh;
   std::string foreign;
+  std::string unread;
   for (std::size_t dot = name.find('.', start + 1); dot != std::string::npos;
        dot = name.find('.', dot + 1)) {
     if (dot + 1 == name.size()) break;
     Place place{name.substr(0, dot), name.substr(dot + 1), true};
-    std::error_code error;
     const bool named = LowerAscii(place.path).ends_with(kExtension);
-    if (IsContainerFile(place.path)) {
+    const Standing standing = StandingAt(place.path, &unread);
+    if (standing == Standing::kContainer) {
       found = std::move(place);
-    } else if (fs::exists(place.path, error)) {
+    } else if (standing == Standing::kOther) {
       if (named || foreign.empty()) foreign = place.path;
     } else if (named && !fresh) {
       place.exists = false;
       fresh = std::move(place);
     }
   }
+  // What could not be read may be the container that is meant, and none is made in its place.
+  if (!found && !unread.empty()) throw StorageError(unread);
   if (!found && !fresh) RefuseName(name, foreign);
   return found ? *found : *fresh;
 }
@@ -150,21 +200,8 @@ std::shared_ptr<Container> Container::OpenOrCreate(const std::string& path) {
 }
 
 Container::Container(const std::string& path)
-    : path_(path),
-      session_(
-          std::make_unique<Session>(OpenContainerFile(path), std::vector<std::string>{"main"})),
-      serial_(++Registry().openings) {}
-
-Container::~Container() {
-  const bool replaced = session_->Db().HasMoved("main");
-  session_.reset();
-  if (!replaced) return;
-  // SQLite leaves the log of a file that went away where it is, and would then take it for that of
-  // the file which has come into its place.
-  std::error_code error;
-  fs::remove(path_ + "-wal", error);
-  fs::remove(path_ + "-shm", error);
-}
+    : session_(
+          std::make_unique<Session>(OpenContainerFile(path), std::vector<std::string>{"main"})) {}
 
 bool Container::HasTable(const std::string& resource) {
   return HasRecordTable(session_->Db(), resource);
@@ -178,15 +215,30 @@ bool Container::FindBlob(const std::string& resource, Blob* blob) {
   return true;
 }
 
-std::vector<std::string> Container::BlobNames(const std::string& prefix) {
-  Statement query = session_->Db().Prepare(
-      "SELECT name FROM qv_blobs WHERE lower(substr(name, 1, length(?1))) = lower(?1) "
-      "AND length(name) > length(?1) ORDER BY id");
+namespace {
+
+std::vector<std::string> NamesLike(Connection& connection, const std::string& prefix,
+                                   const std::string& select, const std::string& order) {
+  Statement query = connection.Prepare(select +
+                                       " WHERE lower(substr(name, 1, length(?1))) = lower(?1) "
+                                       "AND length(name) > length(?1)" +
+                                       order);
   query.BindText(1, prefix);
   std::vector<std::string> names;
   while (query.Step())
     names.emplace_back(query.ColumnText(0));
   return names;
+}
+
+}  // namespace
+
+std::vector<std::string> Container::BlobNames(const std::string& prefix) {
+  return NamesLike(session_->Db(), prefix, "SELECT name FROM qv_blobs", " ORDER BY id");
+}
+
+std::vector<std::string> Container::TableNames(const std::string& prefix) {
+  return NamesLike(session_->Db(), prefix,
+                   "SELECT name FROM (SELECT DISTINCT table_name AS name FROM qv_fields)", "");
 }
 
 std::string Container::ReadTable(const std::string& resource) {
@@ -207,10 +259,7 @@ std::string Container::ReadPart(const Blob& blob, std::uint64_t part) {
 }
 
 void Container::Remove(const std::string& resource) {
-  if (HasTable(resource)) {
-    DropRecordTable(session_->Db(), resource);
-    ++ChangesOf(resource);
-  }
+  if (HasTable(resource)) DropRecordTable(session_->Db(), resource);
   Blob blob;
   if (!FindBlob(resource, &blob)) return;
   const std::string id = std::to_string(blob.id);
@@ -236,13 +285,26 @@ void Container::WriteBlob(const std::string& resource, std::string_view bytes) {
   }
 }
 
-void Container::Write(const std::string& resource, std::string_view bytes) {
+void Container::BeginWriting() {
+  session_->BeginFile("main");
+  if (!HasSums(session_->Db(), "main")) AddSums(session_->Db(), "main");
+}
+
+bool Container::Has(const std::string& resource) {
+  Blob blob;
+  return HasTable(resource) || FindBlob(resource, &blob);
+}
+
+void Container::Write(const std::string& resource, std::string_view bytes, Target target) {
   const std::unique_ptr<Connection> image = OpenTableImage(bytes);
   WriteScope scope(*session_, true);
+  if (target == Target::kMustBeFree && Has(resource)) {
+    throw StorageError("\"" + session_->Db().Name() + "." + resource + "\" is there already");
+  }
+  BeginWriting();
   Remove(resource);
   if (image != nullptr) {
     CopyRecordTable(*image, kRecordTable, session_->Db(), resource);
-    ++ChangesOf(resource);
   } else {
     WriteBlob(resource, bytes);
   }
@@ -251,15 +313,11 @@ void Container::Write(const std::string& resource, std::string_view bytes) {
 
 bool Container::Delete(const std::string& resource) {
   WriteScope scope(*session_, true);
-  Blob blob;
-  if (!HasTable(resource) && !FindBlob(resource, &blob)) return false;
+  if (!Has(resource)) return false;
+  BeginWriting();
   Remove(resource);
   scope.Done(nullptr);
   return true;
-}
-
-std::uint64_t& Container::ChangesOf(const std::string& table) {
-  return changes_[LowerAscii(table)];
 }
 
 }  // namespace QvPlatform::detail

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -13,7 +12,9 @@ namespace QvPlatform::detail {
 
 /// One container file, shared by all of its users in this process, so that a group of changes and
 /// a stream never wait for each other. Names of resources are compared without regard to the case
-/// of ASCII letters. The write-ahead log is folded into the file when the last user goes.
+/// of ASCII letters. A
+/// container at rest is one whole file; one that an older program left with a write-ahead log takes
+/// that in when it is opened.
 class Container {
  public:
   /// The two halves of a resource's full name.
@@ -45,7 +46,7 @@ class Container {
 
   /// Opens the file by its canonical path; callers take Open. Throws StorageError.
   explicit Container(const std::string& path);
-  ~Container();
+  ~Container() = default;
   Container(const Container&) = delete;
   Container& operator=(const Container&) = delete;
 
@@ -53,38 +54,38 @@ class Container {
   [[nodiscard]] Session& Transactions() { return *session_; }
   /// Whether a record table stands under the name.
   [[nodiscard]] bool HasTable(const std::string& resource);
+  /// Whether anything stands under the name.
+  [[nodiscard]] bool Has(const std::string& resource);
   /// Whether a blob stands under the name; `blob` is unchanged if not.
   [[nodiscard]] bool FindBlob(const std::string& resource, Blob* blob);
   /// Names of all blobs that begin with the prefix and go on behind it, in the order of their
   /// making.
   [[nodiscard]] std::vector<std::string> BlobNames(const std::string& prefix);
+  /// The same for the names of record tables, in no order.
+  [[nodiscard]] std::vector<std::string> TableNames(const std::string& prefix);
   /// Bytes of a table file with the records of a table, which has to be there.
   [[nodiscard]] std::string ReadTable(const std::string& resource);
   /// One part of a blob, each but the last of kPartSize bytes. Throws StorageError if the blob has
   /// been replaced.
   [[nodiscard]] std::string ReadPart(const Blob& blob, std::uint64_t part);
-  /// Puts bytes in place of whatever stands under the name: as a table if they are a sound table
-  /// file, else as a blob. Throws StorageError; what stood there then stays.
-  void Write(const std::string& resource, std::string_view bytes);
+  /// What may stand under a name that is written.
+  enum class Target { kReplaced, kMustBeFree };
+  /// Puts bytes under the name: as a table if they are a sound table file, else as a blob. Throws
+  /// StorageError, also where something stands there and must not; what stood there then stays.
+  void Write(const std::string& resource, std::string_view bytes,
+             Target target = Target::kReplaced);
   /// Deletes what stands under the name; false if there was nothing. Throws StorageError.
   [[nodiscard]] bool Delete(const std::string& resource);
-
-  /// A count that each change of the table in this process raises, for the caller to do so.
-  std::uint64_t& ChangesOf(const std::string& table);
-  /// Differs between two openings, even of one file.
-  [[nodiscard]] std::uint64_t Serial() const { return serial_; }
 
   /// Size in bytes of the parts in which blobs are kept, so that none is read or written whole.
   static constexpr std::size_t kPartSize = std::size_t{256} << 10;
 
  private:
+  void BeginWriting();
   void Remove(const std::string& resource);
   void WriteBlob(const std::string& resource, std::string_view bytes);
 
-  std::string path_;
   std::unique_ptr<Session> session_;
-  std::map<std::string, std::uint64_t> changes_;
-  std::uint64_t serial_;
 };
 
 /// Whether a name is one that the container needs for itself.

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "platform/storage/aside_file.h"
-#include "platform/storage/file_use.h"
+#include "platform/storage/retried.h"
 
 namespace QvPlatform {
 
@@ -25,10 +25,11 @@ struct TQvFileStream::Impl {
   std::string path;
   int descriptor = -1;
   std::unique_ptr<detail::AsideFile> target;
+  detail::AsideFile::Place place = detail::AsideFile::Place::kReplace;
 
   void OpenForReading();
   void Close() noexcept {
-    if (descriptor >= 0) detail::CloseBesideConnections(std::exchange(descriptor, -1));
+    if (descriptor >= 0) close(std::exchange(descriptor, -1));
     target.reset();
   }
   [[noreturn]] void Fail(const std::string& reason) const {
@@ -38,7 +39,8 @@ struct TQvFileStream::Impl {
 
 void TQvFileStream::Impl::OpenForReading() {
   // Without blocking, for a name may be that of a pipe to which nobody writes.
-  descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  descriptor =
+      detail::Retried([this] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
   if (descriptor < 0) Fail(std::strerror(errno));
   struct stat status {};
   if (fstat(descriptor, &status) != 0) Fail(std::strerror(errno));
@@ -59,7 +61,9 @@ bool TQvFileStream::Open(const std::string& path, QvOpenMode mode) {
   lastError_.clear();
   impl_->path = path;
   try {
-    if (mode == QvOpenMode::kCreate) {
+    if (mode != QvOpenMode::kRead) {
+      impl_->place = mode == QvOpenMode::kCreate ? detail::AsideFile::Place::kReplace
+                                                 : detail::AsideFile::Place::kMustBeFree;
       impl_->target = std::make_unique<detail::AsideFile>(path);
     } else {
       impl_->OpenForReading();
@@ -73,11 +77,10 @@ bool TQvFileStream::Open(const std::string& path, QvOpenMode mode) {
 
 std::size_t TQvFileStream::Read(void* buffer, std::size_t size) {
   if (impl_->descriptor < 0) impl_->Fail("it is not open for reading");
-  for (;;) {
-    const ssize_t count = read(impl_->descriptor, buffer, std::min(size, kReadPiece));
-    if (count >= 0) return static_cast<std::size_t>(count);
-    if (errno != EINTR) impl_->Fail(std::strerror(errno));
-  }
+  const ssize_t count =
+      detail::Retried([&] { return read(impl_->descriptor, buffer, std::min(size, kReadPiece)); });
+  if (count < 0) impl_->Fail(std::strerror(errno));
+  return static_cast<std::size_t>(count);
 }
 
 void TQvFileStream::Write(const void* data, std::size_t size) {
@@ -98,7 +101,7 @@ void TQvFileStream::Commit() {
   if (impl_->target == nullptr) {
     throw StorageError("\"" + impl_->path + "\" is not open for writing");
   }
-  impl_->target->Publish(detail::AsideFile::Place::kReplace);
+  impl_->target->Publish(impl_->place);
   impl_->target.reset();
 }
 

@@ -7,7 +7,7 @@
 
 namespace QvPlatform {
 
-/// A plain file. kCreate writes aside, flushes and renames on Commit.
+/// A plain file. What is created is written aside, flushed, and takes its place on Commit.
 class TQvFileStream final : public TQvStream {
  public:
   /// The stream is closed.

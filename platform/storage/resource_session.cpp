@@ -26,6 +26,7 @@ struct TQvResourceSession::Impl {
   // `bytes` is the part that was read last.
   Container::Blob blob;
   bool isBlob = false;
+  bool mustBeFree = false;
   bool imagePending = false;
   std::uint64_t size = 0;
   std::uint64_t position = 0;
@@ -115,7 +116,8 @@ bool TQvResourceSession::Open(const std::string& name, QvOpenMode mode) {
   impl_->name = name;
   try {
     impl_->place = Container::Resolve(name);
-    if (mode == QvOpenMode::kCreate) {
+    if (mode != QvOpenMode::kRead) {
+      impl_->mustBeFree = mode == QvOpenMode::kCreateNew;
       impl_->OpenForWriting();
     } else {
       impl_->OpenForReading();
@@ -160,7 +162,9 @@ void TQvResourceSession::Commit() {
   Impl& impl = *impl_;
   if (impl.state != Impl::State::kWriting) impl.Fail("is not open for writing");
   if (impl.container == nullptr) impl.container = Container::OpenOrCreate(impl.place.path);
-  impl.container->Write(impl.place.resource, impl.bytes);
+  impl.container->Write(
+      impl.place.resource, impl.bytes,
+      impl.mustBeFree ? Container::Target::kMustBeFree : Container::Target::kReplaced);
   impl.Close();
 }
 
@@ -172,18 +176,36 @@ bool TQvResourceSession::Exists(const std::string& name) {
   try {
     const Container::Place place = Container::Resolve(name);
     if (!place.exists) return false;
-    const std::shared_ptr<Container> container = Container::Open(place.path);
-    Container::Blob blob;
-    return container->HasTable(place.resource) || container->FindBlob(place.resource, &blob);
+    return Container::Open(place.path)->Has(place.resource);
   } catch (const StorageError&) {
     return false;
   }
+}
+
+bool TQvResourceSession::IsAbsent(const std::string& name) {
+  const Container::Place place = Container::Resolve(name);
+  if (!place.exists) {
+    std::error_code error;
+    const auto type = std::filesystem::symlink_status(place.path, error).type();
+    if (type == std::filesystem::file_type::not_found) return true;
+    throw StorageError("\"" + place.path + "\" cannot be looked at: " + error.message());
+  }
+  return !Container::Open(place.path)->Has(place.resource);
 }
 
 std::vector<std::string> TQvResourceSession::NamesBehind(const std::string& prefix) {
   const Container::Place place = Container::Resolve(prefix);
   if (!place.exists) return {};
   std::vector<std::string> names = Container::Open(place.path)->BlobNames(place.resource);
+  for (std::string& name : names)
+    name.erase(0, place.resource.size());
+  return names;
+}
+
+std::vector<std::string> TQvResourceSession::TablesBehind(const std::string& prefix) {
+  const Container::Place place = Container::Resolve(prefix);
+  if (!place.exists) return {};
+  std::vector<std::string> names = Container::Open(place.path)->TableNames(place.resource);
   for (std::string& name : names)
     name.erase(0, place.resource.size());
   return names;

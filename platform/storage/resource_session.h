@@ -27,10 +27,15 @@ class TQvResourceSession final : public TQvStream {
 
   /// Whether the container can be read and has such a resource, a blob or a record table.
   [[nodiscard]] static bool Exists(const std::string& name);
+  /// Whether it is certain that there is no such resource. Throws StorageError if the container
+  /// stands there and cannot be read.
+  [[nodiscard]] static bool IsAbsent(const std::string& name);
   /// What follows the prefix in the names of those resources that begin with it and are no record
   /// tables. The prefix is a container's path, "." and the beginning of the resources' own names.
   /// Throws StorageError if the container cannot be read.
   [[nodiscard]] static std::vector<std::string> NamesBehind(const std::string& prefix);
+  /// The same for those that are record tables.
+  [[nodiscard]] static std::vector<std::string> TablesBehind(const std::string& prefix);
   /// True if the resource was there and is gone.
   [[nodiscard]] static bool Delete(const std::string& name);
 

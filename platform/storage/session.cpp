@@ -15,17 +15,27 @@ Session::~Session() {
 void Session::Begin() {
   for (const std::string& schema : schemas_) {
     if (connection_.HasMoved(schema)) {
-      throw StorageError("\"" + connection_.Name() +
-                         "\": the file was replaced or removed while it was open");
+      throw FileReplacedError("\"" + connection_.Name() +
+                              "\": the file was replaced or removed while it was open");
     }
   }
   connection_.Execute("BEGIN IMMEDIATE");
   active_ = true;
+  doomed_ = false;
   marks_ = 0;
+  begun_.clear();
+}
+
+void Session::BeginFile(const std::string& schema) {
+  if (std::ranges::find(begun_, schema) != begun_.end()) return;
+  const std::string version = "PRAGMA " + QuoteName(schema) + ".user_version";
+  // To write what stands there already is a change of the first page all the same.
+  connection_.Execute(version + " = " + std::to_string(connection_.QueryInteger(version)));
+  begun_.push_back(schema);
 }
 
 void Session::CheckAlive() const {
-  if (active_ && !connection_.InTransaction()) {
+  if (active_ && (doomed_ || !connection_.InTransaction())) {
     throw StorageError("\"" + connection_.Name() +
                        "\": the store has given up the group of changes");
   }

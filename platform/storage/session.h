@@ -17,6 +17,12 @@ class TransactionListener {
   virtual void OnRolledBack() noexcept = 0;
 };
 
+/// Another file, or none, has come into the place of one that is open.
+class FileReplacedError : public StorageError {
+ public:
+  using StorageError::StorageError;
+};
+
 /// A connection and the transaction that may be open on it.
 class Session {
  public:
@@ -31,9 +37,15 @@ class Session {
   /// True between Begin and the end of the transaction, also of one that SQLite has given up.
   [[nodiscard]] bool Active() const { return active_; }
 
-  /// Begins a transaction and takes the locks of a writer at once. Throws StorageError, also where
-  /// a file has been replaced or removed since it was opened.
+  /// Begins a transaction and takes the locks of a writer at once. Throws StorageError, and
+  /// FileReplacedError where a file has been replaced or removed since it was opened.
   void Begin();
+  /// Has to be called ahead of the first change of a file: its head is written into the rollback
+  /// journal first, so that a journal that is left tells to which state of which file it belongs.
+  void BeginFile(const std::string& schema);
+  /// A change is half made and cannot be undone by itself: nothing more is written, and the commit
+  /// is refused.
+  void Doom() { doomed_ = true; }
   /// All is durable when it returns. Throws StorageError after everything has been rolled back.
   void Commit();
   /// Undoes everything and ends the transaction.
@@ -62,8 +74,10 @@ class Session {
   Connection connection_;
   std::vector<std::string> schemas_;
   std::vector<TransactionListener*> listeners_;
+  std::vector<std::string> begun_;
   int marks_ = 0;
   bool active_ = false;
+  bool doomed_ = false;
 };
 
 /// One change that is durable when Done returns, or that belongs to the transaction that was open

@@ -2,27 +2,33 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
-#include <limits>
 #include <new>
+#include <thread>
 
-#include "platform/storage/file_use.h"
+#include "platform/storage/file_fault.h"
+#include "platform/storage/left_journal.h"
+#include "platform/storage/lock_vfs.h"
+#include "platform/storage/waiting.h"
 
 namespace QvPlatform::detail {
 
 namespace {
 
-/// How long to wait for another process to finish its transaction.
-constexpr int kBusyMilliseconds = 5000;
+/// Place of the change counter in the head of an SQLite file, four bytes, the highest first.
+constexpr std::size_t kChangeCounterAt = 24;
+
+/// Pauses between two looks whether a lock is free: short at first, since most writers are done
+/// within a few milliseconds, and never longer than a window may stand still.
+constexpr std::array kPauses = {std::chrono::milliseconds{1}, std::chrono::milliseconds{2},
+                                std::chrono::milliseconds{5}, std::chrono::milliseconds{10},
+                                std::chrono::milliseconds{20}};
 
 /// SQLite's own way to say "copy this before you return" is a pointer of value -1, and "it stays
 /// where it is" is null; the header spells both with C casts.
 constexpr sqlite3_destructor_type kStays = nullptr;
-
-std::string FileName(const std::string& path) {
-  return std::filesystem::path(path).filename().string();
-}
 
 /// SQLite gives a meaning to relative names such as ":memory:" and "file:x", to absolute ones
 /// never.
@@ -30,13 +36,44 @@ std::string AbsolutePath(const std::string& path) {
   return std::filesystem::absolute(path).string();
 }
 
+/// What users call the causes that they can do something about, by the kind of SQLite's code.
+struct Cause {
+  int kind;
+  std::string_view words;
+};
+constexpr std::array kCauses = {
+    Cause{SQLITE_BUSY, "another program is writing to it"},
+    Cause{SQLITE_LOCKED, "another part of this program is writing to it"},
+    Cause{SQLITE_FULL, "the disk is full"},
+    Cause{SQLITE_READONLY, "it cannot be written: the medium, the folder or the file is read-only"},
+    Cause{SQLITE_NOMEM, "there is not enough memory"},
+    Cause{SQLITE_CORRUPT, "it is damaged"},
+    Cause{SQLITE_NOTADB, "it is no database, or is damaged"},
+    Cause{SQLITE_IOERR, "the medium fails"},
+    Cause{SQLITE_CANTOPEN, "it cannot be opened"},
+};
+
+std::string_view CauseOf(int code) {
+  if (code == SQLITE_IOERR_NOMEM) code = SQLITE_NOMEM;
+  if (code == SQLITE_READONLY_ROLLBACK) {
+    return "an interrupted change has to be undone first, and it is read-only";
+  }
+  if (code == SQLITE_READONLY_DBMOVED) return "it was moved or removed while it was open";
+  const auto* cause = std::ranges::find(kCauses, code & 0xFF, &Cause::kind);
+  return cause != kCauses.end() ? cause->words : std::string_view();
+}
+
+/// File, cause in the user's words if there are such, and in brackets what SQLite says.
 std::string Describe(int code, std::string_view doing, const std::string& name,
                      std::string_view reason) {
-  std::string message = "\"" + name + "\": ";
-  message.append(doing);
-  message += ": ";
-  message.append(reason);
-  return message + " (SQLite " + std::to_string(code) + ")";
+  const FileFault fault = TakeFileFault(code);
+  const std::string_view cause = CauseOf(code);
+  std::string message = "\"" + (fault.path.empty() ? name : fault.path) + "\": ";
+  message.append(cause.empty() ? reason : cause);
+  if (!fault.reason.empty() && (code & 0xFF) != SQLITE_BUSY) message += ": " + fault.reason;
+  message.append(" (").append(doing);
+  if (!cause.empty()) message.append(": ").append(reason);
+  return message + ", SQLite " + std::to_string(code) + ")";
 }
 
 /// A path as SQLite's URI: the characters that mean something there are escaped.
@@ -57,8 +94,17 @@ std::string FileUri(const std::string& path) {
 
 }  // namespace
 
+bool SqliteError::IsReadOnly() const {
+  return (code_ & 0xFF) == SQLITE_READONLY;
+}
+
 bool SqliteError::IsTakenKey() const {
   return code_ == SQLITE_CONSTRAINT_PRIMARYKEY || code_ == SQLITE_CONSTRAINT_ROWID;
+}
+
+bool SqliteError::IsLocked() const {
+  const int kind = code_ & 0xFF;
+  return kind == SQLITE_BUSY || kind == SQLITE_LOCKED;
 }
 
 void Connection::Closer::operator()(sqlite3* handle) const {
@@ -68,9 +114,10 @@ void Connection::Closer::operator()(sqlite3* handle) const {
 Connection::Connection(sqlite3* handle, std::string name)
     : handle_(handle), name_(std::move(name)) {}
 
-Connection Connection::Open(const std::string& uri, const std::string& name, int flags) {
+Connection Connection::Open(const std::string& uri, const std::string& name, int flags,
+                            const char* fileSystem) {
   sqlite3* handle = nullptr;
-  const int code = sqlite3_open_v2(uri.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+  const int code = sqlite3_open_v2(uri.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, fileSystem);
   if (handle == nullptr) throw std::bad_alloc();
   Connection connection(handle, name);
   connection.Check(code, "cannot be opened");
@@ -78,30 +125,32 @@ Connection Connection::Open(const std::string& uri, const std::string& name, int
   return connection;
 }
 
-Connection Connection::OpenShared(const std::string& name, int flags) {
+Connection Connection::OpenChecked(const std::string& name, int flags, const char* fileSystem) {
   const std::string path = AbsolutePath(name);
-  std::shared_ptr<void> use = RegisterFileUse(path);
-  Connection connection = Open(path, FileName(path), flags);
-  connection.uses_.push_back(std::move(use));
-  return connection;
+  CheckLeftJournal(path);
+  return Open(path, path, flags, fileSystem);
 }
 
 Connection Connection::OpenFile(const std::string& path) {
-  return OpenShared(path, SQLITE_OPEN_READWRITE);
+  return OpenChecked(path, SQLITE_OPEN_READWRITE, LockVfs());
 }
 
 Connection Connection::OpenReadOnly(const std::string& path) {
-  return OpenShared(path, SQLITE_OPEN_READONLY);
+  return OpenChecked(path, SQLITE_OPEN_READONLY, LockVfs());
+}
+
+Connection Connection::OpenLogged(const std::string& path) {
+  return OpenChecked(path, SQLITE_OPEN_READWRITE, LoggedVfs());
 }
 
 Connection Connection::OpenImmutable(const std::string& name) {
   const std::string path = AbsolutePath(name);
-  return Open(FileUri(path) + "?immutable=1", FileName(path),
-              SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+  return Open(FileUri(path) + "?immutable=1", path, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI,
+              LockVfs());
 }
 
 Connection Connection::OpenMemory() {
-  return Open(":memory:", "memory", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  return Open(":memory:", "memory", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
 }
 
 Connection Connection::OpenImage(std::string_view bytes, const std::string& name) {
@@ -116,10 +165,31 @@ Connection Connection::OpenImage(std::string_view bytes, const std::string& name
   return connection;
 }
 
+void Connection::WaitPolitely() {
+  waitBegin_ = std::make_unique<Clock::time_point>();
+  Check(sqlite3_busy_handler(handle_.get(), &OnLocked, waitBegin_.get()), "cannot be made safe");
+}
+
+int Connection::OnLocked(void* begin, int timesAsked) noexcept {
+  Clock::time_point& waitBegin = *static_cast<Clock::time_point*>(begin);
+  if (timesAsked == 0) waitBegin = Clock::now();
+  try {
+    using std::chrono::milliseconds;
+    const auto waited = std::chrono::duration_cast<milliseconds>(Clock::now() - waitBegin);
+    if (!CurrentWaiter().KeepWaiting(waited)) return 0;
+    const auto pause = std::min(static_cast<std::size_t>(timesAsked), kPauses.size() - 1);
+    std::this_thread::sleep_for(kPauses[pause]);
+    return 1;
+  } catch (...) {
+    // No exception may pass through SQLite.
+    return 0;
+  }
+}
+
 void Connection::Harden() {
   sqlite3* const handle = handle_.get();
   sqlite3_extended_result_codes(handle, 1);
-  sqlite3_busy_timeout(handle, kBusyMilliseconds);
+  WaitPolitely();
   struct Setting {
     int option;
     int value;
@@ -152,7 +222,7 @@ void Connection::Check(int code, std::string_view doing) const {
 
 void Connection::Attach(const std::string& name, const std::string& schema) {
   const std::string path = AbsolutePath(name);
-  uses_.push_back(RegisterFileUse(path));
+  CheckLeftJournal(path);
   Execute("ATTACH " + QuoteText(path) + " AS " + QuoteName(schema));
 }
 
@@ -211,6 +281,16 @@ std::string Connection::ReadFileHeader(const std::string& schema) const {
     Check(code, "cannot be read");
   }
   return bytes;
+}
+
+std::uint32_t Connection::ChangeCounter(const std::string& schema) const {
+  const std::string header = ReadFileHeader(schema);
+  if (header.size() < kFileHeaderSize) return 0;
+  std::uint32_t counter = 0;
+  for (std::size_t i = 0; i < 4; ++i) {
+    counter = (counter << 8) | static_cast<unsigned char>(header[kChangeCounterAt + i]);
+  }
+  return counter;
 }
 
 std::int64_t Connection::FileSize(const std::string& schema) const {
@@ -344,20 +424,6 @@ std::string Quote(std::string_view text, char quote) {
 }
 
 }  // namespace
-
-void SettleLeftJournal(const std::string& path) noexcept {
-  std::error_code error;
-  const std::string journal = path + "-journal";
-  if (!std::filesystem::exists(journal, error)) return;
-  try {
-    Connection connection = Connection::OpenFile(path);
-    // The first read rolls back what the journal holds.
-    static_cast<void>(connection.QueryInteger("SELECT count(*) FROM sqlite_master"));
-  } catch (const std::exception&) {
-    // No table file after all, or one past saving: what stands there is about to be replaced.
-  }
-  std::filesystem::remove(journal, error);
-}
 
 std::string QuoteName(std::string_view name) {
   return Quote(name, '"');

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "platform/storage/stream.h"
 
@@ -15,8 +15,8 @@ struct sqlite3_stmt;
 /// The one room that knows SQLite: thin owners of its handles, and one exception for its codes.
 namespace QvPlatform::detail {
 
-/// What SQLite refused to do. The message names the file, what was to be done, SQLite's reason and
-/// its code.
+/// What SQLite refused to do. The message names the file by its path and tells the cause in a
+/// user's words, then in brackets what was to be done, SQLite's own words and its code.
 class SqliteError : public StorageError {
  public:
   /// `code` is an extended result code of SQLite, `reason` its own words alone.
@@ -28,6 +28,10 @@ class SqliteError : public StorageError {
   [[nodiscard]] const std::string& Reason() const { return reason_; }
   /// A row was to get a key that another row has.
   [[nodiscard]] bool IsTakenKey() const;
+  /// The file or its medium takes no writing.
+  [[nodiscard]] bool IsReadOnly() const;
+  /// Another connection, mostly another program's, holds a lock that was waited for long enough.
+  [[nodiscard]] bool IsLocked() const;
 
  private:
   int code_;
@@ -39,16 +43,21 @@ class Statement;
 /// Start of an SQLite file, as it stands on the medium.
 constexpr std::size_t kFileHeaderSize = 100;
 
-/// A connection to one file or to memory, hardened against files made by strangers: no trusted
-/// schema, triggers, views or extensions, no memory map. All its statements must be gone before
-/// it. Not for use by two threads.
+/// A connection to one file or to memory, over the file system of lock_vfs.h. It is hardened
+/// against files made by strangers: no trusted schema, triggers, views or extensions, no memory
+/// map. Where another program writes, each operation waits as long as the CurrentWaiter of its
+/// thread has it wait. All its statements must be gone before it. Not for use by two threads.
 class Connection {
  public:
   /// Opens a file for writing, or for reading where the medium allows no more. Never creates it.
-  /// This and the other openings throw SqliteError.
+  /// This and the other openings throw SqliteError, or StorageError for what CheckLeftJournal
+  /// refuses.
   [[nodiscard]] static Connection OpenFile(const std::string& path);
   /// Opens a file for reading only, with SQLite's locks against others who write it.
   [[nodiscard]] static Connection OpenReadOnly(const std::string& path);
+  /// Opens a file that may have a write-ahead log, with SQLite's own locks, which a close of any
+  /// other descriptor of the file in this process drops.
+  [[nodiscard]] static Connection OpenLogged(const std::string& path);
   /// For a file on a medium that cannot change: takes no locks and makes no file beside it.
   [[nodiscard]] static Connection OpenImmutable(const std::string& path);
   /// A database of its own that is gone with the connection.
@@ -82,14 +91,15 @@ class Connection {
   [[nodiscard]] int Changes() const;
   /// True if the file's path leads to another file, or to none, since it was opened.
   [[nodiscard]] bool HasMoved(const std::string& schema) const;
-  /// The first bytes of the file, fewer if it is shorter, read without opening it again: closing a
-  /// second descriptor would drop the locks that this process has on the file.
+  /// The first bytes of the file, fewer if it is shorter. Takes no lock.
   [[nodiscard]] std::string ReadFileHeader(const std::string& schema) const;
+  /// The number in the head of the file that each commit raises; 0 for a file without a head.
+  [[nodiscard]] std::uint32_t ChangeCounter(const std::string& schema) const;
   /// Size in bytes of the file as it lies on the medium; 0 without a file.
   [[nodiscard]] std::int64_t FileSize(const std::string& schema) const;
   /// The bytes of the database.
   [[nodiscard]] std::string Serialize() const;
-  /// What messages call it: the path, without the folder of a file.
+  /// What messages call it: the whole path of a file.
   [[nodiscard]] const std::string& Name() const { return name_; }
 
  private:
@@ -97,15 +107,19 @@ class Connection {
   struct Closer {
     void operator()(sqlite3* handle) const;
   };
+  using Clock = std::chrono::steady_clock;
 
   Connection(sqlite3* handle, std::string name);
-  static Connection Open(const std::string& uri, const std::string& name, int flags);
-  static Connection OpenShared(const std::string& name, int flags);
+  static Connection Open(const std::string& uri, const std::string& name, int flags,
+                         const char* fileSystem);
+  static Connection OpenChecked(const std::string& name, int flags, const char* fileSystem);
   void Harden();
+  void WaitPolitely();
+  static int OnLocked(void* begin, int timesAsked) noexcept;
   void Check(int code, std::string_view doing) const;
 
-  // Says which files this process has open, for file_use.h. The last member to go.
-  std::vector<std::shared_ptr<void>> uses_;
+  // When the present wait for a lock began; SQLite knows the address.
+  std::unique_ptr<Clock::time_point> waitBegin_;
   std::unique_ptr<sqlite3, Closer> handle_;
   std::string name_;
 };
@@ -175,9 +189,5 @@ class StatementScope {
 [[nodiscard]] std::string QuoteName(std::string_view name);
 /// An SQL string in its quotes.
 [[nodiscard]] std::string QuoteText(std::string_view text);
-
-/// Lets SQLite undo what a killed writer left half done in the file, so that the file can be
-/// replaced without its rollback journal coming down on the new content.
-void SettleLeftJournal(const std::string& path) noexcept;
 
 }  // namespace QvPlatform::detail

@@ -14,8 +14,9 @@ class StorageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// How a stream is opened. kCreate replaces what stands under the name once Commit succeeds.
-enum class QvOpenMode { kRead = 0, kCreate = 3 };
+/// How a stream is opened. kCreate replaces what stands under the name once Commit succeeds; the
+/// Commit of kCreateNew is refused where anything stands there.
+enum class QvOpenMode { kRead = 0, kCreate = 3, kCreateNew = 4 };
 
 /// A source or target of bytes. Reading never goes past the end; writing is all or nothing: the
 /// old content stays in place until Commit has succeeded, which ends the writing.

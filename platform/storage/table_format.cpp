@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/storage/record_sum.h"
+#include "platform/storage/table_state.h"
 #include "platform/text/ascii.h"
 
 namespace QvPlatform::detail {
@@ -56,21 +58,26 @@ bool HasGeneratedKey(const std::vector<FieldDescription>& fields) {
 
 /// The statement that makes a table. SQLite keeps its text, so that it also tells whether a table
 /// found in a file is what its description says.
-std::string TableSql(const std::string& table, const std::vector<FieldDescription>& fields) {
+std::string TableSql(const std::string& table, const std::vector<FieldDescription>& fields,
+                     bool hasSums = true) {
   std::string sql = "CREATE TABLE " + QuoteName(table) + " (";
   if (!HasGeneratedKey(fields)) {
     sql += QuoteName(kHiddenKey) + " INTEGER PRIMARY KEY AUTOINCREMENT, ";
   }
   for (const FieldDescription& field : fields)
     sql += ColumnSql(field) + ", ";
-  return sql + QuoteName(kVersionColumn) + " INTEGER NOT NULL) STRICT";
+  sql += QuoteName(kVersionColumn) + " INTEGER NOT NULL";
+  if (hasSums) sql += ", " + QuoteName(kSumColumn) + " INTEGER";
+  return sql + ") STRICT";
 }
 
+/// The key, the version, and the fields behind them.
 std::string AllColumns(const std::vector<FieldDescription>& fields) {
-  std::string list = QuoteName(kVersionColumn);
-  if (!HasGeneratedKey(fields)) list += ", " + QuoteName(kHiddenKey);
-  for (const FieldDescription& field : fields)
-    list += ", " + QuoteName(field.name);
+  const std::string key = KeyColumn(fields);
+  std::string list = QuoteName(key) + ", " + QuoteName(kVersionColumn);
+  for (const FieldDescription& field : fields) {
+    if (field.name != key) list += ", " + QuoteName(field.name);
+  }
   return list;
 }
 
@@ -89,7 +96,7 @@ void CheckField(const Connection& connection, const std::vector<FieldDescription
   const bool taken = std::ranges::any_of(
       before, [&field](const auto& other) { return EqualAscii(other.name, field.name); });
   if (secondKey || taken || EqualAscii(field.name, kHiddenKey) ||
-      EqualAscii(field.name, kVersionColumn)) {
+      EqualAscii(field.name, kVersionColumn) || EqualAscii(field.name, kSumColumn)) {
     Refuse(connection, "describes its field \"" + field.name + "\" twice or by a reserved name");
   }
 }
@@ -136,10 +143,8 @@ std::string KeyColumn(const std::vector<FieldDescription>& fields) {
 }
 
 void CreateDescriptions(Connection& connection) {
-  connection.Execute(
-      "CREATE TABLE qv_fields (table_name TEXT NOT NULL COLLATE NOCASE, position INTEGER NOT NULL, "
-      "name TEXT NOT NULL, type INTEGER NOT NULL, required INTEGER NOT NULL, "
-      "length INTEGER NOT NULL, PRIMARY KEY (table_name, position)) STRICT, WITHOUT ROWID");
+  connection.Execute(FieldsTableSql());
+  CreateStateTables(connection, "main");
 }
 
 void CreateRecordTable(Connection& connection, const std::string& table,
@@ -156,6 +161,7 @@ void CreateRecordTable(Connection& connection, const std::string& table,
     insert.BindInteger(6, field.length);
     insert.Run();
   }
+  PutState(connection, table, 0, 0);
 }
 
 bool HasRecordTable(Connection& connection, const std::string& table) {
@@ -164,19 +170,21 @@ bool HasRecordTable(Connection& connection, const std::string& table) {
 }
 
 void DropRecordTable(Connection& connection, const std::string& table) {
-  connection.Execute("DROP TABLE " + QuoteName(table) +
-                     "; DELETE FROM qv_fields WHERE table_name = " + QuoteText(table));
+  const std::string ofTable = " WHERE table_name = " + QuoteText(table);
+  connection.Execute("DROP TABLE " + QuoteName(table) + "; DELETE FROM qv_fields" + ofTable +
+                     "; DELETE FROM qv_notes" + ofTable);
+  // The count of its changes stays, for a table that may come into its place.
+  PutState(connection, table, 0, 0);
 }
 
-std::vector<FieldDescription> ReadFields(Connection& connection, const std::string& table) {
+namespace {
+
+std::vector<FieldDescription> ReadDescription(Connection& connection, const std::string& table,
+                                              const std::string& schema) {
   std::vector<FieldDescription> fields;
-  if (connection.QueryInteger(
-          "SELECT count(*) FROM sqlite_master WHERE name = 'qv_fields' AND type = 'table'") == 0) {
-    Refuse(connection, "has no description of its fields");
-  }
-  Statement query = connection.Prepare(
-      "SELECT name, type, required, length, position FROM qv_fields WHERE table_name = " +
-      QuoteText(table) + " ORDER BY position");
+  Statement query =
+      connection.Prepare("SELECT name, type, required, length, position FROM " + schema +
+                         "qv_fields WHERE table_name = " + QuoteText(table) + " ORDER BY position");
   while (query.Step()) {
     const auto number = [&query](int column) {
       return static_cast<int>(std::clamp<std::int64_t>(query.ColumnInteger(column), -1, 1000));
@@ -189,36 +197,100 @@ std::vector<FieldDescription> ReadFields(Connection& connection, const std::stri
     fields.push_back(std::move(field));
   }
   if (fields.empty()) Refuse(connection, "has no description of its fields");
-  Statement schema = connection.Prepare(
-      "SELECT name, sql, type FROM sqlite_master WHERE tbl_name = " + QuoteText(table) +
-      " COLLATE NOCASE");
+  return fields;
+}
+
+}  // namespace
+
+std::vector<FieldDescription> ReadFields(Connection& connection, const std::string& table,
+                                         std::string_view schemaName) {
+  const std::string schema = QuoteName(schemaName) + '.';
+  if (connection.QueryInteger("SELECT count(*) FROM " + schema +
+                              "sqlite_master WHERE name = 'qv_fields' AND type = 'table'") == 0) {
+    Refuse(connection, "has no description of its fields");
+  }
+  std::vector<FieldDescription> fields = ReadDescription(connection, table, schema);
+  const bool hasSums = HasSums(connection, std::string(schemaName));
+  Statement query =
+      connection.Prepare("SELECT name, sql, type FROM " + schema +
+                         "sqlite_master WHERE tbl_name = " + QuoteText(table) + " COLLATE NOCASE");
   bool matches = false;
-  while (schema.Step()) {
+  while (query.Step()) {
     // Indexes and triggers on the records are not ours, and could make SQLite run what they say.
-    matches = schema.ColumnText(1) == TableSql(std::string(schema.ColumnText(0)), fields);
+    matches = query.ColumnText(1) == TableSql(std::string(query.ColumnText(0)), fields, hasSums);
     if (!matches) break;
   }
   if (!matches) Refuse(connection, "has records that its field description does not fit");
   return fields;
 }
 
+namespace {
+
+/// Copies the records of a table with their checksums, which have to be theirs.
+class RecordCopy {
+ public:
+  RecordCopy(Connection& from, const std::string& fromTable, Connection& to,
+             const std::string& toTable)
+      : from_(from), fromTable_(fromTable), to_(to), toTable_(toTable) {}
+
+  void Run(const std::vector<FieldDescription>& fields) {
+    const std::string columns = AllColumns(fields);
+    count_ = static_cast<int>(std::ranges::count(columns, ',')) + 1;
+    const bool hasSums = HasSums(from_, "main");
+    const std::string sum = hasSums ? QuoteName(kSumColumn) : std::string("NULL");
+    Statement read = from_.Prepare("SELECT " + columns + ", " + sum + " FROM " +
+                                   QuoteName(fromTable_) + " ORDER BY 1");
+    std::string places = "?";
+    for (int i = 0; i < count_; ++i)
+      places += ", ?";
+    Statement write = to_.Prepare("INSERT INTO " + QuoteName(toTable_) + " (" + columns + ", " +
+                                  QuoteName(kSumColumn) + ") VALUES (" + places + ")");
+    while (read.Step())
+      CopyRow(read, hasSums, write);
+    if (hasSums) RequireState();
+    PutState(to_, toTable_, rows_, digest_);
+  }
+
+ private:
+  void CopyRow(Statement& read, bool hasSums, Statement& write) {
+    CopyColumns(read, count_, write);
+    sum_.Begin(read.ColumnInteger(0), read.ColumnInteger(1));
+    for (int column = 2; column < count_; ++column)
+      sum_.AddColumn(read, column);
+    const std::int64_t sum = sum_.Value();
+    if (hasSums && read.ColumnInteger(count_) != sum) RefuseDamaged();
+    write.BindInteger(count_ + 1, sum);
+    write.Run();
+    ++rows_;
+    digest_ = (digest_ + sum) & RecordSum::kMask;
+  }
+  void RequireState() {
+    const std::optional<TableState> state = ReadState(from_, "main", fromTable_);
+    if (!state || state->rows != rows_ || state->digest != digest_) RefuseDamaged();
+  }
+  [[noreturn]] void RefuseDamaged() const {
+    Refuse(from_, "is damaged: the records of the table \"" + fromTable_ +
+                      "\" are not what they were when they were written");
+  }
+
+  Connection& from_;
+  const std::string& fromTable_;
+  Connection& to_;
+  const std::string& toTable_;
+  RecordSum sum_;
+  int count_ = 0;
+  std::int64_t rows_ = 0;
+  std::int64_t digest_ = 0;
+};
+
+}  // namespace
+
 void CopyRecordTable(Connection& from, const std::string& fromTable, Connection& to,
                      const std::string& toTable) {
   const std::vector<FieldDescription> fields = ReadFields(from, fromTable);
   CreateRecordTable(to, toTable, fields);
-  const std::string columns = AllColumns(fields);
-  const int count = static_cast<int>(std::ranges::count(columns, ',')) + 1;
-  std::string places = "?";
-  for (int i = 1; i < count; ++i)
-    places += ", ?";
-  Statement read = from.Prepare("SELECT " + columns + " FROM " + QuoteName(fromTable) +
-                                " ORDER BY " + QuoteName(KeyColumn(fields)));
-  Statement write = to.Prepare("INSERT INTO " + QuoteName(toTable) + " (" + columns + ") VALUES (" +
-                               places + ")");
-  while (read.Step()) {
-    CopyColumns(read, count, write);
-    write.Run();
-  }
+  RecordCopy(from, fromTable, to, toTable).Run(fields);
+  CopyNotes(from, fromTable, to, toTable);
   const std::int64_t last = from.QueryInteger(
       "SELECT seq FROM sqlite_sequence WHERE name = " + QuoteText(fromTable) + " COLLATE NOCASE");
   // A table whose last records are gone still remembers their keys.
@@ -256,9 +328,11 @@ void CheckMark(const Connection& connection, std::uint32_t applicationId, std::s
 }
 
 void CheckFile(Connection& connection, std::string_view kind) {
-  if (connection.QueryInteger("PRAGMA user_version") != kFormatVersion) {
+  const std::int64_t version = connection.QueryInteger("PRAGMA user_version");
+  if (version < kOldestVersion || version > kFormatVersion) {
     Refuse(connection, "is a " + std::string(kind) + " of another version");
   }
+  CheckServiceTables(connection);
   const std::int64_t pages = connection.QueryInteger("PRAGMA page_count");
   const std::int64_t pageSize = connection.QueryInteger("PRAGMA page_size");
   // SQLite counts a page that is only begun as a whole one. Pages of a container may still lie in
@@ -303,11 +377,7 @@ std::string MakeContainerImage() {
   memory.Execute(MarkSql(kContainerId));
   memory.Execute("BEGIN");
   CreateDescriptions(memory);
-  memory.Execute(
-      "CREATE TABLE qv_blobs (id INTEGER PRIMARY KEY AUTOINCREMENT, "
-      "name TEXT NOT NULL UNIQUE COLLATE NOCASE, size INTEGER NOT NULL) STRICT;"
-      "CREATE TABLE qv_blob_parts (blob INTEGER NOT NULL, part INTEGER NOT NULL, "
-      "data BLOB NOT NULL, UNIQUE (blob, part)) STRICT");
+  memory.Execute(BlobsTableSql() + ';' + BlobPartsTableSql());
   memory.Execute("COMMIT");
   return memory.Serialize();
 }
@@ -316,7 +386,8 @@ std::unique_ptr<Connection> OpenTableImage(std::string_view bytes) {
   if (ApplicationIdOf(bytes) != kTableFileId) return nullptr;
   try {
     auto image = std::make_unique<Connection>(Connection::OpenImage(bytes, "table image"));
-    if (image->QueryInteger("PRAGMA user_version") != kFormatVersion) return nullptr;
+    const std::int64_t version = image->QueryInteger("PRAGMA user_version");
+    if (version < kOldestVersion || version > kFormatVersion) return nullptr;
     const std::int64_t size =
         image->QueryInteger("PRAGMA page_count") * image->QueryInteger("PRAGMA page_size");
     if (size != static_cast<std::int64_t>(bytes.size())) return nullptr;

@@ -17,7 +17,10 @@ constexpr std::uint32_t kTableFileId = 0x51765462;
 /// Mark of a container in SQLite's application id: "QvDb".
 constexpr std::uint32_t kContainerId = 0x51764462;
 /// Version of both layouts, in SQLite's user version.
-constexpr int kFormatVersion = 1;
+constexpr int kFormatVersion = 2;
+/// The oldest version that is still read: its records have no checksums until they are next
+/// written.
+constexpr int kOldestVersion = 1;
 
 /// The one record table of a table file.
 constexpr const char* kRecordTable = "records";
@@ -56,8 +59,10 @@ void CreateRecordTable(Connection& connection, const std::string& table,
 void DropRecordTable(Connection& connection, const std::string& table);
 /// Throws StorageError unless the description is there, sound, and that of the table's columns.
 [[nodiscard]] std::vector<FieldDescription> ReadFields(Connection& connection,
-                                                       const std::string& table);
-/// Copies a table with its keys, its record versions and the last key that it gave away.
+                                                       const std::string& table,
+                                                       std::string_view schema = "main");
+/// Copies a table with its keys, its record versions, its notes and the last key that it gave away.
+/// Throws StorageError where the records are not those whose checksums are stated.
 void CopyRecordTable(Connection& from, const std::string& fromTable, Connection& to,
                      const std::string& toTable);
 

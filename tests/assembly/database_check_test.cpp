@@ -49,7 +49,7 @@ struct Sound : TestDatabase {
     Table(id).FieldByName(field).SetString(value);
     Table(id).Post();
   }
-  // A further record like the current one.
+  // A further record like the current one, which is the current one then.
   void Repeat(TableId id) const {
     QvPlatform::TQvDataSet& table = Table(id);
     Strings values;
@@ -88,7 +88,7 @@ TEST_P(SoundDatabase, IsUnsoundWithAnotherHeightFile) {
       {"an empty file", "Alps", "", "\"Alps\" is empty or cannot be read"},
       {"no file", "Alps", std::nullopt, "\"Alps\" is missing"},
       {"a file of nobody", "left", "1 2 3",
-       "vertical_refsystem.dat: the height file \"left\" is that of no record"},
+       "note: vertical_refsystem.dat: the height file \"left\" is that of no record"},
   };
   for (const auto& row : rows) {
     const Sound database(GetParam());
@@ -199,6 +199,39 @@ TEST(DatabaseWithATwin, IsFoundUnsoundIfOnlyWordsDiffer) {
     database.Change(TableId::kLinearUnit, row.field, row.value);
     EXPECT_EQ(database.Findings().size(), row.same ? 1 : 0) << row.field << " " << row.value;
   }
+}
+
+TEST(DatabaseWithCodes, IsUnsoundWhereTwoStandForOneOwner) {
+  const struct {
+    const char* field;
+    const char* value;
+    const char* found;
+  } rows[] = {
+      {"VALUE", "7", "holds \"7\" beside"},
+      {"OWNER_ID", "1", "owner 1/1 claims the code 26704, which is that of \"NAD27 geodetic\""},
+      {"OWNER_ID", "999", "note: param_value.dat: row of tag 4 of owner 1/999 was left by"}};
+  for (const auto& row : rows) {
+    const Sound database;
+    database.Locate(TableId::kParamValue, "VALUE", "26704");
+    database.Repeat(TableId::kParamValue);
+    database.Change(TableId::kParamValue, row.field, row.value);
+    EXPECT_THAT(database.Findings(), Contains(HasSubstr(row.found)));
+  }
+}
+
+TEST(CheckOfADatabase, CountsWhatItNoLongerLists) {
+  const Sound database;
+  QvPlatform::TQvDataSet& units = database.Table(TableId::kScaleUnit);
+  QvPlatform::TQvWriteGroup group({&units});
+  for (int i = 0; i < 1003; ++i) {
+    units.Append();
+    units.FieldByName("NAME").SetString("unit " + std::to_string(i));
+    units.Post();
+  }
+  group.Commit();
+  const QvRefSystem::CheckReport report = QvRefSystem::CheckDatabase(*database.data);
+  EXPECT_EQ(report.Summary(), "1003 errors, 0 notes, 3 of them not listed");
+  EXPECT_EQ(report.Lines().size(), 1000U);
 }
 
 // Two projections of one name and one set of fields are two as long as a parameter differs.

@@ -5,6 +5,7 @@
 #include <set>
 #include <thread>
 
+#include "platform/dbset/write_group.h"
 #include "tests/support/sample_trees.h"
 #include "tests/support/test_database.h"
 
@@ -225,6 +226,30 @@ TEST_F(ReferenceSystems, AreNotWrittenWithAReferenceToNothing) {
   SetField("PRIMARY_REFSYSTEM_AUTOKEY", Systems().GetCurrentKey());
   TStringTree tree;
   EXPECT_FALSE(Systems().WriteToTree(&tree, 0, 0));
+}
+
+// A chain of primaries that is deeper than a tree can be fails by itself and spoils no other.
+TEST_F(ReferenceSystems, AreWrittenAfterAChainThatIsTooLong) {
+  const int first = Insert(4);
+  int last = first;
+  {
+    QvPlatform::TQvWriteGroup group(database_.data->WritableTables());
+    for (int i = 0; i < 300; ++i) {
+      const int primary = last;
+      Insert(6);
+      SetField("NAME", i);
+      SetField("PRIMARY_REFSYSTEM_AUTOKEY", primary);
+      last = Systems().GetCurrentKey();
+    }
+    group.Commit();
+  }
+  TStringTree tree;
+  ASSERT_TRUE(Systems().LocateKey(last));
+  EXPECT_THROW((void)Systems().WriteToTree(&tree, 0, 0), std::runtime_error);
+  for (const int key : {first, first + 100, first + 5}) {
+    ASSERT_TRUE(Systems().LocateKey(key));
+    EXPECT_TRUE(Systems().WriteToTree(&tree, 0, 0)) << key;
+  }
 }
 
 TEST_F(ReferenceSystems, OfLocalKindLeaveTheirOriginWhereSystemsAreExchanged) {

@@ -199,7 +199,8 @@ TEST_P(HeightCreationTest, RefusesWhatCannotBeASource) {
   TakeSource();
   const std::string missing = database_.folder.Path("none.txt");
   EXPECT_EQ(heights_.TakeFile(missing), kNotOpened);
-  EXPECT_THAT(database_.ui.messages, ElementsAre("Cannot create file " + missing));
+  EXPECT_THAT(database_.ui.messages,
+              ElementsAre(testing::StartsWith("Cannot create file " + missing + " (")));
   EXPECT_NE(heights_.Source().FileTable, nullptr) << "the old one is kept";
   EXPECT_EQ(heights_.TakeFile(File("not a grid")), kNoGrid);
   EXPECT_EQ(heights_.Source().FileTable, nullptr);

@@ -37,13 +37,10 @@ class HeightSystems : public HeightTest {
   }
   // Another file comes into the place of the open one, as when a copy is put back: whatever is
   // written from now on is refused.
-  void ReplaceUnderfoot() const {
-    namespace fs = std::filesystem;
-    const fs::path victim = InContainer() ? fs::path(database_.path)
-                                          : fs::path(database_.path) / "vertical_refsystem.dat";
-    const fs::path away = victim.string() + ".old";
-    fs::rename(victim, away);
-    fs::copy_file(away, victim);
+  /// The file that holds the records of heights.
+  [[nodiscard]] std::filesystem::path Medium() const {
+    const std::filesystem::path path(database_.path);
+    return InContainer() ? path : path / "vertical_refsystem.dat";
   }
 
   QvRefSystem::TQvRfVerticalRefSystemDataProcessor& heights_ = Records();
@@ -262,6 +259,22 @@ TEST_P(HeightSystems, DoNotTakeTheFileOfAnother) {
   EXPECT_EQ(FileText(), HeightText());
 }
 
+// A folder tells "Alps" from "ALPS", a container does not: each record has its own file, which goes
+// with it and with no other.
+TEST_P(HeightSystems, ThatDifferByCaseAloneHaveTheirOwnFiles) {
+  const int first = Insert(HeightTableTree);
+  const TreePtr other = MakeTree(HeightTableTree);
+  ReplaceField(other.get(), 1502, "ALPS");
+  const int second = heights_.InsertFromTree(other.get());
+  EXPECT_EQ(Text("VDATA_FILENAME"), GetParam() ? "ALPS_1" : "ALPS");
+  for (const int key : {first, second}) {
+    ASSERT_TRUE(heights_.LocateKey(key));
+    EXPECT_THAT(FileText(), HasSubstr("20.125"));
+    EXPECT_TRUE(heights_.DeleteRecord(nullptr));
+    EXPECT_EQ(Files().size(), key == first ? 1U : 0U);
+  }
+}
+
 TEST_P(HeightSystems, AreCopiedWithTheirFiles) {
   EXPECT_FALSE(heights_.DuplicateCurrent());
   const int key = Insert(HeightTableTree);
@@ -307,20 +320,23 @@ TEST_P(HeightSystems, AndTheirFilesAreUndoneTogether) {
   EXPECT_EQ(Files().size(), 1U);
 }
 
-TEST_P(HeightSystems, LeaveNothingWhereTheirRecordIsRefused) {
+TEST_P(HeightSystems, LeaveNothingWhereTheirRecordIsRefusedAndGoOnWhenTheirMediumIsBack) {
   const int key = Insert(HeightTableTree);
-  ReplaceUnderfoot();
+  const std::filesystem::path away = Medium().string() + ".away";
+  std::filesystem::rename(Medium(), away);
   EXPECT_FALSE(heights_.DuplicateCurrent());
   EXPECT_EQ(heights_.DataSet->State(), QvPlatform::DataSetState::kBrowse);
   EXPECT_EQ(Insert(HeightTableTree), 0);
   heights_.DataSet->Cancel();
   ASSERT_TRUE(heights_.LocateKey(key));
   EXPECT_FALSE(heights_.DeleteRecord(nullptr));
+  EXPECT_EQ(database_.ui.messages.size(), 3U);
+  EXPECT_FALSE(heights_.DataSet->ControlsDisabled());
+  std::filesystem::rename(away, Medium());
   EXPECT_EQ(Count(), 1);
   EXPECT_EQ(heights_.GetCurrentKey(), key);
   EXPECT_THAT(Files(), ElementsAre("Alps"));
-  EXPECT_EQ(database_.ui.messages.size(), 3U);
-  EXPECT_FALSE(heights_.DataSet->ControlsDisabled());
+  EXPECT_GT(Insert(HeightTableTree), key);
 }
 
 TEST(HeightSystemsInAFolder, LeaveNoRecordWhereTheirFileIsRefused) {
@@ -333,7 +349,7 @@ TEST(HeightSystemsInAFolder, LeaveNoRecordWhereTheirFileIsRefused) {
   ASSERT_EQ(database.ui.messages.size(), 1U);
   EXPECT_THAT(database.ui.messages.front(),
               testing::AllOf(testing::StartsWith(SystemText(QvPlatform::TextId::kCannotCreateFile)),
-                             testing::EndsWith(" " + database.path + "/Heights/Alps")));
+                             HasSubstr(" " + database.path + "/Heights/Alps (")));
   // Nothing stays of a system whose heights cannot be stored.
   const TreePtr system = MakeTree(SystemTree, 4);
   HeightTableTree(TreeBuilder(system.get()).Sub(1500));

@@ -95,7 +95,7 @@ TEST_F(UnwritablePlace, IsNamed) {
   ExpectRefusal("export DB datum 1 -o @file/datum", "@file/datum");
   ExpectRefusal("export DB datum --all -o @file", "@file");
   ExpectRefusal("export DB datum 1 -o @", "@");
-  ExpectRefusal("import DB linear-unit @", "no plain file");
+  ExpectRefusal("import DB linear-unit @folder.qvdb", "no files to import");
   EXPECT_EQ(Get("file"), "some text");
 }
 

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "platform/data/string_tree.h"
@@ -97,6 +98,7 @@ TEST_F(Lines, CarryHeightsWithTheirSystemAndAlone) {
   Expect({"list DB height-system", 0, "1\tAlps\tA table\n", ""});
   Expect({"used-by DB height-system 1", 0, "reference-system\t7\tNAD27 geodetic\tA system\n", ""});
   Expect({"check DB", 0, "", ""});
+  Expect({"delete DB height-system 1 --yes", 1, "", "  reference-system 7 \"NAD27 geodetic\"\n"});
   Expect({"export DB reference-system 7 --form xml -o @again.xml", 0, "", ""});
   Expect({"import DB reference-system @again.xml", 0, "7\tfound\tNAD27 geodetic\n", ""});
 
@@ -162,6 +164,19 @@ TEST_F(Lines, RefuseToDeleteWhatIsInUse) {
   EXPECT_EQ(CountOf("map-projection-type"), 1);
 }
 
+TEST_F(Lines, NameTwentyUsersAtMost) {
+  for (int i = 0; i < 21; ++i) {
+    const TreePtr tree = MakeTree(SystemTree, 1);
+    ReplaceField(tree.get(), 1020, "Site " + std::to_string(i));
+    Put("site.txt", WriteTreeText(tree.get()));
+    ASSERT_EQ(Say("import DB reference-system @site.txt").status, 0);
+  }
+  const Outcome refused = Say("delete DB linear-unit 1 --yes");
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(std::ranges::count(refused.err, '\n'), 22);
+  EXPECT_THAT(refused.err, HasSubstr("  and 10 more (refframe used-by lists them)\n"));
+}
+
 TEST_F(Lines, AskBeforeTheyDelete) {
   Outcome outcome = Say("delete DB reference-system 1", "n\n", true);
   EXPECT_EQ(outcome.status, 0);
@@ -201,8 +216,8 @@ TEST_F(Lines, ExportAndImportTheSameObject) {
 TEST_F(Lines, GoOnBehindAFileThatDoesNotGetIn) {
   Expect({"export DB ellipsoid 1 -o @clarke.ellipsoid", 0, "", ""});
   Put("alps.txt", "(0,0)\n(1020,0)[1]\tname\tAlps\n(1021,0)[one]\tdesc\t\n\n");
-  Expect({"import DB ellipsoid @alps.txt @none.txt @clarke.ellipsoid", 1, "1\tfound\tClarke 1866\n",
-          "refframe: @alps.txt: line 3: "});
+  Expect({"import DB ellipsoid @alps.txt @none.txt @clarke.ellipsoid --each", 1,
+          "1\tfound\tClarke 1866\n", "refframe: @alps.txt: line 3: "});
 }
 
 TEST_F(Lines, BringSystemsInAndOutThroughProj) {

@@ -67,9 +67,8 @@ void EditDialogTest::UseLast(TObjectType object, const std::string& name) {
 }
 
 void ExpectSound(const TestDatabase& database) {
-  std::vector<std::string> findings;
-  EXPECT_TRUE(CheckDatabase(*database.data, &findings));
-  EXPECT_THAT(findings, testing::IsEmpty());
+  const QvRefSystem::CheckReport report = QvRefSystem::CheckDatabase(*database.data);
+  EXPECT_EQ(report.errors, 0U) << testing::PrintToString(report.Lines());
 }
 
 EditTest::EditTest() {

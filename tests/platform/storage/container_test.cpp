@@ -33,7 +33,7 @@ TEST(Containers, AreMadeByTheirFirstResource) {
   }
   EXPECT_TRUE(Session::Exists(name));
   EXPECT_EQ(Load<Session>(name), "text");
-  EXPECT_EQ(folder.FileCount(), 1U) << "the log goes with the last user";
+  EXPECT_EQ(folder.FileCount(), 1U) << "the journal goes with the change";
   EXPECT_TRUE(Session::Delete(name));
   EXPECT_FALSE(Session::Delete(name));
   EXPECT_FALSE(Session::Exists(name));

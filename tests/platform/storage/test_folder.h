@@ -72,18 +72,25 @@ std::string Load(const std::string& name) {
 }
 
 /// Runs the steps in a process of their own, which ends at once behind them as after a kill, with
-/// what they give as its exit status; -1 if it came to no end of its own.
-inline int ExitOfChild(const std::function<int()>& steps) {
+/// what they give as its exit status.
+inline pid_t StartChild(const std::function<int()>& steps) {
   const pid_t child = fork();
-  if (child == 0) {
-    try {
-      _exit(steps());
-    } catch (...) {
-      _exit(99);
-    }
+  if (child != 0) return child;
+  try {
+    _exit(steps());
+  } catch (...) {
+    _exit(99);
   }
+}
+
+/// Exit status of a child that was started; -1 if it came to no end of its own.
+inline int ExitOf(pid_t child) {
   int status = 0;
   return waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+inline int ExitOfChild(const std::function<int()>& steps) {
+  return ExitOf(StartChild(steps));
 }
 
 }  // namespace platform_tests
