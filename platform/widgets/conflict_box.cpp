@@ -47,6 +47,9 @@ QTableWidget* ConflictBox::MakeTable(std::span<const ConflictRow> rows) {
   table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
   table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   table->verticalHeader()->hide();
+  // Few rows, whose texts may be long.
+  table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  table->setTextElideMode(Qt::ElideRight);
   table->setEditTriggers(QAbstractItemView::NoEditTriggers);
   table->setSelectionMode(QAbstractItemView::NoSelection);
   table->setTabKeyNavigation(false);

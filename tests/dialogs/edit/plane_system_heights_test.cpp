@@ -233,6 +233,35 @@ TEST_F(PlaneSystemEditTest, AFailedPostLeavesHeightsAndRowsAsTheyWere) {
   EXPECT_EQ(PositiveRows(), 1);
 }
 
+TEST_F(PlaneSystemEditTest, HeightsThatAnotherHasGivenAreWorkedOnOrStoredOver) {
+  for (const auto answer :
+       {QvPlatform::ConflictAnswer::kTakeTheirs, QvPlatform::ConflictAnswer::kKeepMine}) {
+    const bool takes = answer == QvPlatform::ConflictAnswer::kTakeTheirs;
+    GiveHeights(kGeodetic, HeightTableTree);
+    const int theirs = Insert(kVerticalReferenceSystem, MakeTree(HeightOffsetTree),
+                              {{TreeIds::kHeightSystemName.id, "Theirs"}});
+    const int before = HeightRecords();
+    database_.ui.conflictAnswer = answer;
+    EXPECT_TRUE(Change(kGeodSystemForm, kGeodetic, [&](QWidget& dialog) {
+      EXPECT_EQ(TextOf(dialog, "Edit1"), "Alps");
+      ChangeElsewhere(Systems(), kGeodetic, "VERT_SYSTEM_AUTOKEY", std::to_string(theirs).c_str());
+      Save(dialog);
+      if (!takes) return;
+      EXPECT_EQ(TextOf(dialog, "Edit1"), "Theirs");
+      EXPECT_EQ(HeightRecords(), before + 1) << "a copy of theirs, and no copy of mine";
+      Save(dialog);
+    }));
+    EXPECT_FALSE(database_.Processor(kVerticalReferenceSystem).LocateKey(theirs)) << "replaced";
+    EXPECT_EQ(HeightRecords(), before);
+    ASSERT_TRUE(
+        database_.Processor(kVerticalReferenceSystem).LocateKey(Field("VERT_SYSTEM_AUTOKEY")));
+    EXPECT_EQ(CurrentName(kVerticalReferenceSystem), takes ? "Theirs" : "Alps");
+    SetField(Systems(), "VERT_SYSTEM_AUTOKEY", "0");
+    while (HeightRecords() > 0)
+      ASSERT_TRUE(database_.Processor(kVerticalReferenceSystem).DeleteRecord(nullptr));
+  }
+}
+
 TEST_F(PlaneSystemEditTest, AWorkingCopyThatCannotBeRemovedGoesWithTheNextDialog) {
   GiveHeights(kGeodetic, HeightTableTree);
   const std::filesystem::path table = database_.data->datasetVerticalRefSystem.DataBuff->StreamName;
