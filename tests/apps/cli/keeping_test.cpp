@@ -175,5 +175,12 @@ TEST_F(Keeping, WhatCanBeReadOfADamagedDatabaseIsBroughtBack) {
   EXPECT_THAT(Printed("import @rest any @other.txt"), HasSubstr("2\tinserted"));
 }
 
+TEST_F(Keeping, WhatAnInterruptedProgramLeftIsTold) {
+  EXPECT_EQ(Printed("recover DB"), "nothing is left of an interrupted change\n");
+  Put("refs/gone.dat-journal", "of a table that is no more");
+  EXPECT_THAT(Printed("recover @refs"), HasSubstr("gone.dat-journal.left"));
+  EXPECT_TRUE(fs::exists(Path("refs/gone.dat-journal.left")));
+}
+
 }  // namespace
 }  // namespace refframe_tests
