@@ -49,6 +49,10 @@ struct Request {
   bool all = false;
   /// Questions are answered Yes beforehand.
   bool yes = false;
+  /// What has one right answer is mended ahead of the check.
+  bool repair = false;
+  /// The steps of repair are told and not done.
+  bool dryRun = false;
   /// What would be refused is done: an object goes although it is used, a file that stands in the
   /// way of a backup is replaced.
   bool force = false;

@@ -78,7 +78,9 @@ FileLocks::Answer FileLocks::Set(short type, off_t start, off_t length) const no
     if (fcntl(descriptor_, F_OFD_SETLK, &lock) == 0) return Answer::kGranted;
     if (errno == EAGAIN || errno == EACCES) return Answer::kHeldByOther;
     if (errno == EINVAL) return Answer::kUnsupported;
-    if (errno != EINTR || tries >= kMostInterruptions) return Answer::kFailed;
+    // Letting go is tried again: what stays locked keeps everybody out, this process too.
+    const bool goesOn = errno == EINTR || type == F_UNLCK;
+    if (!goesOn || tries >= kMostInterruptions) return Answer::kFailed;
   }
 }
 
