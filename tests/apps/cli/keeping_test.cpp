@@ -150,6 +150,7 @@ TEST_F(Keeping, WhatCanBeReadOfADamagedDatabaseIsBroughtBack) {
     fs::remove_all(Path("new"));
     EXPECT_EQ(Say(std::string("salvage ") + database + " @new").status, 0);
     EXPECT_EQ(Contents("@new"), contents);
+    EXPECT_EQ(Say("check @new").status, Say("check DB").status);
     Expect({(std::string("salvage ") + database + " @new").c_str(), 1, "", "is there already"});
   }
   // The schema of a table and the last page of another; a third is gone.
