@@ -4,6 +4,7 @@
 #include "assembly/checks/datums_check.h"
 #include "assembly/checks/duplicates_check.h"
 #include "assembly/checks/ellipsoids_check.h"
+#include "assembly/checks/files_check.h"
 #include "assembly/checks/height_check.h"
 #include "assembly/checks/keys_check.h"
 #include "assembly/checks/parameters_check.h"
@@ -13,22 +14,22 @@
 #include "assembly/checks/systems_check.h"
 #include "assembly/checks/units_check.h"
 #include "assembly/checks/values_check.h"
+#include "platform/dbset/read_group.h"
 
 namespace QvRefSystem {
 namespace {
 
 // All checks, in the order in which they are run and their finds are told.
 constexpr Check kChecks[] = {
-    CheckKeys,    CheckParameters,  CheckReferences,
-    CheckUnits,   CheckEllipsoids,  CheckPrimeMeridians,
-    CheckDatums,  CheckDatumShifts, CheckReferenceSystems,
-    CheckValues,  CheckProjections, CheckChoices,
-    CheckHeights, CheckDuplicates,
+    CheckFiles,      CheckKeys,           CheckParameters, CheckReferences,  CheckUnits,
+    CheckEllipsoids, CheckPrimeMeridians, CheckDatums,     CheckDatumShifts, CheckReferenceSystems,
+    CheckValues,     CheckProjections,    CheckChoices,    CheckHeights,     CheckDuplicates,
 };
 
 }  // namespace
 
 CheckReport CheckDatabase(TdatamoduleQvRfData& data) {
+  const QvPlatform::TQvReadGroup moment(data.OpenedTables());
   CheckReport report;
   const CheckedDatabase database(data);
   Findings found(&report);

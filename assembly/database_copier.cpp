@@ -8,7 +8,7 @@
 #include "database/height_storage.h"
 #include "database/storage_files.h"
 #include "platform/data/height_kind.h"
-#include "platform/dbset/write_group.h"
+#include "platform/dbset/read_group.h"
 #include "platform/storage/resource_group.h"
 #include "platform/storage/resource_session.h"
 
@@ -67,6 +67,10 @@ CopyNotes DatabaseCopier::Run() {
 }
 
 void DatabaseCopier::CopyAll() {
+  std::vector<TQvDataSet*> tables;
+  for (const TableSpec& table : TableCatalogue())
+    tables.push_back(&data_.DataSet(table.id));
+  const QvPlatform::TQvReadGroup moment(tables);
   CopyTables();
   CopyBackups();
   CopyHeights();

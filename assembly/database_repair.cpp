@@ -25,6 +25,10 @@ class Mender {
   Mender(TdatamoduleQvRfData& data, TQvWriteGroup& group)
       : data_(data), group_(group), values_(data.datasetParamValue) {}
 
+  void operator()(const RaisedCounter& counter) {
+    data_.DataSet(counter.table).RaiseLastKey(counter.key);
+  }
+
   void operator()(const RemovedValue& row) {
     values_.Delete(
         {values_.Match(CodeRows::kOwnerId, row.owner),

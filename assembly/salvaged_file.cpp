@@ -4,7 +4,10 @@
 #include <limits>
 #include <utility>
 
+#include "platform/dbset/field_descriptions.h"
 #include "platform/geocore/system_model.h"
+#include "platform/storage/table_image.h"
+#include "platform/storage/table_state.h"
 #include "platform/text/ascii.h"
 #include "platform/text/text.h"
 #include "processors/object_descriptor.h"
@@ -15,6 +18,9 @@ namespace {
 
 using QvPlatform::FieldNeed;
 using QvPlatform::FieldType;
+using QvPlatform::detail::FieldDescription;
+using QvPlatform::detail::kSummedVersion;
+using QvPlatform::detail::RecordSum;
 using QvPlatform::detail::StoredBytes;
 using QvPlatform::detail::StoredRecord;
 using QvPlatform::detail::StoredTable;
@@ -35,14 +41,14 @@ const std::string* TextOf(const StoredValue& value) {
 struct FittingRecord {
   StoredRecord record;
   std::int64_t version = 0;
-  /// Nothing in a file of a layout without checksums.
-  std::optional<std::int64_t> sum;
 };
 
 /// Knows how the records of a table lie in a file.
 class RecordShape {
  public:
-  explicit RecordShape(const TableSpec& table) : table_(table) {
+  // `layout` is the version of the file's layout, 0 where it is not known.
+  RecordShape(const TableSpec& table, std::uint32_t layout) : table_(table), layout_(layout) {
+    fields_ = QvPlatform::detail::Describe(HeaderOf(table));
     hasKey_ = std::ranges::any_of(table.fields, [](const FieldSpec& field) {
       return field.need == FieldNeed::kGeneratedKey;
     });
@@ -50,18 +56,10 @@ class RecordShape {
 
   // Nothing for a record that is not one of this table, or damaged.
   [[nodiscard]] std::optional<FittingRecord> Fit(const StoredRecord& stored) const {
-    const std::size_t first = hasKey_ ? 0 : 1;
     for (const std::size_t count : {table_.fields.size(), CountOfOlder()}) {
-      // Behind the fields stand the version and, in the present layout, the checksum.
-      const std::size_t behind = stored.values.size() - first - count;
-      if (stored.values.size() < first + count || behind < 1 || behind > 2) continue;
-      FittingRecord fitting;
-      fitting.record.id = stored.id;
-      fitting.version = IntegerOf(stored.values[first + count]);
-      if (behind == 2) fitting.sum = IntegerOf(stored.values.back());
-      const auto begin = stored.values.begin() + static_cast<std::ptrdiff_t>(first);
-      fitting.record.values.assign(begin, begin + static_cast<std::ptrdiff_t>(count));
-      if (IsSound(&fitting)) return fitting;
+      for (const bool summed : {true, false}) {
+        if (auto fitting = Fit(stored, count, summed)) return fitting;
+      }
     }
     return std::nullopt;
   }
@@ -81,6 +79,31 @@ class RecordShape {
   }
 
  private:
+  // As one of so many fields; behind them stand the version and, in a layout that has them, the
+  // checksum.
+  [[nodiscard]] std::optional<FittingRecord> Fit(const StoredRecord& stored, std::size_t count,
+                                                 bool summed) const {
+    const std::size_t first = hasKey_ ? 0 : 1;
+    const bool possible = layout_ == 0 || summed == (layout_ >= kSummedVersion);
+    if (!possible || stored.values.size() != first + count + (summed ? 2 : 1)) return std::nullopt;
+    FittingRecord fitting;
+    fitting.record.id = stored.id;
+    fitting.version = IntegerOf(stored.values[first + count]);
+    const auto begin = stored.values.begin() + static_cast<std::ptrdiff_t>(first);
+    fitting.record.values.assign(begin, begin + static_cast<std::ptrdiff_t>(count));
+    if (!IsSound(&fitting)) return std::nullopt;
+    if (summed && SumOf(fitting) != IntegerOf(stored.values.back())) return std::nullopt;
+    FillUp(&fitting.record.values);
+    return fitting;
+  }
+
+  [[nodiscard]] std::int64_t SumOf(const FittingRecord& fitting) const {
+    const std::vector<FieldDescription> fields(
+        fields_.begin(),
+        fields_.begin() + static_cast<std::ptrdiff_t>(fitting.record.values.size()));
+    return SumOfRecord(fields, fitting.record.id, fitting.version, fitting.record.values);
+  }
+
   [[nodiscard]] std::size_t CountOfOlder() const {
     const auto first = std::ranges::find(table_.fields, "VERT_SYSTEM_AUTOKEY", &FieldSpec::name);
     return static_cast<std::size_t>(first - table_.fields.begin());
@@ -99,13 +122,16 @@ class RecordShape {
     for (std::size_t i = 0; i < values.size(); ++i) {
       if (!IsSound(table_.fields[i], &values[i])) return false;
     }
-    // What an older layout did not have begins as it does when one is brought up to date.
-    for (std::size_t i = values.size(); i < table_.fields.size(); ++i) {
+    return true;
+  }
+
+  // What an older layout did not have begins as it does when one is brought up to date.
+  void FillUp(std::vector<StoredValue>* values) const {
+    for (std::size_t i = values->size(); i < table_.fields.size(); ++i) {
       const bool begins = table_.fields[i].type == FieldType::kInteger &&
                           table_.fields[i].name != "TRANSFORM_AUTOKEY";
-      values.push_back(begins ? StoredValue(std::int64_t{0}) : StoredValue());
+      values->push_back(begins ? StoredValue(std::int64_t{0}) : StoredValue());
     }
-    return true;
   }
 
   [[nodiscard]] static bool IsSound(const FieldSpec& field, StoredValue* value) {
@@ -131,6 +157,8 @@ class RecordShape {
   }
 
   const TableSpec& table_;
+  std::uint32_t layout_;
+  std::vector<FieldDescription> fields_;
   bool hasKey_ = false;
 };
 
@@ -148,7 +176,7 @@ SalvagedFile::SalvagedFile(const std::string& path) : file_(Load(path)) {
   bool whole = true;
   roots_ = file_.ReadRoots(&whole);
   if (!whole) notes_.emplace_back("the list of its tables is damaged");
-  indexes_ = file_.ReadIndexes();
+  ReadStates();
   strays_ = file_.ReadStrays(roots_);
   ReadSequence();
 }
@@ -177,8 +205,34 @@ void SalvagedFile::ReadSequence() {
   }
 }
 
+void SalvagedFile::ReadStates() {
+  // The columns are name, changes, rows, digest, number and files of the last group.
+  constexpr std::size_t kColumns = 6;
+  for (const StoredRecord& record : file_.ReadIndexes()) {
+    const std::vector<StoredValue>& values = record.values;
+    if (values.size() != kColumns || TextOf(values[0]) == nullptr || TextOf(values[5]) == nullptr) {
+      continue;
+    }
+    states_.emplace(QvPlatform::LowerAscii(*TextOf(values[0])),
+                    std::pair(IntegerOf(values[2]), IntegerOf(values[3])));
+  }
+}
+
+std::string SalvagedFile::LostOf(const SalvagedTable& table, const std::string& name,
+                                 bool whole) const {
+  const auto [first, last] = states_.equal_range(QvPlatform::LowerAscii(name));
+  const auto found = std::pair(static_cast<std::int64_t>(table.records.size()), table.digest);
+  if (std::any_of(first, last, [&](const auto& state) { return state.second == found; })) return "";
+  const bool summed = file_.UserVersion() != 1;
+  if (first == last && whole) return summed ? "it is not known whether records are lost" : "";
+  if (first == last) return "records are lost";
+  const std::int64_t missing = first->second.first - found.first;
+  if (missing > 0) return std::to_string(missing) + " records are lost";
+  return "some records may be those of another moment";
+}
+
 SalvagedTable SalvagedFile::Read(const TableSpec& table, const std::string& name) const {
-  const RecordShape shape(table);
+  const RecordShape shape(table, file_.UserVersion());
   SalvagedTable read;
   bool whole = true;
   for (const StoredRecord& record : OfTree(name, &whole)) {
@@ -194,7 +248,12 @@ SalvagedTable SalvagedFile::Read(const TableSpec& table, const std::string& name
   }
   const auto last = sequence_.find(QvPlatform::LowerAscii(name));
   if (last != sequence_.end() && last->second <= kLargestKey) read.lastKey = last->second;
-  if (!whole) read.lost = "records are lost";
+  const std::vector<FieldDescription> fields = QvPlatform::detail::Describe(HeaderOf(table));
+  for (const auto& [id, record] : read.records) {
+    const std::int64_t sum = SumOfRecord(fields, id, read.versions.at(id), record.values);
+    read.digest = (read.digest + sum) & RecordSum::kMask;
+  }
+  read.lost = LostOf(read, name, whole);
   return read;
 }
 

@@ -21,6 +21,8 @@ struct SalvagedTable {
   std::map<std::int64_t, std::int64_t> versions;
   /// The last key that the table gave away, as far as it is known.
   std::int64_t lastKey = 0;
+  /// Sum of their checksums.
+  std::int64_t digest = 0;
   /// What is not there any more, in words; "" for a table that was read whole.
   std::string lost;
 };
@@ -47,14 +49,17 @@ class SalvagedFile {
   [[nodiscard]] std::string Load(const std::string& path);
   void ReadSequence();
   [[nodiscard]] Records OfTree(const std::string& name, bool* whole) const;
+  void ReadStates();
   [[nodiscard]] std::string LostOf(const SalvagedTable& table, const std::string& name,
-                                   std::int64_t digest) const;
+                                   bool whole) const;
 
   std::vector<std::string> notes_;
   QvPlatform::detail::PageFile file_;
   std::map<std::string, std::uint32_t> roots_;
-  Records indexes_;
   Records strays_;
+  // Count and digest of each table's records, by its name in lower case. What is left of former
+  // states may be among them.
+  std::multimap<std::string, std::pair<std::int64_t, std::int64_t>> states_;
   std::map<std::string, std::int64_t> sequence_;
 };
 

@@ -145,6 +145,8 @@ void RefSystemConversion::FillFrom(const std::string& backup) {
     // There is no half converted database to stop at.
     if (progress != nullptr) (void)progress->Next();
   }
+  // The last record may have been deleted: its key is not given again.
+  table_.RaiseLastKey(scratch_.LastKey());
   if (group) group->Commit();
 }
 

@@ -6,6 +6,8 @@
 #include <stdexcept>
 
 #include "database/conversion.h"
+#include "database/moments.h"
+#include "database/key_counters.h"
 #include "database/table_files.h"
 #include "platform/dbset/read_group.h"
 #include "platform/dbset/write_group.h"
@@ -157,9 +159,11 @@ bool TdatamoduleQvRfData::OpenTables(std::string* currentTable) {
         ExtractTableBaseName(StorageShortName(std::string(table.streamName), false));
     *currentTable = ResourceForm ? name : name + ".dat";
     buffer.StreamName = DatabasePath + *currentTable;
-    if (StorageFileIsAbsent(buffer.StreamName, ResourceForm) &&
-        !CreateMissingTable(buffer.StreamName, ResourceForm, table.tag, ui_)) {
-      return false;
+    if (StorageFileIsAbsent(buffer.StreamName, ResourceForm)) {
+      if (!CreateMissingTable(buffer.StreamName, ResourceForm, table.tag, ui_)) return false;
+      ui_.ShowMessage(MessageKind::kWarning,
+                      SystemText(TextId::kTableMadeAnew) + " " + Quoted(*currentTable),
+                      MessageButtons::kOk);
     }
     OpenTable(table);
     currentTable->clear();
@@ -168,7 +172,7 @@ bool TdatamoduleQvRfData::OpenTables(std::string* currentTable) {
 }
 
 void TdatamoduleQvRfData::ReportOpening(const std::string& path, const std::string& currentTable,
-                                        const char* reason) {
+                                        const std::string& reason) {
   lastError_ = reason;
   const bool ofTable = !currentTable.empty();
   ui_.ShowMessage(MessageKind::kError,
@@ -191,15 +195,29 @@ bool TdatamoduleQvRfData::OpenDatabase(const std::string& path, signed char dial
     DatabasePath = NormalisedPath(path, resourceForm);
     opened = OpenTables(&currentTable);
     if (opened && !HasVerticalFields()) opened = ConvertDatabase();
+    if (opened) RaiseNewCounters(*this);
     if (opened) processors_ = makeProcessors_(*this);
+    if (opened) WarnOfOlderTables();
   } catch (const std::exception& error) {
     opened = false;
     DropProcessors();
-    ReportOpening(path, currentTable, error.what());
+    ReportOpening(path, currentTable, QvPlatform::ReasonOf(error));
   }
   NotActive = !opened;
   DialogMode = dialogMode;
   return opened;
+}
+
+void TdatamoduleQvRfData::WarnOfOlderTables() {
+  if (TablesOfOlderMoments(*this).empty()) return;
+  // Another program may have written while one table after the other was opened.
+  const QvPlatform::TQvReadGroup moment(OpenedTables());
+  std::string files;
+  for (const std::string& file : TablesOfOlderMoments(*this))
+    files += (files.empty() ? " " : ", ") + file;
+  if (files.empty()) return;
+  ui_.ShowMessage(MessageKind::kWarning, SystemText(TextId::kOlderTables) + files,
+                  MessageButtons::kOk);
 }
 
 void TdatamoduleQvRfData::CloseDatabase() {

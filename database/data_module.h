@@ -127,7 +127,9 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
  private:
   [[nodiscard]] bool OpenTables(std::string* currentTable);
   void OpenTable(const TableSpec& table);
-  void ReportOpening(const std::string& path, const std::string& currentTable, const char* reason);
+  void ReportOpening(const std::string& path, const std::string& currentTable,
+                     const std::string& reason);
+  void WarnOfOlderTables();
   void DropProcessors();
 
   QvPlatform::TUserInterface& ui_;

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "database/storage_files.h"
+#include "platform/storage/crc32.h"
 #include "platform/text/text.h"
 
 namespace QvRefSystem {
@@ -56,6 +57,14 @@ std::string NameAsItStands(std::string_view name, bool resourceForm) {
   return result;
 }
 
+/// The word under which the table keeps what is known of a record's file.
+constexpr std::string_view kFileNote = "height file";
+
+/// Size in bytes and CRC-32.
+std::string MarkOf(std::string_view content) {
+  return std::to_string(content.size()) + ' ' + std::to_string(QvPlatform::Crc32(content));
+}
+
 }  // namespace
 
 std::optional<std::string> HeightStoragePath(const TdatamoduleQvRfData& data,
@@ -65,6 +74,18 @@ std::optional<std::string> HeightStoragePath(const TdatamoduleQvRfData& data,
                        QvPlatform::TrimView(shortName).size() != shortName.size();
   if (refused) return std::nullopt;
   return data.GetHeightsPrefix() + std::string(shortName);
+}
+
+void NoteHeightFile(QvPlatform::TQvDataSet& heights, int key, std::string_view content) {
+  heights.SetNote(key, kFileNote, MarkOf(content));
+}
+
+std::optional<std::string> HeightFileDamage(const QvPlatform::TQvDataSet& heights, int key,
+                                            std::string_view content) {
+  const std::optional<std::string> mark = heights.Note(key, kFileNote);
+  if (!mark || *mark == MarkOf(content)) return std::nullopt;
+  return "the file is not the one that was written for the height system: it was damaged or "
+         "exchanged";
 }
 
 std::string NewHeightStorageName(const TdatamoduleQvRfData& data, std::string_view objectName,

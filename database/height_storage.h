@@ -26,6 +26,15 @@ enum class HeightNaming {
 [[nodiscard]] std::optional<std::string> HeightStoragePath(const TdatamoduleQvRfData& data,
                                                            std::string_view shortName);
 
+/// Keeps in the table of height systems, beside the record of that key, the size and the checksum
+/// of its height file. Throws what the table throws.
+void NoteHeightFile(QvPlatform::TQvDataSet& heights, int key, std::string_view content);
+/// Why a content is not that of the height file that was written for the record: it was damaged or
+/// exchanged. Nothing if it is, and for a file that an older version has written, of which nothing
+/// is kept.
+[[nodiscard]] std::optional<std::string> HeightFileDamage(const QvPlatform::TQvDataSet& heights,
+                                                          int key, std::string_view content);
+
 /// A stream for a new height file of an object, under which nothing stands yet. Its
 /// StorageShortName is what the record keeps: not empty, 255 bytes at most, and HeightStoragePath
 /// leads back from it. A name of nothing but blanks becomes "heights", one that some systems give

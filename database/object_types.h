@@ -24,6 +24,9 @@ enum class TObjectType : signed char {
 /// The codes of all object types lie below this number.
 inline constexpr int kObjectTypeCodes = 17;
 
+/// OWNER_CONTENT of the parameter values of map projections, in the place of an object type's code.
+inline constexpr int kProjectionParameterOwner = 13;
+
 /// Every object type by the stem that the names of its processor and its dialogs share, with its
 /// code. Processors are made in this order and go in the opposite one.
 #define REFFRAME_OBJECT_TYPES(X)         \

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "platform/dbset/read_group.h"
 #include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
 #include "platform/ui/texts.h"
@@ -186,7 +187,7 @@ TQvRfDataProcessor& TQvRfDataProcessor::ProcessorOf(TObjectType type) const {
 
 void TQvRfDataProcessor::ReportStorage(const std::exception& error) {
   data_.Ui().ShowMessage(MessageKind::kError,
-                         SystemText(TextId::kCannotWriteDatabase) + " (" + error.what() + ")",
+                         SystemText(TextId::kCannotWriteDatabase) + " (" + QvPlatform::ReasonOf(error) + ")",
                          MessageButtons::kOk);
 }
 
@@ -246,9 +247,22 @@ TQvRfDataProcessor::Removal TQvRfDataProcessor::RemoveUnused(int key, Users user
   }
 }
 
+bool TQvRfDataProcessor::BringUpToDate() {
+  try {
+    const QvPlatform::TQvReadGroup moment(data_.OpenedTables());
+    return true;
+  } catch (const std::runtime_error& error) {
+    ReportStorage(error);
+    return false;
+  }
+}
+
 bool TQvRfDataProcessor::DeleteRecord(TComponent* owner) {
   const ControlsGuard guard(*DataSet);
   const int key = GetCurrentKey();
+  // A user that somebody else has removed is none, and a record that is gone needs no removal.
+  if (!BringUpToDate()) return false;
+  if (key != 0 && !LocateKey(key)) return true;
   if (!CheckNotUsed(owner)) return false;
   if (AsksToDelete() && !ConfirmDelete()) return true;
   Removal removal = RemoveUnused(key, Users::kOfDescriptor);
@@ -266,6 +280,8 @@ bool TQvRfDataProcessor::DeleteWithConsent(TComponent* owner) {
 bool TQvRfDataProcessor::DeleteUnused(TComponent* owner) {
   if (AsksToDelete()) return DeleteRecord(owner);
   const int key = GetCurrentKey();
+  if (!BringUpToDate()) return false;
+  if (!LocateKey(key)) return true;
   for (bool confirmed = false;; confirmed = true) {
     const std::vector<UsedByRow> users = UsersOf(key, Users::kOfCatalogue);
     if (!users.empty()) {

@@ -221,6 +221,8 @@ class TQvRfDataProcessor : public EditLock, protected OwnMembers {
   /// Who is asked for before a record goes.
   enum class Users { kOfDescriptor, kOfCatalogue };
   [[nodiscard]] std::vector<QvPlatform::UsedByRow> UsersOf(int key, Users users) const;
+  /// Takes in what others have written. False, after telling the user, if it cannot be read.
+  [[nodiscard]] bool BringUpToDate();
   /// What became of a removal; the user was told why of kRefused.
   enum class Removal { kDone, kUsed, kRefused };
   /// Removes the record, unless somebody uses it by now.

@@ -13,9 +13,6 @@
 /// command line, the integrity check and the tests read the same.
 namespace QvRefSystem {
 
-/// OWNER_CONTENT of the parameter values of map projections.
-inline constexpr int kProjectionParameterOwner = 13;
-
 /// Values of PARAM_TAG.
 enum class ParamTag : int {
   kProjectionParameter = 1,

@@ -288,6 +288,18 @@
         <translation>In die Datenbank kann nicht geschrieben werden</translation>
     </message>
     <message>
+        <source>Part of the last change is missing, as in a copy that was made while it was under way. Check the database or put a backup back. Tables that are too old:</source>
+        <translation>Ein Teil der letzten Änderung fehlt, wie in einer Kopie, die währenddessen gemacht wurde. Prüfen Sie die Datenbank oder spielen Sie eine Sicherung zurück. Zu alte Tabellen:</translation>
+    </message>
+    <message>
+        <source>There is not enough memory</source>
+        <translation>Der Arbeitsspeicher reicht nicht aus</translation>
+    </message>
+    <message>
+        <source>A table was missing and has been made anew, empty:</source>
+        <translation>Eine Tabelle fehlte und wurde neu und leer angelegt:</translation>
+    </message>
+    <message>
         <source>Cell size is greater than table size!</source>
         <translation>Die Zelle ist größer als die Tabelle!</translation>
     </message>

@@ -140,8 +140,15 @@ HeightRefusal HeightCreation::LoadData() {
 HeightRefusal HeightCreation::LoadTable() {
   const std::optional<std::string> path = processor_.CurrentHeightFile();
   if (!path) return HeightRefusal::kNoFile;
+  std::string text;
+  HeightRefusal refusal = ReadHeightText(*path, data_.ResourceForm, &text, data_.Ui());
+  if (refusal != HeightRefusal::kNone) return refusal;
+  if (const std::optional<std::string> damage = processor_.DamageOf(text)) {
+    TellCannotCreate(*path, data_.ResourceForm, data_.Ui(), *damage);
+    return HeightRefusal::kNotOpened;
+  }
   auto table = std::make_unique<THeightTable>();
-  const HeightRefusal refusal = ReadHeightTable(*path, data_.ResourceForm, table.get(), data_.Ui());
+  refusal = TableOfText(text, table.get(), data_.Ui());
   if (refusal == HeightRefusal::kNone) made_.Table = std::move(table);
   return refusal;
 }

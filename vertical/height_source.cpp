@@ -40,11 +40,11 @@ bool HeightSource::CanMake(HeightKind kind) const {
   return usual && (kind == HeightKind::kOffset || kind == *usual);
 }
 
-HeightRefusal ReadHeightTable(const std::string& path, bool useResource, THeightTable* table,
-                              QvPlatform::TUserInterface& ui) {
-  std::string text;
+HeightRefusal ReadHeightText(const std::string& path, bool useResource, std::string* text,
+                             QvPlatform::TUserInterface& ui) {
   try {
-    text = ReadStorageFile(path, useResource);
+    *text = ReadStorageFile(path, useResource);
+    return HeightRefusal::kNone;
   } catch (const QvPlatform::StorageError& error) {
     if (StorageFileOpens(path, useResource)) return HeightRefusal::kNotRead;
     TellCannotCreate(path, useResource, ui, error.what());
@@ -52,12 +52,23 @@ HeightRefusal ReadHeightTable(const std::string& path, bool useResource, THeight
   } catch (const std::exception&) {
     return HeightRefusal::kNotRead;
   }
+}
+
+HeightRefusal TableOfText(const std::string& text, THeightTable* table,
+                          QvPlatform::TUserInterface& ui) {
   ProgressDisplay progress(ui, ProgressDisplay::kCounted,
                            QvPlatform::SystemText(QvPlatform::TextId::kLoadingHeights));
   if (ParseHeightTable(table, text, progress.Interface())) return HeightRefusal::kNone;
   if (progress.Cancelled()) return HeightRefusal::kCancelled;
   HeightTableHeader header;
   return ReadHeightTableHeader(text, &header) ? HeightRefusal::kNoValues : HeightRefusal::kNoGrid;
+}
+
+HeightRefusal ReadHeightTable(const std::string& path, bool useResource, THeightTable* table,
+                              QvPlatform::TUserInterface& ui) {
+  std::string text;
+  const HeightRefusal refusal = ReadHeightText(path, useResource, &text, ui);
+  return refusal == HeightRefusal::kNone ? TableOfText(text, table, ui) : refusal;
 }
 
 }  // namespace QvRefSystem

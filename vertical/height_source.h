@@ -49,6 +49,13 @@ struct HeightSource {
   [[nodiscard]] bool CanMake(HeightKind kind) const;
 };
 
+/// Reads the text of a height file: kNone, kNotOpened, which the user was told, or kNotRead.
+[[nodiscard]] HeightRefusal ReadHeightText(const std::string& path, bool useResource,
+                                           std::string* text, QvPlatform::TUserInterface& ui);
+/// Turns the text of a height file into a table, with a progress display: kNone, kNoGrid, kNoValues
+/// or kCancelled. `table` may be in any state unless the result is kNone.
+[[nodiscard]] HeightRefusal TableOfText(const std::string& text, THeightTable* table,
+                                        QvPlatform::TUserInterface& ui);
 /// Reads a height file with a progress display. `table` may be in any state unless the result is
 /// kNone. Others are kNotOpened, which the user was told, kNotRead, kNoGrid, kNoValues, kCancelled.
 [[nodiscard]] HeightRefusal ReadHeightTable(const std::string& path, bool useResource,

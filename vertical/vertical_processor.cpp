@@ -62,7 +62,9 @@ bool TQvRfVerticalRefSystemDataProcessor::LoadTable(std::string* text) {
   const std::optional<std::string> path = CurrentHeightFile();
   try {
     if (!path) throw StorageError("this is no name of a file");
-    *text = ReadStorageFile(*path, data_.ResourceForm);
+    std::string content = ReadStorageFile(*path, data_.ResourceForm);
+    if (const auto damage = DamageOf(content)) throw StorageError(*damage);
+    *text = std::move(content);
     return true;
   } catch (const StorageError& error) {
     ReportFile(path.value_or(CurrentText("VDATA_FILENAME")), error.what());
@@ -70,7 +72,12 @@ bool TQvRfVerticalRefSystemDataProcessor::LoadTable(std::string* text) {
   }
 }
 
-void TQvRfVerticalRefSystemDataProcessor::SaveTable(const std::string& fileName,
+std::optional<std::string> TQvRfVerticalRefSystemDataProcessor::DamageOf(
+    std::string_view text) const {
+  return HeightFileDamage(*DataSet, GetCurrentKey(), text);
+}
+
+void TQvRfVerticalRefSystemDataProcessor::SaveTable(int key, const std::string& fileName,
                                                     const std::string& text) {
   TQvWriteGroup group(data_.WritableTables());
   const std::string path = data_.GetHeightsPrefix() + fileName;
@@ -84,6 +91,7 @@ void TQvRfVerticalRefSystemDataProcessor::SaveTable(const std::string& fileName,
   if (!data_.ResourceForm) {
     group.AtEnd({}, [path] { DeleteStorageFile(path, false); });
   }
+  NoteHeightFile(*DataSet, key, text);
   group.Commit();
 }
 
@@ -179,9 +187,10 @@ bool TQvRfVerticalRefSystemDataProcessor::ReadContent(TStringTree* tree, RecordI
 }
 
 void TQvRfVerticalRefSystemDataProcessor::AppendBeside(TStringTree* /*tree*/,
-                                                       const RecordImage& image, int /*key*/) {
+                                                       const RecordImage& image, int key) {
   const auto table = image.Beside.find(kTableMember);
-  if (table != image.Beside.end()) SaveTable(image.Text(Column("VDATA_FILENAME")), table->second);
+  if (table == image.Beside.end()) return;
+  SaveTable(key, image.Text(Column("VDATA_FILENAME")), table->second);
 }
 
 // Heights that are made here.
@@ -241,8 +250,8 @@ bool TQvRfVerticalRefSystemDataProcessor::Store(const HeightRecord& record, bool
     }
     append ? DataSet->Append() : DataSet->Edit();
     image.Store(*DataSet);
-    DataSet->Post();
-    if (isTable) SaveTable(fileName, text);
+    const int stored = KeyOf(DataSet->Post());
+    if (isTable) SaveTable(stored, fileName, text);
     if (old) DeleteFile(group, *old);
     group.Commit();
   } catch (...) {
@@ -288,8 +297,8 @@ void TQvRfVerticalRefSystemDataProcessor::AppendDuplicate(int key) {
   image.SetDouble(Column("LAST_USE"), QvPlatform::CurrentMoment());
   DataSet->Append();
   image.Store(*DataSet);
-  DataSet->Post();
-  if (hasFile) SaveTable(fileName, table);
+  const int copy = KeyOf(DataSet->Post());
+  if (hasFile) SaveTable(copy, fileName, table);
   group.Commit();
 }
 

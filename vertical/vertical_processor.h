@@ -47,6 +47,8 @@ class TQvRfVerticalRefSystemDataProcessor final : public VerticalRecords {
   /// The stream of the current record's height file; nothing for a kind without one, and for a
   /// name that would lead out of the place for heights. Whether the file is there is not asked.
   [[nodiscard]] std::optional<std::string> CurrentHeightFile() const;
+  /// Why that text is not what was written into the current record's height file; nothing if it is.
+  [[nodiscard]] std::optional<std::string> DamageOf(std::string_view text) const;
 
  protected:
   [[nodiscard]] bool WriteContent(TStringTree* tree) override;
@@ -69,9 +71,9 @@ class TQvRfVerticalRefSystemDataProcessor final : public VerticalRecords {
   void DeleteFile(QvPlatform::TQvWriteGroup& group, const std::string& path) const;
   /// Reads the current record's file. False, after telling the user, if it cannot be read.
   [[nodiscard]] bool LoadTable(std::string* text);
-  /// Writes the file of a record that was just added, inside the group of its changes. Throws
-  /// ToldStorageError.
-  void SaveTable(const std::string& fileName, const std::string& text);
+  /// Writes the file of the record of that key, which was just posted, inside the group of its
+  /// changes. Throws ToldStorageError.
+  void SaveTable(int key, const std::string& fileName, const std::string& text);
   /// Tells that the file could not be read or written; `reason` may be empty.
   void ReportFile(const std::string& path, const std::string& reason);
   /// Moves to a record that is to be changed or copied. Throws DataSetError if somebody has removed

@@ -12,6 +12,7 @@
 #include "apps/cli/keeping_commands.h"
 #include "apps/cli/object_types.h"
 #include "apps/cli/transform_commands.h"
+#include "platform/ui/texts.h"
 #include "platform/storage/waiting.h"
 
 namespace RefframeCli {
@@ -109,12 +110,20 @@ Arguments::Arguments() {
 
   Add("recover", "Finishes or takes back what an interrupted program left; prints each step",
       RecoverInterrupted);
-  Add("check", "Verifies every reference, code row and duplicate; prints errors, then notes",
-      CheckWhole);
   AddKeepingCommands();
 }
 
 void Arguments::AddKeepingCommands() {
+  CLI::App& check =
+      Add("check", "Verifies files, references, codes and duplicates; prints errors, then notes",
+          CheckWhole);
+  CLI::Option* repair = check.add_flag(
+      "--repair", request_.repair,
+      "First mend what has one right answer: rows that deleted objects left, records that say the "
+      "same, height files of no record; a backup is made before, and each step is printed");
+  check.add_flag("--dry-run", request_.dryRun, "Print the steps of --repair and change nothing")
+      ->needs(repair);
+
   CLI::App& copy =
       Add("copy", "Copies a database, also from a folder to a container or back", CopyWhole);
   copy.add_option("DB2", request_.otherDatabase, "The copy, where nothing stands yet")->required();
@@ -312,7 +321,8 @@ int Run(int argc, const char* const* argv, Terminal terminal) {
     terminal.err << "refframe: " << error.what() << "\n";
     return kMisused;
   } catch (const std::exception& error) {
-    if (*error.what() != '\0') terminal.err << "refframe: " << error.what() << "\n";
+    const std::string reason = QvPlatform::ReasonOf(error);
+    if (!reason.empty()) terminal.err << "refframe: " << reason << "\n";
     return kFailed;
   }
 }

@@ -6,6 +6,8 @@
 #include "apps/cli/object_types.h"
 #include "apps/cli/open_database.h"
 #include "assembly/database_check.h"
+#include "assembly/database_copy.h"
+#include "assembly/database_repair.h"
 #include "platform/storage/database_recovery.h"
 #include "platform/text/text.h"
 #include "processors/name_filter.h"
@@ -59,6 +61,19 @@ class ListedColumns {
   int name_;
   int description_;
 };
+
+void Repair(QvRefSystem::TdatamoduleQvRfData& data, const Request& request, Terminal terminal) {
+  const auto backUp = [&terminal](QvRefSystem::TdatamoduleQvRfData& all,
+                                  const std::string& target) {
+    for (const std::string& note : BackupDatabase(all, target))
+      terminal.err << "refframe: " << note << "\n";
+  };
+  const QvRefSystem::RepairReport report =
+      RepairDatabase(data, {.dryRun = request.dryRun, .backup = backUp});
+  if (!report.backup.empty()) terminal.err << "refframe: the backup is " << report.backup << "\n";
+  for (const std::string& step : report.steps)
+    terminal.out << step << "\n";
+}
 
 }  // namespace
 
@@ -147,6 +162,7 @@ int DeleteObject(const Request& request, Terminal terminal) {
 int CheckWhole(const Request& request, Terminal terminal) {
   TerminalInterface ui(terminal, false);
   OpenedDatabase database(request.database, ui);
+  if (request.repair) Repair(database.Data(), request, terminal);
   const QvRefSystem::CheckReport report = QvRefSystem::CheckDatabase(database.Data());
   for (const std::string& line : report.Lines())
     terminal.out << line << "\n";

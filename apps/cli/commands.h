@@ -20,7 +20,7 @@ int ListUsers(const Request& request, Terminal terminal);
 /// Deletes an object to which nothing refers, with `force` also a height system that is used, if
 /// the answer is Yes; a No that a person gave is no failure.
 int DeleteObject(const Request& request, Terminal terminal);
-/// Prints a line for each find, errors first, after the steps of repair if that is asked for;
+/// Prints a line for each find, errors first, behind the steps of repair if that is asked for;
 /// throws CommandError if there is an error.
 int CheckWhole(const Request& request, Terminal terminal);
 

@@ -108,10 +108,11 @@ OpenedDatabase::OpenedDatabase(const std::string& path, TerminalInterface& ui)
   data_->DatabasePath = path;
   if (data_->OpenDatabase(path, QvRefSystem::kFullMode, IsContainer(path))) return;
   std::string reason = data_->LastError();
-  if (const std::string missing = MissingTable(path); reason.empty() && !missing.empty()) {
-    reason = "the table " + missing + " is missing";
+  if (reason.empty() && !ui.HasReported()) {
+    const std::string missing = MissingTable(path);
+    reason =
+        missing.empty() ? "the database does not open" : "the table " + missing + " is missing";
   }
-  if (reason.empty() && !ui.HasReported()) reason = "the database does not open";
   throw CommandError(reason.empty() ? reason : path + ": " + reason);
 }
 

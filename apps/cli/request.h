@@ -35,8 +35,6 @@ struct Request {
   std::string otherDatabase;
   /// How many seconds another program that writes to a database is waited for.
   double wait = 30;
-  /// What stands in the way of a backup is replaced.
-  bool force = false;
   /// A new database gets no systems.
   bool empty = false;
   /// The object type; null for a command without one, and for files of mixed types.
@@ -51,7 +49,12 @@ struct Request {
   bool all = false;
   /// Questions are answered Yes beforehand.
   bool yes = false;
-  /// An object that nobody asks for goes although it is used.
+  /// What has one right answer is mended ahead of the check.
+  bool repair = false;
+  /// The steps of repair are told and not done.
+  bool dryRun = false;
+  /// What would be refused is done: an object goes although it is used, a file that stands in the
+  /// way of a backup is replaced.
   bool force = false;
   /// The form of files; without it text is written, and the content tells what is read.
   std::optional<QvRefSystem::ObjectFileForm> form;

@@ -87,7 +87,7 @@ MessageAnswer TerminalInterface::ShowMessage(MessageKind kind, const std::string
   if (buttons == MessageButtons::kYesNo) {
     return Confirm(text) ? MessageAnswer::kYes : MessageAnswer::kNo;
   }
-  hasReported_ |= kind == MessageKind::kError || kind == MessageKind::kWarning;
+  hasReported_ |= kind == MessageKind::kError;
   terminal_.err << "refframe: " << text << "\n";
   return MessageAnswer::kOk;
 }

@@ -84,6 +84,8 @@ class HeightCheck {
       findings_.Add(row, which + "is missing");
     } else if (!LoadStorageFile(*path, data_.ResourceForm, &text)) {
       findings_.Add(row, which + "is empty or cannot be read");
+    } else if (const auto damage = HeightFileDamage(heights_.DataSet(), row.Key(), text)) {
+      findings_.Add(row, which + "cannot be used: " + *damage);
     } else if (!HasChecksum(text, static_cast<std::uint32_t>(row.Integer("VDATA_CRC32")))) {
       findings_.Add(row, which + "differs from VDATA_CRC32");
     }

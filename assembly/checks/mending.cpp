@@ -7,6 +7,10 @@ std::string StreamOf(TableId table) {
   return std::string(TableOf(table).streamName);
 }
 
+std::string InWords(const RaisedCounter& counter) {
+  return StreamOf(counter.table) + ": new keys begin behind " + std::to_string(counter.key);
+}
+
 std::string InWords(const RemovedValue& row) {
   return StreamOf(TableId::kParamValue) + ": row of tag " + std::to_string(row.tag) + " of owner " +
          std::to_string(row.content) + "/" + std::to_string(row.owner) + ", \"" + row.value +

@@ -45,8 +45,17 @@ struct MergedRecord {
   int references = 0;
 };
 
+/// A table whose new records would get keys that are named already, so that they would come to the
+/// codes, the users or the heights of former ones.
+struct RaisedCounter {
+  /// The table.
+  TableId table = TableId::kNone;
+  /// The key behind which new ones begin.
+  int key = 0;
+};
+
 /// One step of repair.
-using Mending = std::variant<RemovedValue, FileSetAside, MergedRecord>;
+using Mending = std::variant<RaisedCounter, RemovedValue, FileSetAside, MergedRecord>;
 
 /// The step in words: table, record, and what becomes of it.
 [[nodiscard]] std::string StepOf(const Mending& mending);

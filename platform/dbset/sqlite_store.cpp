@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "platform/dbset/data_set_error.h"
-#include "platform/dbset/field_descriptions.h"
 #include "platform/storage/file_identity.h"
 #include "platform/storage/table_upgrade.h"
 
@@ -50,7 +49,6 @@ std::int64_t DigestStep(std::int64_t from, std::int64_t to) {
 
 void SqliteStore::SetHeader(const TQvDbHeader& header) {
   header_ = header;
-  keyColumn_ = KeyColumn(Describe(header));
   keyField_ = -1;
   for (std::size_t i = 0; i < header.Fields().size(); ++i) {
     if (header.Fields()[i].need == FieldNeed::kGeneratedKey) keyField_ = static_cast<int>(i);
@@ -76,7 +74,7 @@ void SqliteStore::RefuseDamaged(const std::string& what) {
 
 std::int64_t SqliteStore::ReadChanges() {
   if (!summed_) return Db().ChangeCounter(Link().Schema());
-  Statement& query = Prepared(&TableLink::changes, &SqliteStore::ChangesSql);
+  Statement& query = Prepared(&TableLink::changes, &RecordSql::Changes);
   const StatementScope scope(query);
   return query.Step() ? query.ColumnInteger(0) : -1;
 }
@@ -193,17 +191,6 @@ GroupMark SqliteStore::LastGroup() {
 
 // --- reading ----------------------------------------------------------------------------------
 
-std::string SqliteStore::SumColumn() const {
-  return summed_ ? QuoteName(kSumColumn) : std::string("NULL");
-}
-
-std::string SqliteStore::ColumnList() const {
-  std::string list = QuoteName(keyColumn_) + ", " + QuoteName(kVersionColumn) + ", " + SumColumn();
-  for (const TQvDbField& field : header_.Fields())
-    list += ", " + QuoteName(field.name);
-  return list;
-}
-
 Cell SqliteStore::CellFrom(Statement& query, int column, const TQvDbField& field) const {
   const Statement::Kind kind = query.ColumnKind(column);
   if (kind == Statement::Kind::kNull) return {};
@@ -263,8 +250,7 @@ LoadedTable SqliteStore::Load() {
   const TableState state = RequireState();
   LoadedTable table;
   table.header = header_;
-  Statement query =
-      Db().Prepare("SELECT " + ColumnList() + " FROM " + link.FullName() + " ORDER BY 1");
+  Statement query = Db().Prepare(Sql().ReadAll());
   std::int64_t digest = 0;
   try {
     while (query.Step()) {
@@ -292,9 +278,7 @@ std::optional<TableChanges> SqliteStore::LoadChanges(std::span<const RecordMark>
   const TableState state = RequireState();
   std::vector<std::int64_t> written;
   TableChanges changes;
-  Statement query =
-      Db().Prepare("SELECT " + QuoteName(keyColumn_) + ", " + QuoteName(kVersionColumn) + ", " +
-                   SumColumn() + " FROM " + Link().FullName() + " ORDER BY 1");
+  Statement query = Db().Prepare(Sql().ReadMarks());
   auto next = known.begin();
   while (query.Step()) {
     const RecordMark found{query.ColumnInteger(0), query.ColumnInteger(1), query.ColumnInteger(2)};
@@ -314,78 +298,26 @@ std::optional<TableChanges> SqliteStore::LoadChanges(std::span<const RecordMark>
   return changes;
 }
 
-std::string SqliteStore::OneRowCondition() const {
-  return " WHERE " + QuoteName(keyColumn_) + " = ?";
-}
-
-std::string SqliteStore::ReadSql() {
-  return "SELECT " + ColumnList() + " FROM " + Link().FullName() + OneRowCondition();
-}
-
-std::string SqliteStore::ChangesSql() {
-  return "SELECT changes FROM " + QuoteName(Link().Schema()) +
-         ".qv_state WHERE table_name = " + QuoteText(Link().Table());
+RecordSql SqliteStore::Sql() {
+  return {Link().Schema(), Link().Table(), header_, summed_};
 }
 
 Statement& SqliteStore::Prepared(std::optional<Statement> TableLink::*statement,
-                                 std::string (SqliteStore::*makeSql)()) {
+                                 std::string (RecordSql::*makeSql)() const) {
   Link().MakeAnew(summed_);
   std::optional<Statement>& place = Link().*statement;
-  if (!place) place.emplace(Db(), (this->*makeSql)());
+  if (!place) place.emplace(Db(), (Sql().*makeSql)());
   return *place;
 }
 
 std::unique_ptr<Row> SqliteStore::ReadRow(std::int64_t id) {
-  Statement& query = Prepared(&TableLink::read, &SqliteStore::ReadSql);
+  Statement& query = Prepared(&TableLink::read, &RecordSql::ReadOne);
   query.BindInteger(1, id);
   const StatementScope scope(query);
   return query.Step() ? RowFrom(query) : nullptr;
 }
 
 // --- writing ----------------------------------------------------------------------------------
-
-std::string SqliteStore::InsertSql() {
-  std::string columns =
-      QuoteName(keyColumn_) + ", " + QuoteName(kVersionColumn) + ", " + QuoteName(kSumColumn);
-  std::string places = "?, 1, ?";
-  for (int field = 0; field < static_cast<int>(header_.Fields().size()); ++field) {
-    if (field == keyField_) continue;
-    columns += ", " + QuoteName(header_.Fields()[static_cast<std::size_t>(field)].name);
-    places += ", ?";
-  }
-  return "INSERT INTO " + Link().FullName() + " (" + columns + ") VALUES (" + places + ")";
-}
-
-std::string SqliteStore::UpdateSql() {
-  const std::string version = QuoteName(kVersionColumn);
-  std::string sets = QuoteName(keyColumn_) + " = ?, " + QuoteName(kSumColumn) + " = ?, ";
-  for (int field = 0; field < static_cast<int>(header_.Fields().size()); ++field) {
-    if (field == keyField_) continue;
-    sets += QuoteName(header_.Fields()[static_cast<std::size_t>(field)].name) + " = ?, ";
-  }
-  return "UPDATE " + Link().FullName() + " SET " + sets + version + " = " + version + " + 1" +
-         OneRowCondition() + " AND " + version + " = ?";
-}
-
-std::string SqliteStore::DeleteSql() {
-  return "DELETE FROM " + Link().FullName() + OneRowCondition() + " AND " +
-         QuoteName(kVersionColumn) + " = ?";
-}
-
-std::string SqliteStore::NextKeySql() {
-  const std::string key = QuoteName(keyColumn_);
-  // The counter remembers keys of records that are gone; the records count where it was lost.
-  return "SELECT max(coalesce((SELECT max(seq) FROM " + QuoteName(Link().Schema()) +
-         ".sqlite_sequence WHERE name = " + QuoteText(Link().Table()) +
-         " COLLATE NOCASE), 0), coalesce((SELECT max(" + key + ") FROM " + Link().FullName() +
-         "), 0))";
-}
-
-std::string SqliteStore::CountSql() {
-  return "UPDATE " + QuoteName(Link().Schema()) +
-         ".qv_state SET changes = changes + 1, rows = rows + ?, digest = (digest + ?) & " +
-         std::to_string(RecordSum::kMask) + " WHERE table_name = " + QuoteText(Link().Table());
-}
 
 void SqliteStore::BindFields(Statement& statement, const Row& row, std::int64_t id,
                              std::int64_t sum) const {
@@ -398,8 +330,7 @@ void SqliteStore::BindFields(Statement& statement, const Row& row, std::int64_t 
 }
 
 std::int64_t SqliteStore::StoredSum(std::int64_t id) {
-  Statement query =
-      Db().Prepare("SELECT " + SumColumn() + " FROM " + Link().FullName() + OneRowCondition());
+  Statement query = Db().Prepare(Sql().ReadSum());
   query.BindInteger(1, id);
   return query.Step() ? query.ColumnInteger(0) : 0;
 }
@@ -417,7 +348,7 @@ void SqliteStore::BeginChange() {
 void SqliteStore::CountChange(int rows, std::int64_t digest) {
   Session& session = Link().Transactions();
   try {
-    Statement& count = Prepared(&TableLink::count, &SqliteStore::CountSql);
+    Statement& count = Prepared(&TableLink::count, &RecordSql::Count);
     count.BindInteger(1, rows);
     count.BindInteger(2, digest);
     count.Run();
@@ -463,7 +394,7 @@ class SqliteStore::Change {
 };
 
 std::int64_t SqliteStore::LastKey() {
-  Statement& query = Prepared(&TableLink::nextKey, &SqliteStore::NextKeySql);
+  Statement& query = Prepared(&TableLink::nextKey, &RecordSql::LastKey);
   const StatementScope scope(query);
   return query.Step() ? query.ColumnInteger(0) : 0;
 }
@@ -473,7 +404,7 @@ void SqliteStore::Insert(Row* row) {
   const std::int64_t id = LastKey() + 1;
   if (keyField_ >= 0 && !FitsKey(id)) throw DataSetError("the table has no keys left");
   const std::int64_t sum = SumOf(id, 1, row->cells);
-  Statement& insert = Prepared(&TableLink::insert, &SqliteStore::InsertSql);
+  Statement& insert = Prepared(&TableLink::insert, &RecordSql::Insert);
   BindFields(insert, *row, id, sum);
   insert.Run();
   change.Done(1, sum);
@@ -500,7 +431,7 @@ bool SqliteStore::Update(std::int64_t id, Row* row) {
   if (newId != id) RaiseLastKey(newId);
   const std::int64_t oldSum = row->sum != kNoSum ? row->sum : StoredSum(id);
   const std::int64_t sum = SumOf(newId, row->version + 1, row->cells);
-  Statement& update = Prepared(&TableLink::update, &SqliteStore::UpdateSql);
+  Statement& update = Prepared(&TableLink::update, &RecordSql::Update);
   BindFields(update, *row, newId, sum);
   const int parameter = static_cast<int>(row->cells.size()) + (keyField_ >= 0 ? 2 : 3);
   update.BindInteger(parameter, id);
@@ -522,7 +453,7 @@ bool SqliteStore::Update(std::int64_t id, Row* row) {
 bool SqliteStore::Delete(const Row& row) {
   Change change(*this);
   const std::int64_t oldSum = row.sum != kNoSum ? row.sum : StoredSum(row.id);
-  Statement& remove = Prepared(&TableLink::remove, &SqliteStore::DeleteSql);
+  Statement& remove = Prepared(&TableLink::remove, &RecordSql::Delete);
   remove.BindInteger(1, row.id);
   remove.BindInteger(2, row.version);
   remove.Run();

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/dbset/record_sql.h"
 #include "platform/dbset/table_link.h"
 #include "platform/dbset/table_store.h"
 #include "platform/storage/record_sum.h"
@@ -66,24 +67,14 @@ class SqliteStore : public TableStore, public TransactionListener {
   [[nodiscard]] std::int64_t SumOf(std::int64_t id, std::int64_t version,
                                    const std::vector<Cell>& cells);
   [[nodiscard]] std::int64_t StoredSum(std::int64_t id);
-  [[nodiscard]] std::string SumColumn() const;
-  [[nodiscard]] std::string ColumnList() const;
-  [[nodiscard]] std::string OneRowCondition() const;
-  [[nodiscard]] std::string InsertSql();
-  [[nodiscard]] std::string UpdateSql();
-  [[nodiscard]] std::string DeleteSql();
-  [[nodiscard]] std::string ReadSql();
-  [[nodiscard]] std::string NextKeySql();
-  [[nodiscard]] std::string CountSql();
-  [[nodiscard]] std::string ChangesSql();
+  [[nodiscard]] RecordSql Sql();
   Statement& Prepared(std::optional<Statement> TableLink::*statement,
-                      std::string (SqliteStore::*makeSql)());
+                      std::string (RecordSql::*makeSql)() const);
   void BindFields(Statement& statement, const Row& row, std::int64_t id, std::int64_t sum) const;
   void BeginChange();
   void CountChange(int rows, std::int64_t digest);
 
   TQvDbHeader header_;
-  std::string keyColumn_;
   int keyField_ = -1;
   RecordSum sum_;
   /// Whether the file has checksums.

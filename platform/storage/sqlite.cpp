@@ -58,6 +58,9 @@ std::string_view CauseOf(int code) {
   if (code == SQLITE_READONLY_ROLLBACK) {
     return "an interrupted change has to be undone first, and it is read-only";
   }
+  constexpr std::array kLocking = {SQLITE_IOERR_LOCK, SQLITE_IOERR_UNLOCK, SQLITE_IOERR_RDLOCK,
+                                   SQLITE_IOERR_CHECKRESERVEDLOCK};
+  if (std::ranges::find(kLocking, code) != kLocking.end()) return "it cannot be locked";
   if (code == SQLITE_READONLY_DBMOVED) return "it was moved or removed while it was open";
   const auto* cause = std::ranges::find(kCauses, code & 0xFF, &Cause::kind);
   return cause != kCauses.end() ? cause->words : std::string_view();

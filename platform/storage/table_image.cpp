@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/storage/table_state.h"
+
 namespace QvPlatform::detail {
 
 namespace {
@@ -23,7 +25,29 @@ void BindValue(Statement& statement, int parameter, const StoredValue& value) {
   }
 }
 
+void AddValue(const StoredValue& value, RecordSum* sum) {
+  if (const auto* integer = std::get_if<std::int64_t>(&value)) {
+    sum->AddInteger(*integer);
+  } else if (const auto* number = std::get_if<double>(&value)) {
+    sum->AddFloat(*number);
+  } else if (const auto* text = std::get_if<std::string>(&value)) {
+    sum->AddText(*text);
+  } else {
+    sum->AddNull();
+  }
+}
+
 }  // namespace
+
+std::int64_t SumOfRecord(const std::vector<FieldDescription>& fields, std::int64_t id,
+                         std::int64_t version, const std::vector<StoredValue>& values) {
+  RecordSum sum;
+  sum.Begin(id, version);
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    if (fields[i].need != kGeneratedKeyNeed) AddValue(values.at(i), &sum);
+  }
+  return sum.Value();
+}
 
 TableImage::TableImage(std::vector<FieldDescription> fields)
     : fields_(std::move(fields)), memory_(Connection::OpenMemory()) {
@@ -35,8 +59,9 @@ TableImage::TableImage(std::vector<FieldDescription> fields)
 
 std::string TableImage::InsertSql() const {
   const std::string key = KeyColumn(fields_);
-  std::string columns = QuoteName(key) + ", " + QuoteName(kVersionColumn);
-  std::string places = "?, ?";
+  std::string columns =
+      QuoteName(key) + ", " + QuoteName(kVersionColumn) + ", " + QuoteName(kSumColumn);
+  std::string places = "?, ?, ?";
   for (const FieldDescription& field : fields_) {
     if (field.name == key) continue;
     columns += ", " + QuoteName(field.name);
@@ -51,12 +76,16 @@ bool TableImage::Add(std::int64_t id, std::int64_t version,
   Statement& insert = *insert_;
   insert.BindInteger(1, id);
   insert.BindInteger(2, version);
-  int parameter = 3;
+  const std::int64_t sum = SumOfRecord(fields_, id, version, values);
+  insert.BindInteger(3, sum);
+  int parameter = 4;
   for (std::size_t i = 0; i < fields_.size(); ++i) {
     if (fields_[i].need != kGeneratedKeyNeed) BindValue(insert, parameter++, values.at(i));
   }
   try {
     insert.Run();
+    ++rows_;
+    digest_ = (digest_ + sum) & RecordSum::kMask;
     return true;
   } catch (const SqliteError&) {
     return false;
@@ -66,6 +95,7 @@ bool TableImage::Add(std::int64_t id, std::int64_t version,
 std::string TableImage::Finish(std::int64_t lastKey) {
   const std::string table = QuoteText(kRecordTable);
   insert_.reset();
+  PutState(memory_, kRecordTable, rows_, digest_);
   memory_.Execute("DELETE FROM sqlite_sequence WHERE name = " + table +
                   "; INSERT INTO sqlite_sequence (name, seq) VALUES (" + table + ", " +
                   std::to_string(lastKey) + "); COMMIT");

@@ -6,9 +6,16 @@
 #include <vector>
 
 #include "platform/storage/page_file.h"
+#include "platform/storage/record_sum.h"
 #include "platform/storage/table_format.h"
 
 namespace QvPlatform::detail {
+
+/// Checksum of a record with a value for each field of its table; the generated key counts as the
+/// identity alone.
+[[nodiscard]] std::int64_t SumOfRecord(const std::vector<FieldDescription>& fields, std::int64_t id,
+                                       std::int64_t version,
+                                       const std::vector<StoredValue>& values);
 
 /// Makes the bytes of a table file out of records that come with their keys and versions.
 class TableImage {
@@ -30,6 +37,8 @@ class TableImage {
   Connection memory_;
   // Goes before the connection.
   std::optional<Statement> insert_;
+  std::int64_t rows_ = 0;
+  std::int64_t digest_ = 0;
 };
 
 }  // namespace QvPlatform::detail

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 #include <utility>
 
 namespace QvPlatform {
@@ -74,6 +75,11 @@ constexpr std::array kTexts = {
     TextRow{TextId::kAngularUnits, "Latitude & longitude units"},
     TextRow{TextId::kHeightUnits, "Height units"},
     TextRow{TextId::kCannotWriteDatabase, "Cannot write to the database"},
+    TextRow{TextId::kOlderTables,
+            "Part of the last change is missing, as in a copy that was made while it was under way. "
+            "Check the database or put a backup back. Tables that are too old:"},
+    TextRow{TextId::kNoMemory, "There is not enough memory"},
+    TextRow{TextId::kTableMadeAnew, "A table was missing and has been made anew, empty:"},
 };
 
 static_assert(std::ranges::adjacent_find(kTexts, std::ranges::greater_equal{}, &TextRow::id) ==
@@ -89,7 +95,7 @@ constexpr bool HasAll(TextId first, TextId last) {
 
 static_assert(HasAll(TextId::kNotFound, TextId::kInfoLongitude) &&
                   HasAll(TextId::kPlaneNotDefined, TextId::kCannotCreateFile) &&
-                  HasAll(TextId::kCannotOpenTable, TextId::kCannotWriteDatabase),
+                  HasAll(TextId::kCannotOpenTable, TextId::kTableMadeAnew),
               "each number has its text");
 
 std::function<std::string(std::string_view)>& Translator() {
@@ -107,6 +113,13 @@ std::string_view SourceText(TextId id) {
 std::string SystemText(TextId id) {
   const std::string_view source = SourceText(id);
   return Translator() && !source.empty() ? Translator()(source) : std::string(source);
+}
+
+std::string ReasonOf(const std::exception& error) {
+  if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) {
+    return SystemText(TextId::kNoMemory);
+  }
+  return error.what();
 }
 
 void SetTextTranslator(std::function<std::string(std::string_view source)> translator) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -64,12 +65,17 @@ enum class TextId : int {
   kAngularUnits,
   kHeightUnits,
   kCannotWriteDatabase,
+  kOlderTables,
+  kNoMemory,
+  kTableMadeAnew,
 };
 
 /// The text in the language of the user. Unknown numbers give "".
 [[nodiscard]] std::string SystemText(TextId id);
 /// The text as it stands in the catalogue, the key under which translations find it.
 [[nodiscard]] std::string_view SourceText(TextId id);
+/// What an exception says, for users to read: want of memory in words of ours.
+[[nodiscard]] std::string ReasonOf(const std::exception& error);
 /// Translates a source text; an empty function restores the catalogue's own language.
 void SetTextTranslator(std::function<std::string(std::string_view source)> translator);
 

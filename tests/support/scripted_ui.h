@@ -18,6 +18,8 @@ class ScriptedUi : public QvPlatform::TUserInterface {
   std::vector<QvPlatform::UsedByRow> usedBy;
   int usedByShown = 0;
   bool viewAllowed = false;
+  /// What happens elsewhere while the user is asked.
+  std::function<void()> onQuestion;
   /// What the user does in the used-by list.
   std::function<QvPlatform::UsedByAnswer()> onUsedBy;
 
@@ -25,6 +27,7 @@ class ScriptedUi : public QvPlatform::TUserInterface {
                                         QvPlatform::MessageButtons buttons) override {
     messages.push_back(text);
     if (buttons == QvPlatform::MessageButtons::kOk) return QvPlatform::MessageAnswer::kOk;
+    if (onQuestion) onQuestion();
     if (answers.empty()) return QvPlatform::MessageAnswer::kYes;
     const QvPlatform::MessageAnswer answer = answers.front();
     answers.pop_front();

@@ -159,17 +159,15 @@ TEST_P(HeightCreationTest, AStoredSystemIsLoadedFromItsFile) {
   EXPECT_TRUE(heights_.IsCurrent());
   EXPECT_EQ(heights_.Source().Kind, Kind::kNone);
 
-  const std::string path = *Records().CurrentHeightFile();
-  std::string whole;
-  ASSERT_TRUE(LoadStorageFile(path, GetParam(), &whole));
+  const std::string whole = FileText();
   const std::pair<const char*, HeightRefusal> kFiles[] = {
       {"54 55 36 38 1 1 7", kNoValues}, {"54 55", kNoGrid}, {"", kNotRead}};
   for (const auto& [text, refusal] : kFiles) {
-    (void)SaveStorageFile(path, InContainer(), text);
+    SaveFile(text);
     EXPECT_EQ(heights_.StartEdit(), refusal) << text;
     EXPECT_EQ(heights_.MadeData().Kind(), std::nullopt);
   }
-  ASSERT_TRUE(SaveStorageFile(path, GetParam(), whole));
+  SaveFile(whole);
   owner_ = key;
 }
 

@@ -34,9 +34,11 @@ class HeightTest : public testing::TestWithParam<bool> {
     const auto path = Records().CurrentHeightFile();
     return path && QvRefSystem::LoadStorageFile(*path, InContainer(), &text) ? text : "(none)";
   }
+  // Another content of the current record's file, as if it had been written for it.
   void SaveFile(const std::string& text) const {
     const auto path = Records().CurrentHeightFile();
     ASSERT_TRUE(path && QvRefSystem::SaveStorageFile(*path, InContainer(), text));
+    QvRefSystem::NoteHeightFile(*Records().DataSet, Records().GetCurrentKey(), text);
   }
   static void Set(QvRefSystem::TQvRfDataProcessor& processor, const char* field,
                   const std::string& value) {

@@ -259,6 +259,19 @@ TEST_P(HeightSystems, DoNotTakeTheFileOfAnother) {
   EXPECT_EQ(FileText(), HeightText());
 }
 
+// Of the same size, still a table: only what was kept of the file tells the difference.
+TEST_P(HeightSystems, RefuseAFileThatWasDamagedOrExchanged) {
+  Insert(HeightTableTree);
+  std::string damaged = FileText();
+  damaged[damaged.find("20.125") + 1] = '1';
+  ASSERT_TRUE(QvRefSystem::SaveStorageFile(*heights_.CurrentHeightFile(), GetParam(), damaged));
+  TStringTree tree;
+  EXPECT_FALSE(heights_.WriteToTree(&tree, 0, 0));
+  EXPECT_FALSE(heights_.DuplicateCurrent());
+  EXPECT_THAT(database_.ui.messages, testing::Each(HasSubstr("damaged or exchanged")));
+  EXPECT_THAT(database_.Findings(), testing::Contains(HasSubstr("damaged or exchanged")));
+}
+
 // A folder tells "Alps" from "ALPS", a container does not: each record has its own file, which goes
 // with it and with no other.
 TEST_P(HeightSystems, ThatDifferByCaseAloneHaveTheirOwnFiles) {

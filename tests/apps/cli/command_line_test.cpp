@@ -164,6 +164,19 @@ TEST_F(Lines, RefuseToDeleteWhatIsInUse) {
   EXPECT_EQ(CountOf("map-projection-type"), 1);
 }
 
+TEST_F(Lines, RepairWhatDeletionsLeave) {
+  Expect({"delete DB reference-system 5 --yes", 0, "", ""});
+  const char* const kNote =
+      "note: param_value.dat: row of tag 4 of owner 1/5 was left by a record that is gone\n";
+  const char* const kStep = "param_value.dat: row of tag 4 of owner 1/5, \"26705\": removed\n";
+  Expect({"check DB", 0, kNote, "0 errors, 1 note\n"});
+  Expect({"check DB --repair --dry-run", 0, (std::string(kStep) + kNote).c_str(), "1 note"});
+  Expect({"check DB --repair", 0, kStep, "the backup is @refs-before-repair.qvdb\n"});
+  Expect({"check DB", 0, "", ""});
+  EXPECT_EQ(Say("check @refs-before-repair.qvdb").out, kNote);
+  Expect({"check DB --dry-run", 2, "", "--repair"});
+}
+
 TEST_F(Lines, NameTwentyUsersAtMost) {
   for (int i = 0; i < 21; ++i) {
     const TreePtr tree = MakeTree(SystemTree, 1);

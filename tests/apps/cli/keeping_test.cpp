@@ -30,12 +30,6 @@ class Keeping : public CommandLine {
       Put("system.txt", WriteTreeText(tree.get()));
       (void)Printed("import DB reference-system @system.txt");
     }
-    ChangeRecord(QvRefSystem::TObjectType::kVerticalReferenceSystem, 2, [](auto& table) {
-      table.Edit();
-      table.FieldByName("VDATA_FILENAME").SetString("ALPS");
-      table.Post();
-    });
-    fs::rename(Path("refs/Heights/1 ALPS"), Path("refs/Heights/ALPS"));
   }
   // All that a database hands out.
   [[nodiscard]] std::string Contents(const std::string& database) const {

@@ -1,3 +1,5 @@
+#include "platform/storage/container.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -157,6 +159,32 @@ TEST(TablesInContainers, AreWhatCountsAsATableOnly) {
   EXPECT_TRUE(Session::Exists(name));
   EXPECT_TRUE(Session::Delete(name));
   EXPECT_FALSE(Session::Exists(name));
+}
+
+TEST(Containers, TakeInTheLogOfAnOlderProgramAndReadNoOther) {
+  const TestFolder folder;
+  const std::string path = folder.Path("c.qvdb");
+  MakeTable(path + ".unit", QvDataBufferType::kResource);
+  const std::string before = ReadFile(path);
+  // An older program that is killed with its last change in the log.
+  EXPECT_EQ(ExitOfChild([&] {
+              detail::Connection older = detail::Connection::OpenLogged(path);
+              older.Execute("PRAGMA journal_mode = WAL; CREATE TABLE late (i)");
+              _exit(0);
+              return 0;
+            }),
+            0);
+  const std::string log = ReadFile(path + "-wal");
+  ASSERT_NE(log.size(), 0U);
+  const auto late = [&path] {
+    return detail::Container::Open(path)->Transactions().Db().QueryInteger(
+        "SELECT count(*) FROM sqlite_master WHERE name = 'late'");
+  };
+  EXPECT_EQ(late(), 1);
+  EXPECT_EQ(folder.FileCount(), 1U) << "the log is in";
+  WriteFile(path, before);
+  WriteFile(path + "-wal", log);
+  EXPECT_EQ(late(), 0) << "a copy took the place of the file, and the log is none of its own";
 }
 
 TEST(TablesInContainers, AreOrdinaryTablesToOtherReaders) {

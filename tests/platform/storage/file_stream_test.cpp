@@ -73,6 +73,34 @@ TEST(FileStreams, TellWhyTheyDoNotOpen) {
   EXPECT_EQ(folder.FileCount(), 2U);
 }
 
+TEST(FileStreams, RemoveWhatKilledWritersLeft) {
+  const TestFolder folder;
+  const auto begin = [&folder](const char* name, TQvFileStream& stream) {
+    return stream.Open(folder.Path(name), QvOpenMode::kCreate) ? 0 : 1;
+  };
+  TQvFileStream alive;
+  ASSERT_EQ(begin("alive", alive), 0);
+  // The user's own, whatever it is called.
+  WriteFile(folder.Path(".refframe-notes.new"), "mine");
+  EXPECT_EQ(ExitOfChild([&] {
+              TQvFileStream stream;
+              const int result = begin("killed", stream);
+              _exit(result);
+              return 0;
+            }),
+            0);
+  EXPECT_EQ(folder.FileCount(), 3U);
+  EXPECT_EQ(ExitOfChild([&] {
+              TQvFileStream next;
+              // A folder is looked through once a process, and known by its spelling.
+              return begin("./next", next);
+            }),
+            0);
+  EXPECT_EQ(folder.FileCount(), 2U);
+  alive.Commit();
+  EXPECT_TRUE(std::filesystem::exists(folder.Path("alive")));
+}
+
 TEST(Checksums, AreThoseOfTheStandard) {
   EXPECT_EQ(Crc32("123456789"), 0xCBF43926U);
   EXPECT_EQ(Crc32(""), 0U);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "platform/storage/database_recovery.h"
 #include "platform/storage/sqlite.h"
 #include "tests/platform/dbset/table_fixture.h"
 
@@ -32,6 +33,7 @@ class LeftJournals : public testing::Test {
     writer.Execute("INSERT INTO n " + rows + "90) SELECT zeroblob(2000) FROM s");
     std::filesystem::copy_file(table_.Path("writing"), path_);
     std::filesystem::copy_file(table_.Path("writing-journal"), journal_);
+    writer.Execute("COMMIT");
   }
 
   /// Appends the name of a super-journal as SQLite does.
@@ -110,7 +112,7 @@ TEST_F(LeftJournals, ReachNothingOutsideOfTheirPlace) {
 
 TEST_F(LeftJournals, ThatAreNoFilesAreRefusedWithoutWaiting) {
   const std::function<void()> kinds[] = {
-      [this] { std::filesystem::create_symlink(table_.Path("writing-journal"), journal_); },
+      [this] { std::filesystem::create_symlink(path_, journal_); },
       [this] { std::filesystem::create_directory(journal_); },
       [this] { ASSERT_EQ(mkfifo(journal_.c_str(), 0600), 0); }};
   for (const auto& make : kinds) {
@@ -121,9 +123,6 @@ TEST_F(LeftJournals, ThatAreNoFilesAreRefusedWithoutWaiting) {
 }
 
 TEST_F(LeftJournals, OfALiveWriterAreItsOwn) {
-  Connection writer = Connection::OpenFile(table_.Path("writing"));
-  std::filesystem::remove(table_.Path("writing-journal"));
-  EXPECT_EQ(detail::JudgeLeftJournal(table_.Path("writing")), detail::JournalFault::kNone);
   EXPECT_EQ(Refusal(), "");
   Connection alive = Connection::OpenFile(path_);
   alive.Execute("BEGIN IMMEDIATE");
@@ -131,6 +130,45 @@ TEST_F(LeftJournals, OfALiveWriterAreItsOwn) {
   NameSuperJournal("/elsewhere/x-mj000000900");
   EXPECT_EQ(detail::JudgeLeftJournal(path_), detail::JournalFault::kNone);
   alive.Execute("COMMIT");
+}
+
+TEST_F(LeftJournals, OfAMovedChangeAreFinishedOrTakenBack) {
+  const std::string interrupted = ReadFile(path_);
+  const std::string finished = ReadFile(table_.Path("writing"));
+  const std::string journal = ReadFile(journal_);
+  const std::string here = table_.Path("n.dat-mj01234596A");
+  const struct {
+    const char* name;
+    const std::string* content;
+    bool superJournalCame;
+    std::int64_t rows;
+    bool setAside;
+  } rows[] = {
+      {"taken back with its super-journal", &interrupted, true, 10, false},
+      {"taken back, for the file was not written to its end", &interrupted, false, 10, false},
+      {"finished", &finished, false, 90, false},
+      {"taken back as a whole, though this file was written", &finished, true, 10, false},
+      {"another file's", nullptr, false, 0, true}};
+  const std::string other = ReadFile(table_.buffer.StreamName);
+  for (const auto& row : rows) {
+    WriteFile(path_, row.content != nullptr ? *row.content : other);
+    WriteFile(journal_, journal);
+    NameSuperJournal("/gone/n.dat-mj01234596A");
+    if (row.superJournalCame) WriteFile(here, "");
+    EXPECT_THAT(Refusal(), HasSubstr("recover")) << row.name;
+    int steps = 0;
+    for (int run = 0; run < 2; ++run)
+      detail::RecoverDatabase(table_.Path(), [&steps](const std::string&) { ++steps; });
+    EXPECT_EQ(steps, 1) << row.name;
+    if (row.setAside) {
+      EXPECT_TRUE(ReadFile(path_) == other);
+    } else {
+      EXPECT_EQ(Refusal(), "") << row.name;
+      EXPECT_EQ(rows_, row.rows) << row.name;
+    }
+    EXPECT_EQ(std::filesystem::exists(journal_ + ".left"), row.setAside) << row.name;
+    EXPECT_FALSE(std::filesystem::exists(journal_) || std::filesystem::exists(here)) << row.name;
+  }
 }
 
 }  // namespace
