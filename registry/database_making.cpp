@@ -88,6 +88,14 @@ void MakeFolders(const fs::path& path) {
   SyncFolder(path.parent_path().string());
 }
 
+// A journal that could not be removed names the place where it stands: moved along it fits nothing.
+void RequireNoJournals(const std::string& place) {
+  for (const auto& entry : fs::directory_iterator(place)) {
+    const std::string path = entry.path().string();
+    if (!path.ends_with(".dat")) throw std::runtime_error("\"" + path + "\" cannot be removed");
+  }
+}
+
 // Moves the tables that are still in `from`; false if the place of one is taken.
 bool MoveTables(const std::string& from, const std::string& to, std::vector<std::string>* moved) {
   for (const std::string& table : TableNames()) {
@@ -209,6 +217,7 @@ void DatabaseMaking::Deliver() {
   } else if (resourceForm_) {
     if (!MoveToFreePlace(place_, target_)) errno == EEXIST ? TellTaken(target_) : Fail(target_);
   } else {
+    RequireNoJournals(place_);
     SyncFolder(place_);
     // A folder takes the place of nothing, or of one that is empty.
     if (std::rename(place_.c_str(), target_.c_str()) != 0) {

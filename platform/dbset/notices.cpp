@@ -38,6 +38,9 @@ void Notices::Tell(Audience* audience, const Telling& tell) const {
 }
 
 void Notices::TellAll(const Telling& tell) const {
+  // Where nobody listens nothing is allocated: tables are also closed while memory is short.
+  const auto isEmpty = [](const Audience* audience) { return audience->observers.empty(); };
+  if (std::ranges::all_of(audiences_, isEmpty)) return;
   const std::vector<Audience*> audiences = audiences_;
   for (Audience* audience : audiences) {
     if (std::ranges::find(audiences_, audience) != audiences_.end()) Tell(audience, tell);

@@ -70,6 +70,8 @@ std::string Session::MarkName() const {
 }
 
 void Session::PushMark() {
+  // A mark would begin a transaction of its own in the place of one that SQLite has rolled back.
+  CheckAlive();
   ++marks_;
   try {
     connection_.Execute("SAVEPOINT " + MarkName());

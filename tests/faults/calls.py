@@ -24,8 +24,8 @@ def outcome(answer, seen, states, fault):
     if faults or seen not in states[done:]:
         return faults[0] if faults else "LOST" if seen in states else "OTHER STATE"
     if answer["exit"] < 0:
-        # Where no memory at all is left the C library itself may give up.
-        gives_up = fault["families"] == "malloc" and fault["for_good"]
+        # Without memory libraries may give up by themselves.
+        gives_up = fault["families"] == "malloc"
         return "HANGS" if answer["exit"] == HANG else "ended, nothing lost" if gives_up else "CRASH"
     if answer["exit"] == 0:
         return "went on" if seen == states[-1] else "SILENT"

@@ -101,11 +101,12 @@ def salvage(driver, work, form, whole, risk, figures, label):
         return figures.add("NOT SALVAGED", f"{label}: {answer['err'][-200:]}")
     lost = len(whole - rows)
     figures.lost += lost
-    if rows - whole:
-        return figures.add("SALVAGED WRONG", f"{label}: {sorted(rows - whole)[:2]}")
+    wrong = sorted(rows - whole)
+    if wrong and (wrong[0] < "heights|" or not driver.judge(target).errors):
+        return figures.add("SALVAGED WRONG", f"{label}: {wrong[:2]}")
     if lost > risk:
         return figures.add("LOST", f"{label}: {lost} records, {risk} touched: {whole - rows}")
-    return figures.add("salvaged")
+    return figures.add("salvaged with damaged heights, told" if wrong else "salvaged")
 
 
 def damage_kind(bench, form, kind, count):

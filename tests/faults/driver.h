@@ -75,8 +75,9 @@ struct Verdict {
 /// Opens the database, as the next program would, and looks.
 [[nodiscard]] Verdict Judge(const std::string& path);
 
-/// A line for each record of the database with all of its described fields but the last use, and
-/// one for each file of heights with its content. Throws std::runtime_error for what does not open.
+/// A line for each record of the database with all of its described fields but the last use and
+/// names of files, and one for each file of heights with its content. Throws std::runtime_error for
+/// what does not open.
 [[nodiscard]] std::vector<std::string> RecordLines(const std::string& path);
 
 }  // namespace refframe_faults

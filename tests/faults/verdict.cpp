@@ -18,12 +18,18 @@ using QvPlatform::TQvDataSet;
 
 namespace {
 
-// A line for each record with all of its described fields.
+// Fields that tell nothing of an object. A file that a killed program left takes a name from the
+// next one, so names of files differ between runs.
+bool IsAside(const std::string& field) {
+  return field == "LAST_USE" || field == "VDATA_FILENAME";
+}
+
+// A line for each record with its other fields.
 void AddRecords(TQvDataSet& table, const TableSpec& spec, std::vector<std::string>* lines) {
   for (int i = 0; i < table.RecordCount(); ++i) {
     std::string line(spec.stem);
     for (int field = 0; field < table.FieldCount(); ++field)
-      if (table.Fields(field).Definition().name != "LAST_USE")
+      if (!IsAside(table.Fields(field).Definition().name))
         line += '|' + table.Row(i).GetString(field);
     lines->push_back(line);
   }
@@ -34,6 +40,7 @@ void AddHeights(TdatamoduleQvRfData& data, std::vector<std::string>* lines,
                 std::vector<std::string>* named) {
   TQvDataSet& table = data.datasetVerticalRefSystem;
   const int field = table.FieldByName("VDATA_FILENAME").GetIndex();
+  const int key = table.FieldByName("AUTOKEY").GetIndex();
   for (int i = 0; i < table.RecordCount(); ++i) {
     const std::string name = table.Row(i).GetText(field);
     if (name.empty()) continue;
@@ -41,8 +48,9 @@ void AddHeights(TdatamoduleQvRfData& data, std::vector<std::string>* lines,
     const auto path = HeightStoragePath(data, name);
     std::string text = "is lost";
     if (path) (void)LoadStorageFile(*path, data.ResourceForm, &text);
-    std::ranges::replace(text, '\n', ' ');
-    lines->push_back("heights|" + name + '|' + text);
+    std::ranges::replace_if(
+        text, [](unsigned char c) { return c < ' '; }, ' ');
+    lines->push_back("heights|" + table.Row(i).GetString(key) + '|' + text);
   }
 }
 

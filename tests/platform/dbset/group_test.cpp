@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <array>
 #include <csignal>
@@ -183,6 +184,25 @@ TEST_P(OpenGroups, SurviveTheEndOfOneOfTheirDataSets) {
   });
   EXPECT_THAT(Stored("c"), ElementsAre("x"));
   EXPECT_THAT(Stored("b"), ElementsAre("y"));
+}
+
+TEST_P(OpenGroups, TakeNothingMoreOnceTheStoreHasRolledThemBack) {
+  std::signal(SIGXFSZ, SIG_IGN);
+  const auto inner = [](Table& table) {
+    InGroup({&table.set}, kCommitted, [&table] { table.Add("x", 1); });
+  };
+  const auto outer = [&] {
+    rlimit usual{};
+    getrlimit(RLIMIT_FSIZE, &usual);
+    const rlimit nothing{0, usual.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &nothing);
+    EXPECT_THROW(inner(a_), std::runtime_error) << "no file may grow";
+    setrlimit(RLIMIT_FSIZE, &usual);
+    EXPECT_THROW(inner(b_), StorageError);
+  };
+  EXPECT_THROW(InGroup({&a_.set, &b_.set}, kCommitted, outer), StorageError);
+  EXPECT_THAT(Stored("a"), IsEmpty());
+  EXPECT_THAT(Stored("b"), IsEmpty());
 }
 
 TEST_P(OpenGroups, KeepARefusedChangePendingAndTheOthersDone) {
