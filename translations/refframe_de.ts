@@ -200,6 +200,10 @@
         <translation>Eine Zahl; das Dezimaltrennzeichen ist „%1“</translation>
     </message>
     <message>
+        <source>A table was missing and has been made anew, empty:</source>
+        <translation>Eine Tabelle fehlte und wurde neu und leer angelegt:</translation>
+    </message>
+    <message>
         <source>Abbreviation</source>
         <translation>Abkürzung</translation>
     </message>
@@ -310,18 +314,6 @@
     <message>
         <source>Cannot write to the database</source>
         <translation>In die Datenbank kann nicht geschrieben werden</translation>
-    </message>
-    <message>
-        <source>Part of the last change is missing, as in a copy that was made while it was under way. Check the database or put a backup back. Tables that are too old:</source>
-        <translation>Ein Teil der letzten Änderung fehlt, wie in einer Kopie, die währenddessen gemacht wurde. Prüfen Sie die Datenbank oder spielen Sie eine Sicherung zurück. Zu alte Tabellen:</translation>
-    </message>
-    <message>
-        <source>There is not enough memory</source>
-        <translation>Der Arbeitsspeicher reicht nicht aus</translation>
-    </message>
-    <message>
-        <source>A table was missing and has been made anew, empty:</source>
-        <translation>Eine Tabelle fehlte und wurde neu und leer angelegt:</translation>
     </message>
     <message>
         <source>Cell size is greater than table size!</source>
@@ -862,6 +854,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Parameter</translation>
     </message>
     <message>
+        <source>Part of the last change is missing, as in a copy that was made while it was under way. Check the database or put a backup back. Tables that are too old:</source>
+        <translation>Ein Teil der letzten Änderung fehlt, wie in einer Kopie, die währenddessen gemacht wurde. Prüfen Sie die Datenbank oder spielen Sie eine Sicherung zurück. Zu alte Tabellen:</translation>
+    </message>
+    <message>
         <source>Plane Reference System</source>
         <translation>Lagebezugssystem</translation>
     </message>
@@ -1200,6 +1196,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>There is no edit dialog for these objects yet</source>
         <translation>Für diese Objekte gibt es noch keinen Bearbeitungsdialog</translation>
+    </message>
+    <message>
+        <source>There is not enough memory</source>
+        <translation>Der Arbeitsspeicher reicht nicht aus</translation>
     </message>
     <message>
         <source>There is nothing here yet.</source>
