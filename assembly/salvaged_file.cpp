@@ -46,7 +46,7 @@ struct FittingRecord {
 /// Knows how the records of a table lie in a file.
 class RecordShape {
  public:
-  // `layout` is the version of the file's layout, 0 where it is not known.
+  // `layout` is the version of the file's layout.
   RecordShape(const TableSpec& table, std::uint32_t layout) : table_(table), layout_(layout) {
     fields_ = QvPlatform::detail::Describe(HeaderOf(table));
     hasKey_ = std::ranges::any_of(table.fields, [](const FieldSpec& field) {
@@ -57,9 +57,7 @@ class RecordShape {
   // Nothing for a record that is not one of this table, or damaged.
   [[nodiscard]] std::optional<FittingRecord> Fit(const StoredRecord& stored) const {
     for (const std::size_t count : {table_.fields.size(), CountOfOlder()}) {
-      for (const bool summed : {true, false}) {
-        if (auto fitting = Fit(stored, count, summed)) return fitting;
-      }
+      if (auto fitting = Fit(stored, count)) return fitting;
     }
     return std::nullopt;
   }
@@ -81,11 +79,11 @@ class RecordShape {
  private:
   // As one of so many fields; behind them stand the version and, in a layout that has them, the
   // checksum.
-  [[nodiscard]] std::optional<FittingRecord> Fit(const StoredRecord& stored, std::size_t count,
-                                                 bool summed) const {
+  [[nodiscard]] std::optional<FittingRecord> Fit(const StoredRecord& stored,
+                                                 std::size_t count) const {
     const std::size_t first = hasKey_ ? 0 : 1;
-    const bool possible = layout_ == 0 || summed == (layout_ >= kSummedVersion);
-    if (!possible || stored.values.size() != first + count + (summed ? 2 : 1)) return std::nullopt;
+    const bool summed = layout_ >= kSummedVersion;
+    if (stored.values.size() != first + count + (summed ? 2 : 1)) return std::nullopt;
     FittingRecord fitting;
     fitting.record.id = stored.id;
     fitting.version = IntegerOf(stored.values[first + count]);
@@ -178,6 +176,7 @@ SalvagedFile::SalvagedFile(const std::string& path) : file_(Load(path)) {
   if (!whole) notes_.emplace_back("the list of its tables is damaged");
   ReadStates();
   strays_ = file_.ReadStrays(roots_);
+  layout_ = FindLayout();
   ReadSequence();
 }
 
@@ -205,6 +204,19 @@ void SalvagedFile::ReadSequence() {
   }
 }
 
+// Where the head is lost, a record with the right checksum proves that records have them.
+std::uint32_t SalvagedFile::FindLayout() const {
+  if (file_.UserVersion() != 0) return file_.UserVersion();
+  for (const TableSpec& table : TableCatalogue()) {
+    const RecordShape shape(table, kSummedVersion);
+    const auto fits = [&shape](const StoredRecord& record) {
+      return shape.Fit(record).has_value();
+    };
+    if (std::ranges::any_of(strays_, fits)) return kSummedVersion;
+  }
+  return 1;
+}
+
 void SalvagedFile::ReadStates() {
   // The columns are name, changes, rows, digest, number and files of the last group.
   constexpr std::size_t kColumns = 6;
@@ -223,7 +235,7 @@ std::string SalvagedFile::LostOf(const SalvagedTable& table, const std::string& 
   const auto [first, last] = states_.equal_range(QvPlatform::LowerAscii(name));
   const auto found = std::pair(static_cast<std::int64_t>(table.records.size()), table.digest);
   if (std::any_of(first, last, [&](const auto& state) { return state.second == found; })) return "";
-  const bool summed = file_.UserVersion() != 1;
+  const bool summed = layout_ >= kSummedVersion;
   if (first == last && whole) return summed ? "it is not known whether records are lost" : "";
   if (first == last) return "records are lost";
   const std::int64_t missing = first->second.first - found.first;
@@ -232,7 +244,7 @@ std::string SalvagedFile::LostOf(const SalvagedTable& table, const std::string& 
 }
 
 SalvagedTable SalvagedFile::Read(const TableSpec& table, const std::string& name) const {
-  const RecordShape shape(table, file_.UserVersion());
+  const RecordShape shape(table, layout_);
   SalvagedTable read;
   bool whole = true;
   for (const StoredRecord& record : OfTree(name, &whole)) {

@@ -50,6 +50,7 @@ class SalvagedFile {
   void ReadSequence();
   [[nodiscard]] Records OfTree(const std::string& name, bool* whole) const;
   void ReadStates();
+  [[nodiscard]] std::uint32_t FindLayout() const;
   [[nodiscard]] std::string LostOf(const SalvagedTable& table, const std::string& name,
                                    bool whole) const;
 
@@ -57,6 +58,8 @@ class SalvagedFile {
   QvPlatform::detail::PageFile file_;
   std::map<std::string, std::uint32_t> roots_;
   Records strays_;
+  // Version of the layout of the records.
+  std::uint32_t layout_ = 0;
   // Count and digest of each table's records, by its name in lower case. What is left of former
   // states may be among them.
   std::multimap<std::string, std::pair<std::int64_t, std::int64_t>> states_;

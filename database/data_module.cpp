@@ -6,8 +6,8 @@
 #include <stdexcept>
 
 #include "database/conversion.h"
-#include "database/moments.h"
 #include "database/key_counters.h"
+#include "database/moments.h"
 #include "database/table_files.h"
 #include "platform/dbset/read_group.h"
 #include "platform/dbset/write_group.h"
@@ -195,7 +195,7 @@ bool TdatamoduleQvRfData::OpenDatabase(const std::string& path, signed char dial
     DatabasePath = NormalisedPath(path, resourceForm);
     opened = OpenTables(&currentTable);
     if (opened && !HasVerticalFields()) opened = ConvertDatabase();
-    if (opened) RaiseNewCounters(*this);
+    if (opened) RaiseNewCounters([this](TableId id) -> TQvDataSet& { return DataSet(id); });
     if (opened) processors_ = makeProcessors_(*this);
     if (opened) WarnOfOlderTables();
   } catch (const std::exception& error) {

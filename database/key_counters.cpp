@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "database/object_types.h"
 #include "platform/storage/stream.h"
 
 namespace QvRefSystem {
@@ -37,27 +38,27 @@ int GreatestOwner(TQvDataSet& values, const TableSpec& table) {
 
 }  // namespace
 
-int GreatestNamedKey(TdatamoduleQvRfData& data, TableId table) {
+int GreatestNamedKey(const OpenedTable& opened, TableId table) {
   const TableSpec& spec = TableOf(table);
-  int greatest = std::max(GreatestIn(data.DataSet(table), spec.keyField),
-                          GreatestOwner(data.datasetParamValue, spec));
+  int greatest = std::max(GreatestIn(opened(table), spec.keyField),
+                          GreatestOwner(opened(TableId::kParamValue), spec));
   for (const TableSpec& users : TableCatalogue()) {
     if (users.tag == kUnopenedTag) continue;
     for (const FieldSpec& field : users.fields) {
       if (field.refersTo == table) {
-        greatest = std::max(greatest, GreatestIn(data.DataSet(users.id), field.name));
+        greatest = std::max(greatest, GreatestIn(opened(users.id), field.name));
       }
     }
   }
   return greatest;
 }
 
-void RaiseNewCounters(TdatamoduleQvRfData& data) {
+void RaiseNewCounters(const OpenedTable& opened) {
   for (const TableSpec& table : TableCatalogue()) {
     if (table.tag == kUnopenedTag || table.keyField != kGeneratedKey) continue;
-    TQvDataSet& dataSet = data.DataSet(table.id);
+    TQvDataSet& dataSet = opened(table.id);
     if (dataSet.LastKey() != 0) continue;
-    const int key = GreatestNamedKey(data, table.id);
+    const int key = GreatestNamedKey(opened, table.id);
     if (key == 0) continue;
     try {
       dataSet.RaiseLastKey(key);

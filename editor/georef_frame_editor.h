@@ -10,7 +10,8 @@
 
 namespace QvPlatform {
 class TUserInterface;
-}
+class WindowWaiter;
+}  // namespace QvPlatform
 
 namespace QvRefSystem {
 
@@ -19,8 +20,9 @@ class TformQvRfRefSystemSelector;
 using TStrings = std::vector<std::string>;
 using QvCommonUtils::TStringTree;
 
-/// The class that a host calls. One editor lives at a time in a process, on the host's
-/// user-interface thread, where a QApplication exists.
+/// The class that a host calls. While another program writes to the database, an operation waits
+/// until it is done or the user cancels, with a window that tells so. One editor lives at a time in
+/// a process, on the host's user-interface thread, where a QApplication exists.
 class TQvGeoRefFrameEditor {
  public:
   /// An editor that asks its user by message boxes and dialogs. Nothing is open yet.
@@ -45,6 +47,9 @@ class TQvGeoRefFrameEditor {
   [[nodiscard]] bool Edit(TStringTree* tree, bool rejectGeodetic);
   /// True if the tree's system was found in or added to the database.
   [[nodiscard]] bool Insert(TStringTree* tree);
+  /// Whether the last Insert has failed at the database, of which the user was told, and not for
+  /// what the tree holds.
+  [[nodiscard]] bool InsertFailureWasTold() const { return insertFailureWasTold_; }
   /// The description of the current reference system. False, with `lines` unchanged, if there is
   /// none.
   [[nodiscard]] bool GetInfo(TStrings* lines);
@@ -60,8 +65,13 @@ class TQvGeoRefFrameEditor {
  private:
   [[nodiscard]] bool Open(const TQvGeoRefFrameDialogOptions& options);
 
+  template <typename Operation>
+  bool Run(Operation&& operation);
+
   std::unique_ptr<QvPlatform::TUserInterface> ownUi_;
+  std::unique_ptr<QvPlatform::WindowWaiter> waiter_;
   QvPlatform::TUserInterface& ui_;
+  bool insertFailureWasTold_ = false;
   std::unique_ptr<TdatamoduleQvRfData> data_;
   std::unique_ptr<TformQvRfRefSystemSelector> selector_;
 };

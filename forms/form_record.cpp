@@ -1,7 +1,5 @@
 #include "forms/form_record.h"
 
-#include <utility>
-
 #include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
 
@@ -11,6 +9,11 @@ using QvPlatform::TField;
 using QvPlatform::TQvDataSet;
 
 namespace {
+
+/// Whether the object that the row refers to has to be there.
+bool IsChecked(const FormRow& row) {
+  return row.kind == RowKind::kReference && !row.keepsKey;
+}
 
 bool IsBound(const FormRow& row) {
   return *row.column != 0;
@@ -29,7 +32,18 @@ TQvRfDataProcessor& FormRecord::ReferredProcessor(const FormRow& row) const {
 
 void FormRecord::Load() {
   key_ = processor_.GetCurrentKey();
-  version_ = processor_.DataSet->CurrentRow().Version();
+  loaded_ = RecordContent(processor_, key_);
+  LoadValues();
+}
+
+void FormRecord::LoadAgain() {
+  for (const FormRow& row : form_.rows) {
+    if (row.kind == RowKind::kReference) ReferredProcessor(row).DataSet->Refresh();
+  }
+  LoadValues();
+}
+
+void FormRecord::LoadValues() {
   // The fields come first: an object may refer to one of its own table.
   for (std::size_t at = 0; at < values_.size(); ++at) {
     const FormRow& row = form_.rows[at];
@@ -71,7 +85,6 @@ void FormRecord::LoseReference(std::size_t row) {
 
 void FormRecord::Clear() {
   key_ = 0;
-  version_ = 0;
   for (std::size_t at = 0; at < values_.size(); ++at) {
     const FormRow& row = form_.rows[at];
     values_[at] = {};
@@ -160,32 +173,54 @@ void FormRecord::WriteRows() {
 }
 
 void FormRecord::RequireUnchanged() {
-  const long long found = processor_.RowOfKey(key_).Version();
-  if (std::exchange(version_, found) == found) return;
-  throw QvPlatform::StaleRecordError(
-      found == 0 ? "the record was deleted by somebody else in the meantime"
-                 : "the record was changed by somebody else in the meantime");
+  found_ = RecordContent(processor_, key_);
+  if (found_ != loaded_) throw FormConflict(!found_.Exists());
+  // A filter may have come to hide it.
+  if (!processor_.LocateKey(key_)) throw FormConflict(true);
 }
 
-void FormRecord::Store(bool append, const Extras& extras) {
+// One that is gone is lost to the form, which then is checked anew.
+void FormRecord::RequireReferences() {
+  for (std::size_t at = 0; at < values_.size(); ++at) {
+    const FormRow& row = form_.rows[at];
+    if (!IsChecked(row) || values_[at].key == 0) continue;
+    if (ReferredProcessor(row).RowOfKey(values_[at].key)) continue;
+    const std::string name = values_[at].text;
+    LoseReference(at);
+    throw QvPlatform::StaleRecordError("\"" + name +
+                                       "\" has been removed by somebody else in the meantime");
+  }
+}
+
+std::vector<TQvDataSet*> FormRecord::TablesOf(const Extras& extras) const {
+  std::vector<TQvDataSet*> tables = extras.tables;
+  tables.push_back(processor_.DataSet);
+  for (const FormRow& row : form_.rows) {
+    if (IsChecked(row)) tables.push_back(ReferredProcessor(row).DataSet);
+  }
+  return tables;
+}
+
+int FormRecord::Store(bool append, const Extras& extras) {
   TQvDataSet& dataSet = *processor_.DataSet;
+  int key = 0;
   try {
-    std::vector<TQvDataSet*> tables = extras.tables;
-    tables.push_back(&dataSet);
-    QvPlatform::TQvWriteGroup group(tables);
+    QvPlatform::TQvWriteGroup group(TablesOf(extras));
     if (!append) RequireUnchanged();
+    RequireReferences();
     append ? dataSet.Append() : dataSet.Edit();
     WriteStamps(append);
     WriteRows();
     if (extras.fields) extras.fields(dataSet);
-    const int key = processor_.KeyOf(dataSet.Post());
+    key = processor_.KeyOf(dataSet.Post());
     if (extras.beside) extras.beside(key);
     group.Commit();
   } catch (...) {
     dataSet.Cancel();
     throw;
   }
-  processor_.Reopen();
+  processor_.LocateKey(key);
+  return key;
 }
 
 }  // namespace QvRefSystem

@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "forms/form_conflict.h"
 #include "forms/form_description.h"
+#include "forms/record_content.h"
 #include "processors/data_processor.h"
 
 namespace QvRefSystem {
@@ -33,6 +35,9 @@ struct FormValue {
 
 /// The content of one form between a table and its dialog: filled from the current record or with
 /// the defaults of a new one, checked by the rules of the form, and written back.
+///
+/// It keeps what the record said when it was loaded, so that nothing which somebody else has stored
+/// since is overwritten unseen.
 class FormRecord {
  public:
   /// Both must outlive this. The processor is that of the objects that the form edits.
@@ -41,6 +46,10 @@ class FormRecord {
   /// Copies the current record. A reference is located on its processor; one that is not there
   /// becomes 0, unless its row keeps it.
   void Load();
+  /// Copies the current record as it stands now; what Store compares with is still what Load found.
+  void LoadAgain();
+  /// What stood in the store at the last conflict is known to the user, and may be overwritten.
+  void Accept() { loaded_ = found_; }
   /// Empty texts, and the keys that a new record begins with.
   void Clear();
   /// References to records that have been removed since are lost as on loading, and names are read
@@ -71,9 +80,12 @@ class FormRecord {
     /// Tables that `beside` writes to.
     std::vector<QvPlatform::TQvDataSet*> tables;
   };
-  /// Appends a record, or changes the current one, posts it and opens the table anew on it. On
-  /// failure cancels, undoes what `beside` has written, and throws.
-  void Store(bool append, const Extras& extras);
+  /// Appends a record, or changes the one that was loaded, posts it and makes it current; its key.
+  /// Throws FormConflict where somebody else has changed what the record says, other than its
+  /// stamps, and StaleRecordError where he has removed an object that the form refers to; the form
+  /// has lost that reference then. On failure cancels, undoes what `beside` has written, and
+  /// throws.
+  int Store(bool append, const Extras& extras);
 
   /// The form whose content this is.
   [[nodiscard]] const FormDescription& Form() const { return form_; }
@@ -83,16 +95,21 @@ class FormRecord {
  private:
   void LoadReference(std::size_t row);
   void LoseReference(std::size_t row);
+  void LoadValues();
   void WriteRows();
   void WriteStamps(bool append);
   void RequireUnchanged();
+  void RequireReferences();
+  [[nodiscard]] std::vector<QvPlatform::TQvDataSet*> TablesOf(const Extras& extras) const;
 
   TQvRfDataProcessor& processor_;
   const FormDescription& form_;
   std::vector<FormValue> values_;
-  /// Key and version of the record that was loaded; 0 for a new one.
+  /// Key of the record that was loaded, 0 for a new one, and what it said.
   int key_ = 0;
-  long long version_ = 0;
+  RecordContent loaded_;
+  /// What stood in the store at the last conflict.
+  RecordContent found_;
 };
 
 }  // namespace QvRefSystem

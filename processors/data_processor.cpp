@@ -186,9 +186,10 @@ TQvRfDataProcessor& TQvRfDataProcessor::ProcessorOf(TObjectType type) const {
 }
 
 void TQvRfDataProcessor::ReportStorage(const std::exception& error) {
-  data_.Ui().ShowMessage(MessageKind::kError,
-                         SystemText(TextId::kCannotWriteDatabase) + " (" + QvPlatform::ReasonOf(error) + ")",
-                         MessageButtons::kOk);
+  data_.Ui().ShowMessage(
+      MessageKind::kError,
+      SystemText(TextId::kCannotWriteDatabase) + " (" + QvPlatform::ReasonOf(error) + ")",
+      MessageButtons::kOk);
 }
 
 // Deletion and its check.
@@ -346,6 +347,7 @@ bool TQvRfDataProcessor::WriteSubobject(TStringTree* tree, TObjectType object, i
 // A tree to records.
 
 int TQvRfDataProcessor::InsertFromTree(TStringTree* tree) {
+  storageFailed_ = false;
   if (tree == nullptr) return 0;
   try {
     TQvWriteGroup group(data_.WritableTables());
@@ -360,12 +362,13 @@ int TQvRfDataProcessor::InsertFromTree(TStringTree* tree) {
     group.Commit();
     return key;
   } catch (const ToldStorageError&) {
-    return 0;
+    // The user knows more of it than is known here.
   } catch (const StorageError& error) {
     ReportStorage(error);
   } catch (const DataSetError& error) {
     ReportStorage(error);
   }
+  storageFailed_ = true;
   return 0;
 }
 

@@ -92,6 +92,8 @@ class TQvRfDataProcessor : public EditLock, protected OwnMembers {
   /// does not hold a whole object; what the sub-objects added then stays. Objects without an
   /// equality are added whenever they come, and leave no notes of it in the tree.
   virtual int InsertFromTree(TStringTree* tree);
+  /// Whether the last InsertFromTree has failed because the store refused, which the user was told.
+  [[nodiscard]] bool StorageFailed() const { return storageFailed_; }
   /// False, after showing who refers to it, if the current record is used.
   virtual bool CheckNotUsed(TComponent* owner);
 
@@ -230,6 +232,7 @@ class TQvRfDataProcessor : public EditLock, protected OwnMembers {
   [[nodiscard]] bool FindByName(std::string_view text, int step);
 
   WrittenSubtree written_;
+  bool storageFailed_ = false;
   const ObjectDescriptor& descriptor_;
   int keyField_ = -1;
   int nameField_ = -1;

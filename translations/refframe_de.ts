@@ -72,6 +72,10 @@
         <translation>„%s“ nicht gefunden</translation>
     </message>
     <message>
+        <source>%1 cannot be read</source>
+        <translation>%1 kann nicht gelesen werden</translation>
+    </message>
+    <message>
         <source>%1 of %2</source>
         <translation>%1 von %2</translation>
     </message>
@@ -130,6 +134,10 @@
     <message>
         <source>&amp;Fit</source>
         <translation>&amp;Einpassen</translation>
+    </message>
+    <message>
+        <source>&amp;Go back</source>
+        <translation>&amp;Zurück</translation>
     </message>
     <message>
         <source>&amp;Import...</source>
@@ -228,6 +236,18 @@
         <translation>Winkeleinheit</translation>
     </message>
     <message>
+        <source>Another program is writing to the database.</source>
+        <translation>Ein anderes Programm schreibt gerade in die Datenbank.</translation>
+    </message>
+    <message>
+        <source>Another user has changed this object since you opened it. Nothing is saved yet.</source>
+        <translation>Ein anderer Benutzer hat dieses Objekt geändert, seit Sie es geöffnet haben. Noch ist nichts gespeichert.</translation>
+    </message>
+    <message>
+        <source>Another user has changed this to: %1</source>
+        <translation>Ein anderer Benutzer hat dies geändert in: %1</translation>
+    </message>
+    <message>
         <source>Approximating geoid undulation data</source>
         <translation>Geoidundulationen werden angenähert</translation>
     </message>
@@ -262,6 +282,10 @@
     <message>
         <source>Base units</source>
         <translation>Basiseinheiten</translation>
+    </message>
+    <message>
+        <source>Before</source>
+        <translation>Vorher</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -322,6 +346,10 @@
     <message>
         <source>Click or press Enter to choose from the list, or type a value</source>
         <translation>Klicken oder Eingabetaste drücken, um aus der Liste zu wählen, oder einen Wert eingeben</translation>
+    </message>
+    <message>
+        <source>Click to take it over.</source>
+        <translation>Ein Klick übernimmt es.</translation>
     </message>
     <message>
         <source>Close</source>
@@ -504,6 +532,14 @@
         <translation>Ordner für den Export</translation>
     </message>
     <message>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <source>Fields that differ</source>
+        <translation>Abweichende Felder</translation>
+    </message>
+    <message>
         <source>File</source>
         <translation>Datei</translation>
     </message>
@@ -604,6 +640,10 @@
         <translation>Sie hat weniger Höhen als ihr Gitter Knoten, oder eine, die keine Zahl ist</translation>
     </message>
     <message>
+        <source>Keep &amp;mine</source>
+        <translation>&amp;Eigene behalten</translation>
+    </message>
+    <message>
         <source>Kind</source>
         <translation>Art</translation>
     </message>
@@ -682,6 +722,10 @@
     <message>
         <source>Max error</source>
         <translation>Größter Fehler</translation>
+    </message>
+    <message>
+        <source>Mine</source>
+        <translation>Eigene</translation>
     </message>
     <message>
         <source>Minor semi-axis</source>
@@ -946,8 +990,20 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Bild in Datei speichern</translation>
     </message>
     <message>
+        <source>Save it as a new one?</source>
+        <translation>Soll es als neues gespeichert werden?</translation>
+    </message>
+    <message>
+        <source>Save nothing and look at the fields first.</source>
+        <translation>Nichts speichern und zuerst die Felder ansehen.</translation>
+    </message>
+    <message>
         <source>Save tree</source>
         <translation>Baum speichern</translation>
+    </message>
+    <message>
+        <source>Save your values over the other user's.</source>
+        <translation>Die eigenen Werte über die anderen speichern.</translation>
     </message>
     <message>
         <source>Saving geoid undulation data</source>
@@ -1050,6 +1106,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Tabelle</translation>
     </message>
     <message>
+        <source>Take &amp;theirs</source>
+        <translation>&amp;Andere übernehmen</translation>
+    </message>
+    <message>
         <source>Take an object from a file</source>
         <translation>Ein Objekt aus einer Datei übernehmen</translation>
     </message>
@@ -1058,8 +1118,20 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Das Datengitter ist nicht vollständig, oder seine Grenzen sind vertauscht</translation>
     </message>
     <message>
+        <source>The database cannot be read</source>
+        <translation>Die Datenbank ist nicht lesbar</translation>
+    </message>
+    <message>
+        <source>The database cannot be read: %1</source>
+        <translation>Die Datenbank ist nicht lesbar: %1</translation>
+    </message>
+    <message>
         <source>The ellipsoid of the datum is missing</source>
         <translation>Das Ellipsoid des Datums fehlt</translation>
+    </message>
+    <message>
+        <source>The fields above get the other user's values. You save them then.</source>
+        <translation>Die Felder oben bekommen die anderen Werte. Gespeichert wird danach.</translation>
     </message>
     <message>
         <source>The height file "%1" cannot be used.</source>
@@ -1112,6 +1184,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>The tree does not hold a whole reference system.</source>
         <translation>Der Baum enthält kein vollständiges Bezugssystem.</translation>
+    </message>
+    <message>
+        <source>Theirs</source>
+        <translation>Andere</translation>
     </message>
     <message>
         <source>There is no WKT 2 of this system: %1</source>
@@ -1278,6 +1354,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
         <translation>Winkeleinheit</translation>
     </message>
     <message>
+        <source>chosen</source>
+        <translation>gewählt</translation>
+    </message>
+    <message>
         <source>datum</source>
         <translation>Datum</translation>
     </message>
@@ -1336,6 +1416,10 @@ Die Datenbank enthält %1 Bezugssysteme. Wählen Sie eines davon aus, oder öffn
     <message>
         <source>map projection type</source>
         <translation>Art der Kartenprojektion</translation>
+    </message>
+    <message>
+        <source>not chosen</source>
+        <translation>nicht gewählt</translation>
     </message>
     <message>
         <source>prime meridian</source>

@@ -228,32 +228,36 @@ void TQvRfVerticalRefSystemDataProcessor::RequireKey(int key) {
   }
 }
 
+void TQvRfVerticalRefSystemDataProcessor::StoreImage(RecordImage image, const std::string* text,
+                                                     std::optional<int> changed) {
+  TQvWriteGroup group(data_.WritableTables());
+  std::optional<std::string> old;
+  if (changed) {
+    RequireKey(*changed);
+    old = OwnHeightFile();
+  }
+  std::string fileName;
+  if (text != nullptr) {
+    fileName = NewFileName(image.Text(NameColumn()), HeightNaming::kReplaced);
+    image.SetText(Column("VDATA_FILENAME"), fileName);
+    image.SetInteger(Column("VDATA_CRC32"), static_cast<int>(QvPlatform::Crc32(*text)));
+  }
+  changed ? DataSet->Edit() : DataSet->Append();
+  image.Store(*DataSet);
+  const int key = KeyOf(DataSet->Post());
+  if (text != nullptr) SaveTable(key, fileName, *text);
+  if (old) DeleteFile(group, *old);
+  group.Commit();
+}
+
 bool TQvRfVerticalRefSystemDataProcessor::Store(const HeightRecord& record, bool append) {
-  RecordImage image = ImageOf(record);
   std::string text;
   const bool isTable = record.Table != nullptr;
   // The text is made ahead of the transaction: it takes its time, and the user may cancel it.
   if (isTable && !MakeHeightText(record.Table, &text, data_.Ui())) return false;
-  const int key = GetCurrentKey();
+  const std::optional<int> changed = append ? std::nullopt : std::optional(GetCurrentKey());
   try {
-    TQvWriteGroup group(data_.WritableTables());
-    std::optional<std::string> old;
-    if (!append) {
-      RequireKey(key);
-      old = OwnHeightFile();
-    }
-    const std::string fileName =
-        isTable ? NewFileName(record.Name, HeightNaming::kReplaced) : std::string();
-    image.SetText(Column("VDATA_FILENAME"), fileName);
-    if (isTable) {
-      image.SetInteger(Column("VDATA_CRC32"), static_cast<int>(QvPlatform::Crc32(text)));
-    }
-    append ? DataSet->Append() : DataSet->Edit();
-    image.Store(*DataSet);
-    const int stored = KeyOf(DataSet->Post());
-    if (isTable) SaveTable(stored, fileName, text);
-    if (old) DeleteFile(group, *old);
-    group.Commit();
+    StoreImage(ImageOf(record), isTable ? &text : nullptr, changed);
   } catch (...) {
     DataSet->Cancel();
     throw;

@@ -80,6 +80,9 @@ class TQvRfVerticalRefSystemDataProcessor final : public VerticalRecords {
   /// it.
   void RequireKey(int key);
   void AppendDuplicate(int key);
+  /// Writes a record, a new one or that of the key that is changed, with the text of its table, if
+  /// it has one, in one group.
+  void StoreImage(RecordImage image, const std::string* text, std::optional<int> changed);
 };
 
 }  // namespace QvRefSystem

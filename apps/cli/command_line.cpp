@@ -12,8 +12,8 @@
 #include "apps/cli/keeping_commands.h"
 #include "apps/cli/object_types.h"
 #include "apps/cli/transform_commands.h"
-#include "platform/ui/texts.h"
 #include "platform/storage/waiting.h"
+#include "platform/ui/texts.h"
 
 namespace RefframeCli {
 

@@ -84,35 +84,39 @@ void ExportOne(OpenedDatabase& database, const Request& request, Terminal termin
   if (!content.ends_with('\n')) terminal.out << "\n";
 }
 
+// Adds the processor's current record to a folder; false, told, for one that cannot be written.
+bool AddCurrent(TQvRfDataProcessor& processor, const Request& request, Terminal terminal,
+                QvRefSystem::ObjectFolder* folder) {
+  const ObjectFileForm form = request.form.value_or(ObjectFileForm::kText);
+  const std::string name = CurrentName(processor);
+  const std::string key = std::to_string(processor.GetCurrentKey());
+  std::string content;
+  try {
+    content = WriteCurrent(processor, request);
+  } catch (const std::exception& failure) {
+    terminal.err << "refframe: " << key << " \"" << name << "\": " << failure.what() << "\n";
+    return false;
+  }
+  folder->Add(name, ObjectFileExtension(form, request.type->typeName), form, content);
+  return true;
+}
+
 int ExportAll(OpenedDatabase& database, const Request& request, Terminal terminal,
               TerminalInterface& ui) {
   QvRefSystem::ObjectFolder folder(request.output);
   TQvRfDataProcessor& processor = database.Processor(*request.type);
-  const ObjectFileForm form = request.form.value_or(ObjectFileForm::kText);
   const int count = processor.DataSet->RecordCount();
   const auto progress =
       ui.StartProgress(0, QvPlatform::SystemText(request.type->displayName), count);
-  const std::string extension = ObjectFileExtension(form, request.type->typeName);
-  int failed = 0;
+  int written = 0;
   for (int position = 0; position < count; ++position) {
     processor.DataSet->MoveTo(position);
-    const std::string name = CurrentName(processor);
-    const std::string key = std::to_string(processor.GetCurrentKey());
-    std::string content;
-    try {
-      content = WriteCurrent(processor, request);
-    } catch (const std::exception& failure) {
-      terminal.err << "refframe: " << key << " \"" << name << "\": " << failure.what() << "\n";
-      ++failed;
-      continue;
-    }
-    folder.Add(name, extension, form, content);
-    progress->Next();
+    if (AddCurrent(processor, request, terminal, &folder)) ++written;
+    (void)progress->Next();
   }
   folder.Deliver();
-  terminal.out << std::to_string(count - failed) << " objects written to " << request.output
-               << "\n";
-  return failed == 0 ? kSucceeded : kFailed;
+  terminal.out << std::to_string(written) << " objects written to " << request.output << "\n";
+  return written == count ? kSucceeded : kFailed;
 }
 
 // Why a tree was not taken, as far as it can be told.

@@ -23,6 +23,7 @@
 #include "database/data_module.h"
 #include "database/storage_files.h"
 #include "dialogs/base/guarded.h"
+#include "dialogs/base/store_watch.h"
 #include "dialogs/select/import_export.h"
 #include "platform/data/tree_members.h"
 #include "platform/widgets/file_dialogs.h"
@@ -53,7 +54,7 @@ QPlainTextEdit* MakeMemo(QWidget* parent, const char* objectName) {
 }  // namespace
 
 MainWindow::MainWindow(QSettings& settings, QvPlatform::TUserInterface& ui)
-    : settings_(settings), ui_(ui), editor_(ui) {
+    : settings_(settings), ui_(ui), editor_(ui), watch_(StoreWatch::Shared()) {
   setObjectName("refframeHost");
   BuildActions();
   BuildMenus();
@@ -66,6 +67,8 @@ MainWindow::MainWindow(QSettings& settings, QvPlatform::TUserInterface& ui)
   resize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 42);
   restoreGeometry(settings_.value("window/geometry").toByteArray());
   UpdateState();
+  watch_->Watch(this);
+  connect(watch_.get(), &StoreWatch::Changed, this, [this] { UpdateState(); });
 }
 
 MainWindow::~MainWindow() = default;
@@ -250,6 +253,7 @@ void MainWindow::Choose() {
 
 void MainWindow::Insert() {
   if (!editor_.Insert(&tree_)) {
+    if (editor_.InsertFailureWasTold()) return;
     ui_.ShowMessage(QvPlatform::MessageKind::kError,
                     FromQt(Translated("The tree does not hold a whole reference system.")),
                     QvPlatform::MessageButtons::kOk);
@@ -352,6 +356,10 @@ void MainWindow::UpdateState() {
   const QString count = QLocale().toString(datamoduleQvRfData->datasetRefSystem.RecordCount());
   lblDatabase_->setText(
       Translated("%1: %2 systems").arg(ToQt(options_.dialog.DatabasePath), count));
+  if (!watch_->Trouble().isEmpty()) {
+    lblDatabase_->setText(Translated("%1 cannot be read").arg(ToQt(options_.dialog.DatabasePath)));
+  }
+  lblDatabase_->setToolTip(watch_->Trouble().toHtmlEscaped());
   lblPlaceholder_->setText(Translated("No system is chosen yet.\n\nThe database holds %1 reference "
                                       "systems. Choose one of them, or open a tree from a file.")
                                .arg(count));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <memory>
 #include <vector>
 
 #include "apps/host/options_dialog.h"
@@ -15,6 +16,8 @@ class QStackedWidget;
 class QTreeWidget;
 
 namespace QvRefSystem {
+
+class StoreWatch;
 
 /// A small host: it holds one reference system as a tree, shows it, and calls the editor to choose,
 /// store and maintain systems.
@@ -61,6 +64,7 @@ class MainWindow final : public QMainWindow {
   QSettings& settings_;
   QvPlatform::TUserInterface& ui_;
   TQvGeoRefFrameEditor editor_;
+  std::shared_ptr<StoreWatch> watch_;
   HostOptions options_;
   QvCommonUtils::TStringTree tree_;
   bool hasTree_ = false;

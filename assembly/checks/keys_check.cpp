@@ -10,7 +10,9 @@ namespace {
 
 void CheckCounter(const CheckedDatabase& database, const CheckedTable& table, Findings& findings) {
   const int last = table.DataSet().LastKey();
-  const int named = GreatestNamedKey(database.Data(), table.Spec().id);
+  const int named = GreatestNamedKey(
+      [&](TableId id) -> QvPlatform::TQvDataSet& { return database.Data().DataSet(id); },
+      table.Spec().id);
   if (named <= last) return;
   findings.Add(table,
                "key " + std::to_string(named) + " is named, and new keys begin behind " +

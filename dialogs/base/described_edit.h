@@ -1,8 +1,11 @@
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <vector>
 
 #include "dialogs/base/edit_base.h"
+#include "dialogs/base/edit_conflict.h"
 #include "dialogs/base/row_controls.h"
 
 class QPushButton;
@@ -11,8 +14,9 @@ class QVBoxLayout;
 namespace QvRefSystem {
 
 /// An edit dialog made from the description of its form: it makes the controls, fills them, checks
-/// all of them on every attempt to save, marks what it refuses, and stores the record. A subclass
-/// adds only what its object alone does, in the hooks below.
+/// all of them on every attempt to save, marks what it refuses, and stores the record. What
+/// somebody else has changed meanwhile is marked as well, and the user decides. A subclass adds
+/// only what its object alone does, in the hooks below.
 class DescribedEdit : public TformQvRfEdit {
   Q_OBJECT
 
@@ -25,6 +29,10 @@ class DescribedEdit : public TformQvRfEdit {
   // What an object does beside its rows. The rows of a new record are empty or have their defaults
   // when OnNewRecord is called; those of an edited one show the record, which is current.
   virtual void OnNewRecord() {}
+  /// Shows what the record says beside its rows, and nothing else: what others have stored is shown
+  /// by it, too.
+  virtual void OnShowRecord() {}
+  /// Called behind it when a run begins.
   virtual void OnEditRecord() {}
   /// Called when the controls have been read and before they are checked.
   virtual void OnRead() {}
@@ -36,6 +44,18 @@ class DescribedEdit : public TformQvRfEdit {
   /// the record. Without tables StoreBeside is not called.
   [[nodiscard]] virtual std::vector<QvPlatform::TQvDataSet*> TablesBeside() { return {}; }
   virtual void StoreBeside(int /*key*/) {}
+  /// What the dialog shows beside its rows and stores in StoreBeside, as texts, and the panel in
+  /// which it does.
+  [[nodiscard]] virtual std::vector<BesideText> BesideTexts() { return {}; }
+  virtual void ShowBeside(const std::vector<BesideText>& /*texts*/) {}
+  [[nodiscard]] virtual std::string_view BesidePanel() const { return {}; }
+  /// Puts what somebody else has stored into a row, and into its lead.
+  virtual void Take(const FormRow& row, const RowState& theirs);
+  /// Puts what somebody else has stored into what stands beside the rows, as far as he has changed
+  /// it.
+  void TakeBeside();
+  /// The user knows what somebody else has stored, and stores over it. The record is current.
+  virtual void OnKeepMine() {}
   /// A lead was clicked, or set by the program.
   virtual void OnLeads() {}
   /// Runs the dialog in which the object of a row is chosen; the default is its list. True if
@@ -83,15 +103,34 @@ class DescribedEdit : public TformQvRfEdit {
   void ConnectRow(RowControls& row);
   void BeginFilled();
   void ShowValues();
+  void ShowReferences();
+  void ShowRecord();
+  [[nodiscard]] FormState TakeState();
+  void PutState(const FormState& state);
+  void PutRow(std::size_t row, const RowState& state);
+  void PutLead(const FormRow& row, bool checked);
+  [[nodiscard]] bool SettleConflict(bool removed);
+  [[nodiscard]] bool AskRemoved();
+  [[nodiscard]] FormState StateOfTheirs(const FormState& mine);
+  void ShowMarks();
+  void ClearMarks();
+  void TakeTheirs(std::size_t row);
+  void TakeAllTheirs();
   void ButtonClick(std::size_t row);
   void LeadClick(std::size_t row);
   [[nodiscard]] bool CheckRow(std::size_t row);
   [[nodiscard]] bool CheckRows();
   [[nodiscard]] bool Write();
+  /// Nothing if the record was stored, else whether it was removed by somebody else.
+  [[nodiscard]] std::optional<bool> Store();
 
   const FormDescription& form_;
   FormRecord record_;
-  std::vector<RowControls> rows_;
+  /// The form as it showed the record that the user began with, or whose changes he knows.
+  FormState before_;
+  /// What somebody else has changed, as long as it is marked.
+  std::optional<EditConflict> conflict_;
+  std::vector<std::unique_ptr<RowControls>> rows_;
   std::map<int, QButtonGroup*> choices_;
   QPushButton* bitbtnSave_ = nullptr;
   QPushButton* bitbtnClose_ = nullptr;

@@ -31,18 +31,13 @@ Place& PlaceOf(const TformQvRfEdit& form) {
   return places[typeid(form)];
 }
 
-// Locks a record while its dialog runs. Afterwards the record is current again, if it is still
-// there, and the lock is gone in any case.
+// Locks a record while its dialog runs.
 class RecordLock {
  public:
   RecordLock(TQvRfDataProcessor& processor, int key) : processor_(processor), key_(key) {
     processor_.PushEditKey();
   }
   ~RecordLock() {
-    if (processor_.LocateKey(key_)) {
-      processor_.PopEditKey();
-      return;
-    }
     const auto lock = std::ranges::find(processor_.EditKeys, key_);
     if (lock != processor_.EditKeys.end()) processor_.EditKeys.erase(lock);
   }
@@ -80,7 +75,10 @@ bool TformQvRfEdit::EditCurrent() {
   // The owner shows again once the record is current.
   const HiddenForm hidden(Owner());
   const RecordLock lock(*Processor, key);
-  return EditRecord();
+  const bool saved = EditRecord();
+  // One that was removed meanwhile may have been saved under another key.
+  Processor->LocateKey(saved ? Key : key);
+  return saved;
 }
 
 bool TformQvRfEdit::CreateNew() {

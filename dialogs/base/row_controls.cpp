@@ -1,5 +1,6 @@
 #include "dialogs/base/row_controls.h"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
@@ -11,6 +12,7 @@
 #include <QRadioButton>
 #include <QSplitter>
 #include <QStylePainter>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -27,6 +29,7 @@ using QvPlatform::Translated;
 namespace {
 
 constexpr char kChooseCaption[] = "...";
+constexpr char kMarkSuffix[] = "Theirs";
 
 template <typename Widget>
 Widget* Named(Widget* widget, const char* name) {
@@ -82,10 +85,11 @@ void SetBackground(QWidget* control, const QColor& colour) {
   control->setPalette(palette);
 }
 
-RowControls::RowControls(const FormRow& row, QWidget* form) : row_(&row) {
+RowControls::RowControls(const FormRow& row, QWidget* form) : QObject(form), row_(&row) {
   MakeLead(form);
   MakeControl(form);
   if (row.kind == RowKind::kReference) MakeButton(form);
+  if (!IsBox(row.kind) && row.kind != RowKind::kEndColumns) MakeMark(form);
   if (control_ == nullptr) return;
   Named(control_, row.control);
   if (auto* label = qobject_cast<QLabel*>(lead_)) label->setBuddy(control_);
@@ -162,6 +166,64 @@ QPushButton* MakeChoiceButton(QWidget* parent, const char* objectName, const cha
 
 void RowControls::MakeButton(QWidget* form) {
   button_ = MakeChoiceButton(form, row_->button, row_->caption);
+}
+
+// A line that a panel places has no room beside it, and bears its mark inside.
+void RowControls::MakeMark(QWidget* form) {
+  const QString name =
+      QString::fromLatin1(*row_->control != 0 ? row_->control : row_->lead) + kMarkSuffix;
+  if (row_->inPanel) {
+    const QIcon icon = form->style()->standardIcon(QStyle::SP_MessageBoxWarning);
+    markInside_ = Line()->addAction(icon, QLineEdit::TrailingPosition);
+    markInside_->setObjectName(name);
+    markInside_->setVisible(false);
+    connect(markInside_, &QAction::triggered, this, &RowControls::TheirsWanted);
+    return;
+  }
+  mark_ = new QToolButton(form);
+  mark_->setObjectName(name);
+  mark_->setText(QStringLiteral("\u2260 ") + Translated("Theirs"));
+  mark_->hide();
+  connect(mark_, &QToolButton::clicked, this, &RowControls::TheirsWanted);
+}
+
+void RowControls::ShowTheirs(const QString& value) {
+  const QString text = Translated("Another user has changed this to: %1").arg(value) +
+                       QLatin1Char('\n') + Translated("Click to take it over.");
+  if (mark_ != nullptr) {
+    mark_->setToolTip(TipOf(text));
+    mark_->setAccessibleName(text);
+    mark_->show();
+  }
+  if (markInside_ != nullptr) {
+    markInside_->setToolTip(TipOf(text));
+    markInside_->setText(text);
+    markInside_->setVisible(true);
+  }
+}
+
+void RowControls::ClearTheirs() {
+  if (mark_ != nullptr) mark_->hide();
+  if (markInside_ != nullptr) markInside_->setVisible(false);
+}
+
+RowState RowControls::State() const {
+  RowState state;
+  state.checked = LeadButton() != nullptr && LeadButton()->isChecked();
+  if (Line() != nullptr) state.text = Line()->Text();
+  if (const auto* memo = qobject_cast<LimitedMemo*>(control_)) state.text = memo->Text();
+  if (const QComboBox* list = List()) {
+    state.text = QvPlatform::FromQt(list->currentText());
+    state.key = list->currentIndex();
+  }
+  return state;
+}
+
+void RowControls::Put(const RowState& state) {
+  if (Line() != nullptr) Line()->SetText(state.text);
+  if (row_->kind == RowKind::kReference) SetHint(Line()->text());
+  if (auto* memo = qobject_cast<LimitedMemo*>(control_)) memo->SetText(state.text);
+  if (QComboBox* list = List()) list->setCurrentIndex(state.key);
 }
 
 QAbstractButton* RowControls::LeadButton() const {
@@ -350,6 +412,7 @@ void RowLayout::Add(const RowControls& row) {
     if (columns_ == nullptr && boxes_ == nullptr)
       leadWidth_ = std::max(leadWidth_, row.Lead()->sizeHint().width());
   }
+  if (row.Mark() != nullptr) grid_->addWidget(row.Mark(), line, 3, top);
   if (row.Control() == nullptr) return;
   grid_->addWidget(row.Control(), line, 1, 1, row.Button() == nullptr ? 2 : 1);
   if (row.Button() != nullptr) grid_->addWidget(row.Button(), line, 2);

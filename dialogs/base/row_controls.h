@@ -4,9 +4,11 @@
 #include <QString>
 #include <vector>
 
+#include "dialogs/base/form_state.h"
 #include "forms/form_record.h"
 
 class QAbstractButton;
+class QAction;
 class QButtonGroup;
 class QComboBox;
 class QGridLayout;
@@ -14,6 +16,7 @@ class QHBoxLayout;
 class QPlainTextEdit;
 class QPushButton;
 class QSplitter;
+class QToolButton;
 class QVBoxLayout;
 class QWidget;
 
@@ -23,9 +26,12 @@ class LimitedLine;
 
 namespace QvRefSystem {
 
-/// The controls of one row of an edit dialog: what stands in front, what holds the value, and the
-/// "..." of a reference. Their background tells their state: refused, not in use, or normal.
-class RowControls {
+/// The controls of one row of an edit dialog: what stands in front, what holds the value, the "..."
+/// of a reference, and the mark that somebody else has changed the row. The background tells the
+/// row's state: refused, not in use, or normal.
+class RowControls : public QObject {
+  Q_OBJECT
+
  public:
   /// Makes the controls as children of the form. `row` must outlive them.
   RowControls(const FormRow& row, QWidget* form);
@@ -45,6 +51,15 @@ class RowControls {
   void Refuse(const QColor& colour, const QString& reason);
   /// Takes the mark of a refusal away; the hint is the tip again.
   void ClearMark();
+  /// What the controls show. The key of a reference is not among them.
+  [[nodiscard]] RowState State() const;
+  /// Shows that again, but for the lead.
+  void Put(const RowState& state);
+  /// Shows the mark that somebody else has changed the row, with his value in its tip, until
+  /// ClearTheirs. A click on it emits TheirsWanted.
+  void ShowTheirs(const QString& value);
+  /// Takes that mark away.
+  void ClearTheirs();
   /// What the control tells about itself while it is not refused.
   void SetHint(const QString& hint);
   /// Sets the colours anew, after a change of the desktop's.
@@ -60,6 +75,9 @@ class RowControls {
   [[nodiscard]] QWidget* Control() const { return control_; }
   /// The "..." of a reference; null for all other rows.
   [[nodiscard]] QPushButton* Button() const { return button_; }
+  /// The mark of ShowTheirs beside the control; null for rows that have it inside of the control,
+  /// or none.
+  [[nodiscard]] QToolButton* Mark() const { return mark_; }
   /// Null for a row whose lead is a label.
   [[nodiscard]] QAbstractButton* LeadButton() const;
   /// Null for a row that is not one line of text.
@@ -69,7 +87,12 @@ class RowControls {
   /// Whether Refuse has marked the control, and ClearMark has not been called since.
   [[nodiscard]] bool IsRefused() const { return refused_; }
 
+ signals:
+  /// The user wants the other's value in the row.
+  void TheirsWanted();
+
  private:
+  void MakeMark(QWidget* form);
   void MakeLead(QWidget* form);
   void MakeControl(QWidget* form);
   void MakeButton(QWidget* form);
@@ -78,6 +101,9 @@ class RowControls {
   QWidget* lead_ = nullptr;
   QWidget* control_ = nullptr;
   QPushButton* button_ = nullptr;
+  QToolButton* mark_ = nullptr;
+  /// The mark of a line that a panel places.
+  QAction* markInside_ = nullptr;
   bool usable_ = true;
   bool needed_ = true;
   bool refused_ = false;

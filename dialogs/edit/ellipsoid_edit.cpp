@@ -15,7 +15,7 @@ void TformQvRfEllipsoidEdit::OnNewRecord() {
   SetChoice(kEllipsoidShape, sphereOnly_ ? "radiobtnSpheroid" : "radiobtnB");
 }
 
-void TformQvRfEllipsoidEdit::OnEditRecord() {
+void TformQvRfEllipsoidEdit::OnShowRecord() {
   QvPlatform::TQvDataSet& dataSet = *Processor->DataSet;
   const bool sphere = dataSet.FieldByName("SPHEROID").AsInteger() != 0;
   const bool flattening = dataSet.FieldByName("USE_F").AsInteger() != 0;

@@ -19,7 +19,7 @@ class TformQvRfEllipsoidEdit final : public DescribedEdit {
 
  protected:
   void OnNewRecord() override;
-  void OnEditRecord() override;
+  void OnShowRecord() override;
   void OnRead() override;
   void WriteMore(QvPlatform::TQvDataSet& dataSet) override;
 

@@ -4,8 +4,8 @@
 
 namespace QvRefSystem {
 
-void TformQvRfRefSystemGeocEdit::OnEditRecord() {
-  SystemEdit::OnEditRecord();
+void TformQvRfRefSystemGeocEdit::OnShowRecord() {
+  SystemEdit::OnShowRecord();
   LeadOf("chboxDatum").setChecked(ValueOf("edDatum").key != 0);
   UpdateLeads();
 }

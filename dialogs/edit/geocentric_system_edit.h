@@ -12,7 +12,7 @@ class TformQvRfRefSystemGeocEdit final : public SystemEdit {
       : SystemEdit(owner, chooser, kGeocSystemForm) {}
 
  protected:
-  void OnEditRecord() override;
+  void OnShowRecord() override;
   void WriteMore(QvPlatform::TQvDataSet& dataSet) override;
 };
 

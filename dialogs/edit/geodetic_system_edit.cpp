@@ -33,9 +33,9 @@ void TformQvRfRefSystemGeodEdit::OnNewRecord() {
   PlaneSystemEdit::OnNewRecord();
 }
 
-void TformQvRfRefSystemGeodEdit::OnEditRecord() {
+void TformQvRfRefSystemGeodEdit::OnShowRecord() {
   LeadOf(kPositiveLongitude).setChecked(Data().RefSystemProcessor->IsPositiveLongitude(Key));
-  PlaneSystemEdit::OnEditRecord();
+  PlaneSystemEdit::OnShowRecord();
 }
 
 void TformQvRfRefSystemGeodEdit::StoreBeside(int key) {

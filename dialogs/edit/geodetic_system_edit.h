@@ -13,7 +13,7 @@ class TformQvRfRefSystemGeodEdit final : public PlaneSystemEdit {
 
  protected:
   void OnNewRecord() override;
-  void OnEditRecord() override;
+  void OnShowRecord() override;
   void StoreBeside(int key) override;
   void FillSystem(UnstoredSystem* system) override;
   [[nodiscard]] std::vector<const char*> AxesOfType() const override;

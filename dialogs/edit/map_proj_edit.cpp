@@ -1,6 +1,7 @@
 #include "dialogs/edit/map_proj_edit.h"
 
 #include <QKeyEvent>
+#include <algorithm>
 
 #include "dialogs/edit/param_grid.h"
 #include "platform/widgets/data_grid.h"
@@ -22,6 +23,10 @@ int Integer(QvPlatform::TQvDataSet& dataSet, const char* field) {
 AxisSigns ReadSigns(QvPlatform::TQvDataSet& dataSet) {
   return {Integer(dataSet, "COORD1_SIGN"), Integer(dataSet, "COORD2_SIGN"),
           Integer(dataSet, "SWAP_COORDS")};
+}
+
+std::string NoValue(int /*code*/) {
+  return {};
 }
 
 bool IsControlShift(const QKeyEvent& event, int key) {
@@ -55,18 +60,19 @@ TQvRfMapProjDataProcessor& TformQvRfMapProjEdit::Projections() const {
 
 void TformQvRfMapProjEdit::OnNewRecord() {
   SetDirections({});
-  FillGrid(false);
+  FillGrid(&NoValue);
 }
 
-void TformQvRfMapProjEdit::OnEditRecord() {
+void TformQvRfMapProjEdit::OnShowRecord() {
   SetDirections(DirectionsOf(ReadSigns(*Processor->DataSet)));
-  FillGrid(true);
+  const int type = ValueOf("edProjectionType").key;
+  FillGrid([this, type](int code) { return Projections().ParameterValue(Key, type, code); });
 }
 
 void TformQvRfMapProjEdit::OnChosen(const FormRow& row) {
   if (row.object != TObjectType::kMapProjectionType) return;
   TakeAxesOfType();
-  FillGrid(false);
+  FillGrid(&NoValue);
 }
 
 void TformQvRfMapProjEdit::TakeAxesOfType() {
@@ -88,7 +94,7 @@ void TformQvRfMapProjEdit::TakeAxesOfType() {
   SetDirections(DirectionsOf(signs));
 }
 
-void TformQvRfMapProjEdit::FillGrid(bool withValues) {
+void TformQvRfMapProjEdit::FillGrid(const ValueOfCode& valueOf) {
   const int type = ValueOf("edProjectionType").key;
   bool needed[std::size(kUnitControls)] = {};
   strgridProjParam_->Clear();
@@ -99,9 +105,7 @@ void TformQvRfMapProjEdit::FillGrid(bool withValues) {
     if (parameter.kind == kChosenParameter) {
       choices = Projections().AllowedValues(type, parameter.code);
     }
-    const std::string value =
-        withValues ? Projections().ParameterValue(Key, type, parameter.code) : std::string();
-    strgridProjParam_->AddRow(parameter.code, parameter.name, value, choices);
+    strgridProjParam_->AddRow(parameter.code, parameter.name, valueOf(parameter.code), choices);
   }
   strgridProjParam_->FitColumns();
   for (std::size_t i = 0; i < std::size(needed); ++i)
@@ -160,6 +164,29 @@ void TformQvRfMapProjEdit::StoreBeside(int key) {
     Projections().StoreParameterValue(key, type, strgridProjParam_->Code(row),
                                       strgridProjParam_->Value(row), EditMode == 0);
   }
+}
+
+std::vector<BesideText> TformQvRfMapProjEdit::BesideTexts() {
+  strgridProjParam_->CommitEditor();
+  std::vector<BesideText> texts;
+  for (int row = 0; row < strgridProjParam_->rowCount(); ++row) {
+    texts.push_back({strgridProjParam_->Code(row), strgridProjParam_->Name(row),
+                     strgridProjParam_->Value(row)});
+  }
+  return texts;
+}
+
+void TformQvRfMapProjEdit::ShowBeside(const std::vector<BesideText>& texts) {
+  FillGrid([&texts](int code) {
+    const auto text = std::ranges::find(texts, code, &BesideText::code);
+    return text == texts.end() ? std::string() : text->value;
+  });
+}
+
+// The parameters of another type come with it.
+void TformQvRfMapProjEdit::Take(const FormRow& row, const RowState& theirs) {
+  DescribedEdit::Take(row, theirs);
+  if (row.object == TObjectType::kMapProjectionType) TakeBeside();
 }
 
 // The raw view of the tables.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "dialogs/base/described_edit.h"
 #include "forms/axis_directions.h"
 #include "forms/form_descriptions.h"
@@ -24,18 +26,24 @@ class TformQvRfMapProjEdit final : public DescribedEdit {
 
  protected:
   void OnNewRecord() override;
-  void OnEditRecord() override;
+  void OnShowRecord() override;
   void OnChosen(const FormRow& row) override;
   [[nodiscard]] bool CheckMore() override;
   void WriteMore(QvPlatform::TQvDataSet& dataSet) override;
   [[nodiscard]] std::vector<QvPlatform::TQvDataSet*> TablesBeside() override;
   void StoreBeside(int key) override;
+  [[nodiscard]] std::vector<BesideText> BesideTexts() override;
+  void ShowBeside(const std::vector<BesideText>& texts) override;
+  [[nodiscard]] std::string_view BesidePanel() const override { return "pnlProjParam"; }
+  void Take(const FormRow& row, const RowState& theirs) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  /// Shows the parameters of the chosen type, with the values of the record or without.
-  void FillGrid(bool withValues);
+  /// The value of the parameter of that code.
+  using ValueOfCode = std::function<std::string(int code)>;
+  /// Shows the parameters of the chosen type with those values.
+  void FillGrid(const ValueOfCode& valueOf);
   /// The axes that the record of a type offers, in the order of the dialog.
   void TakeAxesOfType();
   void SetDirections(const AxisDirections& axes);

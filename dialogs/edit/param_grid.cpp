@@ -124,6 +124,10 @@ int ParamGrid::Code(int row) const {
   return item(row, kNameColumn)->data(kOwnRole).toInt();
 }
 
+std::string ParamGrid::Name(int row) const {
+  return FromQt(item(row, kNameColumn)->text());
+}
+
 std::string ParamGrid::Value(int row) const {
   const QTableWidgetItem* cell = item(row, kValueColumn);
   const std::string filled = cell->data(kOwnRole).toByteArray().toStdString();

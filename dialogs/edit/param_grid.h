@@ -32,6 +32,8 @@ class ParamGrid final : public QTableWidget {
   void CommitEditor();
   /// The code with which the row was added. The row counts from 0 and must be there.
   [[nodiscard]] int Code(int row) const;
+  /// The name with which the row was added.
+  [[nodiscard]] std::string Name(int row) const;
   /// The value as it stands in the row, which must be there. One that the user has left alone comes
   /// back byte for byte.
   [[nodiscard]] std::string Value(int row) const;

@@ -36,7 +36,8 @@ PlaneSystemEdit::PlaneSystemEdit(QWidget* owner, const Chooser& chooser,
                                  const FormDescription& form)
     : SystemEdit(owner, chooser, form),
       form_(form),
-      VerticalEdit(new TformQvRfVerticalRefSystemEdit(this, chooser)) {
+      VerticalEdit(new TformQvRfVerticalRefSystemEdit(this, chooser)),
+      working_(Data()) {
   ListSystemGeoids();
 }
 
@@ -57,14 +58,16 @@ void PlaneSystemEdit::ListSystemGeoids() {
 
 void PlaneSystemEdit::OnNewRecord() {
   SystemEdit::OnNewRecord();
+  working_.DropLeft();
   DropBrokenReferences();
   SetChoice(kGround, "");
   (void)VerticalEdit->LoadForReferenceSystem(0);
   ShowHeights(0, 0);
+  OldVerticalKey = 0;
 }
 
-void PlaneSystemEdit::OnEditRecord() {
-  SystemEdit::OnEditRecord();
+void PlaneSystemEdit::OnShowRecord() {
+  SystemEdit::OnShowRecord();
   TQvDataSet& dataSet = *Processor->DataSet;
   const int vertical = dataSet.FieldByName("VERT_SYSTEM_AUTOKEY").AsInteger();
   const int code = dataSet.FieldByName("VERT_SYSTEM_CODE").AsInteger();
@@ -72,9 +75,12 @@ void PlaneSystemEdit::OnEditRecord() {
   SetChoice(kGround, ValueOf("edDatum").key != 0       ? kDatumRadio
                      : ValueOf("edEllipsoid").key != 0 ? kEllipsoidRadio
                                                        : "");
-  (void)VerticalEdit->LoadForReferenceSystem(Key);
   Processor->LocateKey(Key);
   ShowHeights(vertical, code);
+}
+
+void PlaneSystemEdit::OnEditRecord() {
+  BeginHeights();
 }
 
 void PlaneSystemEdit::DropBrokenReferences() {
@@ -102,23 +108,33 @@ bool PlaneSystemEdit::CanBeWritten(const FormRow& row) {
 }
 
 void PlaneSystemEdit::ShowHeights(int key, int code) {
-  OldVerticalKey = key;
   const auto listed = std::ranges::find(SystemGeoids, code, [](const auto& g) { return g.second; });
   ValueOf(kSystemGeoids).key = listed == SystemGeoids.end() ? -1 : listed->first;
   Show(kSystemGeoids);
   ValueOf(kGeoid) = {};
+  ValueOf(kGeoid).key = key;
+  ValueOf(kGeoid).text = QvPlatform::FromQt(NameOf(kVerticalReferenceSystem, key));
+  Show(kGeoid);
   SetChoice(kHeightSurface, key != 0    ? kGeoidRadio
                             : code != 0 ? kSystemGeoidRadio
                                         : kHeightEllipsoidRadio);
+}
+
+void PlaneSystemEdit::BeginHeights() {
+  working_.DropLeft();
+  OldVerticalKey = ValueOf(kGeoid).key;
+  ValueOf(kGeoid) = {};
+  (void)VerticalEdit->LoadForReferenceSystem(Key);
+  Processor->LocateKey(Key);
   // The last step, so that nothing stands between the copy and the run that removes it.
-  if (key != 0) CopyHeights();
+  if (OldVerticalKey != 0) CopyHeights();
   Show(kGeoid);
 }
 
 // Without a copy (the user was told why) the stored heights stay until others are saved.
 void PlaneSystemEdit::CopyHeights() {
-  TQvRfVerticalRefSystemDataProcessor& heights = *Data().VerticalRefSystemProcessor;
-  if (!heights.LocateKey(OldVerticalKey) || !heights.DuplicateCurrent()) return;
+  if (!working_.Copy(OldVerticalKey)) return;
+  const TQvRfDataProcessor& heights = *Data().VerticalRefSystemProcessor;
   ValueOf(kGeoid).key = heights.GetCurrentKey();
   ValueOf(kGeoid).text = heights.DataSet->FieldByName("NAME").AsString();
 }
@@ -146,7 +162,11 @@ bool PlaneSystemEdit::ChooseHeights() {
   const std::string text = WriteTreeText(&tree);
   if (!VerticalEdit->SetPlaneSystem(text, ValueOf("edLinearUnit").key)) return false;
   const int key = ValueOf(kGeoid).key;
-  if (key == 0) return VerticalEdit->CreateNew();
+  if (key == 0) {
+    if (!VerticalEdit->CreateNew()) return false;
+    working_.Take(VerticalEdit->Processor->GetCurrentKey());
+    return true;
+  }
   return VerticalEdit->Processor->LocateKey(key) && VerticalEdit->EditCurrent();
 }
 
@@ -172,7 +192,8 @@ void PlaneSystemEdit::TakeEllipsoidOfDatum() {
 
 bool PlaneSystemEdit::BuildSystemTree(TStringTree* tree, int id, int index) {
   ReadControls();
-  if ((Key != 0 && !Processor->LocateKey(Key)) || !CheckPlane()) return false;
+  if (Key != 0) Processor->LocateKey(Key);
+  if (!CheckPlane()) return false;
   const bool entered = id == 0 || (EnsureSubtree(tree, id, index, Processor->TypeName) &&
                                    EnterSubtree(&tree, id, index));
   UnstoredSystem system;
@@ -273,14 +294,26 @@ std::vector<TQvDataSet*> PlaneSystemEdit::TablesBeside() {
 
 void PlaneSystemEdit::StoreBeside(int /*key*/) {
   VerticalRecords& heights = *Data().VerticalRefSystemProcessor;
+  working_.Keep();
   if (!IsChosen(kGeoidRadio)) heights.Remove(ValueOf(kGeoid).key);
   heights.Remove(OldVerticalKey);
 }
 
+// The heights that another user has given the system take the place of those worked on.
+void PlaneSystemEdit::Take(const FormRow& row, const RowState& theirs) {
+  const bool isHeights = row.control == std::string_view(kGeoid);
+  if (isHeights) working_.Drop();
+  SystemEdit::Take(row, theirs);
+  if (isHeights) BeginHeights();
+}
+
+// What is stored over goes with the heights that are stored with it.
+void PlaneSystemEdit::OnKeepMine() {
+  OldVerticalKey = Processor->DataSet->FieldByName("VERT_SYSTEM_AUTOKEY").AsInteger();
+}
+
 void PlaneSystemEdit::CancelEdit() {
-  TQvRfDataProcessor& heights = *Data().VerticalRefSystemProcessor;
-  const int key = ValueOf(kGeoid).key;
-  if (key != 0 && heights.LocateKey(key)) (void)heights.DeleteRecord(nullptr);
+  working_.Drop();
 }
 
 }  // namespace QvRefSystem

@@ -6,6 +6,7 @@
 
 #include "dialogs/edit/system_edit.h"
 #include "processors/unstored_system.h"
+#include "vertical/working_heights.h"
 
 namespace QvRefSystem {
 
@@ -29,7 +30,10 @@ class PlaneSystemEdit : public SystemEdit {
 
  protected:
   void OnNewRecord() override;
+  void OnShowRecord() override;
   void OnEditRecord() override;
+  void Take(const FormRow& row, const RowState& theirs) override;
+  void OnKeepMine() override;
   [[nodiscard]] bool CheckMore() override;
   void WriteMore(QvPlatform::TQvDataSet& dataSet) override;
   [[nodiscard]] std::vector<QvPlatform::TQvDataSet*> TablesBeside() override;
@@ -47,7 +51,10 @@ class PlaneSystemEdit : public SystemEdit {
   void DropBrokenReferences();
   void DropIfBroken(const FormRow& row);
   [[nodiscard]] bool CanBeWritten(const FormRow& row);
+  /// Shows a height system of that key, or a built-in geoid of that code.
   void ShowHeights(int key, int code);
+  /// Begins to work on the height system that the record shows.
+  void BeginHeights();
   void CopyHeights();
   [[nodiscard]] bool CheckPlane();
   [[nodiscard]] bool CheckGround();
@@ -62,6 +69,8 @@ class PlaneSystemEdit : public SystemEdit {
   TformQvRfVerticalRefSystemEdit* VerticalEdit;
   /// The height system of the record as it is stored; the row holds the one that is worked on.
   int OldVerticalKey = 0;
+  /// The one that is worked on.
+  WorkingHeights working_;
   /// Codes of the built-in geoids by their places in the list.
   std::map<int, int> SystemGeoids;
 };

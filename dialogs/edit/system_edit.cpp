@@ -40,7 +40,7 @@ void SystemEdit::OnNewRecord() {
   }
 }
 
-void SystemEdit::OnEditRecord() {
+void SystemEdit::OnShowRecord() {
   if (!hasHandedness_) return;
   SetChoice(kHandedness, RadioOf(Processor->DataSet->FieldByName(kSwap).AsInteger()));
 }

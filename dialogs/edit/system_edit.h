@@ -14,7 +14,7 @@ class SystemEdit : public DescribedEdit {
 
  protected:
   void OnNewRecord() override;
-  void OnEditRecord() override;
+  void OnShowRecord() override;
   void WriteMore(QvPlatform::TQvDataSet& dataSet) override;
   /// The controls that a new record fills with the names that its type gives the axes.
   [[nodiscard]] virtual std::vector<const char*> AxesOfType() const {

@@ -33,8 +33,8 @@ void TformQvRfRefSystemTopoEdit::OnNewRecord() {
   ShowPrimary();
 }
 
-void TformQvRfRefSystemTopoEdit::OnEditRecord() {
-  OriginEdit::OnEditRecord();
+void TformQvRfRefSystemTopoEdit::OnShowRecord() {
+  OriginEdit::OnShowRecord();
   ShowPrimary();
 }
 

@@ -13,7 +13,7 @@ class TformQvRfRefSystemTopoEdit final : public OriginEdit {
 
  protected:
   void OnNewRecord() override;
-  void OnEditRecord() override;
+  void OnShowRecord() override;
   void OnRead() override;
   [[nodiscard]] bool Choose(const FormRow& row) override;
   void OnChosen(const FormRow& row) override;

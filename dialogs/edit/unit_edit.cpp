@@ -67,8 +67,8 @@ void UnitEdit::SetFactorsEnabled(bool enabled) {
     RowOf(control).Control()->setEnabled(enabled);
 }
 
-void TformQvRfAngularUnitEdit::OnEditRecord() {
-  UnitEdit::OnEditRecord();
+void TformQvRfAngularUnitEdit::OnShowRecord() {
+  UnitEdit::OnShowRecord();
   SetFactorsEnabled(Processor->DataSet->FieldByName("CODE").AsInteger() == 0);
 }
 

@@ -17,7 +17,7 @@ class UnitEdit : public DescribedEdit {
 
  protected:
   void OnNewRecord() override;
-  void OnEditRecord() override { ShowShortName(); }
+  void OnShowRecord() override { ShowShortName(); }
   void OnRead() override;
   /// Lets the user change both factors, or neither.
   void SetFactorsEnabled(bool enabled);
@@ -46,7 +46,7 @@ class TformQvRfAngularUnitEdit final : public UnitEdit {
       : UnitEdit(owner, chooser, kAngularUnitForm, "rad") {}
 
  protected:
-  void OnEditRecord() override;
+  void OnShowRecord() override;
 };
 
 /// The dialog of units of scale, told in units of one.

@@ -7,6 +7,7 @@
 #include <array>
 
 #include "dialogs/base/guarded.h"
+#include "dialogs/base/store_watch.h"
 #include "dialogs/select/selectors.h"
 #include "platform/widgets/qt_text.h"
 
@@ -42,7 +43,8 @@ static_assert(kEntries.size() == kObjectTypes, "the list has all object types");
 }  // namespace
 
 TformGeoRefFrameDatabaseManager::TformGeoRefFrameDatabaseManager(QWidget* owner)
-    : ModalForm(owner) {
+    : ModalForm(owner), watch_(StoreWatch::Shared()) {
+  watch_->Watch(this);
   setWindowTitle(Translated("Database manager"));
   setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
   setSizeGripEnabled(false);

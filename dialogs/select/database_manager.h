@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "dialogs/select/dialog_options.h"
 #include "platform/widgets/modal_form.h"
 
@@ -8,6 +10,7 @@ class QPushButton;
 
 namespace QvRefSystem {
 
+class StoreWatch;
 class TformQvRfSelector;
 
 /// Lists the object types, and opens the browsing dialog of one. The data module must be open.
@@ -33,6 +36,7 @@ class TformGeoRefFrameDatabaseManager final : public QvPlatform::ModalForm {
   /// The selector of the entry that is selected, or null.
   [[nodiscard]] TformQvRfSelector* SelectedSelector();
 
+  std::shared_ptr<StoreWatch> watch_;
   QListWidget* listboxContent = nullptr;
   QPushButton* bitbtnEdit = nullptr;
   QPushButton* bitbtnClose = nullptr;

@@ -159,7 +159,7 @@ void ImportObject(QWidget* window, TQvRfDataProcessor& processor) {
   TStringTree tree;
   ReadTreeFile(path, FormOfFilter(file.filterIndex), &tree);
   try {
-    if (processor.InsertFromTree(&tree) != 0) return;
+    if (processor.InsertFromTree(&tree) != 0 || processor.StorageFailed()) return;
   } catch (const InvalidTypeError& error) {
     throw InvalidTypeError(CannotRead(path, ToQt(error.what())));
   }

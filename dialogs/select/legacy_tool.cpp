@@ -2,8 +2,10 @@
 
 #include <filesystem>
 
+#include "database/storage_files.h"
 #include "platform/ctui/ctui.h"
 #include "platform/storage/file_stream.h"
+#include "platform/ui/texts.h"
 #include "platform/widgets/file_dialogs.h"
 #include "platform/widgets/qt_text.h"
 #include "platform/xini/ini_file.h"
@@ -77,7 +79,11 @@ bool ConvertLegacySystem(const std::string& iniPath, const std::string& outputPa
             .arg(QvPlatform::ToQt(outputPath))));
   }
   tree.Label = kOwnLabel;
-  WriteTreeFile(tree, outputPath, ObjectFileForm::kText);
+  // Beside the tables of a database, where no object file is written but this one.
+  if (!SaveStorageFile(outputPath, false, WriteTreeText(&tree) + '\0')) {
+    throw StorageError(QvPlatform::SystemText(QvPlatform::TextId::kCannotCreateFile) + " " +
+                       outputPath);
+  }
   return true;
 }
 

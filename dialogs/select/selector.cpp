@@ -16,9 +16,11 @@
 #include "dialogs/base/edit_base.h"
 #include "dialogs/base/guarded.h"
 #include "dialogs/base/processor_of.h"
+#include "dialogs/base/store_watch.h"
 #include "dialogs/edit/edit_forms.h"
 #include "dialogs/select/details_view.h"
 #include "dialogs/select/import_export.h"
+#include "platform/storage/waiting.h"
 #include "platform/text/text.h"
 #include "platform/widgets/data_grid.h"
 #include "platform/widgets/qt_text.h"
@@ -34,6 +36,9 @@ using QvPlatform::ToQt;
 using QvPlatform::Translated;
 
 namespace {
+
+/// A stamp is not worth a wait that the user would notice.
+constexpr std::chrono::milliseconds kWaitForStamp{200};
 
 // Makes the data set's controls live for the time of a modal run. The levels that a run further up
 // has taken off stay off until that one ends: its list is to be live when it comes back.
@@ -107,6 +112,7 @@ TformQvRfSelector::TformQvRfSelector(QWidget* owner, const Chooser& chooser,
       Processor(&ProcessorOf(traits.type)),
       TypeList(traits.typeList),
       chooser_(chooser),
+      watch_(StoreWatch::Shared()),
       ownSource_(traits.ownSource ? std::make_unique<TDataSource>(Processor->DataSet) : nullptr),
       source_(ownSource_ ? *ownSource_ : Data().Source(DescriptorOf(traits.type).table)) {
   BuildControls(this);
@@ -140,6 +146,10 @@ void TformQvRfSelector::ConnectControls() {
   connect(dbgridList, &QAbstractItemView::doubleClicked, this, [this] { bitbtnOkClick(); });
   connect(comboSearch, &QComboBox::editTextChanged, this, [this] { SearchTextChanged(); });
   connect(listModel_.get(), &DataSetTableModel::CursorMoved, this, [this] { CursorMoved(); });
+  watch_->Watch(this);
+  connect(watch_.get(), &StoreWatch::Changed, this, [this] {
+    if (isVisible()) CursorMoved();
+  });
 }
 
 void TformQvRfSelector::ConnectButtons() {
@@ -216,7 +226,7 @@ void TformQvRfSelector::Run() {
 void TformQvRfSelector::TakeChoice(const Choice& choice) {
   Chosen = Guarded(Data().Ui(), [&] {
     const int key = Processor->GetCurrentKey();
-    Processor->Reopen();
+    Processor->DataSet->Refresh();
     if (!Processor->LocateKey(key)) {
       throw std::runtime_error(
           QvPlatform::FromQt(Translated("The object has been removed by another user.")));
@@ -242,10 +252,15 @@ void TformQvRfSelector::WriteChoice(const Choice& choice) {
 }
 
 // When the record was last chosen only sorts suggestions. Where it cannot be kept, as in a database
-// that is read-only for this user, the choice stands.
+// that is read-only for this user or that another program is writing to, the choice stands.
 void TformQvRfSelector::StampLastUse() {
   QvPlatform::TQvDataSet& dataSet = *Processor->DataSet;
+  const int key = Processor->GetCurrentKey();
+  QvPlatform::TimedWaiter shortly(kWaitForStamp);
   try {
+    const QvPlatform::WaiterScope scope(shortly);
+    dataSet.Refresh();
+    if (Processor->GetCurrentKey() != key) return;
     dataSet.Edit();
     dataSet.FieldByName("LAST_USE").SetFloat(QvPlatform::CurrentMoment());
     dataSet.Post();
@@ -266,9 +281,11 @@ bool TformQvRfSelector::SelectWhere(const RowFilter& where, const Choice& choice
     if (Select({.hideOwner = choice.hideOwner, .key = choice.key}))
       chosenKey = Processor->GetCurrentKey();
   });
-  Rearrange(dataSet, [](QvPlatform::TQvDataBuffer& buffer) { buffer.ClearFilter(true); });
+  const bool whole = Guarded(Data().Ui(), [&] {
+    Rearrange(dataSet, [](QvPlatform::TQvDataBuffer& buffer) { buffer.ClearFilter(true); });
+  });
   // Only now: an object may refer to one of its own table that the filter hides.
-  Chosen = Processor->LocateKey(chosenKey) && Guarded(Data().Ui(), [&] {
+  Chosen = whole && Processor->LocateKey(chosenKey) && Guarded(Data().Ui(), [&] {
              if (choice.tree != nullptr) WriteChoice(choice);
              StampLastUse();
            });
@@ -461,7 +478,7 @@ void TformQvRfSelector::ShowCurrentRecord() {
 
 void TformQvRfSelector::CursorMoved() {
   UpdateEditButtons();
-  search_->ShowCount();
+  search_->ShowCount(watch_->Trouble());
   if (!tabDetails->isHidden()) bitbtnDetailsClick();
 }
 

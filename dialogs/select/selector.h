@@ -15,6 +15,7 @@
 
 namespace QvRefSystem {
 
+class StoreWatch;
 class TformQvRfEdit;
 
 /// What a selector of one object type is.
@@ -32,6 +33,8 @@ struct SelectorTraits {
 ///
 /// It holds no record: the chosen one is the current record of the processor's data set. The data
 /// module must be open when a selector is made, and must outlive it.
+///
+/// What other programs store shows while the list does.
 ///
 /// While a search text stands, only rows whose name contains it show, and only a row that shows can
 /// be chosen, described or changed.
@@ -128,6 +131,7 @@ class TformQvRfSelector : public QvPlatform::ModalForm,
   [[nodiscard]] bool HasVisibleCurrent() const { return search_->HasVisibleCurrent(); }
 
   const Chooser& chooser_;
+  std::shared_ptr<StoreWatch> watch_;
   // Whether the run is a part of a choice that ends behind it.
   bool choiceGoesOn_ = false;
   // The models look at the source, and go first.

@@ -21,9 +21,7 @@ using QvPlatform::Translated;
 
 SelectorSearch::SelectorSearch(const SelectorControls& controls,
                                QvPlatform::DataSetTableModel& rows, TQvRfDataProcessor& processor)
-    : controls_(controls), rows_(rows), processor_(processor), names_(*processor.DataSet) {
-  controls_.lblCount->setToolTip(Translated("Rows that show, of all rows"));
-}
+    : controls_(controls), rows_(rows), processor_(processor), names_(*processor.DataSet) {}
 
 std::string SelectorSearch::Text() const {
   return FromQt(controls_.comboSearch->currentText());
@@ -69,7 +67,7 @@ void SelectorSearch::Remember() {
   field.setEditText(text);
 }
 
-void SelectorSearch::ShowCount() {
+void SelectorSearch::ShowCount(const QString& trouble) {
   const bool active = processor_.DataSet->GetActive();
   const int all = active ? processor_.DataSet->RecordCount() : 0;
   const QString text = controls_.comboSearch->currentText();
@@ -81,8 +79,15 @@ void SelectorSearch::ShowCount() {
   count.setMinimumWidth(count.fontMetrics().horizontalAdvance(part.arg(total, total)));
   count.setText(text.isEmpty() ? Translated("All %1").arg(total)
                                : part.arg(locale.toString(RowCount()), total));
-  controls_.dbgridList->SetEmptyText(all == 0 ? Translated("There is nothing here yet.")
-                                              : Translated("No name contains \"%1\".").arg(text));
+  count.setToolTip(Translated("Rows that show, of all rows"));
+  if (!trouble.isEmpty()) {
+    count.setText(Translated("The database cannot be read"));
+    count.setToolTip(QStringLiteral("<qt>%1</qt>").arg(trouble.toHtmlEscaped()));
+  }
+  controls_.dbgridList->SetEmptyText(
+      !trouble.isEmpty() ? Translated("The database cannot be read: %1").arg(trouble)
+      : all == 0         ? Translated("There is nothing here yet.")
+                         : Translated("No name contains \"%1\".").arg(text));
 }
 
 void SelectorSearch::KeepCurrentInSight() {

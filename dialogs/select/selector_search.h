@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <string>
 
 #include "processors/name_filter.h"
@@ -29,8 +30,9 @@ class SelectorSearch {
   void Find(bool down);
   /// Keeps the text in the history of the field.
   void Remember();
-  /// Tells how many rows show, and on an empty list why it is empty.
-  void ShowCount();
+  /// Tells how many rows show, and on an empty list why it is empty. With `trouble`, why the
+  /// database cannot be read, it tells that the rows are those that were last read.
+  void ShowCount(const QString& trouble);
   /// Where the current record has gone out of sight, the row at its place becomes current, or else
   /// the last one.
   void KeepCurrentInSight();

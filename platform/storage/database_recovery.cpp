@@ -47,6 +47,18 @@ std::string JournalOf(const std::string& path) {
   return path + std::string(kJournalEnding);
 }
 
+/// The super-journals beside a file whose transactions it leads.
+std::vector<std::string> SuperJournalsOf(const std::string& path) {
+  std::vector<std::string> found;
+  std::error_code error;
+  fs::directory_iterator entry(FolderOf(path), error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    const std::string name = entry->path().string();
+    if (IsSuperJournalName(name) && name.starts_with(path + "-mj")) found.push_back(name);
+  }
+  return found;
+}
+
 /// A file whose journal waits for its fate.
 struct LeftFile {
   std::string path;
@@ -70,6 +82,7 @@ class Recovery {
   void Release(const LeftFile& file) const;
   void Finish(const LeftFile& file);
   void RollBack(const std::string& path);
+  void RemoveIdle(const std::string& superJournal);
 
   std::string folder_;
   std::function<void(const std::string&)> tell_;
@@ -191,7 +204,27 @@ void Recovery::Run(const std::set<std::string>& paths) {
   for (const std::string& super : superJournals) {
     if (unlink(super.c_str()) != 0 && errno != ENOENT) Fail(super, "cannot be removed");
   }
+  for (const std::string& path : paths) {
+    std::ranges::for_each(SuperJournalsOf(path), [this](const auto& super) { RemoveIdle(super); });
+  }
   SyncFolder(folder_);
+}
+
+/// By now no journal waits for a super-journal. One that is still there was left before a journal
+/// named it, or by a run like this one, unless the file that leads its transaction is being
+/// written.
+void Recovery::RemoveIdle(const std::string& superJournal) {
+  const std::string leader = superJournal.substr(0, superJournal.rfind("-mj"));
+  struct stat status {};
+  const bool isFile = lstat(superJournal.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+  if (!isFile || !IsThere(leader)) return;
+  FileLocks locks;
+  if (!locks.Open(leader, true)) return;
+  for (const auto level : {FileLocks::Level::kShared, FileLocks::Level::kExclusive}) {
+    if (locks.Raise(level) != FileLocks::Answer::kGranted) return;
+  }
+  if (unlink(superJournal.c_str()) != 0) Fail(superJournal, "cannot be removed");
+  tell_(Quoted(superJournal) + " is needed no more and is removed");
 }
 
 /// The table files of a folder, and those that are not there but for their journal.

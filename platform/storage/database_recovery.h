@@ -13,6 +13,7 @@ namespace QvPlatform::detail {
 ///     otherwise it was finished, and its journals go.
 ///   - A journal that fits no file is set aside, and so is a log beside a file that has none.
 ///   - An interrupted change in one file is taken back as any opening would.
+///   - A super-journal for which no journal waits any more is removed.
 /// Each step is told in a whole sentence. It can be interrupted at any moment and run again. Throws
 /// StorageError, also where another program has one of the files open.
 void RecoverDatabase(const std::string& path, const std::function<void(const std::string&)>& tell);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <utility>
 
@@ -20,7 +21,8 @@ struct OpenFolders {
 };
 
 OpenFolders& Open() {
-  static OpenFolders open;
+  // Stays to the very end of the process: a host may close its last database after all statics.
+  static OpenFolders& open = *std::make_unique<OpenFolders>().release();
   return open;
 }
 

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <memory>
 #include <mutex>
 #include <new>
 #include <optional>
@@ -65,7 +66,8 @@ struct PlainMedia {
 };
 
 PlainMedia& Plain() {
-  static PlainMedia plain;
+  // Stays to the very end of the process, as long as any database may be open.
+  static PlainMedia& plain = *std::make_unique<PlainMedia>().release();
   return plain;
 }
 
@@ -244,11 +246,10 @@ bool MayTouch(const sqlite3_vfs* vfs, const char* name, int code) {
   return false;
 }
 
-/// Closes what SQLite's own file system has opened for a file that is not to be.
+/// Closes what SQLite's own file system may have opened for a file that is not to be.
 int GiveUp(File* made, int code) {
   sqlite3_file* const real = RealOf(&made->base);
   if (real->pMethods != nullptr) real->pMethods->xClose(real);
-  delete made->state;
   made->state = nullptr;
   return code;
 }
@@ -277,20 +278,22 @@ int OpenLocks(FileState& state, int* flags) {
 
 int OpenNamed(sqlite3_vfs* vfs, const char* name, File* file, int flags, int* outFlags) {
   const bool database = (flags & SQLITE_OPEN_MAIN_DB) != 0;
-  file->state = new (std::nothrow) FileState(name);
-  if (file->state == nullptr) return SQLITE_NOMEM;
+  auto state = std::make_unique<FileState>(name);
+  if (database) state->fence.emplace(FolderOf(name));
   if (database && !IsLogged(vfs)) {
-    const int code = OpenLocks(*file->state, &flags);
-    if (code != SQLITE_OK) return GiveUp(file, code);
+    const int code = OpenLocks(*state, &flags);
+    if (code != SQLITE_OK) return code;
   }
+  file->state = state.get();
   const int code = RealVfs()->xOpen(RealVfs(), name, RealOf(&file->base), flags, outFlags);
   if (code != SQLITE_OK) return GiveUp(file, Noted(code, name, errno));
-  if (!file->state->native && !OpenedTheSame(file)) {
+  if (!state->native && !OpenedTheSame(file)) {
     NoteFileFault(SQLITE_CANTOPEN, name, "another file came into its place");
     return GiveUp(file, SQLITE_CANTOPEN);
   }
-  if (database) file->state->fence.emplace(FolderOf(name));
   file->base.pMethods = database && IsLogged(vfs) ? &kLoggedMethods : &kPlainMethods;
+  // Close takes it back.
+  static_cast<void>(state.release());
   return SQLITE_OK;
 }
 

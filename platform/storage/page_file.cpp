@@ -30,7 +30,7 @@ constexpr std::string_view kMagic("SQLite format 3\0", 16);
 constexpr std::size_t kNodeHead = 12;
 constexpr std::size_t kLeafHead = 8;
 /// More columns than any table has.
-constexpr std::size_t kMostColumns = 2000;
+constexpr std::size_t kMostColumns = std::size_t{1} << 11;
 /// SQLite itself follows no way that is longer.
 constexpr int kDeepest = 20;
 

@@ -75,9 +75,10 @@ constexpr std::array kTexts = {
     TextRow{TextId::kAngularUnits, "Latitude & longitude units"},
     TextRow{TextId::kHeightUnits, "Height units"},
     TextRow{TextId::kCannotWriteDatabase, "Cannot write to the database"},
-    TextRow{TextId::kOlderTables,
-            "Part of the last change is missing, as in a copy that was made while it was under way. "
-            "Check the database or put a backup back. Tables that are too old:"},
+    TextRow{
+        TextId::kOlderTables,
+        "Part of the last change is missing, as in a copy that was made while it was under way. "
+        "Check the database or put a backup back. Tables that are too old:"},
     TextRow{TextId::kNoMemory, "There is not enough memory"},
     TextRow{TextId::kTableMadeAnew, "A table was missing and has been made anew, empty:"},
 };

@@ -39,6 +39,25 @@ struct UsedByRow {
 /// How the used-by list was left: the numbers are its modal results.
 enum class UsedByAnswer { kViewed = 1, kClosed = 2 };
 
+/// A field that somebody else has changed while the user was editing it, with its texts as a form
+/// shows them.
+struct ConflictRow {
+  /// What stands in front of the field, in the language of the user.
+  std::string caption;
+  /// What the field held when the user began.
+  std::string before;
+  /// What somebody else has stored since.
+  std::string theirs;
+  /// What the user has put there.
+  std::string mine;
+};
+/// What is to become of a record that two users have changed.
+enum class ConflictAnswer {
+  kTakeTheirs,  ///< the fields that the other has changed get his values, in the form alone
+  kKeepMine,    ///< the form is stored over what the other has stored
+  kGoBack       ///< nothing happens
+};
+
 /// Reports the course of a long operation; destroying it ends the display.
 class TProgress {
  public:
@@ -62,6 +81,13 @@ class TUserInterface {
   /// it, so that the scan has to run again. `viewAllowed` is false in simple mode.
   virtual UsedByAnswer ShowUsedBy(TComponent* owner, std::span<const UsedByRow> rows,
                                   bool viewAllowed) = 0;
+
+  /// Asks what is to become of an object that somebody else has changed meanwhile; `rows` are the
+  /// fields in which he differs. Who does not ask his user goes back.
+  virtual ConflictAnswer AskConflict(const std::string& /*name*/,
+                                     std::span<const ConflictRow> /*rows*/) {
+    return ConflictAnswer::kGoBack;
+  }
 
   /// Shows the course of an operation until the result is destroyed. `options` are those of the
   /// operation (0: plain), `count` is the number of steps (0: unknown).

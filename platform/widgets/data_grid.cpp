@@ -4,6 +4,7 @@
 #include <QHelpEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QToolTip>
 
 namespace QvPlatform {
@@ -29,6 +30,7 @@ DataGrid::DataGrid(QWidget* parent) : QTableView(parent) {
 void DataGrid::SetDataSetModel(DataSetTableModel* model) {
   model_ = model;
   setModel(model);
+  connect(model, &QAbstractItemModel::modelAboutToBeReset, this, &DataGrid::KeepPlace);
   connect(model, &DataSetTableModel::CursorMoved, this, &DataGrid::FollowCursor);
   FollowCursor();
 }
@@ -58,6 +60,24 @@ void DataGrid::FollowCursor() {
   const int column = currentIndex().isValid() ? currentIndex().column() : 0;
   setCurrentIndex(model_->index(row, column));
   selectRow(row);
+  RestorePlace();
+}
+
+void DataGrid::KeepPlace() {
+  const int top = rowAt(0);
+  if (top < 0 || !currentIndex().isValid()) return;
+  top_ = top;
+  const int offset = currentIndex().row() - top;
+  const bool shows =
+      offset >= 0 && rowViewportPosition(currentIndex().row()) < viewport()->height();
+  offset_ = shows ? std::optional(offset) : std::nullopt;
+}
+
+void DataGrid::RestorePlace() {
+  if (!top_) return;
+  updateGeometries();
+  verticalScrollBar()->setValue(offset_ ? currentIndex().row() - *offset_ : *top_);
+  top_.reset();
 }
 
 // Of whole rows Home and End are the first and the last one, not the ends of a row.

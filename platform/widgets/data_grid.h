@@ -2,6 +2,7 @@
 
 #include <QPointer>
 #include <QTableView>
+#include <optional>
 
 #include "platform/widgets/data_set_model.h"
 
@@ -9,6 +10,7 @@ namespace QvPlatform {
 
 /// A read-only grid over a data set, whole rows selected, whose current row is the data set's
 /// current record, both ways. A record that a filter hides leaves the grid without a current row.
+/// Where rows come or go, the current one stays where it stands on the screen.
 class DataGrid final : public QTableView {
   Q_OBJECT
 
@@ -39,10 +41,16 @@ class DataGrid final : public QTableView {
 
  private:
   void FollowCursor();
+  void KeepPlace();
+  void RestorePlace();
 
   QPointer<DataSetTableModel> model_;
   QString emptyText_;
   bool following_ = false;
+  /// While the rows change: how far the current row stands below the first one that shows, if it
+  /// shows, and that first one.
+  std::optional<int> offset_;
+  std::optional<int> top_;
 };
 
 }  // namespace QvPlatform

@@ -2,6 +2,8 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileIconProvider>
+#include <QMimeDatabase>
 #include <QStringList>
 
 namespace QvPlatform {
@@ -31,8 +33,38 @@ Filters SplitFilters(const QString& filter) {
   return result;
 }
 
+// Tells what a file is by its name. The toolkit's own way, like that of the desktop's dialogs,
+// reads the files that are listed, and closing a file again can cost the process its locks on it.
+class NamesOnly final : public QFileIconProvider {
+ public:
+  [[nodiscard]] QIcon icon(const QFileInfo& file) const override {
+    return QFileIconProvider::icon(file.isDir() ? Folder : File);
+  }
+  [[nodiscard]] QIcon icon(IconType type) const override { return QFileIconProvider::icon(type); }
+  [[nodiscard]] QString type(const QFileInfo& file) const override {
+    const QMimeDatabase types;
+    const QMimeType type =
+        file.isDir() ? types.mimeTypeForName(QStringLiteral("inode/directory"))
+                     : types.mimeTypeForFile(file.fileName(), QMimeDatabase::MatchExtension);
+    return type.comment();
+  }
+};
+
+// Lists files without opening any.
+class PlainFileDialog final : public QFileDialog {
+ public:
+  PlainFileDialog(QWidget* parent, const QString& title) : QFileDialog(parent, title) {
+    setObjectName(QStringLiteral("fileDialog"));
+    setOption(DontUseNativeDialog);
+    setOption(DontUseCustomDirectoryIcons);
+    setIconProvider(&names_);
+  }
+
+ private:
+  NamesOnly names_;
+};
+
 FileDialogResult Run(QFileDialog* dialog, const FileDialogOptions& options) {
-  dialog->setObjectName(QStringLiteral("fileDialog"));
   const Filters filters = SplitFilters(options.filter);
   const auto chosen = [&] { return filters.names.indexOf(dialog->selectedNameFilter()); };
   // The dialog itself adds the extension, so that it also asks before it overwrites that file. A
@@ -54,7 +86,7 @@ FileDialogResult Run(QFileDialog* dialog, const FileDialogOptions& options) {
 
 FileDialogResult GetSaveFileName(QWidget* parent, const QString& title,
                                  const FileDialogOptions& options) {
-  QFileDialog dialog(parent, title);
+  PlainFileDialog dialog(parent, title);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setFileMode(QFileDialog::AnyFile);
   return Run(&dialog, options);
@@ -62,14 +94,13 @@ FileDialogResult GetSaveFileName(QWidget* parent, const QString& title,
 
 FileDialogResult GetOpenFileName(QWidget* parent, const QString& title,
                                  const FileDialogOptions& options) {
-  QFileDialog dialog(parent, title);
+  PlainFileDialog dialog(parent, title);
   dialog.setFileMode(QFileDialog::ExistingFile);
   return Run(&dialog, options);
 }
 
 QString SelectFolder(QWidget* parent, const QString& title) {
-  QFileDialog dialog(parent, title);
-  dialog.setObjectName(QStringLiteral("fileDialog"));
+  PlainFileDialog dialog(parent, title);
   dialog.setFileMode(QFileDialog::Directory);
   dialog.setOption(QFileDialog::ShowDirsOnly);
   if (dialog.exec() != QDialog::Accepted) return {};

@@ -5,6 +5,7 @@
 #include <QMessageBox>
 #include <QProgressDialog>
 
+#include "platform/widgets/conflict_box.h"
 #include "platform/widgets/qt_text.h"
 
 namespace QvPlatform {
@@ -81,6 +82,13 @@ MessageAnswer QtUserInterface::ShowMessage(MessageKind kind, const std::string& 
   box.setDefaultButton(ask ? QMessageBox::No : QMessageBox::Ok);
   box.setEscapeButton(ask ? QMessageBox::No : QMessageBox::Ok);
   return AnswerOf(box.exec());
+}
+
+ConflictAnswer QtUserInterface::AskConflict(const std::string& name,
+                                            std::span<const ConflictRow> rows) {
+  ConflictBox box(QApplication::activeWindow(), ToQt(name), rows);
+  box.exec();
+  return box.Answer();
 }
 
 UsedByAnswer QtUserInterface::ShowUsedBy(TComponent* owner, std::span<const UsedByRow> rows,

@@ -19,6 +19,7 @@ class QtUserInterface final : public TUserInterface {
 
   MessageAnswer ShowMessage(MessageKind kind, const std::string& text,
                             MessageButtons buttons) override;
+  ConflictAnswer AskConflict(const std::string& name, std::span<const ConflictRow> rows) override;
   UsedByAnswer ShowUsedBy(TComponent* owner, std::span<const UsedByRow> rows,
                           bool viewAllowed) override;
   [[nodiscard]] std::unique_ptr<TProgress> StartProgress(int options, const std::string& title,

@@ -43,6 +43,21 @@ class ScriptedUi : public QvPlatform::TUserInterface {
     return onUsedBy ? onUsedBy() : QvPlatform::UsedByAnswer::kClosed;
   }
 
+  /// The fields of the last conflict, as "caption: before/theirs/mine", and what the user answers.
+  std::vector<std::string> conflict;
+  QvPlatform::ConflictAnswer conflictAnswer = QvPlatform::ConflictAnswer::kGoBack;
+  int conflictsAsked = 0;
+
+  QvPlatform::ConflictAnswer AskConflict(const std::string&,
+                                         std::span<const QvPlatform::ConflictRow> rows) override {
+    ++conflictsAsked;
+    conflict.clear();
+    for (const auto& [caption, before, theirs, mine] : rows)
+      conflict.push_back(std::string(caption).append(": ").append(before + "/" + theirs) + "/" +
+                         mine);
+    return conflictAnswer;
+  }
+
   /// What a progress display was told.
   struct Shown {
     int options = 0;

@@ -150,6 +150,7 @@ TEST_F(Keeping, WhatCanBeReadOfADamagedDatabaseIsBroughtBack) {
     fs::remove_all(Path("new"));
     EXPECT_EQ(Say(std::string("salvage ") + database + " @new").status, 0);
     EXPECT_EQ(Contents("@new"), contents);
+    EXPECT_EQ(Say("check @new").status, Say("check DB").status);
     Expect({(std::string("salvage ") + database + " @new").c_str(), 1, "", "is there already"});
   }
   // The schema of a table and the last page of another; a third is gone.
@@ -167,6 +168,13 @@ TEST_F(Keeping, WhatCanBeReadOfADamagedDatabaseIsBroughtBack) {
   // The key of the lost ellipsoid is not given to another one, for the datum still names it.
   Put("other.txt", Printed("export @new ellipsoid 1"));
   EXPECT_THAT(Printed("import @rest any @other.txt"), HasSubstr("2\tinserted"));
+}
+
+TEST_F(Keeping, WhatAnInterruptedProgramLeftIsTold) {
+  EXPECT_EQ(Printed("recover DB"), "nothing is left of an interrupted change\n");
+  Put("refs/gone.dat-journal", "of a table that is no more");
+  EXPECT_THAT(Printed("recover @refs"), HasSubstr("gone.dat-journal.left"));
+  EXPECT_TRUE(fs::exists(Path("refs/gone.dat-journal.left")));
 }
 
 }  // namespace

@@ -14,14 +14,15 @@ void SetField(QvPlatform::TQvDataSet& table, const char* field, const std::strin
   table.Post();
 }
 
-void ChangeElsewhere(const QvPlatform::TQvDataSet& table, const std::string& name) {
+void ChangeElsewhere(const QvPlatform::TQvDataSet& table, const std::string& name,
+                     const char* field, const char* value) {
   QvPlatform::TQvDataBuffer buffer;
   buffer.StreamName = table.DataBuff->StreamName;
   QvPlatform::TQvDataSet other(buffer);
   other.Open();
   for (other.First(); other.FieldByName("NAME").AsString() != name;)
     other.Next();
-  SetField(other, "DESCRIPTION", "theirs");
+  SetField(other, field, value);
   other.Close();
 }
 

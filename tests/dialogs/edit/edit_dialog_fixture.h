@@ -60,9 +60,10 @@ void TypeGrid(const QWidget& window, const std::string& prefix, const GridTexts&
 
 /// Sets a field of the current record.
 void SetField(QvPlatform::TQvDataSet& table, const char* field, const std::string& value);
-/// Changes the description of the record of that name to "theirs" in a data set of its own, as
-/// another program does.
-void ChangeElsewhere(const QvPlatform::TQvDataSet& table, const std::string& name);
+/// Gives a field of the record of that name, its description unless another is told, another value
+/// in a data set of its own, as another program does.
+void ChangeElsewhere(const QvPlatform::TQvDataSet& table, const std::string& name,
+                     const char* field = "DESCRIPTION", const char* value = "theirs");
 
 /// Expects that the check of the database finds nothing.
 void ExpectSound(const TestDatabase& database);

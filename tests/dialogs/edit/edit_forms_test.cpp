@@ -227,35 +227,99 @@ TEST_F(EditForms, ARecordUnderEditingIsNeitherEditedNorRemovedFurtherDown) {
   EXPECT_FALSE(Table(form).ControlsDisabled());
 }
 
-TEST_F(EditForms, ARecordThatVanishesIsNotSavedAndLeavesNoLock) {
+TEST_F(EditForms, ARecordThatVanishesIsSavedAsANewOneIfTheUserWants) {
   const auto& form = kLinearUnitForm;
-  AddValid(form, "Doomed");
-  EXPECT_FALSE(Change(form, [&](QWidget& dialog) {
+  const int key = AddValid(form, "Doomed");
+  database_.ui.answers = {QvPlatform::MessageAnswer::kNo, QvPlatform::MessageAnswer::kYes};
+  EXPECT_TRUE(Change(form, [&](QWidget& dialog) {
     Table(form).Delete();
     Save(dialog);
     EXPECT_TRUE(dialog.isVisible());
     EXPECT_NE(TipOf(dialog, "bitbtnSave").find("removed"), std::string::npos);
     EXPECT_EQ(TextOf(dialog, "edName"), "Doomed");
+    EXPECT_EQ(Table(form).RecordCount(), 2);
+    Save(dialog);
   }));
-  EXPECT_EQ(Table(form).RecordCount(), 2);
+  EXPECT_EQ(TextOfField(form, "NAME"), "Doomed");
+  EXPECT_NE(database_.Processor(form.object).GetCurrentKey(), key);
   EXPECT_TRUE(database_.Processor(form.object).EditKeys.empty());
 }
 
-TEST_F(EditForms, AFailedPostIsCancelledAndTheDialogStays) {
+TEST_F(EditForms, WhatAnotherHasChangedIsMarkedAndDecidedByTheUser) {
+  using enum QvPlatform::ConflictAnswer;
   const auto& form = kLinearUnitForm;
-  AddValid(form, "Contested");
+  const struct {
+    const char* name;
+    QvPlatform::ConflictAnswer answer;
+    const char* saved;
+  } rows[] = {{"take theirs", kTakeTheirs, "Mine theirs"},
+              {"keep mine", kKeepMine, "Mine old DESCRIPTION"},
+              {"go back and take one", kGoBack, "Mine theirs"}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    AddValid(form, row.name);
+    database_.ui.conflictAnswer = row.answer;
+    database_.ui.conflictsAsked = 0;
+    EXPECT_TRUE(Change(form, [&](QWidget& dialog) {
+      ChangeElsewhere(Table(form), row.name);
+      Type(dialog, "edName", "Mine");
+      for (int asked = 1; asked <= 2 && dialog.isVisible(); ++asked) {
+        Save(dialog);
+        EXPECT_THAT(database_.ui.conflict,
+                    testing::ElementsAre("Description: old DESCRIPTION/theirs/old DESCRIPTION"));
+        if (row.answer != kGoBack) break;
+        EXPECT_EQ(std::exchange(database_.ui.conflictsAsked, 0), 1) << "each time";
+        EXPECT_EQ(TextOf(dialog, "edName") + TextOf(dialog, "memoDescription"),
+                  "Mineold DESCRIPTION");
+      }
+      if (row.answer == kGoBack) {
+        EXPECT_NE(TipOf(dialog, "memoDescriptionTheirs").find("theirs"), std::string::npos);
+        EXPECT_FALSE(IsShown(dialog, "edNameTheirs"));
+        Click(dialog, "memoDescriptionTheirs");
+      }
+      if (dialog.isVisible()) Save(dialog);
+    }));
+    EXPECT_EQ(TextOfField(form, "NAME") + " " + TextOfField(form, "DESCRIPTION"), row.saved);
+  }
+  AddValid(form, "Stamped");
+  database_.ui.conflictsAsked = 0;
   EXPECT_TRUE(Change(form, [&](QWidget& dialog) {
-    ChangeElsewhere(Table(form), "Contested");
-    Type(dialog, "edName", "Mine");
-    Save(dialog);
-    EXPECT_TRUE(dialog.isVisible());
-    EXPECT_EQ(Table(form).State(), QvPlatform::DataSetState::kBrowse);
-    EXPECT_EQ(Record(form, {"NAME", "DESCRIPTION"}), "NAME=Contested DESCRIPTION=theirs");
-    EXPECT_TRUE(database_.ui.messages.empty());
-    EXPECT_NE(TipOf(dialog, "bitbtnSave"), "");
+    ChangeElsewhere(Table(form), "Stamped", "LAST_USE", "46000");
     Save(dialog);
   }));
-  EXPECT_EQ(TextOfField(form, "NAME"), "Mine") << "the user may try again";
+  EXPECT_EQ(database_.ui.conflictsAsked, 0) << "for a stamp";
+}
+
+TEST_F(EditForms, EachDialogBringsOthersChangesAndKeepsItsOwn) {
+  database_.ui.conflictAnswer = QvPlatform::ConflictAnswer::kTakeTheirs;
+  for (const FormDescription* form : PlainForms()) {
+    SCOPED_TRACE(form->caption);
+    AddValid(*form, "Contested");
+    const std::string name = TextOfField(*form, "NAME");
+    database_.ui.conflictsAsked = 0;
+    (void)Change(*form, [&](QWidget& dialog) {
+      ChangeElsewhere(Table(*form), name);
+      Type(dialog, "edName", "Mine");
+      Save(dialog);
+      EXPECT_EQ(TextOf(dialog, "edName"), "Mine");
+      EXPECT_EQ(TextOf(dialog, "memoDescription"), "theirs");
+      Save(dialog);
+    });
+    EXPECT_EQ(database_.ui.conflictsAsked, 1);
+    EXPECT_EQ(Record(*form, {"NAME", "DESCRIPTION"}), "NAME=Mine DESCRIPTION=theirs");
+  }
+}
+
+TEST_F(EditForms, AReferenceThatAnotherHasRemovedIsNotSaved) {
+  AddValid(kPrimeMeridianForm, "Paris");
+  EXPECT_FALSE(Change(kPrimeMeridianForm, [&](QWidget& dialog) {
+    const int unit = KeyOf(TObjectType::kAngularUnit, "First");
+    ASSERT_TRUE(database_.Processor(TObjectType::kAngularUnit).LocateKey(unit));
+    database_.data->datasetAngularUnit.Delete();
+    Save(dialog);
+    EXPECT_NE(TipOf(dialog, "bitbtnSave").find("First"), std::string::npos);
+    EXPECT_EQ(TextOf(dialog, "edUnit"), "");
+  }));
 }
 
 TEST_F(EditForms, OwnersHideWhileTheirDialogsRunToAnyDepth) {

@@ -48,6 +48,7 @@ TEST_F(PlaneSystemEditTest, StoredHeightsAreKeptReplacedOrGivenUp) {
 TEST_F(PlaneSystemEditTest, HeightsWhoseFileIsLostAreNotRemovedByClosing) {
   const int heights = GiveHeights(kGeodetic, HeightTableTree);
   const auto path = database_.data->GetHeightsPrefix() + HeightFiles().front();
+  const std::string heightText = Content(path);
   ASSERT_TRUE(DeleteStorageFile(path, false));
   EXPECT_FALSE(Change(kGeodSystemForm, kGeodetic, [](QWidget& dialog) {
     EXPECT_TRUE(IsChecked(dialog, "radiobtnHeightGeoid"));
@@ -58,7 +59,7 @@ TEST_F(PlaneSystemEditTest, HeightsWhoseFileIsLostAreNotRemovedByClosing) {
   EXPECT_FALSE(database_.ui.messages.empty());
   EXPECT_EQ(Field("VERT_SYSTEM_AUTOKEY"), heights);
   EXPECT_EQ(HeightRecords(), 1);
-  ASSERT_TRUE(SaveStorageFile(path, false, HeightText()));
+  ASSERT_TRUE(SaveStorageFile(path, false, heightText));
 }
 
 TEST_F(PlaneSystemEditTest, HeightsOfAnotherPlaneAreNotSaved) {
@@ -203,6 +204,7 @@ TEST_F(PlaneSystemEditTest, ASystemThatVanishesLeavesNoCopyOfItsHeights) {
   EXPECT_FALSE(Change(kGeodSystemForm, "Doomed", [this](QWidget& dialog) {
     Locate("Doomed");
     Systems().Delete();
+    database_.ui.answers = {QvPlatform::MessageAnswer::kNo};
     Save(dialog);
     EXPECT_TRUE(dialog.isVisible());
   }));
@@ -220,15 +222,40 @@ TEST_F(PlaneSystemEditTest, AFailedPostLeavesHeightsAndRowsAsTheyWere) {
     Click(dialog, "radiobtnHeightEllipsoid");
     Save(dialog);
     EXPECT_TRUE(dialog.isVisible());
-    EXPECT_NE(TipOf(dialog, "bitbtnSave"), "");
     EXPECT_EQ(HeightRecords(), 2) << "the stored ones and the copy";
     EXPECT_THAT(HeightFiles(), SizeIs(2));
     EXPECT_EQ(PositiveRows(), 0);
+    database_.ui.conflictAnswer = QvPlatform::ConflictAnswer::kKeepMine;
     Save(dialog);
   }));
   EXPECT_FALSE(database_.Processor(kVerticalReferenceSystem).LocateKey(heights));
   EXPECT_THAT(HeightFiles(), IsEmpty());
   EXPECT_EQ(PositiveRows(), 1);
+}
+
+TEST_F(PlaneSystemEditTest, AWorkingCopyThatCannotBeRemovedGoesWithTheNextDialog) {
+  GiveHeights(kGeodetic, HeightTableTree);
+  const std::filesystem::path table = database_.data->datasetVerticalRefSystem.DataBuff->StreamName;
+  const std::filesystem::path away = table.string() + ".away";
+  EXPECT_FALSE(Change(kGeodSystemForm, kGeodetic, [&](QWidget& dialog) {
+    EXPECT_EQ(HeightRecords(), 2);
+    std::filesystem::rename(table, away);
+    Close(dialog);
+  }));
+  EXPECT_THAT(database_.ui.messages, SizeIs(1)) << "it is told";
+  std::filesystem::rename(away, table);
+  for (const bool saves : {false, true}) {
+    EXPECT_EQ(Change(kGeodSystemForm, kGeodetic,
+                     [&](QWidget& dialog) {
+                       EXPECT_EQ(HeightRecords(), 2) << "the stored one and a new copy";
+                       if (saves) Save(dialog);
+                     }),
+              saves);
+    EXPECT_EQ(HeightRecords(), 1);
+    EXPECT_THAT(HeightFiles(), SizeIs(1));
+  }
+  EXPECT_FALSE(Change(kGeodSystemForm, kGeodetic, [](QWidget&) {}));
+  EXPECT_EQ(HeightRecords(), 1) << "what was saved stays";
 }
 
 }  // namespace
