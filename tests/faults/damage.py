@@ -96,16 +96,18 @@ def salvage(driver, work, form, whole, risk, figures, label):
     """Every record that the damage does not touch has to come back, and none that is wrong."""
     target = work / ("saved-" + FORMS[form])
     answer = driver.run("refframe", "salvage", work / FORMS[form], target)
-    rows = rows_of(driver, target)
+    rows = rows_of(driver, target) if answer["exit"] >= 0 else None
+    # Heights go with their records.
+    lost = sum(not row.startswith("heights|") for row in whole - (rows or set()))
+    if lost > risk:
+        outcome = "NOT SALVAGED" if rows is None else "LOST"
+        return figures.add(outcome, f"{label}: {lost} records, {risk} touched: {answer['err']}")
     if rows is None:
-        return figures.add("NOT SALVAGED", f"{label}: {answer['err'][-200:]}")
-    lost = len(whole - rows)
+        return figures.add("nothing left, told" if answer["err"] else "SILENT", f"{label}: {answer}")
     figures.lost += lost
     wrong = sorted(rows - whole)
     if wrong and (wrong[0] < "heights|" or not driver.judge(target).errors):
         return figures.add("SALVAGED WRONG", f"{label}: {wrong[:2]}")
-    if lost > risk:
-        return figures.add("LOST", f"{label}: {lost} records, {risk} touched: {whole - rows}")
     return figures.add("salvaged with damaged heights, told" if wrong else "salvaged")
 
 

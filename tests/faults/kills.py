@@ -80,7 +80,7 @@ def kill_command(bench, stage, command, most, figures):
 
 def killed_commands(bench, form):
     figures, stage = Figures("kills of commands", form), Stage(bench, form)
-    most = bench.many(200, 4)
+    most = bench.many(200, 3)
     bench.side_by_side(lambda command: kill_command(bench, stage, command, most, figures),
                        stage.commands.values())
     return [figures]

@@ -164,7 +164,7 @@ def cut_power(bench, form, model, seed, states, figures):
 def power_cuts(bench, form):
     rows = []
     for model in ("in order", "each alone"):
-        figures, share = Figures(f"power cuts, names {model}", form), bench.many(5000, 60)
+        figures, share = Figures(f"power cuts, names {model}", form), bench.many(5000, 20)
         bench.side_by_side(
             lambda seed: cut_power(bench, form, model, seed, share // bench.workers, figures),
             range(1, bench.workers + 1))
