@@ -9,6 +9,7 @@
 #include "database/key_counters.h"
 #include "database/moments.h"
 #include "database/table_files.h"
+#include "platform/dbset/fixed_record_file.h"
 #include "platform/dbset/read_group.h"
 #include "platform/dbset/write_group.h"
 #include "platform/text/text.h"
@@ -49,6 +50,10 @@ std::string NormalisedPath(const std::string& path, bool resourceForm) {
 // it lacks. An older layout of the reference systems, without heights and what follows them, is no
 // foreign table.
 void RequireFields(const TableSpec& table, TQvDataSet& dataSet) {
+  const std::string kind = QvPlatform::KindOfTable(dataSet);
+  if (!kind.empty() && kind != ExtractTableBaseName(table.streamName)) {
+    throw std::runtime_error("it is the table " + Quoted(kind) + " under another name");
+  }
   for (const FieldSpec& field : table.fields) {
     if (table.id == TableId::kRefSystem && field.name == "VERT_SYSTEM_AUTOKEY") return;
     QvPlatform::TField* found = dataSet.FindField(field.name);

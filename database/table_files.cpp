@@ -35,6 +35,7 @@ bool CreateFrom(const std::string& name, bool resourceForm, const TableSpec* tab
   if (table == nullptr) return false;
   const QvPlatform::TQvDbHeader header = HeaderOf(*table);
   QvPlatform::TFixedRecordFile file(header, header.GetRecordSize());
+  file.SetKind(ExtractTableBaseName(table->streamName));
   if (!file.CreateNew(stream.get(), true)) return false;
   (void)stream.release();  // The file owns it now.
   file.Close();

@@ -2,12 +2,18 @@
 
 #include <stdexcept>
 
+#include "platform/dbset/data_set.h"
 #include "platform/dbset/field_descriptions.h"
+#include "platform/storage/table_state.h"
 
 namespace QvPlatform {
 
-std::string MakeEmptyTableImage(const TQvDbHeader& header) {
-  return detail::MakeTableImage(detail::Describe(header));
+std::string MakeEmptyTableImage(const TQvDbHeader& header, const std::string& kind) {
+  return detail::MakeTableImage(detail::Describe(header), kind);
+}
+
+std::string KindOfTable(const TQvDataSet& table) {
+  return table.Note(0, detail::kKindNote).value_or("");
 }
 
 TFixedRecordFile::TFixedRecordFile(const TQvDbHeader& header, int recordSize) : header_(header) {
@@ -21,7 +27,7 @@ TFixedRecordFile::~TFixedRecordFile() = default;
 bool TFixedRecordFile::CreateNew(TQvStream* stream, bool /*overwrite: the stream has decided*/) {
   if (stream == nullptr || header_.Fields().empty()) return false;
   try {
-    const std::string image = MakeEmptyTableImage(header_);
+    const std::string image = MakeEmptyTableImage(header_, kind_);
     stream->Write(image.data(), image.size());
     stream->Commit();
   } catch (const StorageError&) {

@@ -352,12 +352,13 @@ std::string MarkSql(std::uint32_t applicationId) {
 
 }  // namespace
 
-std::string MakeTableImage(const std::vector<FieldDescription>& fields) {
+std::string MakeTableImage(const std::vector<FieldDescription>& fields, const std::string& kind) {
   Connection memory = Connection::OpenMemory();
   memory.Execute(MarkSql(kTableFileId));
   memory.Execute("BEGIN");
   CreateDescriptions(memory);
   CreateRecordTable(memory, kRecordTable, fields);
+  if (!kind.empty()) PutNote(memory, kRecordTable, 0, kKindNote, kind);
   memory.Execute("COMMIT");
   return memory.Serialize();
 }

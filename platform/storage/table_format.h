@@ -71,8 +71,9 @@ void CheckMark(const Connection& connection, std::uint32_t applicationId, std::s
 /// Throws StorageError unless a file with the right mark is of the right version and whole.
 void CheckFile(Connection& connection, std::string_view kind);
 
-/// Bytes of a table file without records.
-[[nodiscard]] std::string MakeTableImage(const std::vector<FieldDescription>& fields);
+/// Bytes of a table file without records, in which `kind` is noted unless it is empty.
+[[nodiscard]] std::string MakeTableImage(const std::vector<FieldDescription>& fields,
+                                         const std::string& kind = {});
 /// Bytes of a container that holds nothing.
 [[nodiscard]] std::string MakeContainerImage();
 /// Bytes of a table file with the records of a table of a container.

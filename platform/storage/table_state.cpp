@@ -90,19 +90,23 @@ void PutState(Connection& connection, const std::string& table, std::int64_t row
   put.Run();
 }
 
+void PutNote(Connection& connection, const std::string& table, std::int64_t record,
+             std::string_view kind, std::string_view value) {
+  Statement put = connection.Prepare("INSERT INTO qv_notes VALUES (?, ?, ?, ?)");
+  put.BindText(1, table);
+  put.BindInteger(2, record);
+  put.BindText(3, kind);
+  put.BindText(4, value);
+  put.Run();
+}
+
 void CopyNotes(Connection& from, const std::string& fromTable, Connection& to,
                const std::string& toTable) {
   if (!HasSums(from, "main")) return;
   Statement read = from.Prepare("SELECT record, kind, value FROM qv_notes WHERE table_name = ?");
   read.BindText(1, fromTable);
-  Statement write = to.Prepare("INSERT INTO qv_notes VALUES (?, ?, ?, ?)");
-  while (read.Step()) {
-    write.BindText(1, toTable);
-    write.BindInteger(2, read.ColumnInteger(0));
-    write.BindText(3, read.ColumnText(1));
-    write.BindText(4, read.ColumnText(2));
-    write.Run();
-  }
+  while (read.Step())
+    PutNote(to, toTable, read.ColumnInteger(0), read.ColumnText(1), read.ColumnText(2));
 }
 
 std::string FieldsTableSql() {

@@ -14,6 +14,8 @@ namespace QvPlatform::detail {
 
 /// Checksum of a record; see RecordSum.
 constexpr const char* kSumColumn = "ROW_SUM";
+/// Under this word the table itself, as record 0, is noted what it was made to hold.
+constexpr const char* kKindNote = "kind";
 /// The first version of the layout whose records have checksums.
 constexpr int kSummedVersion = 2;
 
@@ -47,6 +49,9 @@ void CheckServiceTables(Connection& connection);
 void PutState(Connection& connection, const std::string& table, std::int64_t rows,
               std::int64_t digest);
 
+/// Notes something of a record of a table that has no such note yet.
+void PutNote(Connection& connection, const std::string& table, std::int64_t record,
+             std::string_view kind, std::string_view value);
 /// Copies the notes on the records of a table, if the file that is read has any.
 void CopyNotes(Connection& from, const std::string& fromTable, Connection& to,
                const std::string& toTable);

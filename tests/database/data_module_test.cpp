@@ -111,6 +111,7 @@ TEST(DataModule, TellsWhichTableIsNoTable) {
       {"a cut table", "map_proj.dat",
        [](const std::string& path) { fs::resize_file(path, fs::file_size(path) / 2); }},
       {"another table", "geodetic_datum.dat", replace},
+      {"another table of the same fields", "scale_unit.dat", replace},
       {"another table under the reference systems", "reference_system.dat", replace},
   };
   for (const auto& row : rows) {
