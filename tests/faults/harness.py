@@ -29,7 +29,10 @@ class Driver:
         self.process.stdin.flush()
 
     def finish(self):
-        return json.loads(self.process.stdout.readline())
+        answer = json.loads(self.process.stdout.readline())
+        if "Sanitizer" in answer["err"] or "runtime error:" in answer["err"]:
+            answer["exit"] = -6  # as an abort is told
+        return answer
 
     def run(self, *words, **more):
         """The answer to a command: exit (less than 0: a signal), calls, out, err."""
