@@ -171,9 +171,13 @@ bool RefSystemConversion::Run(const std::string& backup, const std::string& plac
     throw;
   }
   restore();
-  const bool inPlace = CopyStorageFile(unfinished, resourceForm, name, resourceForm);
+  try {
+    WriteStorageFile(name, resourceForm, ReadStorageFile(unfinished, resourceForm));
+  } catch (...) {
+    DeleteStorageFile(unfinished, resourceForm);
+    throw;
+  }
   DeleteStorageFile(unfinished, resourceForm);
-  if (!inPlace) return false;
   table_.Open();
   return table_.GetActive();
 }

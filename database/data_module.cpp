@@ -263,11 +263,16 @@ bool TdatamoduleQvRfData::HasVerticalFields() {
          datasetRefSystem.FindField("VERT_SYSTEM_CODE") != nullptr;
 }
 
+std::string TdatamoduleQvRfData::CopyToBackups(const std::string& name, bool resourceForm) const {
+  const std::string target =
+      MakeUniqueStorageName(GetBackupPrefix() + StorageShortName(name, resourceForm), resourceForm);
+  WriteStorageFile(target, resourceForm, ReadStorageFile(name, resourceForm));
+  return target;
+}
+
 std::string TdatamoduleQvRfData::BackupTable(const std::string& name, bool resourceForm) const {
   try {
-    const std::string target = MakeUniqueStorageName(
-        GetBackupPrefix() + StorageShortName(name, resourceForm), resourceForm);
-    return CopyStorageFile(name, resourceForm, target, resourceForm) ? target : std::string();
+    return CopyToBackups(name, resourceForm);
   } catch (const std::exception&) {
     return {};
   }
@@ -283,9 +288,14 @@ bool TdatamoduleQvRfData::ConvertDatabase() {
   if (HasVerticalFields()) return true;
   const std::string name = databufRefSystem.StreamName;
   RefSystemConversion conversion(datasetRefSystem, datasetInternalService, ui_);
-  const std::string backup = BackupTable(name, ResourceForm);
+  std::string backup;
+  try {
+    backup = CopyToBackups(name, ResourceForm);
+  } catch (const QvPlatform::StorageError& error) {
+    lastError_ = error.what();
+    return false;
+  }
   const bool converted =
-      !backup.empty() &&
       conversion.Run(backup, GetBackupPrefix() + StorageShortName(name, ResourceForm));
   if (converted) lock.Commit();
   return converted;

@@ -130,6 +130,7 @@ class TdatamoduleQvRfData : public QvPlatform::TComponent {
   void ReportOpening(const std::string& path, const std::string& currentTable,
                      const std::string& reason);
   void WarnOfOlderTables();
+  [[nodiscard]] std::string CopyToBackups(const std::string& name, bool resourceForm) const;
   void DropProcessors();
 
   QvPlatform::TUserInterface& ui_;

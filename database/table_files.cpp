@@ -36,7 +36,7 @@ bool CreateFrom(const std::string& name, bool resourceForm, const TableSpec* tab
   const QvPlatform::TQvDbHeader header = HeaderOf(*table);
   QvPlatform::TFixedRecordFile file(header, header.GetRecordSize());
   file.SetKind(ExtractTableBaseName(table->streamName));
-  if (!file.CreateNew(stream.get(), true)) return false;
+  if (!file.CreateNew(stream.get(), true)) throw QvPlatform::StorageError(file.LastError());
   (void)stream.release();  // The file owns it now.
   file.Close();
   return true;
@@ -56,7 +56,11 @@ bool CreateMissingTable(const std::string& name, bool resourceForm, int tag,
 
 bool CreateTable(const std::string& name, bool resourceForm, int tag,
                  QvPlatform::TUserInterface& ui) {
-  return CreateFrom(name, resourceForm, CreatableTable(tag), ui);
+  try {
+    return CreateFrom(name, resourceForm, CreatableTable(tag), ui);
+  } catch (const QvPlatform::StorageError&) {
+    return false;
+  }
 }
 
 }  // namespace QvRefSystem

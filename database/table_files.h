@@ -16,7 +16,8 @@ namespace QvRefSystem {
 /// the name.
 [[nodiscard]] bool CreateMissingTable(const std::string& name, bool resourceForm, int tag,
                                       QvPlatform::TUserInterface& ui);
-/// The same for any table of the catalogue, for those who deliver a database.
+/// The same for any table of the catalogue, for those who deliver a database. Throws StorageError
+/// where the table cannot be written.
 [[nodiscard]] bool CreateCatalogueTable(const std::string& name, bool resourceForm,
                                         const TableSpec& table, QvPlatform::TUserInterface& ui);
 

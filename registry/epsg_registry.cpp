@@ -193,7 +193,7 @@ void FillDatabase(const EpsgModelMaker* maker, const std::string& place, bool re
   const std::unique_ptr<TdatamoduleQvRfData> data = MakeDataModule(ui);
   data->DatabasePath = place;
   if (!data->OpenDatabase(place, kFullMode, resourceForm)) {
-    throw std::runtime_error("the new tables do not open");
+    throw std::runtime_error("the new tables do not open: " + data->LastError());
   }
   // Two groups: what comes with a database is not among the tables that one group of objects
   // writes, and all tables are more than a group takes.

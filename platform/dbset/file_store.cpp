@@ -17,6 +17,9 @@ constexpr const char* kKind = "table file";
 Connection OpenTableFile(const std::string& path) {
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
+  if (error && status.type() != fs::file_type::not_found) {
+    throw StorageError("\"" + path + "\" cannot be looked at: " + error.message());
+  }
   if (!fs::exists(status)) throw StorageError("\"" + path + "\": there is no such file");
   if (!fs::is_regular_file(status)) {
     throw StorageError("\"" + path + "\" is no table file but a folder or a device");

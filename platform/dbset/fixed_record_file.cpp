@@ -25,12 +25,14 @@ TFixedRecordFile::TFixedRecordFile(const TQvDbHeader& header, int recordSize) : 
 TFixedRecordFile::~TFixedRecordFile() = default;
 
 bool TFixedRecordFile::CreateNew(TQvStream* stream, bool /*overwrite: the stream has decided*/) {
+  lastError_.clear();
   if (stream == nullptr || header_.Fields().empty()) return false;
   try {
     const std::string image = MakeEmptyTableImage(header_, kind_);
     stream->Write(image.data(), image.size());
     stream->Commit();
-  } catch (const StorageError&) {
+  } catch (const StorageError& error) {
+    lastError_ = error.what();
     return false;
   }
   stream_.reset(stream);

@@ -26,12 +26,15 @@ class TFixedRecordFile {
   /// Writes an empty table to a stream that is open for writing and commits it. On success the
   /// stream belongs to this object; on failure it stays the caller's.
   [[nodiscard]] bool CreateNew(TQvStream* stream, bool overwrite);
+  /// Why the last CreateNew has failed, for users to read; "" after one that did not.
+  [[nodiscard]] const std::string& LastError() const { return lastError_; }
   /// Closes the stream that CreateNew has taken over.
   void Close();
 
  private:
   TQvDbHeader header_;
   std::string kind_;
+  std::string lastError_;
   std::unique_ptr<TQvStream> stream_;
 };
 

@@ -102,7 +102,9 @@ int Close(sqlite3_file* file) {
 }
 
 int Read(sqlite3_file* file, void* data, int size, sqlite3_int64 at) {
-  return Told(file, RealMethods(file).xRead(RealOf(file), data, size, at));
+  const int code = RealMethods(file).xRead(RealOf(file), data, size, at);
+  // SQLite takes what a medium cannot read for damage of the file.
+  return Told(file, code == SQLITE_IOERR_CORRUPTFS ? SQLITE_IOERR_READ : code);
 }
 
 int Write(sqlite3_file* file, const void* data, int size, sqlite3_int64 at) {
