@@ -19,7 +19,7 @@ import calls
 import damage
 import kills
 import power
-from harness import FORMS, Bench
+from harness import FORMS, SHORT, Bench
 
 SCENARIOS = {name: scenario for module in (kills, power, calls, beside, damage)
              for name, scenario in module.SCENARIOS.items()}
@@ -50,7 +50,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--driver", required=True)
     length = parser.add_mutually_exclusive_group(required=True)
-    length.add_argument("--short", dest="scale", action="store_const", const=0.004)
+    length.add_argument("--short", dest="scale", action="store_const", const=SHORT)
     length.add_argument("--long", dest="scale", action="store_const", const=1.0)
     length.add_argument("--scale", type=float, help="a part of the long run")
     parser.add_argument("--only", default="", help="scenarios whose name holds this")
