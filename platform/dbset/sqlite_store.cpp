@@ -262,10 +262,26 @@ LoadedTable SqliteStore::Load() {
   } catch (const StorageError& error) {
     throw StorageError("\"" + Db().Name() + "\": " + error.what());
   }
-  const bool whole = std::cmp_equal(table.rows.size(), state.rows) && digest == state.digest;
-  if (summed_ && !whole) RefuseDamaged("records are missing, or are those of another moment");
+  RequireWhole(state, table.rows.size(), digest);
   NoteLoaded(state);
   return table;
+}
+
+void SqliteStore::RequireWhole(const TableState& state, std::size_t rows, std::int64_t digest) {
+  const bool whole = std::cmp_equal(rows, state.rows) && digest == state.digest;
+  if (summed_ && !whole) RefuseDamaged("records are missing, or are those of another moment");
+}
+
+std::vector<RecordMark> SqliteStore::ReadMarks(const TableState& state) {
+  std::vector<RecordMark> marks;
+  std::int64_t digest = 0;
+  Statement query = Db().Prepare(Sql().ReadMarks());
+  while (query.Step()) {
+    marks.push_back({query.ColumnInteger(0), query.ColumnInteger(1), query.ColumnInteger(2)});
+    digest = (digest + marks.back().sum) & RecordSum::kMask;
+  }
+  RequireWhole(state, marks.size(), digest);
+  return marks;
 }
 
 std::optional<TableChanges> SqliteStore::LoadChanges(std::span<const RecordMark> known) {
@@ -276,23 +292,8 @@ std::optional<TableChanges> SqliteStore::LoadChanges(std::span<const RecordMark>
   TakeSums();
   if (!loaded_ || !summed_ || !wasSummed || header_ != before) return std::nullopt;
   const TableState state = RequireState();
-  std::vector<std::int64_t> written;
   TableChanges changes;
-  Statement query = Db().Prepare(Sql().ReadMarks());
-  auto next = known.begin();
-  while (query.Step()) {
-    const RecordMark found{query.ColumnInteger(0), query.ColumnInteger(1), query.ColumnInteger(2)};
-    for (; next != known.end() && next->id < found.id; ++next)
-      changes.removed.push_back(next->id);
-    const bool there = next != known.end() && next->id == found.id;
-    if (!there || next->version != found.version || next->sum != found.sum) {
-      written.push_back(found.id);
-    }
-    if (there) ++next;
-  }
-  for (; next != known.end(); ++next)
-    changes.removed.push_back(next->id);
-  for (const std::int64_t id : written)
+  for (const std::int64_t id : WrittenSince(known, ReadMarks(state), &changes.removed))
     changes.written.push_back(ReadRow(id));
   NoteLoaded(state);
   return changes;

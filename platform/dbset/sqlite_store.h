@@ -60,6 +60,8 @@ class SqliteStore : public TableStore, public TransactionListener {
   void NoteLoaded(const TableState& state);
   void TakeSums();
   [[nodiscard]] TableState RequireState();
+  void RequireWhole(const TableState& state, std::size_t rows, std::int64_t digest);
+  [[nodiscard]] std::vector<RecordMark> ReadMarks(const TableState& state);
   [[noreturn]] void RefuseDamaged(const std::string& what);
 
   [[nodiscard]] std::unique_ptr<Row> RowFrom(Statement& query);

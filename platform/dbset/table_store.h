@@ -11,6 +11,7 @@
 
 #include "platform/dbset/db_header.h"
 #include "platform/dbset/group_mark.h"
+#include "platform/dbset/record_mark.h"
 #include "platform/dbset/row.h"
 
 /// The seam between the table engine and what keeps its rows. Nothing above it knows of files.
@@ -22,16 +23,6 @@ struct LoadedTable {
   TQvDbHeader header;
   /// All records, with their identities and versions, in the order of their making.
   std::vector<std::unique_ptr<Row>> rows;
-};
-
-/// What tells whether a record is still the one that was read.
-struct RecordMark {
-  /// Identity of the record.
-  std::int64_t id = 0;
-  /// Its version.
-  std::int64_t version = 0;
-  /// Its checksum.
-  std::int64_t sum = 0;
 };
 
 /// What has become of a table since it was read.

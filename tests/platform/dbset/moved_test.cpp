@@ -140,6 +140,16 @@ TEST(Sums, TellWhatIsNotWhatWasWritten) {
   }
 }
 
+TEST(Sums, AreVerifiedWhenATableIsRefreshed) {
+  FileTable table;
+  table.Add("a", 1);
+  table.Add("b", 2);
+  Tamper(table.buffer.StreamName,
+         "DELETE FROM records WHERE NAME = 'a'; UPDATE qv_state SET changes = changes + 1");
+  EXPECT_THROW(table.set.Refresh(), StorageError);
+  EXPECT_THAT(table.Names(), ElementsAre("a", "b"));
+}
+
 /// Puts a table file back into the layout that had no checksums.
 void MakeOlder(const std::string& path) {
   Tamper(path,
